@@ -1,0 +1,41 @@
+# Front door. Every target sets up what it needs; nothing here is clever, the work is in CMake and in tools/.
+
+.DEFAULT_GOAL := build
+.PHONY: build demo test lint bench fuzz install clean help
+
+help:
+	@echo 'make build    orvsys.dll and orvtool.exe, in build/release/bin'
+	@echo 'make demo     the main job, on a real NT interface'
+	@echo 'make test     builds and runs every test'
+	@echo 'make lint     formatting and static analysis'
+	@echo 'make bench    speed beside a peer in the same run'
+	@echo 'make fuzz     each fuzz target for a minute (FUZZ_SECONDS)'
+	@echo 'make install  DLL, import library, headers, CMake package (DESTDIR, PREFIX)'
+	@echo 'make clean    removes build/; the cache with the test platform stays'
+
+build:
+	@tools/build.sh release
+
+demo: build
+	@tools/demo.sh
+
+test:
+	@tools/build.sh release debug host
+	@tools/test.sh release debug host
+
+lint:
+	@tools/build.sh release
+	@tools/lint.sh
+
+bench: build
+	@tools/run_wine.sh build/release/bin/orvbench.exe
+
+fuzz:
+	@tools/build.sh host
+	@tools/fuzz.sh
+
+install: build
+	@cmake --install build/release --prefix "$(DESTDIR)$(or $(PREFIX),/usr/local/orvsys)"
+
+clean:
+	@tools/clean.sh

@@ -1,0 +1,18 @@
+# What `cmake --install` lays out: the DLL with its PDB, the import library, the headers and a package that
+# find_package(OrvSys) finds.
+include(CMakePackageConfigHelpers)
+include(GNUInstallDirs)
+
+install(TARGETS orvsys EXPORT OrvSysTargets
+  RUNTIME DESTINATION bin
+  ARCHIVE DESTINATION lib)
+install(TARGETS orvtool RUNTIME DESTINATION bin)
+install(FILES $<TARGET_PDB_FILE:orvsys> DESTINATION bin)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/orv DESTINATION include)
+install(EXPORT OrvSysTargets NAMESPACE OrvSys:: DESTINATION lib/cmake/OrvSys FILE OrvSysTargets.cmake)
+configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/OrvSysConfig.cmake.in
+  ${PROJECT_BINARY_DIR}/OrvSysConfig.cmake INSTALL_DESTINATION lib/cmake/OrvSys)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/OrvSysConfigVersion.cmake COMPATIBILITY SameMajorVersion
+  ARCH_INDEPENDENT)
+install(FILES ${PROJECT_BINARY_DIR}/OrvSysConfig.cmake ${PROJECT_BINARY_DIR}/OrvSysConfigVersion.cmake
+  DESTINATION lib/cmake/OrvSys)

@@ -1,0 +1,33 @@
+// What every public header stands on: how an operation is exported, the result code and its two tests, and
+// the length that means "terminated".
+
+#pragma once
+
+#include <stddef.h>
+#include <stdint.h>
+
+// ORV_BUILD is set while orvsys.dll itself is built, ORV_STATIC by a program that links the objects directly.
+#if defined(ORV_STATIC)
+#define ORV_API
+#elif defined(ORV_BUILD)
+#define ORV_API __declspec(dllexport)
+#else
+#define ORV_API __declspec(dllimport)
+#endif
+
+/// A result code. Below zero is failure, 0 is plain success, above zero is a success that carries a remark.
+/// The named values and the layout stand in orv/runtime/result.h.
+typedef int32_t OrvResult;
+
+constexpr bool OrvFailed(OrvResult result)
+{
+    return result < 0;
+}
+
+constexpr bool OrvSucceeded(OrvResult result)
+{
+    return result >= 0;
+}
+
+/// As a length: the text is terminated, and its characters are to be counted up to the terminator.
+constexpr uint32_t OrvTerminated = 0xFFFFFFFF;

@@ -1,0 +1,143 @@
+// Result codes: one signed 32-bit value that every fallible operation returns.
+//
+//   bits 31-30  severity (_OrvErrorCodeSeverity)
+//   bit  29     set on the codes that the library defines itself
+//   bits 27-16  facility: 1 the library's own codes, 7 a Win32 error number carried in bits 15-0
+//   bits 15-0   the code
+//
+// The same condition has the same code everywhere, but it may come with different severities: compare the
+// whole value when a particular condition matters, and test the sign when only success does.
+
+#pragma once
+
+#include "orv/base.h"
+
+enum _OrvErrorCodeSeverity : uint32_t {
+    OrvSeveritySuccess = 0,
+    OrvSeverityInformational = 1,
+    OrvSeverityWarning = 2,
+    OrvSeverityError = 3,
+};
+
+constexpr OrvResult ORV_S_OK = 0;
+
+// Failures.
+
+constexpr OrvResult ORV_E_OUT_OF_MEMORY = static_cast<OrvResult>(0xE0010001);
+/// A null pointer, a value outside its enumeration, flags that exclude each other, a zero size.
+constexpr OrvResult ORV_E_INVALID_ARGUMENT = static_cast<OrvResult>(0xE0010002);
+/// A field of a calendar structure lies outside its range.
+constexpr OrvResult ORV_E_FIELD_OUT_OF_RANGE = static_cast<OrvResult>(0xE001000D);
+/// The calling thread does not own the lock.
+constexpr OrvResult ORV_E_NOT_OWNER = static_cast<OrvResult>(0xE0010010);
+/// The registry key or folder does not exist.
+constexpr OrvResult ORV_E_KEY_NOT_FOUND = static_cast<OrvResult>(0xE0010013);
+/// The registry value exists but has another type.
+constexpr OrvResult ORV_E_VALUE_TYPE = static_cast<OrvResult>(0xE0010014);
+/// A path, an environment value or a piece of a compressed stream could not be produced.
+constexpr OrvResult ORV_E_NOT_PRODUCED = static_cast<OrvResult>(0xE0010020);
+/// The text is not a GUID.
+constexpr OrvResult ORV_E_GUID_TEXT = static_cast<OrvResult>(0xE0010027);
+/// The registry view does not exist under this root.
+constexpr OrvResult ORV_E_VIEW_ROOT = static_cast<OrvResult>(0xE0010039);
+/// The system has no separate 32-bit and 64-bit registry views.
+constexpr OrvResult ORV_E_VIEW_NOT_SUPPORTED = static_cast<OrvResult>(0xE001003A);
+/// The operation, or this case of it, is not provided.
+constexpr OrvResult ORV_E_NOT_PROVIDED = static_cast<OrvResult>(0xE001003C);
+constexpr OrvResult ORV_E_FILE_NOT_FOUND = static_cast<OrvResult>(0xE001003D);
+constexpr OrvResult ORV_E_PATH_NOT_FOUND = static_cast<OrvResult>(0xE001003E);
+constexpr OrvResult ORV_E_INVALID_HANDLE = static_cast<OrvResult>(0xE001003F);
+constexpr OrvResult ORV_E_EMPTY = static_cast<OrvResult>(0xE0010040);
+constexpr OrvResult ORV_E_NOT_EMPTY = static_cast<OrvResult>(0xE0010041);
+constexpr OrvResult ORV_E_READ_FAULT = static_cast<OrvResult>(0xE0010042);
+constexpr OrvResult ORV_E_WRITE_FAULT = static_cast<OrvResult>(0xE0010043);
+/// The caller's buffer cannot hold the result and its terminator.
+constexpr OrvResult ORV_E_BUFFER_TOO_SMALL = static_cast<OrvResult>(0xE0010044);
+/// The input breaks the format that the operation expects.
+constexpr OrvResult ORV_E_INVALID_DATA = static_cast<OrvResult>(0xE0010045);
+constexpr OrvResult ORV_E_NO_MORE_FILES = static_cast<OrvResult>(0xE0010046);
+constexpr OrvResult ORV_E_DUPLICATE_NAME = static_cast<OrvResult>(0xE0010047);
+constexpr OrvResult ORV_E_UNSUPPORTED_TYPE = static_cast<OrvResult>(0xE0010048);
+constexpr OrvResult ORV_E_BAD_LENGTH = static_cast<OrvResult>(0xE0010049);
+constexpr OrvResult ORV_E_CHECKSUM = static_cast<OrvResult>(0xE001004A);
+constexpr OrvResult ORV_E_INVALID_NAME = static_cast<OrvResult>(0xE001004B);
+constexpr OrvResult ORV_E_OBJECT_NOT_FOUND = static_cast<OrvResult>(0xE001004C);
+constexpr OrvResult ORV_E_INVALID_ADDRESS = static_cast<OrvResult>(0xE001004D);
+constexpr OrvResult ORV_E_INVALID_ACCESS = static_cast<OrvResult>(0xE001004E);
+constexpr OrvResult ORV_E_ALREADY_EXISTS = static_cast<OrvResult>(0xE001004F);
+constexpr OrvResult ORV_E_NEGATIVE_SEEK = static_cast<OrvResult>(0xE0010051);
+constexpr OrvResult ORV_E_NO_ACCESS = static_cast<OrvResult>(0xE0010052);
+constexpr OrvResult ORV_E_SHARING_VIOLATION = static_cast<OrvResult>(0xE0010053);
+/// The platform lacks the entry point or the feature.
+constexpr OrvResult ORV_E_NOT_SUPPORTED = static_cast<OrvResult>(0xE0010054);
+constexpr OrvResult ORV_E_INVALID_OPERATION = static_cast<OrvResult>(0xE0010055);
+constexpr OrvResult ORV_E_INVALID_FUNCTION = static_cast<OrvResult>(0xE0010056);
+constexpr OrvResult ORV_E_ABORTED = static_cast<OrvResult>(0xE0010057);
+constexpr OrvResult ORV_E_ACCESS_DENIED = static_cast<OrvResult>(0xE0010058);
+/// The time cannot be held by the target representation.
+constexpr OrvResult ORV_E_TIME_OUT_OF_RANGE = static_cast<OrvResult>(0xE0010064);
+/// The duration cannot be held by the target representation.
+constexpr OrvResult ORV_E_DURATION_OUT_OF_RANGE = static_cast<OrvResult>(0xE0010073);
+/// The object is not in a state that allows the operation.
+constexpr OrvResult ORV_E_INVALID_STATE = static_cast<OrvResult>(0xE0010078);
+/// The thread is still running.
+constexpr OrvResult ORV_E_THREAD_RUNNING = static_cast<OrvResult>(0xE001008C);
+constexpr OrvResult ORV_E_DISK_FULL = static_cast<OrvResult>(0xE0010097);
+/// The text to append to has no terminator within its capacity.
+constexpr OrvResult ORV_E_NOT_TERMINATED = static_cast<OrvResult>(0xE0010101);
+/// The data ended before the expected amount was read.
+constexpr OrvResult ORV_E_END_OF_DATA = static_cast<OrvResult>(0xE001018B);
+constexpr OrvResult ORV_E_CONNECTION_REFUSED = static_cast<OrvResult>(0xE0010190);
+
+// Warnings: failures too, since they are below zero.
+
+/// The wait interval elapsed, or the lock could not be taken at once and the caller did not want to wait.
+constexpr OrvResult ORV_W_TIMEOUT = static_cast<OrvResult>(0xA0010004);
+/// The thread has not ended, so it has no exit code yet.
+constexpr OrvResult ORV_W_STILL_ACTIVE = static_cast<OrvResult>(0xA001000A);
+/// The second instant precedes the first.
+constexpr OrvResult ORV_W_NEGATIVE_DURATION = static_cast<OrvResult>(0xA001005B);
+
+// Successes with a remark.
+
+/// The mutex was acquired, but its owner had ended without releasing it.
+constexpr OrvResult ORV_S_ABANDONED = 0x60010003;
+/// There was nothing to remove.
+constexpr OrvResult ORV_S_OBJECT_NOT_FOUND = 0x6001004C;
+/// A named object was opened because it already existed.
+constexpr OrvResult ORV_S_ALREADY_EXISTS = 0x6001004F;
+/// The feature is not available on this system, and the call did nothing.
+constexpr OrvResult ORV_S_NOT_SUPPORTED = 0x60010054;
+/// The end marker was converted to or from its structure.
+constexpr OrvResult ORV_S_END_OF_TIME = 0x60010064;
+/// What was asked for is not set, and an empty or default answer was given.
+constexpr OrvResult ORV_S_NOT_SET = 0x6001006A;
+/// Fewer bytes than asked for were available and were returned, or the stream is complete.
+constexpr OrvResult ORV_S_END_OF_DATA = 0x6001018B;
+
+/// Makes a result code from a Win32 error number. A number that has an own code gives that code with bit 29
+/// and facility 1; any other is carried in facility 7, cut to its low 16 bits. Zero is not special here:
+/// (OrvSeverityError, 0) gives 0xC0070000.
+ORV_API OrvResult OrvCreateErrorCodeFromWin32(_OrvErrorCodeSeverity severity, uint32_t win32Error);
+
+/// The same with severity error, except that 0 gives ORV_S_OK.
+ORV_API OrvResult OrvCreateErrorCodeFromWin32(uint32_t win32Error);
+
+/// Gives the Win32 error number that a result code stands for, whatever its severity. Where several numbers
+/// share an own code the most general one is given: 3 for path-not-found, 183 for already-exists.
+///
+/// Returns false, and leaves `win32Error` untouched, when there is no such number.
+ORV_API bool OrvCreateWin32CodeFromErrorCode(uint32_t &win32Error, OrvResult result);
+
+/// The errno family exists so that callers written for other platforms link; it carries no errno values.
+/// Always ORV_E_NOT_SUPPORTED.
+ORV_API OrvResult OrvCreateErrorCodeFromErrno();
+
+/// Always ORV_E_INVALID_ARGUMENT.
+ORV_API OrvResult OrvCreateErrorCodeFromErrno(_OrvErrorCodeSeverity severity);
+
+/// Always ORV_E_INVALID_ARGUMENT.
+ORV_API OrvResult OrvCreateErrorCodeFromErrno(_OrvErrorCodeSeverity severity, int errnoValue);
+
+/// Always false; `errnoValue` is not written.
+ORV_API bool OrvGetErrnoFromErrorCode(int &errnoValue, OrvResult result);

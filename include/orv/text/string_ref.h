@@ -1,0 +1,94 @@
+// How text crosses the interface: counted descriptors of a caller's array, read-only references, and writable
+// references that can grow whatever owns the characters. All are plain layouts; their field order is part of
+// the interface. Counts are in characters of the type's own width, never in bytes.
+
+#pragma once
+
+#include "orv/base.h"
+
+/// A UTF-16 array of the caller.
+struct _ORV_UTF16CHAR_STR {
+    uint32_t length;     ///< characters in use, terminator not counted; as input OrvTerminated may stand here
+    uint32_t capacity;   ///< characters that the array can hold, terminator included
+    wchar_t *characters; ///< may be null when capacity is 0
+};
+
+/// A byte array of the caller.
+struct _ORV_MBCHAR_STR {
+    uint32_t length;
+    uint32_t capacity;
+    char *characters;
+};
+
+static_assert(offsetof(_ORV_UTF16CHAR_STR, capacity) == 4 && sizeof(_ORV_UTF16CHAR_STR) == 12,
+              "fixed layout");
+static_assert(offsetof(_ORV_MBCHAR_STR, capacity) == 4 && sizeof(_ORV_MBCHAR_STR) == 12, "fixed layout");
+
+/// The descriptor type for a character type, for code written once for both widths.
+template <typename T>
+struct OrvDescriptorOf;
+template <>
+struct OrvDescriptorOf<wchar_t> {
+    typedef _ORV_UTF16CHAR_STR Type;
+};
+template <>
+struct OrvDescriptorOf<char> {
+    typedef _ORV_MBCHAR_STR Type;
+};
+
+/// Text to read: not owned, not necessarily terminated.
+template <typename T, int = 0>
+struct OrvStringRefBase {
+    const T *characters;
+    uint32_t length; ///< OrvTerminated: the characters are terminated and are to be counted
+
+    constexpr OrvStringRefBase() : characters(nullptr), length(0) {}
+    constexpr OrvStringRefBase(const T *terminated) : characters(terminated), length(OrvTerminated) {}
+    constexpr OrvStringRefBase(const T *text, uint32_t count) : characters(text), length(count) {}
+};
+
+static_assert(sizeof(OrvStringRefBase<wchar_t>) == 8, "fixed layout");
+
+/// Text to read that has a terminator, so that its characters can be passed on as they are.
+template <typename T, int = 0>
+struct OrvStringzRefBase {
+    const T *characters;
+
+    constexpr OrvStringzRefBase(const T *terminated) : characters(terminated) {}
+};
+
+/// The part of a writable reference that follows its owner: the current array and length.
+template <typename T>
+struct OrvMutableStringView {
+    T *characters; ///< null while the owner holds no characters
+    uint32_t length;
+};
+
+/// How a writable reference reaches the owner of its characters. Each operation stores what changed back into
+/// the reference's view, and returns a result code.
+template <typename T>
+struct OrvMutableStringOperations {
+    uint32_t kind; ///< always 1
+
+    /// Sets the owner's length, growing it as needed, with a terminator behind the last character.
+    OrvResult (*resize)(OrvMutableStringView<T> &view, uint32_t length, void *owner);
+
+    /// Makes the owner able to hold `count` characters without another allocation.
+    OrvResult (*reserve)(T *&characters, uint32_t count, void *owner);
+
+    /// Exchanges the storage of two owners of the same kind: ORV_E_NOT_SUPPORTED when the other reference has
+    /// another table. May be null.
+    OrvResult (*exchange)(OrvMutableStringView<T> &view, const OrvMutableStringOperations *otherTable,
+                          void *owner, OrvMutableStringView<T> &otherView, void *otherOwner);
+};
+
+/// Text to write: the owner, the way to make it grow, and a view of its characters. Operations take it by
+/// const reference, because it is a handle: its view is brought up to date as the owner changes.
+template <typename T, int = 0>
+struct OrvMutableStringRefBase2 {
+    const OrvMutableStringOperations<T> *operations;
+    void *owner;
+    mutable OrvMutableStringView<T> view;
+};
+
+static_assert(sizeof(OrvMutableStringRefBase2<wchar_t>) == 16, "fixed layout");

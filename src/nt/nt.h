@@ -1,0 +1,396 @@
+// The platform as this library uses it: the types, structures and functions of the 32-bit NT native
+// interface.
+//
+// Only what is used is declared. Names and tags are the platform's own, so that the public headers, which
+// name the structures by tag alone, agree with a caller's SDK. Layouts are checked below, because nothing
+// else would. A function declared here can be called only if ntdll.def lists it; the optional ones, whose
+// declarations give the entry-point tables their types, are reached through those tables.
+
+#pragma once
+
+#include <stddef.h>
+#include <stdint.h>
+
+typedef void *HANDLE;
+typedef void *PVOID;
+typedef uint8_t UCHAR, BOOLEAN;
+typedef uint16_t USHORT;
+typedef wchar_t WCHAR;
+typedef int BOOL;
+typedef long LONG, NTSTATUS;
+typedef unsigned long ULONG, ACCESS_MASK;
+typedef int64_t LONGLONG;
+typedef uint64_t ULONGLONG;
+
+#define NTAPI __stdcall
+#if defined(ORV_HOST)
+#define NTSYSAPI
+#else
+#define NTSYSAPI __declspec(dllimport)
+#endif
+
+constexpr bool NT_SUCCESS(NTSTATUS status)
+{
+    return status >= 0;
+}
+
+/// The severity bits of a failure; warnings are below zero too.
+constexpr bool NT_ERROR(NTSTATUS status)
+{
+    return static_cast<ULONG>(status) >> 30 == 3;
+}
+
+// Statuses.
+
+constexpr NTSTATUS STATUS_SUCCESS = 0;
+constexpr NTSTATUS STATUS_ABANDONED = 0x80;
+constexpr NTSTATUS STATUS_TIMEOUT = 0x102;
+constexpr NTSTATUS STATUS_PENDING = 0x103;
+constexpr NTSTATUS STATUS_OBJECT_NAME_EXISTS = 0x40000000;
+constexpr NTSTATUS STATUS_BUFFER_OVERFLOW = static_cast<NTSTATUS>(0x80000005);
+constexpr NTSTATUS STATUS_NOT_IMPLEMENTED = static_cast<NTSTATUS>(0xC0000002);
+constexpr NTSTATUS STATUS_INVALID_HANDLE = static_cast<NTSTATUS>(0xC0000008);
+constexpr NTSTATUS STATUS_INVALID_PARAMETER = static_cast<NTSTATUS>(0xC000000D);
+constexpr NTSTATUS STATUS_END_OF_FILE = static_cast<NTSTATUS>(0xC0000011);
+constexpr NTSTATUS STATUS_OBJECT_NAME_INVALID = static_cast<NTSTATUS>(0xC0000033);
+constexpr NTSTATUS STATUS_OBJECT_NAME_NOT_FOUND = static_cast<NTSTATUS>(0xC0000034);
+constexpr NTSTATUS STATUS_PIPE_BROKEN = static_cast<NTSTATUS>(0xC000014B);
+
+// Win32 error numbers.
+
+enum : uint16_t {
+    ERROR_INVALID_FUNCTION = 1,
+    ERROR_FILE_NOT_FOUND = 2,
+    ERROR_PATH_NOT_FOUND = 3,
+    ERROR_ACCESS_DENIED = 5,
+    ERROR_INVALID_HANDLE = 6,
+    ERROR_NOT_ENOUGH_MEMORY = 8,
+    ERROR_INVALID_ACCESS = 12,
+    ERROR_INVALID_DATA = 13,
+    ERROR_OUTOFMEMORY = 14,
+    ERROR_NO_MORE_FILES = 18,
+    ERROR_CRC = 23,
+    ERROR_BAD_LENGTH = 24,
+    ERROR_WRITE_FAULT = 29,
+    ERROR_READ_FAULT = 30,
+    ERROR_SHARING_VIOLATION = 32,
+    ERROR_NOT_SUPPORTED = 50,
+    ERROR_DUP_NAME = 52,
+    ERROR_FILE_EXISTS = 80,
+    ERROR_INVALID_PARAMETER = 87,
+    ERROR_DISK_FULL = 112,
+    ERROR_INSUFFICIENT_BUFFER = 122,
+    ERROR_INVALID_NAME = 123,
+    ERROR_MOD_NOT_FOUND = 126,
+    ERROR_NEGATIVE_SEEK = 131,
+    ERROR_ALREADY_EXISTS = 183,
+    ERROR_INVALID_ADDRESS = 487,
+    ERROR_OPERATION_ABORTED = 995,
+    ERROR_NOACCESS = 998,
+    ERROR_UNSUPPORTED_TYPE = 1630,
+    ERROR_EMPTY = 4306,
+    ERROR_NOT_EMPTY = 4307,
+    ERROR_OBJECT_NOT_FOUND = 4312,
+    ERROR_INVALID_OPERATION = 4317,
+    WSAECONNREFUSED = 10061,
+};
+
+// Counted strings and object attributes.
+
+/// Lengths are in bytes; the text need not be terminated.
+struct _UNICODE_STRING {
+    USHORT Length;
+    USHORT MaximumLength;
+    WCHAR *Buffer;
+};
+typedef _UNICODE_STRING UNICODE_STRING;
+
+struct _STRING {
+    USHORT Length;
+    USHORT MaximumLength;
+    char *Buffer;
+};
+typedef _STRING ANSI_STRING;
+
+struct _OBJECT_ATTRIBUTES {
+    ULONG Length;
+    HANDLE RootDirectory;
+    UNICODE_STRING *ObjectName;
+    ULONG Attributes;
+    PVOID SecurityDescriptor;
+    PVOID SecurityQualityOfService;
+};
+typedef _OBJECT_ATTRIBUTES OBJECT_ATTRIBUTES;
+
+enum : ULONG {
+    OBJ_CASE_INSENSITIVE = 0x40,
+    OBJ_OPENIF = 0x80,
+    OBJ_KERNEL_HANDLE = 0x200,
+};
+
+struct _IO_STATUS_BLOCK {
+    union {
+        NTSTATUS Status;
+        PVOID Pointer;
+    };
+    ULONG Information;
+};
+typedef _IO_STATUS_BLOCK IO_STATUS_BLOCK;
+
+struct _CLIENT_ID {
+    HANDLE UniqueProcess;
+    HANDLE UniqueThread;
+};
+typedef _CLIENT_ID CLIENT_ID;
+
+// Structures that only the optional functions take; the library passes them on by address.
+
+struct _ACL;
+struct _GUID;
+struct _EVENT_DESCRIPTOR;
+struct _EVENT_DATA_DESCRIPTOR;
+struct _EXCEPTION_POINTERS;
+struct _MEMORYSTATUSEX;
+struct _OVERLAPPED;
+struct _PROCESS_INFORMATION;
+struct _SECURITY_ATTRIBUTES;
+struct _STARTUPINFOA;
+struct _STARTUPINFOW;
+
+struct _OSVERSIONINFOW {
+    ULONG dwOSVersionInfoSize;
+    ULONG dwMajorVersion;
+    ULONG dwMinorVersion;
+    ULONG dwBuildNumber;
+    ULONG dwPlatformId;
+    WCHAR szCSDVersion[128];
+};
+typedef _OSVERSIONINFOW OSVERSIONINFOW;
+
+// The environment blocks of the process and of the thread, as far as they are read.
+
+struct RTL_USER_PROCESS_PARAMETERS {
+    uint8_t Reserved1[0x18];
+    HANDLE StandardInput;
+    HANDLE StandardOutput;
+    HANDLE StandardError;
+    UNICODE_STRING CurrentDirectory;
+    HANDLE CurrentDirectoryHandle;
+    UNICODE_STRING DllPath;
+    UNICODE_STRING ImagePathName;
+    UNICODE_STRING CommandLine;
+    WCHAR *Environment;
+};
+
+struct PEB {
+    uint8_t Reserved1[0x10];
+    RTL_USER_PROCESS_PARAMETERS *ProcessParameters;
+    PVOID SubSystemData;
+    HANDLE ProcessHeap;
+    uint8_t Reserved2[0x48];
+    ULONG NumberOfProcessors;
+    uint8_t Reserved3[0x3C];
+    ULONG OSMajorVersion;
+    ULONG OSMinorVersion;
+    USHORT OSBuildNumber;
+    USHORT OSCSDVersion;
+    ULONG OSPlatformId;
+    uint8_t Reserved4[0x120];
+    ULONG SessionId;
+};
+
+struct TEB {
+    uint8_t Reserved1[0x18];
+    TEB *Self;
+    PVOID EnvironmentPointer;
+    CLIENT_ID ClientId;
+    PVOID ActiveRpcHandle;
+    PVOID ThreadLocalStoragePointer;
+    PEB *ProcessEnvironmentBlock;
+    ULONG LastErrorValue;
+};
+
+/// A 64-bit count that the system updates while we read: High2Time is written first and High1Time last.
+struct KSYSTEM_TIME {
+    ULONG LowPart;
+    LONG High1Time;
+    LONG High2Time;
+};
+
+/// The page that the system maps read-only into every process.
+struct KUSER_SHARED_DATA {
+    ULONG TickCountLow;
+    ULONG TickCountMultiplier;
+    KSYSTEM_TIME InterruptTime;
+    KSYSTEM_TIME SystemTime;
+    KSYSTEM_TIME TimeZoneBias;
+    USHORT ImageNumberLow;
+    USHORT ImageNumberHigh;
+    WCHAR NtSystemRoot[260];
+    uint8_t Reserved1[0x2C];
+    ULONG NtProductType;
+    ULONG ProductTypeIsValid;
+    ULONG NtMajorVersion;
+    ULONG NtMinorVersion;
+    uint8_t ProcessorFeatures[64];
+    uint8_t Reserved2[0x1C];
+    ULONG SuiteMask;
+    uint8_t Reserved3[0x4C];
+    KSYSTEM_TIME TickCount;
+};
+
+static_assert(sizeof(void *) == 4, "the layouts below are those of a 32-bit process");
+static_assert(sizeof(OBJECT_ATTRIBUTES) == 24);
+static_assert(offsetof(RTL_USER_PROCESS_PARAMETERS, CommandLine) == 0x40);
+static_assert(offsetof(PEB, ProcessHeap) == 0x18);
+static_assert(offsetof(PEB, NumberOfProcessors) == 0x64);
+static_assert(offsetof(PEB, OSBuildNumber) == 0xAC);
+static_assert(offsetof(PEB, SessionId) == 0x1D4);
+static_assert(offsetof(TEB, ClientId) == 0x20);
+static_assert(offsetof(TEB, LastErrorValue) == 0x34);
+static_assert(offsetof(KUSER_SHARED_DATA, SystemTime) == 0x14);
+static_assert(offsetof(KUSER_SHARED_DATA, NtMajorVersion) == 0x26C);
+static_assert(offsetof(KUSER_SHARED_DATA, SuiteMask) == 0x2D0);
+static_assert(offsetof(KUSER_SHARED_DATA, TickCount) == 0x320);
+
+// Synchronization objects.
+
+enum EVENT_TYPE : ULONG { NotificationEvent, SynchronizationEvent };
+
+constexpr ACCESS_MASK EVENT_ALL_ACCESS = 0x1F0003;
+constexpr ACCESS_MASK SEMAPHORE_ALL_ACCESS = 0x1F0003;
+
+struct EVENT_BASIC_INFORMATION {
+    ULONG EventType;
+    LONG EventState;
+};
+static_assert(sizeof(EVENT_BASIC_INFORMATION) == 8);
+
+constexpr ULONG EventBasicInformation = 0;
+
+extern "C" {
+
+// Modules.
+
+NTSYSAPI NTSTATUS NTAPI LdrLoadDll(const WCHAR *path, ULONG *flags, const UNICODE_STRING *name,
+                                   PVOID *module);
+NTSYSAPI NTSTATUS NTAPI LdrGetDllHandle(const WCHAR *path, ULONG *flags, const UNICODE_STRING *name,
+                                        PVOID *module);
+NTSYSAPI NTSTATUS NTAPI LdrGetProcedureAddress(PVOID module, const ANSI_STRING *name, ULONG ordinal,
+                                               PVOID *address);
+NTSYSAPI NTSTATUS NTAPI LdrUnloadDll(PVOID module);
+
+// Statuses and memory.
+
+NTSYSAPI ULONG NTAPI RtlNtStatusToDosError(NTSTATUS status);
+NTSYSAPI PVOID NTAPI RtlAllocateHeap(HANDLE heap, ULONG flags, size_t size);
+NTSYSAPI BOOLEAN NTAPI RtlFreeHeap(HANDLE heap, ULONG flags, PVOID block);
+
+// Case mapping. The destination of the string forms is the caller's when `allocate` is false.
+
+NTSYSAPI WCHAR NTAPI RtlUpcaseUnicodeChar(WCHAR character);
+NTSYSAPI NTSTATUS NTAPI RtlUpcaseUnicodeString(UNICODE_STRING *destination, const UNICODE_STRING *source,
+                                               BOOLEAN allocate);
+NTSYSAPI NTSTATUS NTAPI RtlDowncaseUnicodeString(UNICODE_STRING *destination, const UNICODE_STRING *source,
+                                                 BOOLEAN allocate);
+
+// Objects and waits.
+
+NTSYSAPI NTSTATUS NTAPI ZwClose(HANDLE handle);
+NTSYSAPI NTSTATUS NTAPI ZwWaitForSingleObject(HANDLE handle, BOOLEAN alertable, const LONGLONG *timeout);
+NTSYSAPI NTSTATUS NTAPI ZwCreateEvent(HANDLE *handle, ACCESS_MASK access, const OBJECT_ATTRIBUTES *attributes,
+                                      ULONG type, BOOLEAN initialState);
+NTSYSAPI NTSTATUS NTAPI ZwOpenEvent(HANDLE *handle, ACCESS_MASK access, const OBJECT_ATTRIBUTES *attributes);
+NTSYSAPI NTSTATUS NTAPI ZwQueryEvent(HANDLE handle, ULONG informationClass, PVOID information, ULONG size,
+                                     ULONG *returnedSize);
+NTSYSAPI NTSTATUS NTAPI ZwSetEvent(HANDLE handle, LONG *previousState);
+NTSYSAPI NTSTATUS NTAPI ZwResetEvent(HANDLE handle, LONG *previousState);
+NTSYSAPI NTSTATUS NTAPI ZwOpenMutant(HANDLE *handle, ACCESS_MASK access, const OBJECT_ATTRIBUTES *attributes);
+NTSYSAPI NTSTATUS NTAPI ZwReleaseMutant(HANDLE handle, LONG *previousCount);
+NTSYSAPI NTSTATUS NTAPI ZwCreateSemaphore(HANDLE *handle, ACCESS_MASK access,
+                                          const OBJECT_ATTRIBUTES *attributes, LONG initialCount,
+                                          LONG maximumCount);
+NTSYSAPI NTSTATUS NTAPI ZwOpenSemaphore(HANDLE *handle, ACCESS_MASK access,
+                                        const OBJECT_ATTRIBUTES *attributes);
+NTSYSAPI NTSTATUS NTAPI ZwReleaseSemaphore(HANDLE handle, LONG count, LONG *previousCount);
+
+// Character classes of the default locale.
+
+NTSYSAPI int __cdecl iswdigit(uint16_t character);
+NTSYSAPI int __cdecl iswxdigit(uint16_t character);
+NTSYSAPI int __cdecl iswspace(uint16_t character);
+NTSYSAPI int __cdecl islower(int character);
+
+// Optional: reached only through the ntdll table, in the order in which it looks them up.
+
+NTSTATUS NTAPI RtlGetVersion(_OSVERSIONINFOW *version);
+BOOLEAN NTAPI RtlGetProductInfo(ULONG osMajor, ULONG osMinor, ULONG servicePackMajor, ULONG servicePackMinor,
+                                ULONG *productType);
+NTSTATUS NTAPI ZwCreateMutant(HANDLE *handle, ACCESS_MASK access, const _OBJECT_ATTRIBUTES *attributes,
+                              BOOLEAN initialOwner);
+NTSTATUS NTAPI RtlAddMandatoryAce(_ACL *acl, ULONG revision, ULONG aceFlags, PVOID sid, UCHAR aceType,
+                                  ACCESS_MASK access);
+NTSTATUS NTAPI ZwQueryDirectoryObject(HANDLE directory, PVOID buffer, ULONG size, BOOLEAN singleEntry,
+                                      BOOLEAN restart, ULONG *context, ULONG *returnedSize);
+NTSTATUS NTAPI ZwOpenProcessToken(HANDLE process, ACCESS_MASK access, HANDLE *token);
+void NTAPI RtlExitUserThread(NTSTATUS exitStatus);
+HANDLE NTAPI CsrGetProcessId();
+NTSTATUS NTAPI RtlGetNativeSystemInformation(ULONG informationClass, PVOID information, ULONG size,
+                                             ULONG *returnedSize);
+PVOID NTAPI RtlGetUnloadEventTrace();
+ULONG NTAPI NtGetTickCount();
+WCHAR NTAPI RtlDowncaseUnicodeChar(WCHAR character);
+void NTAPI RtlGetUnloadEventTraceEx(ULONG **elementSize, ULONG **elementCount, PVOID *trace);
+NTSTATUS NTAPI ZwCreateTransaction(HANDLE *handle, ACCESS_MASK access, const _OBJECT_ATTRIBUTES *attributes,
+                                   _GUID *unitOfWork, HANDLE manager, ULONG createOptions,
+                                   ULONG isolationLevel, ULONG isolationFlags, const LONGLONG *timeout,
+                                   const _UNICODE_STRING *description);
+HANDLE NTAPI RtlGetCurrentTransaction();
+BOOLEAN NTAPI RtlSetCurrentTransaction(HANDLE transaction);
+NTSTATUS NTAPI ZwCommitTransaction(HANDLE transaction, BOOLEAN wait);
+NTSTATUS NTAPI ZwRollbackTransaction(HANDLE transaction, BOOLEAN wait);
+NTSTATUS NTAPI RtlWow64EnableFsRedirectionEx(PVOID disable, PVOID *previous);
+NTSTATUS NTAPI ZwOpenKeyTransacted(HANDLE *key, ACCESS_MASK access, const _OBJECT_ATTRIBUTES *attributes,
+                                   HANDLE transaction);
+NTSTATUS NTAPI ZwCreateKeyTransacted(HANDLE *key, ACCESS_MASK access, const _OBJECT_ATTRIBUTES *attributes,
+                                     ULONG titleIndex, const _UNICODE_STRING *className, ULONG createOptions,
+                                     HANDLE transaction, ULONG *disposition);
+ULONG NTAPI EtwEventRegister(const _GUID *provider, PVOID callback, PVOID context, ULONGLONG *registration);
+ULONG NTAPI EtwEventUnregister(ULONGLONG registration);
+ULONG NTAPI EtwEventWrite(ULONGLONG registration, const _EVENT_DESCRIPTOR *descriptor, ULONG dataCount,
+                          _EVENT_DATA_DESCRIPTOR *data);
+ULONG NTAPI EtwEventWriteEx(ULONGLONG registration, const _EVENT_DESCRIPTOR *descriptor, ULONGLONG filter,
+                            ULONG flags, const _GUID *activity, const _GUID *relatedActivity, ULONG dataCount,
+                            _EVENT_DATA_DESCRIPTOR *data);
+NTSTATUS NTAPI ZwCancelIoFileEx(HANDLE file, _IO_STATUS_BLOCK *request, _IO_STATUS_BLOCK *status);
+PVOID NTAPI RtlEncodePointer(PVOID pointer);
+PVOID NTAPI RtlDecodePointer(PVOID pointer);
+
+// Optional: reached only through the kernel32 table, in the order in which it looks them up.
+
+typedef LONG(NTAPI *PTOP_LEVEL_EXCEPTION_FILTER)(_EXCEPTION_POINTERS *exception);
+
+BOOL NTAPI CopyFileW(const WCHAR *from, const WCHAR *to, BOOL failIfExists);
+BOOL NTAPI CopyFileA(const char *from, const char *to, BOOL failIfExists);
+BOOL NTAPI ReadFile(HANDLE file, PVOID buffer, ULONG size, ULONG *read, _OVERLAPPED *overlapped);
+BOOL NTAPI WriteFile(HANDLE file, const void *buffer, ULONG size, ULONG *written, _OVERLAPPED *overlapped);
+LONG NTAPI UnhandledExceptionFilter(_EXCEPTION_POINTERS *exception);
+PTOP_LEVEL_EXCEPTION_FILTER NTAPI SetUnhandledExceptionFilter(PTOP_LEVEL_EXCEPTION_FILTER filter);
+BOOL NTAPI GlobalMemoryStatusEx(_MEMORYSTATUSEX *status);
+char *NTAPI GetEnvironmentStringsA();
+WCHAR *NTAPI GetEnvironmentStringsW();
+BOOL NTAPI FreeEnvironmentStringsA(char *strings);
+BOOL NTAPI FreeEnvironmentStringsW(WCHAR *strings);
+BOOL NTAPI CreateProcessW(const WCHAR *application, WCHAR *commandLine, _SECURITY_ATTRIBUTES *process,
+                          _SECURITY_ATTRIBUTES *thread, BOOL inheritHandles, ULONG flags, PVOID environment,
+                          const WCHAR *directory, _STARTUPINFOW *startup, _PROCESS_INFORMATION *information);
+BOOL NTAPI CreateProcessA(const char *application, char *commandLine, _SECURITY_ATTRIBUTES *process,
+                          _SECURITY_ATTRIBUTES *thread, BOOL inheritHandles, ULONG flags, PVOID environment,
+                          const char *directory, _STARTUPINFOA *startup, _PROCESS_INFORMATION *information);
+BOOL NTAPI DefineDosDeviceW(ULONG flags, const WCHAR *device, const WCHAR *target);
+BOOL NTAPI DefineDosDeviceA(ULONG flags, const char *device, const char *target);
+unsigned int NTAPI GetACP();
+PVOID NTAPI FindResourceExA(PVOID module, const char *type, const char *name, USHORT language);
+PVOID NTAPI FindResourceExW(PVOID module, const WCHAR *type, const WCHAR *name, USHORT language);
+
+} // extern "C"

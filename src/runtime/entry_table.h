@@ -1,0 +1,44 @@
+// How a table of optional entry points is described and filled: a structure that starts with the module
+// handle and goes on with one function pointer for each name, in the order of the names.
+
+#pragma once
+
+#include "nt/nt.h"
+
+namespace detail
+{
+
+/// A counted string over a terminated one. No exported name comes near the longest that can be counted, so a
+/// longer one is cut.
+constexpr ANSI_STRING CountedName(const char *name)
+{
+    USHORT length = 0;
+    while (name[length] && length < 0xFFFE)
+        length++;
+    return {length, static_cast<USHORT>(length + 1), const_cast<char *>(name)};
+}
+
+/// The same at compile time, for the constant tables of names.
+consteval ANSI_STRING EntryName(const char *name)
+{
+    return CountedName(name);
+}
+
+template <size_t size>
+constexpr UNICODE_STRING CountedLiteral(const WCHAR (&text)[size])
+{
+    return {(size - 1) * sizeof(WCHAR), size * sizeof(WCHAR), const_cast<WCHAR *>(text)};
+}
+
+/// Looks `count` names up in `module`; what it lacks becomes null.
+void FillEntries(PVOID module, const ANSI_STRING *names, PVOID *entries, uint32_t count);
+
+template <typename Table, uint32_t count>
+void FillEntryTable(Table &table, PVOID module, const ANSI_STRING (&names)[count])
+{
+    static_assert(sizeof(Table) == sizeof(PVOID) * (1 + count), "one entry for each name");
+    table.module = module;
+    FillEntries(module, names, &table.module + 1, count);
+}
+
+} // namespace detail

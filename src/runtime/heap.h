@@ -1,0 +1,58 @@
+// The process heap: the one source of memory, and the one owner type for a block of it.
+
+#pragma once
+
+#include "nt/nt.h"
+#include "nt/teb.h"
+
+namespace detail
+{
+
+/// Null when the heap refuses.
+inline void *AllocateBytes(size_t size)
+{
+    return RtlAllocateHeap(NtCurrentPeb()->ProcessHeap, 0, size);
+}
+
+/// Null is allowed.
+inline void FreeBytes(void *block)
+{
+    if (block)
+        RtlFreeHeap(NtCurrentPeb()->ProcessHeap, 0, block);
+}
+
+/// Owns an array of a plain type on the process heap.
+template <typename T>
+class HeapArray
+{
+public:
+    HeapArray() = default;
+    explicit HeapArray(T *elements) : elements_(elements) {}
+    HeapArray(const HeapArray &) = delete;
+    HeapArray &operator=(const HeapArray &) = delete;
+    ~HeapArray() { FreeBytes(elements_); }
+
+    /// An array of `count` elements, not initialised; empty when the heap refuses or the size has no end.
+    static HeapArray Allocate(uint32_t count)
+    {
+        if (count > SIZE_MAX / sizeof(T))
+            return HeapArray();
+        return HeapArray(static_cast<T *>(AllocateBytes(count * sizeof(T))));
+    }
+
+    explicit operator bool() const { return elements_ != nullptr; }
+    T *Get() const { return elements_; }
+
+    /// Gives the array up to the caller.
+    T *Detach()
+    {
+        T *elements = elements_;
+        elements_ = nullptr;
+        return elements;
+    }
+
+private:
+    T *elements_ = nullptr;
+};
+
+} // namespace detail

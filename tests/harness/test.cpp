@@ -1,0 +1,182 @@
+// The runner: which cases run, what is printed, and the exit code.
+
+#include "harness/test.h"
+
+#include "harness/program.h"
+
+namespace
+{
+
+#if defined(ORV_HOST)
+extern "C" const test::Case *const __start_orv_tests[];
+extern "C" const test::Case *const __stop_orv_tests[];
+const test::Case *const *const kFirst = __start_orv_tests;
+const test::Case *const *const kLast = __stop_orv_tests;
+#else
+#pragma section(".orvt$a", read)
+#pragma section(".orvt$z", read)
+__declspec(allocate(".orvt$a")) const test::Case *const kBefore = nullptr;
+__declspec(allocate(".orvt$z")) const test::Case *const kAfter = nullptr;
+const test::Case *const *const kFirst = &kBefore;
+const test::Case *const *const kLast = &kAfter;
+#endif
+
+constexpr uint32_t kMostFailuresShown = 20;
+
+const test::Case *current;
+uint32_t failures;
+const char *noteText;
+uint64_t noteValue;
+
+void PrintNumber(uint64_t number, uint32_t radix)
+{
+    char digits[24];
+    char *first = digits + sizeof digits;
+    *--first = 0;
+    do
+        *--first = "0123456789abcdef"[number % radix];
+    while (number /= radix);
+    program::Print(first);
+}
+
+template <typename T>
+void PrintText(const T *text)
+{
+    if (!text) {
+        program::Print("null");
+        return;
+    }
+    program::Print("\"");
+    for (uint32_t i = 0; text[i] && i < 200; i++) {
+        const auto character = static_cast<uint32_t>(text[i]) & (sizeof(T) == 1 ? 0xFFu : 0xFFFFu);
+        const char plain[2] = {static_cast<char>(character), 0};
+        if (character >= 32 && character < 127) {
+            program::Print(plain);
+        } else {
+            program::Print("\\x");
+            PrintNumber(character, 16);
+        }
+    }
+    program::Print("\"");
+}
+
+void Print(const test::Shown &shown)
+{
+    switch (shown.kind) {
+    case test::Shown::kBytes:
+        return PrintText(static_cast<const char *>(shown.text));
+    case test::Shown::kWide:
+        return PrintText(static_cast<const wchar_t *>(shown.text));
+    case test::Shown::kSigned:
+        if (static_cast<int64_t>(shown.number) < 0) {
+            program::Print("-");
+            PrintNumber(0 - shown.number, 10);
+            program::Print(" (0x");
+            PrintNumber(static_cast<uint32_t>(shown.number), 16);
+            return program::Print(")");
+        }
+        [[fallthrough]];
+    default:
+        PrintNumber(shown.number, 10);
+        program::Print(" (0x");
+        PrintNumber(shown.number, 16);
+        program::Print(")");
+    }
+}
+
+bool Contains(const char *text, const char *part)
+{
+    for (; *text; text++) {
+        uint32_t i = 0;
+        while (part[i] && text[i] == part[i])
+            i++;
+        if (!part[i])
+            return true;
+    }
+    return false;
+}
+
+bool Selected(const test::Case &testCase, uint32_t count, const char *const *parts)
+{
+    for (uint32_t i = 0; i < count; i++) {
+        if (Contains(testCase.name, parts[i]))
+            return true;
+    }
+    return count == 0;
+}
+
+bool StartReport(const char *file, int line, const char *expression)
+{
+    if (++failures > kMostFailuresShown)
+        return false;
+    program::Print(file);
+    program::Print(":");
+    PrintNumber(static_cast<uint32_t>(line), 10);
+    program::Print(": ");
+    program::Print(current->name);
+    program::Print(": ");
+    program::Print(expression);
+    if (noteText) {
+        program::Print(" [");
+        program::Print(noteText);
+        program::Print(" ");
+        PrintNumber(noteValue, 10);
+        program::Print("]");
+    }
+    return true;
+}
+
+} // namespace
+
+namespace test
+{
+
+void Report(const char *file, int line, const char *expression)
+{
+    if (StartReport(file, line, expression))
+        program::Print(" does not hold\n");
+}
+
+void Report(const char *file, int line, const char *expression, Shown actual, Shown expected)
+{
+    if (!StartReport(file, line, expression))
+        return;
+    program::Print(" is ");
+    Print(actual);
+    program::Print(", not ");
+    Print(expected);
+    program::Print("\n");
+}
+
+void Note(const char *what, uint64_t value)
+{
+    noteText = what;
+    noteValue = value;
+}
+
+} // namespace test
+
+const char *program::CurrentWork()
+{
+    return current ? current->name : "start-up";
+}
+
+int program::Main(uint32_t count, const char *const *arguments)
+{
+    uint32_t passed = 0;
+    uint32_t failed = 0;
+    for (const test::Case *const *entry = kFirst; entry != kLast; entry++) {
+        if (!*entry || !Selected(**entry, count, arguments)) // a linker may pad the section
+            continue;
+        current = *entry;
+        failures = 0;
+        noteText = nullptr;
+        current->run();
+        (failures ? failed : passed)++;
+    }
+    PrintNumber(passed, 10);
+    program::Print(" passed, ");
+    PrintNumber(failed, 10);
+    program::Print(" failed\n");
+    return failed || !passed;
+}

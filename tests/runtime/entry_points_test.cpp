@@ -1,0 +1,96 @@
+// The entry-point tables of the DLL as the loader leaves them, and their wrappers on the real platform.
+
+#include "orv/runtime/kernel32_entry_points.h"
+#include "orv/runtime/ntdll_entry_points.h"
+#include "orv/runtime/result.h"
+
+#include "harness/test.h"
+#include "nt/nt.h"
+#include "nt/teb.h"
+
+TEST_CASE(LoadFillsBothTables)
+{
+    CHECK(OrvNtdllIsTableInitialized());
+    CHECK_EQUAL(OrvNtdllForceInitialize(), 1);
+    CHECK(OrvGetNtdllModuleHandle() != nullptr);
+    CHECK(OrvKernel32IsTableInitialized()); // this platform always loads kernel32.dll
+}
+
+TEST_CASE(PredicatesAgreeWithTheModule)
+{
+    struct {
+        const char *name;
+        bool (*isLoaded)();
+    } const cases[] = {
+        {"RtlGetProductInfo", OrvNtdllIsFnLoaded_RtlGetProductInfo},
+        {"RtlGetUnloadEventTraceEx", OrvNtdllIsFnLoaded_RtlGetUnloadEventTraceEx},
+        {"RtlAddMandatoryAce", OrvNtdllIsFnLoaded_RtlAddMandatoryAce},
+        {"NtGetTickCount", OrvNtdllIsFnLoaded_NtGetTickCount},
+        {"RtlGetUnloadEventTrace", OrvNtdllIsFnLoaded_RtlGetUnloadEventTrace},
+        {"RtlExitUserThread", OrvNtdllIsFnLoaded_RtlExitUserThread},
+        {"CsrGetProcessId", OrvNtdllIsFnLoaded_CsrGetProcessId},
+        {"RtlGetNativeSystemInformation", OrvNtdllIsFnLoaded_RtlGetNativeSystemInformation},
+        {"RtlWow64EnableFsRedirectionEx", OrvNtdllIsFnLoaded_RtlWow64EnableFsRedirectionEx},
+        {"EtwEventRegister", OrvNtdllIsFnLoaded_EtwEventRegister},
+        {"EtwEventUnregister", OrvNtdllIsFnLoaded_EtwEventUnregister},
+        {"EtwEventWrite", OrvNtdllIsFnLoaded_EtwEventWrite},
+        {"EtwEventWriteEx", OrvNtdllIsFnLoaded_EtwEventWriteEx},
+    };
+    for (const auto &c : cases)
+        CHECK_EQUAL(c.isLoaded(), OrvNtdll_FunctionExists(c.name));
+    CHECK(OrvNtdll_FunctionExists("ZwClose"));
+    CHECK(!OrvNtdll_FunctionExists("ZwNoSuchFunction"));
+    CHECK(!OrvNtdll_FunctionExists(""));
+    CHECK(!OrvNtdll_FunctionExists(nullptr));
+    CHECK_EQUAL(OrvIsWOW64Process(), OrvNtdll_FunctionExists("NtWow64CsrGetProcessId"));
+}
+
+TEST_CASE(RefillingKeepsTheTableUsable)
+{
+    void *const before = OrvGetNtdllModuleHandle();
+    CHECK_EQUAL(OrvNtdllTableInitialize(), ORV_S_OK);
+    CHECK_EQUAL(OrvGetNtdllModuleHandle(), before);
+    OrvNtdllTableDestroy();
+    CHECK(!OrvNtdllIsTableInitialized());
+    CHECK_EQUAL(OrvGetNtdllModuleHandle(), nullptr);
+    CHECK_EQUAL(OrvNtdllForceInitialize(), 0);
+    CHECK(!OrvNtdllIsTableInitialized());
+    CHECK(!OrvNtdll_FunctionExists("ZwClose"));
+    OrvNtdllTableDestroy(); // of an empty table: nothing
+    CHECK_EQUAL(OrvNtdllTableInitialize(), ORV_S_OK);
+    CHECK_EQUAL(OrvNtdllForceInitialize(), 1);
+}
+
+TEST_CASE(WrappersPassResultsOn)
+{
+    OSVERSIONINFOW version = {};
+    version.dwOSVersionInfoSize = sizeof version;
+    CHECK_EQUAL(OrvNtdll_RtlGetVersion(&version), STATUS_SUCCESS);
+    CHECK_EQUAL(version.dwMajorVersion, NtCurrentPeb()->OSMajorVersion);
+
+    void *const pointer = &version;
+    CHECK_EQUAL(OrvNtdll_RtlDecodePointer(OrvNtdll_RtlEncodePointer(pointer)), pointer);
+    CHECK_EQUAL(OrvNtdll_RtlDowncaseUnicodeChar(0x00C9), wchar_t(0x00E9));
+
+    const unsigned long first = OrvGetTimestamp();
+    CHECK(OrvNtdll_NtGetTickCount() - first < 1000);
+}
+
+TEST_CASE(FailedFlagsBecomeResults)
+{
+    const wchar_t missing[] = L"C:\\no such folder\\file";
+    CHECK_EQUAL(OrvKernel32_CopyFileW(missing, missing, true), ORV_E_PATH_NOT_FOUND);
+
+    char byte = 0;
+    unsigned long count = 0;
+    CHECK_EQUAL(OrvKernel32_ReadFile(nullptr, &byte, 1, &count, nullptr), ORV_E_INVALID_HANDLE);
+    CHECK_EQUAL(OrvWinGetLastError(), 6ul);
+    CHECK(OrvKernel32_GetACP() != 0);
+}
+
+TEST_CASE(LastErrorIsTheThreads)
+{
+    OrvWinSetLastError(0x12345678);
+    CHECK_EQUAL(OrvWinGetLastError(), 0x12345678ul);
+    CHECK_EQUAL(NtCurrentTeb()->LastErrorValue, 0x12345678ul);
+}

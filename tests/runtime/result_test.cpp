@@ -1,0 +1,69 @@
+// Result codes: the layout, the order of the mapping table, and the way back.
+
+#include "orv/runtime/result.h"
+
+#include "harness/test.h"
+
+TEST_CASE(Win32NumbersBecomeResults)
+{
+    struct {
+        uint32_t severity;
+        uint32_t win32Error;
+        uint32_t result;
+    } const cases[] = {
+        {3, 5, 0xE0010058},       {2, 5, 0xA0010058},       {1, 183, 0x6001004F}, {0, 2, 0x2001003D},
+        {3, 8, 0xC0070008},       {3, 0x12345, 0xC0072345}, {3, 0, 0xC0070000},   {1, 1000, 0x400703E8},
+        {3, 126, 0xE001003E},     {3, 80, 0xE001004F},      {3, 14, 0xE0010001},  {3, 10061, 0xE0010190},
+        {3, 0x10005, 0xC0070005}, {3, 112, 0xE0010097},
+    };
+    for (const auto &c : cases) {
+        test::Note("number", c.win32Error);
+        const auto severity = static_cast<_OrvErrorCodeSeverity>(c.severity);
+        CHECK_EQUAL(static_cast<uint32_t>(OrvCreateErrorCodeFromWin32(severity, c.win32Error)), c.result);
+    }
+    CHECK_EQUAL(OrvCreateErrorCodeFromWin32(0), ORV_S_OK);
+    CHECK_EQUAL(OrvCreateErrorCodeFromWin32(87), ORV_E_INVALID_ARGUMENT);
+    CHECK_EQUAL(static_cast<uint32_t>(OrvCreateErrorCodeFromWin32(8)), 0xC0070008u);
+}
+
+TEST_CASE(ResultsBecomeWin32Numbers)
+{
+    constexpr uint32_t kNone = 0xFFFFFFFF;
+    struct {
+        uint32_t result;
+        uint32_t win32Error;
+    } const cases[] = {
+        {0xC0070005, 5},   {0xE0070005, 5},   {0x0007FFFF, 0xFFFF}, {0xE001003E, 3},     {0xE001004F, 183},
+        {0x6001004F, 183}, {0xE003003E, 3},   {0xE0010050, kNone},  {0xC001003E, kNone}, {0xE002003E, kNone},
+        {0, kNone},        {0xE0010097, 112}, {0xA0010004, kNone},  {0xF007003E, 0x3E},
+    };
+    for (const auto &c : cases) {
+        test::Note("result", c.result);
+        uint32_t number = kNone;
+        CHECK_EQUAL(OrvCreateWin32CodeFromErrorCode(number, static_cast<OrvResult>(c.result)),
+                    c.win32Error != kNone);
+        CHECK_EQUAL(number, c.win32Error);
+    }
+}
+
+TEST_CASE(EveryMappedNumberComesBack)
+{
+    // Only the two repeated own codes come back as another number.
+    for (uint32_t number = 1; number < 0x10000; number++) {
+        uint32_t back = 0;
+        CHECK(OrvCreateWin32CodeFromErrorCode(back, OrvCreateErrorCodeFromWin32(number)));
+        const uint32_t expected = number == 126 ? 3 : number == 80 ? 183 : number;
+        if (!CHECK_EQUAL(back, expected))
+            return;
+    }
+}
+
+TEST_CASE(ErrnoFamilyIsFixed)
+{
+    int errnoValue = 77;
+    CHECK_EQUAL(OrvCreateErrorCodeFromErrno(), ORV_E_NOT_SUPPORTED);
+    CHECK_EQUAL(OrvCreateErrorCodeFromErrno(OrvSeverityError), ORV_E_INVALID_ARGUMENT);
+    CHECK_EQUAL(OrvCreateErrorCodeFromErrno(OrvSeverityError, 2), ORV_E_INVALID_ARGUMENT);
+    CHECK(!OrvGetErrnoFromErrorCode(errnoValue, ORV_E_ACCESS_DENIED));
+    CHECK_EQUAL(errnoValue, 77);
+}

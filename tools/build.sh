@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Configures (once) and builds presets: build.sh PRESET...
+set -euo pipefail
+. "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
+
+cd "$root"
+case " $* " in
+*' host '*) tools/setup.sh host ;;
+*) tools/setup.sh ;;
+esac
+for preset in "$@"; do
+    if [ ! -e "build/$preset/build.ninja" ]; then
+        log=build/$preset.configure.log
+        mkdir -p build
+        cmake --preset "$preset" >"$log" 2>&1 || {
+            cat "$log" >&2
+            rm -rf "build/$preset"
+            fail "cannot configure the $preset build" "the reason stands above and in $log"
+        }
+    fi
+    cmake --build --preset "$preset" || fail "the $preset build failed" 'the reason stands above'
+done

@@ -1,0 +1,11 @@
+#!/usr/bin/env bash
+# Runs a Windows program on the 32-bit NT interface that the tests use: run_wine.sh PROGRAM ARGUMENT...
+# Everything passes through: arguments, standard streams, exit code. ORV_WINE names another Wine, ORV_WINEPREFIX
+# another prefix; ORV_RUN_SECONDS bounds the run (600, exit code 124).
+set -euo pipefail
+. "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
+
+wine=$("$root/tools/get_wine.sh")
+wine_environment
+[ -e "$WINEPREFIX/system.reg" ] || "$root/tools/wine_session.sh" start
+exec timeout --foreground "${ORV_RUN_SECONDS:-600}" "$wine" "$@"
