@@ -4,6 +4,8 @@ set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 cd "$root"
-tools/get_wine.sh >/dev/null
+tools/wine_session.sh start
+trap 'tools/wine_session.sh stop' EXIT
 printf 'subdirs(%s)\n' "$*" >build/CTestTestfile.cmake
-ctest --test-dir build --output-on-failure ${ORV_TEST_ARGUMENTS:-}
+# shellcheck disable=SC2086  # several arguments in one variable, such as "-R text"
+ctest --test-dir build --output-on-failure --parallel "$(nproc)" ${ORV_TEST_ARGUMENTS:-}

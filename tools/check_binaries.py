@@ -1,0 +1,132 @@
+#!/usr/bin/env python3
+"""Checks what was built against what was promised, one check a call:
+
+  check_binaries.py imports READOBJ MODULE ALLOWED.dll[=FILE.def]...
+      the module imports only these modules, and only what FILE.def lists where one is given
+  check_binaries.py exports READOBJ MODULE CLANG_CL INCLUDE
+      the DLL exports exactly what the public headers declare for import: no implicit member, no internal, none
+      missing
+  check_binaries.py headers CLANG_CL INCLUDE
+      every public header compiles alone, in the compiler's default mode and in the strict one
+  check_binaries.py initialisers READOBJ OBJECT...
+      no object has a dynamic initialiser
+  check_binaries.py size FILE BYTES
+      the file is smaller
+
+Prints a line for each fault and exits 1 when there is one.
+"""
+
+import json
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+
+TARGET = "--target=i686-pc-windows-msvc"
+
+
+def run(*command):
+    return subprocess.run(command, check=True, capture_output=True, text=True).stdout
+
+
+def imports(readobj, module, *allowed):
+    lists = {}
+    for entry in allowed:
+        name, _, definition = entry.partition("=")
+        lists[name.lower()] = names_of(definition) if definition else None
+    faults = []
+    current = None
+    seen = set()
+    for line in run(readobj, "--coff-imports", module).splitlines():
+        if match := re.match(r"\s+Name: (\S+)", line):
+            current = match[1].lower()
+            seen.add(current)
+            if current not in lists:
+                faults.append(f"imports {match[1]}")
+        elif (match := re.match(r"\s+Symbol: (\S*)", line)) and lists.get(current) is not None:
+            if match[1] not in lists[current]:
+                faults.append(f"imports {match[1]} of {current}, which no list names")
+    faults += [f"imports nothing of {name}" for name in lists if name not in seen]
+    return faults
+
+
+def names_of(definition):
+    lines = pathlib.Path(definition).read_text().splitlines()
+    names = [line.split("@")[0].strip() for line in lines[lines.index("EXPORTS") + 1:]]
+    return {name for name in names if name and not name.startswith(";")}
+
+
+def declared_for_import(clang_cl, include):
+    """The mangled names of everything that the public headers declare for import."""
+    with tempfile.TemporaryDirectory() as folder:
+        source = pathlib.Path(folder) / "all.cpp"
+        source.write_text('#include "orv/orv.h"\n')
+        tree = json.loads(run(clang_cl, TARGET, "/nologo", f"/I{include}", "/Zs", "-Xclang", "-ast-dump=json",
+                              str(source)))
+    names = set()
+
+    def visit(node):
+        # A template's pattern has no symbol; its instantiations stand beside it.
+        inner = node.get("inner", [])
+        if any(child.get("kind") == "DLLImportAttr" for child in inner) and "mangledName" in node:
+            names.add(node["mangledName"])
+        for child in inner:
+            visit(child)
+
+    visit(tree)
+    return names
+
+
+def exports(readobj, module, clang_cl, include):
+    exported = set(re.findall(r"^\s+Name: (\S+)$", run(readobj, "--coff-exports", module), re.M))
+    declared = declared_for_import(clang_cl, include)
+    faults = [f"exports {name}, which no public header declares" for name in sorted(exported - declared)]
+    faults += [f"does not export {name}, which a public header declares" for name in sorted(declared - exported)]
+    return faults + ([] if exported else ["exports nothing"])
+
+
+def headers(clang_cl, include):
+    faults = []
+    modes = ([], ["/permissive-", "/std:c++20", "/W4", "/WX"])
+    found = sorted(pathlib.Path(include).rglob("*.h"))
+    with tempfile.TemporaryDirectory() as folder:
+        source = pathlib.Path(folder) / "alone.cpp"
+        for header in found:
+            name = header.relative_to(include)
+            source.write_text(f'#include "{name}"\n')
+            for mode in modes:
+                result = subprocess.run([clang_cl, TARGET, "/nologo", f"/I{include}", "/Zs", *mode, str(source)],
+                                        capture_output=True, text=True, check=False)
+                if result.returncode or result.stderr:
+                    faults.append(f"{name} {' '.join(mode)}: {result.stderr.strip()}")
+        everything = (pathlib.Path(include) / "orv/orv.h").read_text()
+        faults += [f"orv/orv.h does not include {header.relative_to(include)}" for header in found
+                   if header.name != "orv.h" and f'"{header.relative_to(include)}"' not in everything]
+    return faults + ([] if found else ["no header"])
+
+
+def initialisers(readobj, *objects):
+    return [f"{file} has dynamic initialisers" for file in objects
+            if ".CRT$X" in run(readobj, "--section-headers", file)] + ([] if objects else ["no object"])
+
+
+def size(file, most):
+    actual = pathlib.Path(file).stat().st_size
+    return [] if actual < int(most) else [f"{file} has {actual} bytes, not less than {most}"]
+
+
+CHECKS = {check.__name__: check for check in (imports, exports, headers, initialisers, size)}
+
+
+def main():
+    if len(sys.argv) < 3 or sys.argv[1] not in CHECKS:
+        sys.exit(__doc__)
+    faults = CHECKS[sys.argv[1]](*sys.argv[2:])
+    for fault in faults:
+        print(fault)
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
