@@ -25,6 +25,14 @@ inline HANDLE NtCurrentProcess()
     return reinterpret_cast<HANDLE>(-1);
 }
 
+struct FILE_FS_DEVICE_INFORMATION {
+    ULONG DeviceType;
+    ULONG Characteristics;
+};
+
+constexpr ULONG FileFsDeviceInformation = 4;
+constexpr ULONG FILE_DEVICE_CONSOLE = 0x50;
+
 constexpr ULONG MEM_COMMIT = 0x1000;
 constexpr ULONG MEM_RESERVE = 0x2000;
 constexpr ULONG PAGE_NOACCESS = 0x01;
@@ -36,6 +44,8 @@ NTSYSAPI NTSTATUS NTAPI NtTerminateProcess(HANDLE process, NTSTATUS exitStatus);
 NTSYSAPI NTSTATUS NTAPI NtWriteFile(HANDLE file, HANDLE event, PVOID routine, PVOID context,
                                     IO_STATUS_BLOCK *status, const void *buffer, ULONG size,
                                     const LONGLONG *offset, ULONG *key);
+NTSYSAPI NTSTATUS NTAPI NtQueryVolumeInformationFile(HANDLE file, IO_STATUS_BLOCK *status, PVOID information,
+                                                     ULONG size, ULONG informationClass);
 NTSYSAPI NTSTATUS NTAPI NtAllocateVirtualMemory(HANDLE process, PVOID *base, ULONG zeroBits, ULONG *size,
                                                 ULONG type, ULONG protection);
 NTSYSAPI NTSTATUS NTAPI NtProtectVirtualMemory(HANDLE process, PVOID *base, ULONG *size, ULONG protection,
@@ -44,5 +54,10 @@ NTSYSAPI PVOID NTAPI RtlAddVectoredExceptionHandler(ULONG first, LONG(NTAPI *han
 NTSYSAPI HANDLE NTAPI RtlCreateHeap(ULONG flags, PVOID base, size_t reserve, size_t commit, PVOID lock,
                                     PVOID parameters);
 NTSYSAPI HANDLE NTAPI RtlDestroyHeap(HANDLE heap);
+
+NTSYSAPI NTSTATUS NTAPI RtlUnicodeToUTF8N(char *target, ULONG capacity, ULONG *written, const WCHAR *source,
+                                          ULONG size);
+NTSYSAPI NTSTATUS NTAPI RtlUnicodeToOemN(char *target, ULONG capacity, ULONG *written, const WCHAR *source,
+                                         ULONG size);
 
 } // extern "C"

@@ -26,7 +26,8 @@ void *AllocateBeforeGuard(size_t size)
 {
     constexpr size_t kPage = 0x1000;
     const size_t pages = (size + kPage - 1) / kPage * kPage;
-    void *const base = mmap(nullptr, pages + kPage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    void *const base =
+        mmap(nullptr, pages + kPage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (base == MAP_FAILED || mprotect(static_cast<char *>(base) + pages, kPage, PROT_NONE) != 0)
         __builtin_trap();
     return static_cast<char *>(base) + pages - size;

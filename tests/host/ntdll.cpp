@@ -1,5 +1,6 @@
-// The few functions of ntdll.dll that the computations call, over the host's C library. Only as much as the tests
-// that are built here need: case mapping knows Latin-1, Greek and Cyrillic, and statuses have no Win32 numbers.
+// The few functions of ntdll.dll that the computations call, over the host's C library. Only as much as the
+// tests that are built here need: case mapping knows Latin-1, Greek and Cyrillic, and statuses have no Win32
+// numbers.
 
 #include "nt/teb.h"
 
@@ -29,8 +30,8 @@ ULONG NTAPI RtlNtStatusToDosError(NTSTATUS)
 WCHAR NTAPI RtlUpcaseUnicodeChar(WCHAR character)
 {
     const unsigned c = character;
-    if ((c >= 'a' && c <= 'z') || (c >= 0xE0 && c <= 0xFE && c != 0xF7) || (c >= 0x3B1 && c <= 0x3C9 && c != 0x3C2) ||
-        (c >= 0x430 && c <= 0x44F))
+    if ((c >= 'a' && c <= 'z') || (c >= 0xE0 && c <= 0xFE && c != 0xF7) ||
+        (c >= 0x3B1 && c <= 0x3C9 && c != 0x3C2) || (c >= 0x430 && c <= 0x44F))
         return static_cast<WCHAR>(c - 32);
     return c == 0xFF ? static_cast<WCHAR>(0x178) : character;
 }

@@ -1,0 +1,173 @@
+// The format engine: printf-like text from values, into a caller's array, a descriptor, a heap buffer, a
+// writable reference or a sink.
+//
+// A directive is  % flags width .precision modifier conversion
+//
+//   flags       any of  - (left-justify)  + and space (sign)  0 (pad with zeros)  # (radix prefix)
+//   width       decimal digits, or * for the next 32-bit argument; below zero it left-justifies
+//   precision   a point and decimal digits, or .* for the next 32-bit argument; below zero it counts as not
+//   given.
+//               At least so many digits of an integer (32 at most), at most so many characters of a string
+//   modifier    hh (8 bits)  h (16)  l, I32, I, z (32)  ll, I64 (64)
+//   conversion  d i      signed decimal
+//               u o x X  unsigned decimal, octal, hexadecimal
+//               p        a pointer: hexadecimal in lower case, padded with zeros
+//               c        one character, from the low bits of a 32-bit argument
+//               s        text of the engine's own width; a null pointer prints "(null)"
+//               ls       UTF-16 text, in the UTF-16 forms that take a code page
+//               hs       byte text, in the byte forms that take a code page
+//               wZ       a counted UTF-16 string (UNICODE_STRING), in the UTF-16 forms
+//               Z        a counted byte string (ANSI_STRING), in the byte forms
+//               %        a percent sign
+//
+// Sign, prefix and padding stand where C's printf puts them. A directive with any other conversion or
+// modifier is copied to the output as it stands and takes no argument; an integer conversion with the
+// modifier w prints nothing and takes none; a percent sign that starts no directive is written as it is.
+//
+// Arguments travel as the compiler passes them to a function with an ellipsis: four bytes each, eight for
+// 64-bit integers. They must not point into the target. Every form returns ORV_E_INVALID_ARGUMENT, and writes
+// nothing, for a null format.
+
+#pragma once
+
+#include <stdarg.h>
+
+#include "orv/base.h"
+#include "orv/text/code_page.h"
+#include "orv/text/heap_buffer.h"
+#include "orv/text/interfaces.h"
+#include "orv/text/string_ref.h"
+
+/// Formats into an array of `capacity` characters and terminates it. `written`, when given, receives the
+/// number of characters before the terminator.
+///
+/// Returns 0; ORV_E_BUFFER_TOO_SMALL when the text does not fit: as much as fits stands in the array,
+/// terminated and counted; ORV_E_INVALID_ARGUMENT for a null array or a capacity of 0, and nothing is
+/// written.
+ORV_API OrvResult OrvFormatStringV(OrvCodePage codePage, wchar_t *buffer, uint32_t capacity,
+                                   const wchar_t *format, uint32_t *written, va_list arguments);
+ORV_API OrvResult OrvFormatStringV(OrvCodePage codePage, char *buffer, uint32_t capacity, const char *format,
+                                   uint32_t *written, va_list arguments);
+
+/// Formats into the descriptor's array from its start, and sets its length on success. Results as for the
+/// array; on failure the length is as it was.
+ORV_API OrvResult OrvFormatStringV(OrvCodePage codePage, _ORV_UTF16CHAR_STR &target, const wchar_t *format,
+                                   va_list arguments);
+
+/// Replaces the buffer's text; the buffer grows in doubling steps, from 256 characters on.
+///
+/// Returns 0 or ORV_E_OUT_OF_MEMORY. The buffer is then as it was when it had no room to begin with, and
+/// empty when it could not grow further.
+ORV_API OrvResult OrvFormatStringV(OrvCodePage codePage, OrvUtf16CharHeapBuffer &target,
+                                   const wchar_t *format, va_list arguments);
+
+/// The same operation as the one above: it replaces the text, whatever its name says.
+ORV_API OrvResult OrvAppendFormatStringV(OrvCodePage codePage, OrvUtf16CharHeapBuffer &target,
+                                         const wchar_t *format, va_list arguments);
+
+/// Replaces the text of the reference's owner, which is resized for every piece.
+///
+/// Returns 0 or the owner's first failure; the owner's text is then empty.
+ORV_API OrvResult OrvFormatStringV(const OrvMutableStringRefBase2<wchar_t, 0> &target, const wchar_t *format,
+                                   va_list arguments);
+
+/// Appends behind the text of the reference's owner, which is resized for every piece.
+///
+/// Returns 0 or the owner's first failure; the owner's text is then what it was.
+ORV_API OrvResult OrvAppendFormatStringV(const OrvMutableStringRefBase2<wchar_t, 0> &target,
+                                         const wchar_t *format, va_list arguments);
+
+/// Hands each piece of the text to the sink. Returns 0, or the first failure of the sink, which ends
+/// formatting.
+ORV_API OrvResult OrvBasAppendFormatV(OrvBasAppendable<char> &target, const char *format, va_list arguments);
+ORV_API OrvResult OrvBasAppendFormatV(OrvBasAppendable<wchar_t> &target, const wchar_t *format,
+                                      va_list arguments);
+
+// The same with the arguments behind the format.
+
+inline OrvResult OrvFormatString(OrvCodePage codePage, wchar_t *buffer, uint32_t capacity, uint32_t *written,
+                                 const wchar_t *format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    const OrvResult result = OrvFormatStringV(codePage, buffer, capacity, format, written, arguments);
+    va_end(arguments);
+    return result;
+}
+
+inline OrvResult OrvFormatString(OrvCodePage codePage, char *buffer, uint32_t capacity, uint32_t *written,
+                                 const char *format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    const OrvResult result = OrvFormatStringV(codePage, buffer, capacity, format, written, arguments);
+    va_end(arguments);
+    return result;
+}
+
+inline OrvResult OrvFormatString(OrvCodePage codePage, _ORV_UTF16CHAR_STR &target, const wchar_t *format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    const OrvResult result = OrvFormatStringV(codePage, target, format, arguments);
+    va_end(arguments);
+    return result;
+}
+
+inline OrvResult OrvFormatString(OrvCodePage codePage, OrvUtf16CharHeapBuffer &target, const wchar_t *format,
+                                 ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    const OrvResult result = OrvFormatStringV(codePage, target, format, arguments);
+    va_end(arguments);
+    return result;
+}
+
+inline OrvResult OrvAppendFormatString(OrvCodePage codePage, OrvUtf16CharHeapBuffer &target,
+                                       const wchar_t *format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    const OrvResult result = OrvAppendFormatStringV(codePage, target, format, arguments);
+    va_end(arguments);
+    return result;
+}
+
+inline OrvResult OrvFormatString(const OrvMutableStringRefBase2<wchar_t, 0> &target, const wchar_t *format,
+                                 ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    const OrvResult result = OrvFormatStringV(target, format, arguments);
+    va_end(arguments);
+    return result;
+}
+
+inline OrvResult OrvAppendFormatString(const OrvMutableStringRefBase2<wchar_t, 0> &target,
+                                       const wchar_t *format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    const OrvResult result = OrvAppendFormatStringV(target, format, arguments);
+    va_end(arguments);
+    return result;
+}
+
+inline OrvResult OrvBasAppendFormat(OrvBasAppendable<char> &target, const char *format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    const OrvResult result = OrvBasAppendFormatV(target, format, arguments);
+    va_end(arguments);
+    return result;
+}
+
+inline OrvResult OrvBasAppendFormat(OrvBasAppendable<wchar_t> &target, const wchar_t *format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    const OrvResult result = OrvBasAppendFormatV(target, format, arguments);
+    va_end(arguments);
+    return result;
+}

@@ -1,0 +1,296 @@
+// The format engine: one loop for every target and both widths, a template over the sink.
+//
+// A piece of output is written as soon as it is known: literal runs and strings straight from where they
+// stand, numbers from a small array on the stack. Nothing is measured twice and nothing is allocated.
+
+#pragma once
+
+#include <stdarg.h>
+
+#include "nt/nt.h"
+#include "orv/base.h"
+#include "orv/runtime/result.h"
+#include "orv/text/code_page.h"
+#include "orv/text/string.h"
+#include "text/format_directive.h"
+#include "text/format_float.h"
+#include "text/format_number.h"
+
+namespace detail
+{
+
+/// Whether the entry point takes a code page, and which: the modifiers l and h have a meaning only where it
+/// does.
+struct FormatCodePage {
+    OrvCodePage page;
+    bool given;
+};
+
+/// The platform's counted string of a width.
+template <typename T>
+struct CountedStringOf;
+template <>
+struct CountedStringOf<wchar_t> {
+    typedef UNICODE_STRING Type;
+};
+template <>
+struct CountedStringOf<char> {
+    typedef ANSI_STRING Type;
+};
+
+template <typename Sink>
+class FormatEngine
+{
+public:
+    typedef typename Sink::Character T;
+
+    FormatEngine(Sink &sink, FormatCodePage codePage, va_list arguments) : sink_(sink), codePage_(codePage)
+    {
+        va_copy(arguments_, arguments);
+    }
+    FormatEngine(const FormatEngine &) = delete;
+    FormatEngine &operator=(const FormatEngine &) = delete;
+    ~FormatEngine() { va_end(arguments_); }
+
+    OrvResult Run(const T *format)
+    {
+        for (;;) {
+            const T *percent = format;
+            while (*percent && *percent != '%')
+                percent++;
+            OrvResult result = Write(format, percent);
+            if (OrvFailed(result))
+                return result;
+            if (!*percent)
+                return ORV_S_OK; // also where the target answered with a remark
+            FormatDirective directive;
+            const T *const next = ParseDirective(percent + 1, directive);
+            result = next ? WriteDirective(directive, percent, next) : Write(percent, percent + 1);
+            if (OrvFailed(result))
+                return result;
+            format = next ? next : percent + 1;
+        }
+    }
+
+private:
+    static constexpr bool kUtf16 = sizeof(T) == sizeof(wchar_t);
+
+    OrvResult Write(const T *first, const T *last)
+    {
+        return first == last ? ORV_S_OK : sink_.Write(first, static_cast<uint32_t>(last - first));
+    }
+
+    OrvResult Fill(char character, uint32_t count)
+    {
+        return count ? sink_.Fill(static_cast<T>(character), count) : ORV_S_OK;
+    }
+
+    __declspec(noinline) OrvResult WriteDirective(FormatDirective &directive, const T *first, const T *last)
+    {
+        switch (directive.conversion) {
+        case '%':
+            TakeCounts(directive);
+            return Fill('%', 1);
+        case 'd':
+        case 'i':
+        case 'u':
+        case 'o':
+        case 'x':
+        case 'X':
+            return directive.modifier == SizeModifier::kWide ? ORV_S_OK : WriteInteger(directive);
+        case 'p':
+            TakeCounts(directive);
+            return WriteNumber(directive, FormatPointer<T>(directive, va_arg(arguments_, uint32_t)));
+        case 'e':
+        case 'E':
+        case 'f':
+        case 'g':
+        case 'G':
+            return WriteFloat(directive);
+        case 'c': {
+            TakeCounts(directive);
+            const auto character = static_cast<T>(va_arg(arguments_, uint32_t));
+            return WritePadded(directive, &character, 1);
+        }
+        case 's':
+            if (directive.modifier == SizeModifier::kNone ||
+                (codePage_.given && IsOwnWidth(directive.modifier)))
+                return WriteTerminated(directive);
+            break;
+        case 'Z':
+            if (directive.modifier == (kUtf16 ? SizeModifier::kWide : SizeModifier::kNone))
+                return WriteCounted(directive);
+            break;
+        default:
+            break;
+        }
+        return Write(first, last);
+    }
+
+    static bool IsOwnWidth(SizeModifier modifier)
+    {
+        return modifier == (kUtf16 ? SizeModifier::kLong : SizeModifier::kShort);
+    }
+
+    /// Takes width and precision from the arguments, where a star stands for them.
+    void TakeCounts(FormatDirective &directive)
+    {
+        if (directive.widthFromArgument) {
+            const auto width = va_arg(arguments_, int32_t);
+            directive.leftJustify |= width < 0;
+            directive.width = width < 0 ? 0u - static_cast<uint32_t>(width) : static_cast<uint32_t>(width);
+        }
+        if (directive.precisionFromArgument) {
+            const auto precision = va_arg(arguments_, int32_t);
+            directive.precisionGiven = precision >= 0;
+            directive.precision = static_cast<uint32_t>(precision);
+        }
+    }
+
+    OrvResult WriteInteger(FormatDirective &directive)
+    {
+        TakeCounts(directive);
+        const bool isSigned = directive.conversion == 'd' || directive.conversion == 'i';
+        uint64_t value = 0;
+        switch (directive.modifier) {
+        case SizeModifier::kInt64:
+        case SizeModifier::kLongLong:
+            value = va_arg(arguments_, uint64_t);
+            break;
+        case SizeModifier::kByte: {
+            const auto narrow = static_cast<uint8_t>(va_arg(arguments_, uint32_t));
+            value = isSigned ? static_cast<uint64_t>(static_cast<int8_t>(narrow)) : narrow;
+            break;
+        }
+        case SizeModifier::kShort: {
+            const auto narrow = static_cast<uint16_t>(va_arg(arguments_, uint32_t));
+            value = isSigned ? static_cast<uint64_t>(static_cast<int16_t>(narrow)) : narrow;
+            break;
+        }
+        default: {
+            const auto word = va_arg(arguments_, uint32_t);
+            value = isSigned ? static_cast<uint64_t>(static_cast<int32_t>(word)) : word;
+            break;
+        }
+        }
+        if (isSigned)
+            return WriteNumber(directive, FormatSigned<T>(directive, static_cast<int64_t>(value)));
+        return WriteNumber(directive, FormatUnsigned<T>(directive, value));
+    }
+
+    __declspec(noinline) OrvResult WriteNumber(const FormatDirective &directive, const NumberText<T> &number)
+    {
+        uint32_t zeros = number.zeros;
+        const uint32_t length = number.prefixLength + zeros + number.digitCount;
+        const uint32_t padding = directive.width > length ? directive.width - length : 0;
+        const bool padWithZeros = directive.zeroPad && !directive.leftJustify;
+        if (padWithZeros)
+            zeros += padding;
+        OrvResult result = ORV_S_OK;
+        if (!padWithZeros && !directive.leftJustify)
+            result = Fill(' ', padding);
+        if (OrvSucceeded(result))
+            result = Write(number.prefix, number.prefix + number.prefixLength);
+        if (OrvSucceeded(result))
+            result = Fill('0', zeros);
+        if (OrvSucceeded(result))
+            result = Write(number.Digits(), number.Digits() + number.digitCount);
+        if (OrvSucceeded(result) && directive.leftJustify)
+            result = Fill(' ', padding);
+        return result;
+    }
+
+    __declspec(noinline) OrvResult WriteFloat(FormatDirective &directive)
+    {
+        TakeCounts(directive);
+        const FloatText number(directive, va_arg(arguments_, double));
+        const uint64_t length = number.length + (number.sign ? 1 : 0);
+        const uint32_t padding =
+            directive.width > length ? directive.width - static_cast<uint32_t>(length) : 0;
+        const bool padWithZeros = directive.zeroPad && !directive.leftJustify && number.isNumber;
+        OrvResult result = ORV_S_OK;
+        if (!padWithZeros && !directive.leftJustify)
+            result = Fill(' ', padding);
+        if (OrvSucceeded(result) && number.sign)
+            result = Fill(number.sign, 1);
+        if (OrvSucceeded(result) && padWithZeros)
+            result = Fill('0', padding);
+        for (uint32_t i = 0; i < number.pieceCount && OrvSucceeded(result); i++) {
+            const FloatText::Piece &piece = number.pieces[i];
+            result = piece.text ? WriteNarrow(piece.text, piece.length) : Fill('0', piece.length);
+        }
+        if (OrvSucceeded(result) && directive.leftJustify)
+            result = Fill(' ', padding);
+        return result;
+    }
+
+    /// ASCII text in the engine's width.
+    OrvResult WriteNarrow(const char *text, uint32_t length)
+    {
+        constexpr uint32_t kChunk = 64;
+        OrvResult result = ORV_S_OK;
+        while (length && OrvSucceeded(result)) {
+            T chunk[kChunk];
+            const uint32_t count = length < kChunk ? length : kChunk;
+            for (uint32_t i = 0; i < count; i++)
+                chunk[i] = static_cast<T>(text[i]);
+            result = Write(chunk, chunk + count);
+            text += count;
+            length -= count;
+        }
+        return result;
+    }
+
+    OrvResult WriteTerminated(FormatDirective &directive)
+    {
+        TakeCounts(directive);
+        const T *const text = va_arg(arguments_, const T *);
+        if (!text)
+            return WriteNull(directive);
+        // A precision bounds how far the text is read: it need not be terminated behind it.
+        const uint32_t length = directive.precisionGiven
+                                    ? OrvGetStringSizeInElements(text, directive.precision)
+                                    : OrvGetStringSizeInElements(text);
+        return WritePadded(directive, text, length);
+    }
+
+    OrvResult WriteCounted(FormatDirective &directive)
+    {
+        TakeCounts(directive);
+        const auto *const string = va_arg(arguments_, const typename CountedStringOf<T>::Type *);
+        if (!string || (!string->Buffer && string->Length))
+            return WriteNull(directive);
+        uint32_t length = string->Length / sizeof(T);
+        if (directive.precisionGiven && directive.precision < length)
+            length = directive.precision;
+        return WritePadded(directive, string->Buffer, length);
+    }
+
+    OrvResult WriteNull(const FormatDirective &directive)
+    {
+        static constexpr T kNull[] = {'(', 'n', 'u', 'l', 'l', ')'};
+        uint32_t length = sizeof kNull / sizeof(T);
+        if (directive.precisionGiven && directive.precision < length)
+            length = directive.precision;
+        return WritePadded(directive, kNull, length);
+    }
+
+    /// Text in a field of spaces.
+    __declspec(noinline) OrvResult
+        WritePadded(const FormatDirective &directive, const T *text, uint32_t length)
+    {
+        const uint32_t padding = directive.width > length ? directive.width - length : 0;
+        OrvResult result = directive.leftJustify ? ORV_S_OK : Fill(' ', padding);
+        if (OrvSucceeded(result))
+            result = Write(text, text + length);
+        if (OrvSucceeded(result) && directive.leftJustify)
+            result = Fill(' ', padding);
+        return result;
+    }
+
+    Sink &sink_;
+    const FormatCodePage codePage_;
+    va_list arguments_;
+};
+
+} // namespace detail

@@ -1,0 +1,83 @@
+// The digits of an integer in any radix from 2 to 36, for the format engine and the number conversions.
+
+#pragma once
+
+#include <stdint.h>
+
+namespace detail
+{
+
+/// Room for every 64-bit value in every radix.
+constexpr uint32_t kMostIntegerDigits = 64;
+
+struct DigitPairs {
+    char digits[200];
+
+    constexpr DigitPairs() : digits{}
+    {
+        for (uint32_t i = 0; i < 100; i++) {
+            digits[2 * i] = static_cast<char>('0' + i / 10);
+            digits[2 * i + 1] = static_cast<char>('0' + i % 10);
+        }
+    }
+};
+
+inline constexpr DigitPairs kDigitPairs;
+
+/// At least `least` decimal digits, written backwards from `end`. Returns the first one.
+template <typename T>
+T *WriteDecimal(T *end, uint32_t value, uint32_t least)
+{
+    T *const limit = end - least;
+    while (value >= 100) {
+        const uint32_t pair = value % 100 * 2;
+        value /= 100;
+        *--end = static_cast<T>(kDigitPairs.digits[pair + 1]);
+        *--end = static_cast<T>(kDigitPairs.digits[pair]);
+    }
+    if (value >= 10) {
+        *--end = static_cast<T>(kDigitPairs.digits[value * 2 + 1]);
+        *--end = static_cast<T>(kDigitPairs.digits[value * 2]);
+    } else if (value) {
+        *--end = static_cast<T>('0' + value);
+    }
+    while (end > limit)
+        *--end = static_cast<T>('0');
+    return end;
+}
+
+/// The digits of `value`, written backwards from `end`, which has room for kMostIntegerDigits before it; none
+/// for 0. Returns the first one.
+template <typename T>
+T *WriteDigits(T *end, uint64_t value, uint32_t radix, bool upperCase)
+{
+    if (radix == 10) {
+        // Nine digits at a time, so that a 64-bit division is needed twice at most.
+        constexpr uint32_t kNineDigits = 1000000000;
+        while (value > UINT32_MAX) {
+            const uint64_t quotient = value / kNineDigits;
+            end = WriteDecimal(end, static_cast<uint32_t>(value - quotient * kNineDigits), 9);
+            value = quotient;
+        }
+        return WriteDecimal(end, static_cast<uint32_t>(value), 0);
+    }
+    const char letters = static_cast<char>((upperCase ? 'A' : 'a') - 10);
+    const auto digit = [letters](uint32_t number) {
+        return static_cast<T>(number < 10 ? '0' + number : letters + number);
+    };
+    if ((radix & (radix - 1)) == 0) {
+        const uint32_t shift = static_cast<uint32_t>(__builtin_ctz(radix));
+        for (; value > UINT32_MAX; value >>= shift)
+            *--end = digit(static_cast<uint32_t>(value) & (radix - 1));
+        for (auto low = static_cast<uint32_t>(value); low; low >>= shift)
+            *--end = digit(low & (radix - 1));
+        return end;
+    }
+    for (; value > UINT32_MAX; value /= radix)
+        *--end = digit(static_cast<uint32_t>(value % radix));
+    for (auto low = static_cast<uint32_t>(value); low; low /= radix)
+        *--end = digit(low % radix);
+    return end;
+}
+
+} // namespace detail

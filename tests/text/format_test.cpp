@@ -1,0 +1,400 @@
+// The format engine: the grammar, the placement of numbers, and what each kind of target keeps on failure.
+// Tables hold bytes; every row runs in both widths, because the twins must agree to the letter.
+
+#include "orv/text/format.h"
+
+#include "harness/memory.h"
+#include "harness/test.h"
+#include "nt/nt.h"
+#include "orv/runtime/result.h"
+
+namespace
+{
+
+constexpr uint32_t kRoom = 1024;
+
+/// A row's text in UTF-16.
+struct Wide {
+    wchar_t text[kRoom];
+
+    explicit Wide(const char *bytes)
+    {
+        uint32_t i = 0;
+        do
+            text[i] = static_cast<uint8_t>(bytes[i]);
+        while (bytes[i++]);
+    }
+};
+
+/// Formats in both widths with the same arguments; the results and texts must be the same.
+OrvResult FormatBoth(char (&out)[kRoom], const char *format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    uint32_t written = 0;
+    const OrvResult result = OrvFormatStringV(OrvCodePageUtf8, out, kRoom, format, &written, arguments);
+    va_end(arguments);
+
+    static wchar_t wideOut[kRoom];
+    uint32_t wideWritten = 0;
+    va_start(arguments, format);
+    CHECK_EQUAL(OrvFormatStringV(OrvCodePageUtf8, wideOut, kRoom, Wide(format).text, &wideWritten, arguments),
+                result);
+    va_end(arguments);
+    CHECK_EQUAL(wideWritten, written);
+    CHECK_TEXT(wideOut, Wide(out).text);
+    return result;
+}
+
+/// Collects pieces, and fails at one of them when told to.
+template <typename T>
+class Collector final : public OrvBasAppendable<T>
+{
+public:
+    OrvResult Append(const T *first, const T *last) override
+    {
+        if (++pieces == failAt)
+            return ORV_E_WRITE_FAULT;
+        while (first != last)
+            text[length++] = *first++;
+        return ORV_S_NOT_SET; // a success with a remark does not stop the engine
+    }
+
+    T text[kRoom] = {};
+    uint32_t length = 0;
+    uint32_t pieces = 0;
+    uint32_t failAt = 0;
+};
+
+} // namespace
+
+TEST_CASE(IntegersStandWhereTheDirectiveSays)
+{
+    struct {
+        const char *format;
+        uint32_t value;
+        const char *expected;
+    } const cases[] = {
+        {"%d", 0, "0"},
+        {"%d", 7, "7"},
+        {"%d", 0x7FFFFFFF, "2147483647"},
+        {"%i", 0x80000000, "-2147483648"},
+        {"%u", 0xFFFFFFFF, "4294967295"},
+        {"%u", 1000000009, "1000000009"},
+        {"%x", 0xABCDEF, "abcdef"},
+        {"%X", 0xABCDEF, "ABCDEF"},
+        {"%o", 8, "10"},
+        {"%5d|", 42, "   42|"},
+        {"%-5d|", 42, "42   |"},
+        {"%05d|", 42, "00042|"},
+        {"%-05d|", 42, "42   |"},
+        {"%05d", static_cast<uint32_t>(-42), "-0042"},
+        {"%+d", 42, "+42"},
+        {"% d", 42, " 42"},
+        {"%+ d", 42, "+42"},
+        {"%+ 06d", 42, "+00042"},
+        {"%+u", 42, "42"},
+        {"% x", 42, "2a"},
+        {"%.5d", 42, "00042"},
+        {"%8.5d|", 42, "   00042|"},
+        {"%08.5d|", 42, "   00042|"},
+        {"%-8.5d|", static_cast<uint32_t>(-42), "-00042  |"},
+        {"%08.3x", 0xF, "     00f"},
+        {"%.0d|", 0, "|"},
+        {"%.d|", 0, "|"},
+        {"%5.0u|", 0, "     |"},
+        {"%.40u", 1, "00000000000000000000000000000001"}, // 32 digits at most
+        {"%#x", 255, "0xff"},
+        {"%#X", 255, "0XFF"},
+        {"%#x", 0, "0"},
+        {"%#010x", 255, "0x000000ff"},
+        {"%#10x", 255, "      0xff"},
+        {"%#o", 8, "010"},
+        {"%#o", 0, "0"},
+        {"%#.0o", 0, "0"},
+        {"%#.3o", 8, "010"},
+        {"%hd", 0x18000, "-32768"},
+        {"%hu", 0x1FFFF, "65535"},
+        {"%hhd", 0x180, "-128"},
+        {"%hhx", 0xABC, "bc"},
+        {"%ld", 0xFFFFFFFF, "-1"},
+        {"%Id", 0xFFFFFFFF, "-1"},
+        {"%zu", 0xFFFFFFFF, "4294967295"},
+        {"%I32x", 0xFFFFFFFF, "ffffffff"},
+        {"%p", 0xAB, "ab"},
+        {"%8p", 0xAB, "000000ab"},
+        {"%8.4p", 0xAB, "000000ab"},
+        {"%-8p|", 0xAB, "ab      |"},
+        {"%c", 'A', "A"},
+        {"%3c|", 'A', "  A|"},
+        {"%-3c|", 'A', "A  |"},
+        {"%c|", 0x10041, "A|"},
+    };
+    for (const auto &c : cases) {
+        test::Note(c.format, c.value);
+        char out[kRoom];
+        CHECK_EQUAL(FormatBoth(out, c.format, c.value), ORV_S_OK);
+        CHECK_TEXT(out, c.expected);
+    }
+}
+
+TEST_CASE(WideIntegersTakeEightBytes)
+{
+    struct {
+        const char *format;
+        uint64_t value;
+        const char *expected;
+    } const cases[] = {
+        {"%I64d|%d", 0x8000000000000000, "-9223372036854775808|77"},
+        {"%lld|%d", 0x7FFFFFFFFFFFFFFF, "9223372036854775807|77"},
+        {"%llu|%d", 0xFFFFFFFFFFFFFFFF, "18446744073709551615|77"},
+        {"%I64u|%d", 4294967296, "4294967296|77"},
+        {"%I64u|%d", 1000000000000000000, "1000000000000000000|77"},
+        {"%I64u|%d", 9999999999, "9999999999|77"},
+        {"%I64x|%d", 0x123456789ABCDEF0, "123456789abcdef0|77"},
+        {"%#llo|%d", 0xFFFFFFFFFFFFFFFF, "01777777777777777777777|77"},
+        {"%I64x|%d", 0, "0|77"},
+    };
+    for (const auto &c : cases) {
+        test::Note(c.format, c.value);
+        char out[kRoom];
+        CHECK_EQUAL(FormatBoth(out, c.format, c.value, 77), ORV_S_OK);
+        CHECK_TEXT(out, c.expected);
+    }
+}
+
+TEST_CASE(StarsTakeArgumentsInOrder)
+{
+    char out[kRoom];
+    CHECK_EQUAL(FormatBoth(out, "%*d|%-*d|%*d|", 5, 42, 5, 42, -5, 42), ORV_S_OK);
+    CHECK_TEXT(out, "   42|42   |42   |");
+    CHECK_EQUAL(FormatBoth(out, "%.*d|%*.*d|%.*d|", 3, 7, 6, 3, 7, -1, 7), ORV_S_OK);
+    CHECK_TEXT(out, "007|   007|7|");
+    CHECK_EQUAL(FormatBoth(out, "%*S %d", 42), ORV_S_OK); // verbatim: the star takes nothing
+    CHECK_TEXT(out, "%*S 42");
+}
+
+TEST_CASE(WhatIsNoDirectiveIsCopied)
+{
+    struct {
+        const char *format;
+        const char *expected;
+    } const cases[] = {
+        {"", ""},
+        {"plain", "plain"},
+        {"100%", "100%"},
+        {"%", "%"},
+        {"%%", "%"},
+        {"%5%|", "%|"},
+        {"%d%%", "42%"},
+        {"%-+ #0", "%-+ #0"},
+        {"%5", "%5"},
+        {"%5.", "%5."},
+        {"%.*", "%.*"},
+        {"%l", "%l"},
+        {"%ll", "%ll"},
+        {"%I6", "%I6"},
+        {"%I64", "%I64"},
+        {"%S %d", "%S 42"},
+        {"%n %d", "%n 42"},
+        {"%-5.3q|%d", "%-5.3q|42"},
+        {"%I64s|%d", "%I64s|42"},
+        {"%lZ|%d", "%lZ|42"},
+        {"%wd|%d", "|42"},
+        {"%wX%wi|%u", "|42"},
+        {"%\x01%d", "%\x01"
+                    "42"},
+        {"%\x80%d", "%\x80"
+                    "42"},
+        {"a%\xE9%d", "a%\xE9"
+                     "42"},
+        {"%5\n%d", "%5\n42"},
+        {"%/%d", "%/42"},
+    };
+    for (const auto &c : cases) {
+        char out[kRoom];
+        CHECK_EQUAL(FormatBoth(out, c.format, 42), ORV_S_OK);
+        CHECK_TEXT(out, c.expected);
+    }
+}
+
+TEST_CASE(StringsAreCutAndPadded)
+{
+    struct {
+        const char *format;
+        const char *text;
+        const char *expected;
+    } const cases[] = {
+        {"%s", "abc", "abc"},
+        {"%5s|", "abc", "  abc|"},
+        {"%-5s|", "abc", "abc  |"},
+        {"%05s|", "abc", "  abc|"},
+        {"%.2s|", "abc", "ab|"},
+        {"%5.2s|", "abc", "   ab|"},
+        {"%.0s|", "abc", "|"},
+        {"%.9s|", "abc", "abc|"},
+        {"%s|", "", "|"},
+        {"%3s|", "", "   |"},
+        {"%2s|", "abc", "abc|"},
+        {"%s", nullptr, "(null)"},
+        {"%5s", nullptr, "(null)"},
+        {"%.3s", nullptr, "(nu"},
+        {"%8s", nullptr, "  (null)"},
+        {"%-8s|", nullptr, "(null)  |"},
+    };
+    for (const auto &c : cases) {
+        test::Note(c.format, 0);
+        char out[kRoom];
+        wchar_t wideOut[kRoom];
+        CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, out, kRoom, nullptr, c.format, c.text), ORV_S_OK);
+        CHECK_TEXT(out, c.expected);
+        const Wide text(c.text ? c.text : "");
+        CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, wideOut, kRoom, nullptr, Wide(c.format).text,
+                                    c.text ? text.text : nullptr),
+                    ORV_S_OK);
+        CHECK_TEXT(wideOut, Wide(c.expected).text);
+    }
+    // A precision bounds how far an unterminated text is read.
+    char out[kRoom];
+    CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, out, kRoom, nullptr, "%.5s", test::GuardedCopy("fives", 5)),
+                ORV_S_OK);
+    CHECK_TEXT(out, "fives");
+}
+
+TEST_CASE(CountedAndOwnWidthStrings)
+{
+    wchar_t wideOut[kRoom];
+    UNICODE_STRING unicode = {6, 6, test::GuardedCopy(L"abc", 3)};
+    UNICODE_STRING empty = {0, 0, nullptr};
+    CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, wideOut, kRoom, nullptr, L"%wZ|%5wZ|%.2wZ|%wZ|%8wZ|%ls",
+                                &unicode, &unicode, &unicode, &empty, nullptr, L"own"),
+                ORV_S_OK);
+    CHECK_TEXT(wideOut, L"abc|  abc|ab||  (null)|own");
+
+    char out[kRoom];
+    ANSI_STRING ansi = {3, 3, test::GuardedCopy("abc", 3)};
+    CHECK_EQUAL(
+        OrvFormatString(OrvCodePageUtf8, out, kRoom, nullptr, "%Z|%-5Z|%.2Z|%hs", &ansi, &ansi, &ansi, "own"),
+        ORV_S_OK);
+    CHECK_TEXT(out, "abc|abc  |ab|own");
+
+    // Without a code page the modifiers of a string mean nothing.
+    Collector<wchar_t> sink;
+    CHECK_EQUAL(OrvBasAppendFormat(sink, L"%ls %s %wZ", L"first", &unicode), ORV_S_OK);
+    CHECK_TEXT(sink.text, L"%ls first abc");
+}
+
+TEST_CASE(ArraysKeepWhatFits)
+{
+    // Every capacity, against a page that ends behind the array.
+    const char expected[] = "ab-0042-  xy-%S-end";
+    constexpr uint32_t kLength = sizeof expected - 1;
+    for (uint32_t capacity = 1; capacity <= kLength + 1; capacity++) {
+        test::Note("capacity", capacity);
+        const bool fits = capacity > kLength;
+        const uint32_t kept = fits ? kLength : capacity - 1;
+        uint32_t written = 99;
+        char *const out = test::GuardedArray<char>(capacity);
+        CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, out, capacity, &written, "ab-%04d-%4s-%S-end", 42, "xy"),
+                    fits ? ORV_S_OK : ORV_E_BUFFER_TOO_SMALL);
+        CHECK_EQUAL(written, kept);
+        CHECK_EQUAL(out[kept], '\0');
+        for (uint32_t i = 0; i < kept; i++)
+            CHECK_EQUAL(out[i], expected[i]);
+
+        wchar_t *const wideOut = test::GuardedArray<wchar_t>(capacity);
+        _ORV_UTF16CHAR_STR descriptor = {7, capacity, wideOut};
+        CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, descriptor, L"ab-%04d-%4s-%S-end", 42, L"xy"),
+                    fits ? ORV_S_OK : ORV_E_BUFFER_TOO_SMALL);
+        CHECK_EQUAL(descriptor.length, fits ? kLength : 7u);
+        CHECK_EQUAL(wideOut[kept], wchar_t(0));
+    }
+}
+
+TEST_CASE(BadTargetsAreRefused)
+{
+    wchar_t untouched[2] = {L'u', 0};
+    uint32_t written = 5;
+    CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, untouched, 0, &written, L"x"), ORV_E_INVALID_ARGUMENT);
+    CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, static_cast<wchar_t *>(nullptr), 4, &written, L"x"),
+                ORV_E_INVALID_ARGUMENT);
+    CHECK_EQUAL(
+        OrvFormatString(OrvCodePageUtf8, untouched, 2, &written, static_cast<const wchar_t *>(nullptr)),
+        ORV_E_INVALID_ARGUMENT);
+    _ORV_UTF16CHAR_STR descriptor = {1, 0, untouched};
+    CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, descriptor, L"x"), ORV_E_INVALID_ARGUMENT);
+    CHECK_EQUAL(written, 5u);
+    CHECK_EQUAL(descriptor.length, 1u);
+    CHECK_TEXT(untouched, L"u");
+
+    OrvUtf16CharHeapBuffer buffer;
+    CHECK_EQUAL(buffer.Assign(L"kept", OrvTerminated), ORV_S_OK);
+    CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, buffer, nullptr), ORV_E_INVALID_ARGUMENT);
+    CHECK_EQUAL(OrvAppendFormatString(OrvMakeMutableStringRef(buffer), nullptr), ORV_E_INVALID_ARGUMENT);
+    CHECK_TEXT(buffer.GetValue(), L"kept");
+}
+
+TEST_CASE(HeapBuffersDoubleUntilTheTextFits)
+{
+    struct {
+        uint32_t width;
+        uint32_t capacity;
+    } const cases[] = {{1, 258}, {257, 258}, {258, 514}, {300, 514}, {513, 514}, {514, 1026}, {5000, 8194}};
+    for (const auto &c : cases) {
+        test::Note("width", c.width);
+        OrvUtf16CharHeapBuffer buffer;
+        CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, buffer, L"%*d", c.width, 7), ORV_S_OK);
+        CHECK_EQUAL(buffer.GetInternal().length, c.width);
+        CHECK_EQUAL(buffer.GetCapacity(), c.capacity);
+        CHECK_EQUAL(buffer.GetValue()[c.width - 1], L'7');
+        CHECK_EQUAL(buffer.GetValue()[c.width], wchar_t(0));
+    }
+
+    OrvUtf16CharHeapBuffer buffer;
+    CHECK_EQUAL(buffer.Assign(L"xy", OrvTerminated), ORV_S_OK);
+    CHECK_EQUAL(OrvAppendFormatString(OrvCodePageUtf8, buffer, L"z"), ORV_S_OK);
+    CHECK_TEXT(buffer.GetValue(), L"z");
+}
+
+TEST_CASE(ReferencesGrowAndRollBack)
+{
+    OrvUtf16CharHeapBuffer buffer;
+    CHECK_EQUAL(buffer.Assign(L"before ", OrvTerminated), ORV_S_OK);
+    const OrvMutableStringRefBase2<wchar_t> reference = OrvMakeMutableStringRef(buffer);
+    CHECK_EQUAL(OrvAppendFormatString(reference, L"%d-%3s", 42, L"x"), ORV_S_OK);
+    CHECK_TEXT(buffer.GetValue(), L"before 42-  x");
+    CHECK_EQUAL(reference.view.length, 13u);
+    CHECK_EQUAL(OrvFormatString(reference, L"%s%s", L"after", L""), ORV_S_OK);
+    CHECK_TEXT(buffer.GetValue(), L"after");
+
+    // A field that no memory holds fails after the first piece was appended.
+    CHECK_EQUAL(OrvAppendFormatString(reference, L"lost %*d", 0x7FFFFFFF, 1), ORV_E_OUT_OF_MEMORY);
+    CHECK_TEXT(buffer.GetValue(), L"after");
+    CHECK_EQUAL(reference.view.length, 5u);
+    CHECK_EQUAL(OrvFormatString(reference, L"lost %*d", 0x7FFFFFFF, 1), ORV_E_OUT_OF_MEMORY);
+    CHECK_TEXT(buffer.GetValue(), L"");
+}
+
+TEST_CASE(MemoryThatRunsOutIsReported)
+{
+    OrvUtf16CharHeapBuffer buffer;
+    const test::RefusingHeap refusing;
+    CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, buffer, L"text"), ORV_E_OUT_OF_MEMORY);
+    CHECK_EQUAL(buffer.GetCapacity(), 0u);
+    CHECK_EQUAL(OrvFormatString(OrvMakeMutableStringRef(buffer), L"text"), ORV_E_OUT_OF_MEMORY);
+}
+
+TEST_CASE(SinksGetPiecesAndStopTheEngine)
+{
+    Collector<char> all;
+    CHECK_EQUAL(OrvBasAppendFormat(all, "%40d|%s|%S|%-3s|", 7, "abc", "z"), ORV_S_OK);
+    CHECK_TEXT(all.text, "                                       7|abc|%S|z  |");
+
+    for (uint32_t piece = 1; piece <= all.pieces; piece++) {
+        test::Note("piece", piece);
+        Collector<char> failing;
+        failing.failAt = piece;
+        CHECK_EQUAL(OrvBasAppendFormat(failing, "%40d|%s|%S|%-3s|", 7, "abc", "z"), ORV_E_WRITE_FAULT);
+        CHECK_EQUAL(failing.pieces, piece);
+    }
+}

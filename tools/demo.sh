@@ -1,0 +1,126 @@
+#!/usr/bin/env bash
+# The main job, on a real NT interface: separate processes that meet through named objects. Says in plain words what
+# happened, and ends with exit code 1 when anything was not as it must be.
+set -euo pipefail
+. "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
+
+cd "$root"
+tool=build/release/bin/orvtool.exe
+[ -e $tool ] || fail "$tool is missing" 'run: make demo'
+work=$(mktemp -d)
+tools/wine_session.sh start
+trap 'tools/wine_session.sh stop; rm -rf "$work"' EXIT
+differences=0
+
+orvtool() { tools/run_wine.sh "$tool" "$@"; }
+
+# Starts orvtool in the background: start LOG ARGUMENT... The shell's child is the Windows process itself.
+start() {
+    local log=$work/$1
+    shift
+    ORV_RUN_SECONDS=0 tools/run_wine.sh "$tool" "$@" >"$log" 2>&1 &
+    started=$!
+}
+
+# Waits until a background process has said something: until_said LOG TEXT
+until_said() {
+    local tries
+    for tries in $(seq 200); do
+        grep -q "$2" "$work/$1" && return
+        sleep 0.1
+    done
+    differs "'$2' never appeared in the output of $1"
+}
+
+differs() {
+    printf '  DIFFERS: %s\n' "$*"
+    differences=$((differences + 1))
+}
+
+# said LOG "LINES" WORDS: the output is just that, line endings aside; then say what it means.
+said() {
+    local actual
+    actual=$(tr -d '\r' <"$work/$1" | grep -v '^orvtool ')
+    if [ "$actual" = "$2" ]; then
+        printf '  %s\n' "$3"
+    else
+        differs "$3, but it said: $actual"
+    fi
+}
+
+ended() { # ended PID EXIT-CODE: how a background process ended
+    local code=0
+    wait "$1" || code=$?
+    [ "$code" -eq "$2" ] || differs "exit code $code, not $2"
+}
+
+runs() { # runs LOG EXIT-CODE ARGUMENT...: the same in the foreground
+    local log=$work/$1 expected=$2 code=0
+    shift 2
+    orvtool "$@" >"$log" 2>&1 || code=$?
+    [ "$code" -eq "$expected" ] || differs "exit code $code, not $expected: orvtool $*"
+}
+
+events_meet() { # events_meet NAMESPACE
+    printf 'An event in the %s namespace:\n' "$1"
+    runs lonely 3 event create OrvDemoEvent --namespace "$1" --wait --timeout 300
+    said lonely $'create: 0x00000000 (ORV_S_OK)\nwait: 0xA0010004 (ORV_W_TIMEOUT)' \
+        'nobody answers: the wait ends in 0xA0010004'
+    start first event create OrvDemoEvent --namespace "$1" --wait --timeout 20000
+    until_said first create:
+    runs second 0 event create OrvDemoEvent --namespace "$1" --set
+    ended "$started" 0
+    said second $'create: 0x6001004F (ORV_S_ALREADY_EXISTS)\nset: 0x00000000 (ORV_S_OK)' \
+        'a second process creates the same name, is told 0x6001004F, and sets it'
+    said first $'create: 0x00000000 (ORV_S_OK)\nwait: 0x00000000 (ORV_S_OK)' \
+        'the first process, which created it with 0, waits and returns with 0'
+}
+
+semaphore_counts() {
+    printf 'A semaphore with count 2 and maximum 3:\n'
+    start holder semaphore create OrvDemoSemaphore --count 2 --maximum 3 --hold 60000
+    local holder=$started
+    until_said holder create:
+    runs one 0 semaphore wait OrvDemoSemaphore --timeout 300
+    runs two 0 semaphore wait OrvDemoSemaphore --timeout 300
+    runs three 3 semaphore wait OrvDemoSemaphore --timeout 300
+    said two $'open: 0x00000000 (ORV_S_OK)\nwait: 0x00000000 (ORV_S_OK)' 'two waits pass'
+    said three $'open: 0x00000000 (ORV_S_OK)\nwait: 0xA0010004 (ORV_W_TIMEOUT)' 'the third ends in 0xA0010004'
+    runs release 0 semaphore release OrvDemoSemaphore --count 3
+    runs beyond 1 semaphore release OrvDemoSemaphore
+    runs four 0 semaphore wait OrvDemoSemaphore --timeout 300
+    said four $'open: 0x00000000 (ORV_S_OK)\nwait: 0x00000000 (ORV_S_OK)' \
+        'after a release of 3 a wait passes again; a release beyond the maximum failed'
+    kill -9 "$holder"
+    wait "$holder" 2>/dev/null || true
+}
+
+mutex_is_abandoned() {
+    printf 'A mutex whose owner is killed:\n'
+    start owner mutex acquire OrvDemoMutex --hold 60000
+    local owner=$started
+    until_said owner acquire:
+    runs refused 3 mutex acquire OrvDemoMutex --timeout 300
+    said refused $'create: 0x6001004F (ORV_S_ALREADY_EXISTS)\nacquire: 0xA0010004 (ORV_W_TIMEOUT)' \
+        'while it is held, another process waits in vain'
+    start heir mutex acquire OrvDemoMutex --timeout 20000
+    local heir=$started
+    until_said heir create:
+    kill -9 "$owner"
+    wait "$owner" 2>/dev/null || true
+    ended "$heir" 0
+    said heir $'create: 0x6001004F (ORV_S_ALREADY_EXISTS)\nacquire: 0x60010003 (ORV_S_ABANDONED)\nrelease: 0x00000000 (ORV_S_OK)' \
+        'the owner is killed, and the next one gets it with 0x60010003'
+}
+
+orvtool info
+events_meet session
+events_meet global
+semaphore_counts
+mutex_is_abandoned
+
+if [ "$differences" -gt 0 ]; then
+    printf '%s differences\n' "$differences"
+    exit 1
+fi
+printf 'Everything happened as it must.\n'
