@@ -57,6 +57,12 @@ def names_of(definition):
     return {name for name in names if name and not name.startswith(";")}
 
 
+def one_destructor(name):
+    """A destructor has several symbols: the tree names another than the one that is exported."""
+    match = re.match(r"\?\?(?:1|_D)(.+?@@)", name)
+    return f"the destructor of {match[1]}" if match else name
+
+
 def declared_for_import(clang_cl, include):
     """The mangled names of everything that the public headers declare for import."""
     with tempfile.TemporaryDirectory() as folder:
@@ -70,7 +76,7 @@ def declared_for_import(clang_cl, include):
         # A template's pattern has no symbol; its instantiations stand beside it.
         inner = node.get("inner", [])
         if any(child.get("kind") == "DLLImportAttr" for child in inner) and "mangledName" in node:
-            names.add(node["mangledName"])
+            names.add(one_destructor(node["mangledName"]))
         for child in inner:
             visit(child)
 
@@ -79,7 +85,8 @@ def declared_for_import(clang_cl, include):
 
 
 def exports(readobj, module, clang_cl, include):
-    exported = set(re.findall(r"^\s+Name: (\S+)$", run(readobj, "--coff-exports", module), re.M))
+    listed = re.findall(r"^\s+Name: (\S+)$", run(readobj, "--coff-exports", module), re.M)
+    exported = {one_destructor(name) for name in listed}
     declared = declared_for_import(clang_cl, include)
     faults = [f"exports {name}, which no public header declares" for name in sorted(exported - declared)]
     faults += [f"does not export {name}, which a public header declares" for name in sorted(declared - exported)]

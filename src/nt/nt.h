@@ -29,6 +29,8 @@ typedef uint64_t ULONGLONG;
 #define NTSYSAPI __declspec(dllimport)
 #endif
 
+#define INVALID_HANDLE_VALUE (reinterpret_cast<HANDLE>(-1))
+
 constexpr bool NT_SUCCESS(NTSTATUS status)
 {
     return status >= 0;
@@ -259,6 +261,9 @@ enum EVENT_TYPE : ULONG { NotificationEvent, SynchronizationEvent };
 
 constexpr ACCESS_MASK EVENT_ALL_ACCESS = 0x1F0003;
 constexpr ACCESS_MASK SEMAPHORE_ALL_ACCESS = 0x1F0003;
+constexpr ACCESS_MASK MUTANT_QUERY_STATE = 0x0001;
+constexpr ACCESS_MASK DELETE = 0x10000;
+constexpr ACCESS_MASK SYNCHRONIZE = 0x100000;
 
 struct EVENT_BASIC_INFORMATION {
     ULONG EventType;
@@ -285,6 +290,10 @@ NTSYSAPI NTSTATUS NTAPI LdrUnloadDll(PVOID module);
 NTSYSAPI ULONG NTAPI RtlNtStatusToDosError(NTSTATUS status);
 NTSYSAPI PVOID NTAPI RtlAllocateHeap(HANDLE heap, ULONG flags, size_t size);
 NTSYSAPI BOOLEAN NTAPI RtlFreeHeap(HANDLE heap, ULONG flags, PVOID block);
+
+// Counted strings.
+
+NTSYSAPI void NTAPI RtlInitUnicodeString(UNICODE_STRING *counted, const WCHAR *terminated);
 
 // Case mapping. The destination of the string forms is the caller's when `allocate` is false.
 

@@ -38,6 +38,17 @@ constexpr ULONG MEM_RESERVE = 0x2000;
 constexpr ULONG PAGE_NOACCESS = 0x01;
 constexpr ULONG PAGE_READWRITE = 0x04;
 
+struct OBJECT_BASIC_INFORMATION {
+    ULONG Attributes;
+    ACCESS_MASK GrantedAccess;
+    ULONG HandleCount;
+    ULONG PointerCount;
+    ULONG Reserved[10];
+};
+static_assert(sizeof(OBJECT_BASIC_INFORMATION) == 56);
+
+constexpr ULONG ObjectBasicInformation = 0;
+
 extern "C" {
 
 NTSYSAPI NTSTATUS NTAPI NtTerminateProcess(HANDLE process, NTSTATUS exitStatus);
@@ -54,6 +65,16 @@ NTSYSAPI PVOID NTAPI RtlAddVectoredExceptionHandler(ULONG first, LONG(NTAPI *han
 NTSYSAPI HANDLE NTAPI RtlCreateHeap(ULONG flags, PVOID base, size_t reserve, size_t commit, PVOID lock,
                                     PVOID parameters);
 NTSYSAPI HANDLE NTAPI RtlDestroyHeap(HANDLE heap);
+NTSYSAPI size_t NTAPI RtlSizeHeap(HANDLE heap, ULONG flags, const void *block);
+NTSYSAPI NTSTATUS NTAPI NtQueryObject(HANDLE handle, ULONG informationClass, PVOID information, ULONG size,
+                                      ULONG *returnedSize);
+NTSYSAPI NTSTATUS NTAPI RtlCreateUserThread(HANDLE process, PVOID securityDescriptor, BOOLEAN suspended,
+                                            ULONG zeroBits, size_t maximumStack, size_t committedStack,
+                                            ULONG(NTAPI *start)(PVOID), PVOID argument, HANDLE *thread,
+                                            CLIENT_ID *clientId);
+NTSYSAPI NTSTATUS NTAPI ZwCreateDirectoryObject(HANDLE *handle, ACCESS_MASK access,
+                                                const OBJECT_ATTRIBUTES *attributes);
+NTSYSAPI NTSTATUS NTAPI ZwDelayExecution(BOOLEAN alertable, const LONGLONG *interval);
 
 NTSYSAPI NTSTATUS NTAPI RtlUnicodeToUTF8N(char *target, ULONG capacity, ULONG *written, const WCHAR *source,
                                           ULONG size);

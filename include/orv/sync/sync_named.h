@@ -1,0 +1,41 @@
+// Names of kernel objects that are known by a number.
+
+#pragma once
+
+#include "orv/base.h"
+
+enum OrvBasSyncObjectNameSpace : uint32_t {
+    OrvBasSyncGlobal = 0,  ///< shared by all sessions
+    OrvBasSyncSession = 1, ///< the caller's session; any other value means the same
+};
+
+/// An object id and where its name stands. The name is made when it is asked for.
+class OrvBasSyncNamed
+{
+public:
+    enum NamedObjectRoot : uint32_t {
+        SessionRoot = 0, ///< "\Sessions\N\BaseNamedObjects", N the caller's session, be it 0
+        BaseRoot = 1,    ///< "\BaseNamedObjects"; any other value means the same
+    };
+
+    /// Id 0 means that the object has no name.
+    ORV_API OrvBasSyncNamed(unsigned long objectId, OrvBasSyncObjectNameSpace nameSpace);
+
+    ORV_API void SetObjectId(unsigned long objectId, OrvBasSyncObjectNameSpace nameSpace);
+
+    /// Whether the id is not 0.
+    ORV_API bool IsNamed() const;
+
+    /// Makes the native name: the root, "Global\" in the global name space, "ORVSYNC_" and the id in
+    /// hexadecimal, in lower case without leading zeros.
+    ///
+    /// Returns the terminated name, which stands in this object until the next call; null when there is none.
+    ORV_API const wchar_t *GetConstructedWinObjectName(NamedObjectRoot root);
+
+private:
+    uint32_t objectId_;
+    OrvBasSyncObjectNameSpace nameSpace_;
+    wchar_t nameBuffer_[128];
+};
+
+static_assert(sizeof(OrvBasSyncNamed) == 264, "fixed layout");

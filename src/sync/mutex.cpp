@@ -1,0 +1,57 @@
+// Mutexes over the native interface, which calls them mutants.
+
+#include "orv/sync/mutex.h"
+
+#include "nt/nt.h"
+#include "orv/runtime/ntdll_entry_points.h"
+#include "orv/runtime/result.h"
+#include "runtime/status.h"
+#include "sync/native_object.h"
+
+namespace
+{
+
+// Not the full access to a mutex: no right to change its security comes with the handle.
+constexpr ACCESS_MASK kMutexAccess = SYNCHRONIZE | DELETE | MUTANT_QUERY_STATE;
+static_assert(kMutexAccess == 0x110001);
+
+} // namespace
+
+OrvBasMutex::OrvBasMutex() = default;
+
+OrvBasMutex::~OrvBasMutex() = default;
+
+OrvResult OrvBasMutex::Create(bool initialOwner)
+{
+    if (IsInitialized())
+        return ORV_E_ALREADY_EXISTS;
+    return InternalCreate(initialOwner, nullptr, nullptr);
+}
+
+OrvResult OrvBasMutex::InternalCreate(bool initialOwner, const wchar_t *name, void *securityDescriptor)
+{
+    if (!OrvNtdllIsTableInitialized()) // it is not without the entry that is called below
+        return ORV_E_NOT_SUPPORTED;
+    OBJECT_ATTRIBUTES attributes = detail::kUnnamedObject;
+    attributes.SecurityDescriptor = securityDescriptor;
+    UNICODE_STRING counted;
+    if (name) {
+        if (!detail::CountName(name, counted))
+            return ORV_E_INVALID_NAME;
+        attributes.ObjectName = &counted;
+        attributes.Attributes |= OBJ_OPENIF;
+    }
+    HANDLE handle = nullptr;
+    const NTSTATUS status = OrvNtdll_ZwCreateMutant(&handle, kMutexAccess, &attributes, initialOwner);
+    return detail::AttachCreated(*this, status, handle);
+}
+
+OrvResult OrvBasMutex::Release()
+{
+    return detail::ResultFromCall(ZwReleaseMutant(GetHandle(), nullptr));
+}
+
+OrvResult OrvBasMutex::Acquire(int timeoutMs)
+{
+    return InternalWait(timeoutMs);
+}

@@ -1,0 +1,142 @@
+// Holding a resource, letting go of it, and the one wait behind every Wait and Acquire.
+
+#include "orv/sync/waitable.h"
+
+#include "nt/nt.h"
+#include "orv/runtime/result.h"
+#include "runtime/heap.h"
+#include "runtime/status.h"
+
+namespace
+{
+
+constexpr int kForever = -1;
+constexpr LONGLONG kIntervalsPerMs = 10000;
+
+OrvResult WaitForHandle(HANDLE handle, int timeoutMs)
+{
+    // Negative means from now on. The product takes up to 46 bits.
+    const LONGLONG interval = -(kIntervalsPerMs * static_cast<uint32_t>(timeoutMs));
+    const NTSTATUS status = ZwWaitForSingleObject(handle, false, timeoutMs == kForever ? nullptr : &interval);
+    switch (status) {
+    case STATUS_SUCCESS:
+        return ORV_S_OK;
+    case STATUS_TIMEOUT:
+        return ORV_W_TIMEOUT;
+    case STATUS_ABANDONED:
+        return ORV_S_ABANDONED;
+    default:
+        return detail::ResultFromStatus(status);
+    }
+}
+
+} // namespace
+
+// offsetof of a class with virtual functions is conditionally supported; all compilers of this interface do.
+#pragma clang diagnostic ignored "-Winvalid-offsetof"
+
+OrvBasWaitable::OrvBasWaitable()
+{
+    static_assert(offsetof(OrvBasWaitable, manualReset_) == 4);
+    static_assert(offsetof(OrvBasWaitable, handle_) == 8 && offsetof(OrvBasWaitable, forward_) == 8);
+    static_assert(offsetof(OrvBasWaitable, resourceType_) == 12);
+}
+
+OrvResult OrvBasWaitable::Destroy()
+{
+    return FreeResource();
+}
+
+OrvBasWaitable::~OrvBasWaitable()
+{
+    FreeResource();
+}
+
+void *OrvBasWaitable::operator new(size_t size) noexcept
+{
+    return detail::AllocateBytes(size);
+}
+
+void OrvBasWaitable::operator delete(void *block) noexcept
+{
+    detail::FreeBytes(block);
+}
+
+OrvResult OrvBasWaitable::FreeResource()
+{
+    if (resourceType_ > OrvBasWaitableSelfWaiting)
+        return ORV_E_NOT_PROVIDED;
+    if (resourceType_ == OrvBasWaitableHandle) {
+        const OrvResult result = detail::ResultFromCall(ZwClose(handle_));
+        if (OrvFailed(result))
+            return result;
+    }
+    resourceType_ = OrvBasWaitableNone;
+    return ORV_S_OK;
+}
+
+bool OrvBasWaitable::IsInitialized() const
+{
+    return resourceType_ != OrvBasWaitableNone;
+}
+
+OrvResult OrvBasWaitable::InternalWait(int timeoutMs)
+{
+    const OrvBasWaitable *last = this;
+    while (last->resourceType_ == OrvBasWaitableForward) {
+        last = last->forward_;
+        if (!last)
+            return ORV_E_INVALID_ARGUMENT;
+    }
+    switch (last->resourceType_) {
+    case OrvBasWaitableHandle:
+        return WaitForHandle(last->handle_, timeoutMs);
+    case OrvBasWaitableNone:
+        return ORV_S_OK;
+    case OrvBasWaitableSelfWaiting:
+        return last->selfWaiting_ ? last->selfWaiting_->Wait(timeoutMs) : ORV_E_INVALID_ARGUMENT;
+    default:
+        return ORV_E_NOT_PROVIDED;
+    }
+}
+
+void OrvBasWaitable::AttachHandle(void *handle)
+{
+    Destroy();
+    handle_ = handle;
+    resourceType_ = OrvBasWaitableHandle;
+}
+
+void OrvBasWaitable::AttachForward(OrvBasWaitable *other)
+{
+    Destroy();
+    forward_ = other;
+    resourceType_ = OrvBasWaitableForward;
+}
+
+void OrvBasWaitable::AttachSelfWaiting(OrvBasSelfWaiting *object)
+{
+    Destroy();
+    selfWaiting_ = object;
+    resourceType_ = OrvBasWaitableSelfWaiting;
+}
+
+void OrvBasWaitable::DetachResource()
+{
+    resourceType_ = OrvBasWaitableNone;
+}
+
+OrvBasWaitableResourceType OrvBasWaitable::GetResourceType()
+{
+    return resourceType_;
+}
+
+OrvBasWaitable *OrvBasWaitable::GetForward() const
+{
+    return resourceType_ == OrvBasWaitableForward ? forward_ : nullptr;
+}
+
+void *OrvBasWaitable::GetHandle() const
+{
+    return resourceType_ == OrvBasWaitableHandle ? handle_ : INVALID_HANDLE_VALUE;
+}

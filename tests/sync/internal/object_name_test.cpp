@@ -1,0 +1,89 @@
+// Full names of objects for sessions that this process is not in, and their limits.
+
+#include "sync/object_name.h"
+
+#include "harness/memory.h"
+#include "harness/test.h"
+#include "orv/runtime/result.h"
+
+namespace
+{
+
+constexpr auto kGlobal = OrvBasWinSyncGlobal;
+constexpr auto kSession = OrvBasWinSyncSession;
+constexpr auto kLibrary = OrvBasWinSyncLibrary;
+constexpr auto kUnknown = static_cast<OrvBasWinSyncObjectNameSpace>(3);
+
+/// A name of `length` characters at the end of its page.
+const wchar_t *LongName(uint32_t length)
+{
+    auto *const name = test::GuardedArray<wchar_t>(length + 1);
+    for (uint32_t i = 0; i < length; i++)
+        name[i] = L'n';
+    return name;
+}
+
+} // namespace
+
+TEST_CASE(FullNamesFollowNameSpaceAndSession)
+{
+    struct {
+        const wchar_t *name;
+        OrvBasWinSyncObjectNameSpace nameSpace;
+        ULONG sessionId;
+        const wchar_t *fullName;
+    } const cases[] = {
+        {L"N", kGlobal, 0, L"\\BaseNamedObjects\\Global\\N"},
+        {L"N", kSession, 0, L"\\BaseNamedObjects\\N"},
+        {L"N", kGlobal, 5, L"\\Sessions\\5\\BaseNamedObjects\\Global\\N"},
+        {L"N", kSession, 12, L"\\Sessions\\12\\BaseNamedObjects\\N"},
+        {L"N", kLibrary, 0, L"\\OrvObjects\\N"},
+        {L"N", kLibrary, 5, L"\\OrvObjects\\N"},
+        {L"100%s %d", kSession, 0, L"\\BaseNamedObjects\\100%s %d"},
+        {L"", kUnknown, 5, L""},
+        {nullptr, kGlobal, 5, L""},
+    };
+    for (const auto &c : cases) {
+        test::Note("case", static_cast<uint32_t>(&c - cases));
+        detail::ObjectName fullName;
+        CHECK_EQUAL(fullName.Build(c.name, c.nameSpace, c.sessionId), ORV_S_OK);
+        CHECK_TEXT(fullName.GetText(), c.fullName);
+        CHECK_EQUAL(fullName.IsEmpty(), *c.fullName == 0);
+
+        int native = 0;
+        OrvWinSecurityDescriptor descriptor(&native);
+        OBJECT_ATTRIBUTES attributes = {};
+        CHECK_EQUAL(fullName.ForOpening(attributes)->Attributes, 0x40u);
+        CHECK_EQUAL(attributes.ObjectName->Buffer, fullName.GetText());
+        if (fullName.IsEmpty()) {
+            CHECK_EQUAL(fullName.ForCreation(attributes, &descriptor), nullptr);
+            continue;
+        }
+        CHECK_EQUAL(fullName.ForCreation(attributes, &descriptor)->Attributes, 0x80u);
+        CHECK_EQUAL(attributes.SecurityDescriptor, &native);
+    }
+    detail::ObjectName refused;
+    CHECK_EQUAL(refused.Build(L"N", kUnknown, 0), ORV_E_INVALID_ARGUMENT);
+}
+
+TEST_CASE(LongNamesKeepEveryCharacter)
+{
+    constexpr uint32_t kPrefix = 12; // "\OrvObjects\"
+    constexpr uint32_t kLongest = 32766 - kPrefix;
+    const uint32_t lengths[] = {1, 115, 116, 243, 244, 1000, kLongest, kLongest + 1, 70000};
+    for (const uint32_t length : lengths) {
+        test::Note("length", length);
+        detail::ObjectName fullName;
+        const wchar_t *const name = LongName(length);
+        const bool fits = length <= kLongest;
+        CHECK_EQUAL(fullName.Build(name, kLibrary, 0), fits ? ORV_S_OK : ORV_E_INVALID_NAME);
+        if (fits)
+            CHECK_TEXT(fullName.GetText() + kPrefix, name);
+    }
+    const wchar_t *const shortName = LongName(100);
+    const wchar_t *const longName = LongName(200);
+    const test::RefusingHeap refusing;
+    detail::ObjectName fullName;
+    CHECK_EQUAL(fullName.Build(shortName, kLibrary, 0), ORV_S_OK); // without an allocation
+    CHECK_EQUAL(fullName.Build(longName, kLibrary, 0), ORV_E_OUT_OF_MEMORY);
+}

@@ -1,0 +1,236 @@
+// Named objects on the real platform: who meets whom under which name, and what a failure leaves. Every check
+// is made for each of the three classes.
+
+#include "harness/memory.h"
+#include "orv/runtime/result.h"
+#include "orv/sync/win_event.h"
+#include "orv/sync/win_mutex.h"
+#include "orv/sync/win_semaphore.h"
+#include "sync/objects.h"
+
+namespace
+{
+
+typedef OrvBasWinSyncObjectNameSpace NameSpace;
+constexpr auto kSession = OrvBasWinSyncSession;
+constexpr auto kUnknown = static_cast<NameSpace>(3);
+
+struct Event : Watched<OrvBasWinEvent> {
+    static constexpr ACCESS_MASK kCreated = 0x1F0003;
+    static constexpr auto kAll = OrvWinEventAllAccess;
+    static constexpr auto kFewer = OrvWinEventQueryState | OrvWinEventSynchronize;
+
+    OrvResult Make(const wchar_t *name, NameSpace nameSpace, OrvWinSecurityDescriptor *descriptor = nullptr)
+    {
+        return Create(ManualReset, false, name, nameSpace, descriptor);
+    }
+    static auto NativeOpen() { return ZwOpenEvent; }
+};
+
+struct Mutex : Watched<OrvBasWinMutex> {
+    static constexpr ACCESS_MASK kCreated = 0x110001;
+    static constexpr auto kAll = OrvWinMutexAllAccess;
+    static constexpr auto kFewer = OrvWinMutexSynchronize | OrvWinMutexDelete;
+
+    OrvResult Make(const wchar_t *name, NameSpace nameSpace, OrvWinSecurityDescriptor *descriptor = nullptr)
+    {
+        return Create(false, name, nameSpace, descriptor);
+    }
+    static auto NativeOpen() { return ZwOpenMutant; }
+};
+
+struct Semaphore : Watched<OrvBasWinSemaphore> {
+    static constexpr ACCESS_MASK kCreated = 0x1F0003;
+    static constexpr auto kAll = OrvWinSemaphoreAllAccess;
+    static constexpr auto kFewer = OrvWinSemaphoreModifyState | OrvWinSemaphoreSynchronize;
+
+    OrvResult Make(const wchar_t *name, NameSpace nameSpace, OrvWinSecurityDescriptor *descriptor = nullptr)
+    {
+        return Create(1, 2, name, nameSpace, descriptor);
+    }
+    static auto NativeOpen() { return ZwOpenSemaphore; }
+};
+
+Path BaseDirectory()
+{
+    Path base;
+    if (NtCurrentPeb()->SessionId != 0)
+        base << L"\\Sessions\\" << NtCurrentPeb()->SessionId;
+    return base << L"\\BaseNamedObjects\\";
+}
+
+/// A native call by name with these attribute flags.
+template <typename Call>
+NTSTATUS ByName(const Path &path, ULONG flags, Call call)
+{
+    UNICODE_STRING counted;
+    RtlInitUnicodeString(&counted, path.text);
+    const OBJECT_ATTRIBUTES attributes = {sizeof attributes, nullptr, &counted, flags, nullptr, nullptr};
+    return call(&attributes);
+}
+
+template <typename Object>
+void ObjectsMeet()
+{
+    struct {
+        NameSpace nameSpace;
+        Path fullName;
+    } const cases[] = {{OrvBasWinSyncGlobal, BaseDirectory() << L"Global\\OrvTest"},
+                       {OrvBasWinSyncSession, BaseDirectory() << L"OrvTest"},
+                       {OrvBasWinSyncLibrary, Path() << L"\\OrvObjects\\OrvTest"}};
+    for (const auto &c : cases) {
+        test::Note("name space", c.nameSpace);
+        Object first, second, third;
+        CHECK_EQUAL(first.Make(L"OrvTest", c.nameSpace), ORV_S_OK);
+        CHECK_EQUAL(second.Make(L"OrvTest", c.nameSpace), ORV_S_ALREADY_EXISTS);
+        CHECK_EQUAL(third.Open(L"oRVtEST", c.nameSpace, Object::kFewer), ORV_S_OK);
+        CHECK_EQUAL(Query(second.GetHandle()).GrantedAccess, Object::kCreated);
+        CHECK_EQUAL(Query(third.GetHandle()).GrantedAccess, static_cast<ACCESS_MASK>(Object::kFewer));
+        HANDLE handle = nullptr; // the platform finds the object where it must be
+        CHECK_EQUAL(
+            ByName(c.fullName, 0, [&](auto a) { return Object::NativeOpen()(&handle, Object::kAll, a); }),
+            STATUS_SUCCESS);
+        CHECK_EQUAL(Query(handle).HandleCount, 4u);
+        ZwClose(handle);
+    }
+}
+
+template <typename Object, typename Other>
+void FailuresLeaveTheObject()
+{
+    auto *const tooLong = test::GuardedArray<wchar_t>(32767);
+    for (uint32_t i = 0; i < 32766; i++)
+        tooLong[i] = L'n';
+    Other other;
+    Object object;
+    CHECK_EQUAL(other.Make(L"OrvOther", kSession), ORV_S_OK);
+    CHECK_EQUAL(object.Make(nullptr, kUnknown), ORV_S_OK);
+    void *const handle = object.GetHandle();
+    struct {
+        const wchar_t *name;
+        NameSpace nameSpace;
+        OrvResult result;
+    } const cases[] = {
+        {L"OrvMissing", kUnknown, ORV_E_INVALID_ARGUMENT},
+        {tooLong, kSession, ORV_E_INVALID_NAME},
+        {L"OrvOther", kSession, ORV_E_INVALID_HANDLE},
+        {L"no such directory\\N", kSession, ORV_E_PATH_NOT_FOUND},
+    };
+    for (const auto &c : cases) {
+        test::Note("case", static_cast<uint32_t>(&c - cases));
+        CHECK_EQUAL(object.Make(c.name, c.nameSpace), c.result);
+        CHECK_EQUAL(object.Open(c.name, c.nameSpace, Object::kAll), c.result);
+    }
+    CHECK_EQUAL(object.Open(L"OrvMissing", kSession, Object::kAll), ORV_E_FILE_NOT_FOUND);
+    CHECK(OrvFailed(object.Open(L"", kSession, Object::kAll)));
+    CHECK(OrvFailed(object.Open(nullptr, kSession, Object::kAll)));
+    CHECK_EQUAL(object.calls, 1);
+    CHECK_EQUAL(object.GetHandle(), handle);
+    CHECK_EQUAL(Query(handle).HandleCount, 1u);
+
+    // A success lets go of what was held.
+    CHECK_EQUAL(object.Make(L"OrvNew", kSession), ORV_S_OK);
+    CHECK_EQUAL(object.held, handle);
+    void *const named = object.GetHandle();
+    CHECK_EQUAL(object.Open(L"OrvNew", kSession, Object::kAll), ORV_S_OK);
+    CHECK_EQUAL(object.held, named);
+    CHECK_EQUAL(object.calls, 3);
+    CHECK_EQUAL(Query(object.GetHandle()).HandleCount, 1u);
+}
+
+/// Two empty names do not meet; neither do two that differ in letter case, unless the platform is set not to
+/// look at it; and the descriptor reaches the object.
+template <typename Object>
+void ObjectsStayApart(bool caseMatters)
+{
+    Object unnamed[2];
+    for (Object &object : unnamed)
+        CHECK_EQUAL(object.Make(L"", kSession), ORV_S_OK);
+    CHECK_EQUAL(Query(unnamed[0].GetHandle()).HandleCount, 1u);
+
+    Object upper, lower;
+    CHECK_EQUAL(upper.Make(L"ORVCASE", kSession), ORV_S_OK);
+    CHECK_EQUAL(lower.Make(L"orvcase", kSession), caseMatters ? ORV_S_OK : ORV_S_ALREADY_EXISTS);
+
+    // A discretionary list without entries: nobody may do anything.
+    const uint8_t list[8] = {2, 0, 8};
+    const struct {
+        uint16_t revision, control;
+        const void *owner, *group, *systemList, *discretionaryList;
+    } native = {1, 4, nullptr, nullptr, nullptr, list};
+    OrvWinSecurityDescriptor descriptor(const_cast<void *>(static_cast<const void *>(&native)));
+    Object guarded, refused;
+    CHECK_EQUAL(guarded.Make(L"OrvGuarded", kSession, &descriptor), ORV_S_OK);
+    CHECK_EQUAL(refused.Open(L"OrvGuarded", kSession, Object::kAll), ORV_E_ACCESS_DENIED);
+}
+
+} // namespace
+
+TEST_CASE(ObjectsMeetInEachNameSpace)
+{
+    Event early;
+    CHECK_EQUAL(early.Make(L"OrvTest", OrvBasWinSyncLibrary), ORV_E_PATH_NOT_FOUND);
+    HANDLE directory = nullptr;
+    ByName(Path() << L"\\OrvObjects", 0,
+           [&](auto a) { return ZwCreateDirectoryObject(&directory, 0xF000F, a); });
+    ObjectsMeet<Event>();
+    ObjectsMeet<Mutex>();
+    ObjectsMeet<Semaphore>();
+    ZwClose(directory);
+}
+
+TEST_CASE(NamedFailuresLeaveTheObject)
+{
+    FailuresLeaveTheObject<Event, Mutex>();
+    FailuresLeaveTheObject<Mutex, Semaphore>();
+    FailuresLeaveTheObject<Semaphore, Event>();
+}
+
+TEST_CASE(DifferentObjectsStayApart)
+{
+    HANDLE handles[2] = {};
+    const auto create = [&](auto a) {
+        return ZwCreateEvent(&handles[handles[0] ? 1 : 0], EVENT_ALL_ACCESS, a, NotificationEvent, false);
+    };
+    ByName(BaseDirectory() << L"ORVCASE", OBJ_OPENIF, create);
+    const bool caseMatters = ByName(BaseDirectory() << L"orvcase", OBJ_OPENIF, create) == STATUS_SUCCESS;
+    ZwClose(handles[0]);
+    ZwClose(handles[1]);
+    ObjectsStayApart<Event>(caseMatters);
+    ObjectsStayApart<Mutex>(caseMatters);
+    ObjectsStayApart<Semaphore>(caseMatters);
+}
+
+TEST_CASE(OpenedEventsLearnTheirType)
+{
+    for (uint32_t type = 0; type < 2; type++) {
+        OrvBasWinEvent first, second, third;
+        CHECK_EQUAL(
+            first.Create(static_cast<OrvBasEvent::ResetType>(type), false, L"OrvTest", kSession, nullptr), 0);
+        CHECK_EQUAL(
+            second.Create(static_cast<OrvBasEvent::ResetType>(1 - type), true, L"OrvTest", kSession, nullptr),
+            ORV_S_ALREADY_EXISTS);
+        CHECK_EQUAL(third.Open(L"OrvTest", kSession, OrvWinEventAllAccess), ORV_S_OK);
+        CHECK_EQUAL(Field(first, 1), 1 - type);
+        CHECK_EQUAL(Field(second, 1), type); // as asked for, whatever the event is
+        CHECK_EQUAL(Field(third, 1), 1 - type);
+        CHECK_EQUAL(third.Wait(0), ORV_W_TIMEOUT);
+        CHECK_EQUAL(second.Set(), ORV_S_OK);
+        CHECK_EQUAL(third.Wait(0), ORV_S_OK);
+        CHECK_EQUAL(first.Wait(0), type ? ORV_W_TIMEOUT : ORV_S_OK);
+
+        OrvBasWinEvent mute; // may not ask
+        CHECK_EQUAL(mute.Open(L"OrvTest", kSession, OrvWinEventSynchronize), ORV_E_ACCESS_DENIED);
+        CHECK(!mute.IsInitialized());
+        CHECK_EQUAL(Query(first.GetHandle()).HandleCount, 3u); // and is closed again
+    }
+}
+
+TEST_CASE(ExistingMutexIsNotAcquired)
+{
+    OrvBasWinMutex first, second;
+    CHECK_EQUAL(first.Create(true, L"OrvTest", kSession, nullptr), ORV_S_OK);
+    CHECK_EQUAL(second.Create(true, L"OrvTest", kSession, nullptr), ORV_S_ALREADY_EXISTS);
+    CHECK_EQUAL(second.Release(), ORV_S_OK);
+    CHECK_EQUAL(second.Release(), static_cast<OrvResult>(0xC0070120)); // owned once
+}

@@ -1,0 +1,38 @@
+// Names made of object ids.
+
+#include "orv/sync/sync_named.h"
+
+#include "sync/objects.h"
+
+TEST_CASE(IdsBecomeNames)
+{
+    struct {
+        uint32_t id;
+        uint32_t nameSpace;
+        uint32_t root;
+        const wchar_t *rest; // behind the session's directory for root 0
+    } const cases[] = {
+        {0x1A2B, 0, 0, L"\\BaseNamedObjects\\Global\\ORVSYNC_1a2b"},
+        {0x1A2B, 1, 0, L"\\BaseNamedObjects\\ORVSYNC_1a2b"},
+        {0x1A2B, 1, 1, L"\\BaseNamedObjects\\ORVSYNC_1a2b"},
+        {0xFFFFFFFF, 0, 1, L"\\BaseNamedObjects\\Global\\ORVSYNC_ffffffff"},
+        {1, 7, 9, L"\\BaseNamedObjects\\ORVSYNC_1"},
+    };
+    OrvBasSyncNamed named(0, OrvBasSyncGlobal);
+    CHECK(!named.IsNamed());
+    CHECK_EQUAL(named.GetConstructedWinObjectName(OrvBasSyncNamed::SessionRoot), nullptr);
+    CHECK_EQUAL(named.GetConstructedWinObjectName(OrvBasSyncNamed::BaseRoot), nullptr);
+    for (const auto &c : cases) {
+        test::Note("id", c.id);
+        named.SetObjectId(c.id, static_cast<OrvBasSyncObjectNameSpace>(c.nameSpace));
+        CHECK(named.IsNamed());
+        Path expected;
+        if (c.root == 0)
+            expected << L"\\Sessions\\" << NtCurrentPeb()->SessionId;
+        expected << c.rest;
+        const wchar_t *const name =
+            named.GetConstructedWinObjectName(static_cast<OrvBasSyncNamed::NamedObjectRoot>(c.root));
+        CHECK_TEXT(name, static_cast<const wchar_t *>(expected.text));
+        CHECK_EQUAL(reinterpret_cast<const uint8_t *>(name) - reinterpret_cast<uint8_t *>(&named), 8);
+    }
+}
