@@ -1,4 +1,101 @@
-extern "C" int OrvToolEntry()
+// orvtool: the library's reference consumer. A console program that needs nothing but ntdll.dll and
+// orvsys.dll.
+
+#include "command.h"
+
+#include "nt/programs.h"
+#include "nt/teb.h"
+
+namespace orvtool
 {
-    return 0;
+
+namespace
+{
+
+const Command *const kCommands[] = {
+    &kInfoCommand, &kResultCommand, &kEventCommand, &kMutexCommand, &kSemaphoreCommand,
+};
+
+constexpr wchar_t kExitCodes[] = L"\n"
+                                 L"Exit codes: 0 success, 1 failed, 2 wrong usage, 3 timed out.\n";
+
+void PrintOverview(Stream &stream)
+{
+    stream.Print(L"Usage: orvtool COMMAND [ARGUMENT...]\n"
+                 L"       orvtool COMMAND --help\n"
+                 L"\n"
+                 L"Commands:\n");
+    for (const Command *command : kCommands)
+        stream.Print(L"  %-10s %s\n", command->name, command->summary);
+    stream.Print(L"%s", kExitCodes);
+}
+
+const Command *FindCommand(const wchar_t *name)
+{
+    for (const Command *command : kCommands) {
+        if (Equal(command->name, name))
+            return command;
+    }
+    return nullptr;
+}
+
+/// Whether --help stands among the options.
+bool AsksForHelp(ArgumentReader arguments)
+{
+    while (!arguments.IsAtEnd()) {
+        if (arguments.TakeOption(L"--help", L"-h"))
+            return true;
+        arguments.Take();
+    }
+    return false;
+}
+
+ExitCode Run(Console &console, const CommandLine &line)
+{
+    ArgumentReader arguments(line.Arguments(), line.Count());
+    if (arguments.IsAtEnd()) {
+        PrintOverview(console.error);
+        return kExitUsage;
+    }
+    const bool wantsOverview = arguments.TakeOption(L"--help", L"-h");
+    const wchar_t *const name = wantsOverview ? nullptr : arguments.Take();
+    if (!name || Equal(name, L"help")) {
+        PrintOverview(console.out);
+        return kExitSuccess;
+    }
+    const Command *const command = FindCommand(name);
+    if (!command) {
+        console.error.Print(L"orvtool: there is no command '%s'. See 'orvtool --help'.\n", name);
+        return kExitUsage;
+    }
+    if (AsksForHelp(arguments)) {
+        console.out.Print(L"%s%s", command->help, kExitCodes);
+        return kExitSuccess;
+    }
+    return command->run(*command, console, arguments);
+}
+
+ExitCode RunWithStreams()
+{
+    const RTL_USER_PROCESS_PARAMETERS &parameters = *NtCurrentPeb()->ProcessParameters;
+    Stream out(parameters.StandardOutput);
+    Stream error(parameters.StandardError);
+    Console console = {out, error};
+    const CommandLine line;
+    if (!line.IsValid()) {
+        error.Print(L"orvtool: out of memory\n");
+        return kExitFailed;
+    }
+    const ExitCode code = Run(console, line);
+    // A reader that closed the pipe has what it wanted, but whoever checks the exit code must know.
+    return OrvFailed(out.Flush()) && code == kExitSuccess ? kExitFailed : code;
+}
+
+} // namespace
+
+} // namespace orvtool
+
+extern "C" void OrvToolEntry()
+{
+    NtTerminateProcess(NtCurrentProcess(), orvtool::RunWithStreams());
 }

@@ -1,0 +1,43 @@
+// What a command is, and the words that all commands share: exit codes, usage errors, failed results.
+
+#pragma once
+
+#include "command_line.h"
+#include "console.h"
+
+namespace orvtool
+{
+
+enum ExitCode : int {
+    kExitSuccess = 0,
+    kExitFailed = 1,
+    kExitUsage = 2,
+    kExitTimedOut = 3,
+};
+
+struct Command {
+    const wchar_t *name;
+    const wchar_t *summary; ///< one line
+    const wchar_t *help;    ///< what --help prints
+    ExitCode (*run)(const Command &command, Console &console, ArgumentReader &arguments);
+};
+
+extern const Command kInfoCommand;
+extern const Command kResultCommand;
+extern const Command kEventCommand;
+extern const Command kMutexCommand;
+extern const Command kSemaphoreCommand;
+
+/// Says on standard error what is wrong with the arguments and where help is. `what` may be null.
+ExitCode UsageError(const Command &command, Console &console, const wchar_t *problem, const wchar_t *what);
+
+/// Says on standard error what failed and with which result, and gives the exit code for it.
+ExitCode ReportFailure(const Command &command, Console &console, const wchar_t *action, OrvResult result);
+
+/// The constant's name of a result code, or null when it has none.
+const wchar_t *NameOfResult(OrvResult result);
+
+/// A line "action: 0x6001004F (ORV_S_ALREADY_EXISTS)" on standard output.
+void PrintResult(Console &console, const wchar_t *action, OrvResult result);
+
+} // namespace orvtool

@@ -1,0 +1,73 @@
+// The command line: split as Windows programs agree on, then read argument by argument.
+
+#pragma once
+
+#include "orv/text/string.h"
+
+namespace orvtool
+{
+
+/// The arguments of the process, without the program's name. They live as long as the process.
+class CommandLine
+{
+public:
+    CommandLine();
+    CommandLine(const CommandLine &) = delete;
+    CommandLine &operator=(const CommandLine &) = delete;
+    ~CommandLine();
+
+    /// False when there was no memory for them.
+    bool IsValid() const { return arguments_ != nullptr; }
+
+    uint32_t Count() const { return count_; }
+    const wchar_t *const *Arguments() const { return arguments_; }
+
+private:
+    const wchar_t **arguments_ = nullptr;
+    uint32_t count_ = 0;
+};
+
+/// Reads arguments from left to right. "--name=VALUE" and "--name VALUE" are the same; "--" ends the options,
+/// and a lone "-" is no option.
+class ArgumentReader
+{
+public:
+    ArgumentReader(const wchar_t *const *arguments, uint32_t count)
+        : next_(arguments), last_(arguments + count)
+    {
+    }
+
+    bool IsAtEnd() const { return next_ == last_; }
+
+    /// Takes the next argument, whatever it is; null behind the last one.
+    const wchar_t *Take();
+
+    /// Takes the next argument if it is an option by this name (with its dashes) or by the other one.
+    bool TakeOption(const wchar_t *name, const wchar_t *otherName = nullptr);
+
+    /// The same for an option with a value. `value` is null when the value is missing.
+    bool TakeValueOption(const wchar_t *name, const wchar_t *&value);
+
+    /// Whether the next argument looks like an option.
+    bool IsAtOption() const;
+
+    /// What stands next, for error messages.
+    const wchar_t *Peek() const { return next_ == last_ ? L"" : *next_; }
+
+private:
+    const wchar_t *const *next_;
+    const wchar_t *const *last_;
+    bool optionsEnded_ = false;
+};
+
+/// Whether two terminated texts are equal.
+inline bool Equal(const wchar_t *left, const wchar_t *right)
+{
+    return OrvCompareString(left, right) == 0;
+}
+
+/// A decimal number, or a hexadecimal one behind 0x; nothing else may stand in the text. A minus sign negates
+/// it within 32 bits.
+bool ParseNumber(const wchar_t *text, uint32_t &number);
+
+} // namespace orvtool

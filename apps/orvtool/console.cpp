@@ -1,0 +1,85 @@
+// Standard streams without a C runtime.
+
+#include "console.h"
+
+#include "nt/programs.h"
+#include "orv/runtime/kernel32_entry_points.h"
+#include "orv/runtime/result.h"
+
+namespace orvtool
+{
+
+bool Stream::IsConsole(HANDLE handle)
+{
+    IO_STATUS_BLOCK status;
+    FILE_FS_DEVICE_INFORMATION device = {};
+    return NT_SUCCESS(NtQueryVolumeInformationFile(handle, &status, &device, sizeof device,
+                                                   FileFsDeviceInformation)) &&
+           device.DeviceType == FILE_DEVICE_CONSOLE;
+}
+
+OrvResult Stream::Append(const wchar_t *first, const wchar_t *last)
+{
+    while (first != last && OrvSucceeded(result_)) {
+        if (length_ == kCapacity)
+            Flush();
+        characters_[length_++] = *first++;
+    }
+    return result_;
+}
+
+void Stream::Print(const wchar_t *format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    const OrvResult result = OrvBasAppendFormatV(*this, format, arguments);
+    va_end(arguments);
+    if (OrvSucceeded(result) && isConsole_ && length_ && characters_[length_ - 1] == L'\n')
+        Flush();
+}
+
+OrvResult Stream::Flush()
+{
+    if (OrvFailed(result_) || length_ == 0)
+        return result_;
+    // A pair must not be split between two conversions.
+    const bool keepsHalf = length_ > 1 && (characters_[length_ - 1] & 0xFC00) == 0xD800;
+    const uint32_t count = keepsHalf ? length_ - 1 : length_;
+    char bytes[kCapacity * 3];
+    ULONG size = 0;
+    const NTSTATUS status =
+        isConsole_ ? RtlUnicodeToOemN(bytes, sizeof bytes, &size, characters_, count * sizeof(wchar_t))
+                   : RtlUnicodeToUTF8N(bytes, sizeof bytes, &size, characters_, count * sizeof(wchar_t));
+    result_ = NT_SUCCESS(status) ? WriteBytes(bytes, size) : ORV_E_INVALID_DATA;
+    characters_[0] = characters_[count];
+    length_ -= count;
+    return result_;
+}
+
+OrvResult Stream::WriteBytes(const char *bytes, uint32_t count)
+{
+    while (count) {
+        ULONG written = 0;
+        if (OrvKernel32IsFnLoaded_WriteFile()) {
+            const OrvResult result = OrvKernel32_WriteFile(handle_, bytes, count, &written, nullptr);
+            if (OrvFailed(result))
+                return result;
+        } else {
+            IO_STATUS_BLOCK status = {};
+            NTSTATUS outcome =
+                NtWriteFile(handle_, nullptr, nullptr, nullptr, &status, bytes, count, nullptr, nullptr);
+            if (outcome == STATUS_PENDING && NT_SUCCESS(ZwWaitForSingleObject(handle_, false, nullptr)))
+                outcome = status.Status;
+            if (!NT_SUCCESS(outcome))
+                return ORV_E_WRITE_FAULT;
+            written = status.Information;
+        }
+        if (written == 0 || written > count)
+            return ORV_E_WRITE_FAULT;
+        bytes += written;
+        count -= written;
+    }
+    return ORV_S_OK;
+}
+
+} // namespace orvtool

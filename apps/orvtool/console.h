@@ -1,0 +1,48 @@
+// The program's standard output and error: UTF-16 text in, bytes out. A console gets the OEM page that it
+// shows; a pipe or a file gets UTF-8.
+
+#pragma once
+
+#include "nt/nt.h"
+#include "orv/text/format.h"
+
+namespace orvtool
+{
+
+/// A buffered stream over a standard handle. A failed write is remembered; everything after it is dropped.
+class Stream final : public OrvBasAppendable<wchar_t>
+{
+public:
+    explicit Stream(HANDLE handle) : handle_(handle), isConsole_(IsConsole(handle)) {}
+    Stream(const Stream &) = delete;
+    Stream &operator=(const Stream &) = delete;
+    ~Stream() { Flush(); }
+
+    OrvResult Append(const wchar_t *first, const wchar_t *last) override;
+
+    /// Formats as the library does, then flushes complete lines when the stream is a console.
+    void Print(const wchar_t *format, ...);
+
+    /// Returns 0 or the first failure of the stream.
+    OrvResult Flush();
+
+private:
+    static constexpr uint32_t kCapacity = 2048;
+
+    static bool IsConsole(HANDLE handle);
+    OrvResult WriteBytes(const char *bytes, uint32_t count);
+
+    HANDLE handle_;
+    bool isConsole_;
+    OrvResult result_ = 0;
+    uint32_t length_ = 0;
+    wchar_t characters_[kCapacity];
+};
+
+/// Both streams of the process, handed to every command.
+struct Console {
+    Stream &out;
+    Stream &error;
+};
+
+} // namespace orvtool
