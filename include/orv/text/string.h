@@ -1,0 +1,218 @@
+// Primitives over character arrays of the caller: measure, copy, append, compare, find, trim, change case.
+//
+// What holds for all of them:
+// - Lengths, counts and capacities are in characters of the type's own width: bytes, or UTF-16 code units.
+// The
+//   text may stand at any address.
+// - OrvTerminated as a count means that the text is terminated and is counted up to its terminator. Any other
+//   count is exact, and terminators inside are characters like others. A null text is empty, whatever its
+//   count.
+// - A capacity counts the terminator. A result that does not fit together with its terminator is never cut:
+//   functions that write to an array leave an empty string in it, functions that write to a descriptor leave
+//   the descriptor and its characters as they were. A capacity of 0, or a null array, is refused with
+//   ORV_E_INVALID_ARGUMENT before anything is written.
+
+#pragma once
+
+#include "orv/base.h"
+#include "orv/text/code_page.h"
+#include "orv/text/string_ref.h"
+
+// Measure.
+
+/// Characters up to the terminator.
+ORV_API uint32_t OrvGetStringSizeInElements(const char *text);
+ORV_API uint32_t OrvGetStringSizeInElements(const wchar_t *text);
+
+/// Characters up to the terminator, but at most `limit`; a terminator behind the limit need not exist.
+ORV_API uint32_t OrvGetStringSizeInElements(const char *text, uint32_t limit);
+ORV_API uint32_t OrvGetStringSizeInElements(const wchar_t *text, uint32_t limit);
+
+// Copy and append. The source and the destination may overlap.
+
+/// Replaces what the array holds by `count` characters of the source.
+///
+/// ORV_E_INVALID_ARGUMENT: capacity 0. ORV_E_BUFFER_TOO_SMALL: the text does not fit; the array then holds an
+/// empty string.
+ORV_API OrvResult OrvCopyString(char *destination, uint32_t capacity, const char *source,
+                                uint32_t count = OrvTerminated);
+ORV_API OrvResult OrvCopyString(wchar_t *destination, uint32_t capacity, const wchar_t *source,
+                                uint32_t count = OrvTerminated);
+
+/// Replaces what the descriptor's array holds, and sets the descriptor's length.
+///
+/// ORV_E_BUFFER_TOO_SMALL: the text does not fit, as it never does with capacity 0; `requiredSize` is then
+/// set to the capacity that it needs, and nothing else changes.
+ORV_API OrvResult OrvCopyString(_ORV_UTF16CHAR_STR &destination, const wchar_t *source,
+                                uint32_t count = OrvTerminated, uint32_t *requiredSize = nullptr);
+
+/// Copies `count` characters that start at position `start` of the source. The start is not checked: the
+/// caller knows that `start + count` characters can be read.
+///
+/// ORV_E_INVALID_ARGUMENT: capacity 0, or a count that is greater than the source's length, as OrvTerminated
+/// always is. Otherwise as OrvCopyString.
+ORV_API OrvResult OrvCopySubString(char *destination, uint32_t capacity, const char *source, uint32_t start,
+                                   uint32_t count, uint32_t sourceLength = OrvTerminated);
+ORV_API OrvResult OrvCopySubString(wchar_t *destination, uint32_t capacity, const wchar_t *source,
+                                   uint32_t start, uint32_t count, uint32_t sourceLength = OrvTerminated);
+
+/// The same into a descriptor. Whether `count` characters fit is looked at first, and is answered as by
+/// OrvCopyString.
+ORV_API OrvResult OrvCopySubString(_ORV_UTF16CHAR_STR &destination, const wchar_t *source, uint32_t start,
+                                   uint32_t count, uint32_t sourceLength = OrvTerminated,
+                                   uint32_t *requiredSize = nullptr);
+
+/// Puts `count` characters of the source behind the text that the array holds. With a `length` its value is
+/// taken as that text's length and becomes the new one; without, the array is searched for its terminator.
+///
+/// ORV_E_INVALID_ARGUMENT: capacity 0. ORV_E_NOT_TERMINATED: no terminator within the capacity, or a length
+/// that is not below it. ORV_E_BUFFER_TOO_SMALL: the result does not fit. In every case the array is as it
+/// was.
+ORV_API OrvResult OrvAppendString(char *destination, uint32_t capacity, const char *source,
+                                  uint32_t *length = nullptr, uint32_t count = OrvTerminated);
+ORV_API OrvResult OrvAppendString(wchar_t *destination, uint32_t capacity, const wchar_t *source,
+                                  uint32_t *length = nullptr, uint32_t count = OrvTerminated);
+
+/// The same with the length of the descriptor, which may be OrvTerminated.
+///
+/// ORV_E_NOT_TERMINATED: that length, and no terminator within the capacity. ORV_E_BUFFER_TOO_SMALL: the
+/// result does not fit; `requiredSize` is then set to the capacity that it needs, and nothing else changes.
+ORV_API OrvResult OrvAppendString(_ORV_UTF16CHAR_STR &destination, const wchar_t *source,
+                                  uint32_t count = OrvTerminated, uint32_t *requiredSize = nullptr);
+
+// Compare. Each gives -1 when `a` comes first, 0 when both are equal, 1 when `b` comes first; where one text
+// begins with the other, the shorter one comes first.
+
+/// By the unsigned bytes as they lie in memory. For UTF-16 text that is not the order of the code units,
+/// because the low byte comes first: U+0100 sorts before U+00FF. It serves equality, and sorting that need
+/// only be stable.
+ORV_API int OrvCompareString(const char *a, const char *b, uint32_t lengthA = OrvTerminated,
+                             uint32_t lengthB = OrvTerminated);
+ORV_API int OrvCompareString(const wchar_t *a, const wchar_t *b, uint32_t lengthA = OrvTerminated,
+                             uint32_t lengthB = OrvTerminated);
+
+/// The same on at most `n` characters of each. Nothing behind them is read.
+ORV_API int OrvCompareSubString(const char *a, const char *b, uint32_t n, uint32_t lengthA = OrvTerminated,
+                                uint32_t lengthB = OrvTerminated);
+ORV_API int OrvCompareSubString(const wchar_t *a, const wchar_t *b, uint32_t n,
+                                uint32_t lengthA = OrvTerminated, uint32_t lengthB = OrvTerminated);
+
+/// By code units, each mapped to upper case by the platform (RtlUpcaseUnicodeChar). The code page is not
+/// used.
+ORV_API int OrvCompareStringNoCase(OrvCodePage codePage, const wchar_t *a, const wchar_t *b,
+                                   uint32_t lengthA = OrvTerminated, uint32_t lengthB = OrvTerminated);
+
+/// The same on at most `n` characters of each.
+ORV_API int OrvCompareSubStringNoCase(OrvCodePage codePage, const wchar_t *a, const wchar_t *b, uint32_t n,
+                                      uint32_t lengthA = OrvTerminated, uint32_t lengthB = OrvTerminated);
+
+// Find. Each gives a pointer into the text, or null when there is no match.
+
+/// The first place where the character stands. The terminator is not part of the text and is never found.
+ORV_API const char *OrvFindElement(const char *text, char character, uint32_t length = OrvTerminated);
+ORV_API const wchar_t *OrvFindElement(const wchar_t *text, wchar_t character,
+                                      uint32_t length = OrvTerminated);
+ORV_API char *OrvFindElement(char *text, char character, uint32_t length = OrvTerminated);
+ORV_API wchar_t *OrvFindElement(wchar_t *text, wchar_t character, uint32_t length = OrvTerminated);
+
+/// The last place where the character stands.
+ORV_API const char *OrvFindElementFromRight(const char *text, char character,
+                                            uint32_t length = OrvTerminated);
+ORV_API const wchar_t *OrvFindElementFromRight(const wchar_t *text, wchar_t character,
+                                               uint32_t length = OrvTerminated);
+ORV_API char *OrvFindElementFromRight(char *text, char character, uint32_t length = OrvTerminated);
+ORV_API wchar_t *OrvFindElementFromRight(wchar_t *text, wchar_t character, uint32_t length = OrvTerminated);
+
+/// The first place where the needle stands; an empty needle stands at the start of every text. Only places
+/// where the needle's first and last character match are looked at closer, so that the time grows with the
+/// length of the text; at worst, in text made of one repeated character, with the product of both lengths.
+ORV_API const char *OrvFindSubString(const char *text, const char *needle,
+                                     uint32_t textLength = OrvTerminated,
+                                     uint32_t needleLength = OrvTerminated);
+ORV_API const wchar_t *OrvFindSubString(const wchar_t *text, const wchar_t *needle,
+                                        uint32_t textLength = OrvTerminated,
+                                        uint32_t needleLength = OrvTerminated);
+ORV_API char *OrvFindSubString(char *text, const char *needle, uint32_t textLength = OrvTerminated,
+                               uint32_t needleLength = OrvTerminated);
+ORV_API wchar_t *OrvFindSubString(wchar_t *text, const wchar_t *needle, uint32_t textLength = OrvTerminated,
+                                  uint32_t needleLength = OrvTerminated);
+
+/// The last place where the needle stands; an empty needle stands at the end of every text.
+ORV_API const char *OrvFindSubStringFromRight(const char *text, const char *needle,
+                                              uint32_t textLength = OrvTerminated,
+                                              uint32_t needleLength = OrvTerminated);
+ORV_API const wchar_t *OrvFindSubStringFromRight(const wchar_t *text, const wchar_t *needle,
+                                                 uint32_t textLength = OrvTerminated,
+                                                 uint32_t needleLength = OrvTerminated);
+ORV_API char *OrvFindSubStringFromRight(char *text, const char *needle, uint32_t textLength = OrvTerminated,
+                                        uint32_t needleLength = OrvTerminated);
+ORV_API wchar_t *OrvFindSubStringFromRight(wchar_t *text, const wchar_t *needle,
+                                           uint32_t textLength = OrvTerminated,
+                                           uint32_t needleLength = OrvTerminated);
+
+// Trim. Space, tab (9), line feed (10), vertical tab (11) and carriage return (13) are cut off, inside the
+// count. The source and the destination may overlap.
+
+/// Copies the source without what is to be cut off in front; `resultLength` is set on success.
+///
+/// ORV_E_INVALID_ARGUMENT: capacity 0. ORV_E_BUFFER_TOO_SMALL: the result does not fit; the array then holds
+/// an empty string.
+ORV_API OrvResult OrvTrimStringLeft(char *destination, uint32_t capacity, const char *source,
+                                    uint32_t *resultLength = nullptr, uint32_t count = OrvTerminated);
+ORV_API OrvResult OrvTrimStringLeft(wchar_t *destination, uint32_t capacity, const wchar_t *source,
+                                    uint32_t *resultLength = nullptr, uint32_t count = OrvTerminated);
+
+/// Copies the source without what is to be cut off at the end. Otherwise as OrvTrimStringLeft.
+ORV_API OrvResult OrvTrimStringRight(char *destination, uint32_t capacity, const char *source,
+                                     uint32_t *resultLength = nullptr, uint32_t count = OrvTerminated);
+ORV_API OrvResult OrvTrimStringRight(wchar_t *destination, uint32_t capacity, const wchar_t *source,
+                                     uint32_t *resultLength = nullptr, uint32_t count = OrvTerminated);
+
+/// Copies the source without what is to be cut off on both sides. Trimming is done on the left first, and the
+/// array must have room for the result of that: for what is cut off at the end, too. Otherwise as
+/// OrvTrimStringLeft.
+ORV_API OrvResult OrvTrimString(char *destination, uint32_t capacity, const char *source,
+                                uint32_t *resultLength = nullptr, uint32_t count = OrvTerminated);
+ORV_API OrvResult OrvTrimString(wchar_t *destination, uint32_t capacity, const wchar_t *source,
+                                uint32_t *resultLength = nullptr, uint32_t count = OrvTerminated);
+
+/// The same into a descriptor, whose length is set on success; otherwise the descriptor and its characters
+/// are as they were.
+ORV_API OrvResult OrvTrimStringLeft(_ORV_UTF16CHAR_STR &destination, const wchar_t *source,
+                                    uint32_t count = OrvTerminated);
+ORV_API OrvResult OrvTrimStringRight(_ORV_UTF16CHAR_STR &destination, const wchar_t *source,
+                                     uint32_t count = OrvTerminated);
+ORV_API OrvResult OrvTrimString(_ORV_UTF16CHAR_STR &destination, const wchar_t *source,
+                                uint32_t count = OrvTerminated);
+
+// Case.
+
+/// Changes A-Z to a-z in place. Does nothing when the length reaches over the end of the address space.
+ORV_API void OrvLowerASCIIString(char *text, uint32_t length = OrvTerminated);
+ORV_API void OrvLowerASCIIString(wchar_t *text, uint32_t length = OrvTerminated);
+
+/// Changes a-z to A-Z in place. Does nothing when the length reaches over the end of the address space.
+ORV_API void OrvUpperASCIIString(char *text, uint32_t length = OrvTerminated);
+ORV_API void OrvUpperASCIIString(wchar_t *text, uint32_t length = OrvTerminated);
+
+/// Copies the source with every code unit in lower case, as the platform maps it; `resultLength` is set on
+/// success. The code page is not used. The destination may be the source.
+///
+/// ORV_E_INVALID_ARGUMENT: capacity 0. ORV_E_BAD_LENGTH: a count or a capacity of 65535 or more.
+/// ORV_E_BUFFER_TOO_SMALL: the result does not fit; the array then holds an empty string. Any other failure
+/// is what the platform reported, converted.
+ORV_API OrvResult OrvLowerString(OrvCodePage codePage, wchar_t *destination, uint32_t capacity,
+                                 const wchar_t *source, uint32_t *resultLength = nullptr,
+                                 uint32_t count = OrvTerminated);
+
+/// The same with every code unit in upper case.
+ORV_API OrvResult OrvUpperString(OrvCodePage codePage, wchar_t *destination, uint32_t capacity,
+                                 const wchar_t *source, uint32_t *resultLength = nullptr,
+                                 uint32_t count = OrvTerminated);
+
+/// The same into a descriptor, whose length is set on success; otherwise the descriptor and its characters
+/// are as they were.
+ORV_API OrvResult OrvLowerString(OrvCodePage codePage, _ORV_UTF16CHAR_STR &destination, const wchar_t *source,
+                                 uint32_t count = OrvTerminated);
+ORV_API OrvResult OrvUpperString(OrvCodePage codePage, _ORV_UTF16CHAR_STR &destination, const wchar_t *source,
+                                 uint32_t count = OrvTerminated);

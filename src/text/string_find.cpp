@@ -1,0 +1,248 @@
+// Finding a character or a substring, from either end.
+//
+// The substring searches look at a vector of places at once: a place is worth a comparison when both the
+// needle's first and its last character match there. That leaves few places in text as people and programs
+// write it, needs no table and no memory, and is beaten only by text that repeats itself and the needle
+// almost everywhere.
+
+#include "orv/text/string.h"
+
+#include "text/length.h"
+#include "text/vector.h"
+
+namespace
+{
+
+template <typename T>
+const T *FindUnit(const T *text, T unit, uint32_t length)
+{
+    if (!text)
+        return nullptr;
+    if (length != OrvTerminated)
+        return detail::FindFirst(text, length, detail::IsUnit<T>(unit));
+    // One pass looks for both, so that the rest of the text behind the match is not even measured.
+    const uint32_t at = detail::ScanTerminated(text, UINT32_MAX, detail::IsUnitOrTerminator<T>(unit));
+    return detail::LoadUnit(text + at) != 0 ? text + at : nullptr;
+}
+
+template <typename T>
+const T *FindUnitFromRight(const T *text, T unit, uint32_t length)
+{
+    return detail::FindLast(text, detail::ResolveLength(text, length), detail::IsUnit<T>(unit));
+}
+
+/// A needle of at least two units.
+template <typename T>
+struct Needle {
+    const T *units;
+    uint32_t last; ///< the position of its last unit
+
+    /// Whether it stands at a place where its first and its last unit do.
+    bool StandsAtCandidate(const T *at) const
+    {
+        return detail::FirstDifference(at, units, 1, last, detail::AreEqual<T>()) == last;
+    }
+
+    bool StandsAt(const T *at) const
+    {
+        return detail::LoadUnit(at) == detail::LoadUnit(units) &&
+               detail::LoadUnit(at + last) == detail::LoadUnit(units + last) && StandsAtCandidate(at);
+    }
+};
+
+/// Picks those places of a vector of them where the needle's first and last unit stand.
+template <typename T>
+class Candidates
+{
+public:
+    explicit Candidates(const Needle<T> &needle)
+        : last_(needle.last), isFirst_(detail::LoadUnit(needle.units)),
+          isLast_(detail::LoadUnit(needle.units + needle.last))
+    {
+    }
+
+    uint32_t operator()(const T *at) const
+    {
+        return detail::BitsOf(
+            _mm_and_si128(isFirst_(detail::LoadVector(at)), isLast_(detail::LoadVector(at + last_))));
+    }
+
+private:
+    uint32_t last_;
+    detail::IsUnit<T> isFirst_;
+    detail::IsUnit<T> isLast_;
+};
+
+/// The bits of one unit in a mask of bytes.
+template <typename T>
+uint32_t LaneBits(uint32_t lane)
+{
+    return ((1u << sizeof(T)) - 1) << (lane * sizeof(T));
+}
+
+template <typename T>
+const T *FindNeedle(const T *text, uint32_t places, const Needle<T> &needle)
+{
+    if (places < detail::kLanes<T>) {
+        for (uint32_t at = 0; at < places; at++) {
+            if (needle.StandsAt(text + at))
+                return text + at;
+        }
+        return nullptr;
+    }
+    const Candidates<T> candidates(needle);
+    const uint32_t lastStart = places - detail::kLanes<T>; // of the vector that covers what is left
+    for (uint32_t at = 0;; at = at + detail::kLanes<T> < lastStart ? at + detail::kLanes<T> : lastStart) {
+        for (uint32_t bits = candidates(text + at); bits;) {
+            const uint32_t lane = detail::FirstLane<T>(bits);
+            if (needle.StandsAtCandidate(text + at + lane))
+                return text + at + lane;
+            bits &= ~LaneBits<T>(lane);
+        }
+        if (at == lastStart)
+            return nullptr;
+    }
+}
+
+template <typename T>
+const T *FindNeedleFromRight(const T *text, uint32_t places, const Needle<T> &needle)
+{
+    if (places < detail::kLanes<T>) {
+        for (uint32_t end = places; end > 0; end--) {
+            if (needle.StandsAt(text + end - 1))
+                return text + end - 1;
+        }
+        return nullptr;
+    }
+    const Candidates<T> candidates(needle);
+    for (uint32_t at = places - detail::kLanes<T>;;
+         at = at > detail::kLanes<T> ? at - detail::kLanes<T> : 0) {
+        for (uint32_t bits = candidates(text + at); bits;) {
+            const uint32_t lane = detail::LastLane<T>(bits);
+            if (needle.StandsAtCandidate(text + at + lane))
+                return text + at + lane;
+            bits &= ~LaneBits<T>(lane);
+        }
+        if (at == 0)
+            return nullptr;
+    }
+}
+
+template <typename T>
+const T *FindText(const T *text, const T *needle, uint32_t textLength, uint32_t needleLength)
+{
+    needleLength = detail::ResolveLength(needle, needleLength);
+    if (needleLength == 0)
+        return text;
+    if (needleLength == 1)
+        return OrvFindElement(text, detail::LoadUnit(needle), textLength);
+    textLength = detail::ResolveLength(text, textLength);
+    if (needleLength > textLength)
+        return nullptr;
+    return FindNeedle(text, textLength - needleLength + 1, Needle<T>{needle, needleLength - 1});
+}
+
+template <typename T>
+const T *FindTextFromRight(const T *text, const T *needle, uint32_t textLength, uint32_t needleLength)
+{
+    needleLength = detail::ResolveLength(needle, needleLength);
+    if (needleLength == 1)
+        return OrvFindElementFromRight(text, detail::LoadUnit(needle), textLength);
+    textLength = detail::ResolveLength(text, textLength);
+    if (needleLength == 0)
+        return text + textLength;
+    if (needleLength > textLength)
+        return nullptr;
+    return FindNeedleFromRight(text, textLength - needleLength + 1, Needle<T>{needle, needleLength - 1});
+}
+
+} // namespace
+
+const char *OrvFindElement(const char *text, char character, uint32_t length)
+{
+    return FindUnit(text, character, length);
+}
+
+const wchar_t *OrvFindElement(const wchar_t *text, wchar_t character, uint32_t length)
+{
+    return FindUnit(text, character, length);
+}
+
+char *OrvFindElement(char *text, char character, uint32_t length)
+{
+    return const_cast<char *>(OrvFindElement(static_cast<const char *>(text), character, length));
+}
+
+wchar_t *OrvFindElement(wchar_t *text, wchar_t character, uint32_t length)
+{
+    return const_cast<wchar_t *>(OrvFindElement(static_cast<const wchar_t *>(text), character, length));
+}
+
+const char *OrvFindElementFromRight(const char *text, char character, uint32_t length)
+{
+    return FindUnitFromRight(text, character, length);
+}
+
+const wchar_t *OrvFindElementFromRight(const wchar_t *text, wchar_t character, uint32_t length)
+{
+    return FindUnitFromRight(text, character, length);
+}
+
+char *OrvFindElementFromRight(char *text, char character, uint32_t length)
+{
+    return const_cast<char *>(OrvFindElementFromRight(static_cast<const char *>(text), character, length));
+}
+
+wchar_t *OrvFindElementFromRight(wchar_t *text, wchar_t character, uint32_t length)
+{
+    return const_cast<wchar_t *>(
+        OrvFindElementFromRight(static_cast<const wchar_t *>(text), character, length));
+}
+
+const char *OrvFindSubString(const char *text, const char *needle, uint32_t textLength, uint32_t needleLength)
+{
+    return FindText(text, needle, textLength, needleLength);
+}
+
+const wchar_t *OrvFindSubString(const wchar_t *text, const wchar_t *needle, uint32_t textLength,
+                                uint32_t needleLength)
+{
+    return FindText(text, needle, textLength, needleLength);
+}
+
+char *OrvFindSubString(char *text, const char *needle, uint32_t textLength, uint32_t needleLength)
+{
+    return const_cast<char *>(
+        OrvFindSubString(static_cast<const char *>(text), needle, textLength, needleLength));
+}
+
+wchar_t *OrvFindSubString(wchar_t *text, const wchar_t *needle, uint32_t textLength, uint32_t needleLength)
+{
+    return const_cast<wchar_t *>(
+        OrvFindSubString(static_cast<const wchar_t *>(text), needle, textLength, needleLength));
+}
+
+const char *OrvFindSubStringFromRight(const char *text, const char *needle, uint32_t textLength,
+                                      uint32_t needleLength)
+{
+    return FindTextFromRight(text, needle, textLength, needleLength);
+}
+
+const wchar_t *OrvFindSubStringFromRight(const wchar_t *text, const wchar_t *needle, uint32_t textLength,
+                                         uint32_t needleLength)
+{
+    return FindTextFromRight(text, needle, textLength, needleLength);
+}
+
+char *OrvFindSubStringFromRight(char *text, const char *needle, uint32_t textLength, uint32_t needleLength)
+{
+    return const_cast<char *>(
+        OrvFindSubStringFromRight(static_cast<const char *>(text), needle, textLength, needleLength));
+}
+
+wchar_t *OrvFindSubStringFromRight(wchar_t *text, const wchar_t *needle, uint32_t textLength,
+                                   uint32_t needleLength)
+{
+    return const_cast<wchar_t *>(
+        OrvFindSubStringFromRight(static_cast<const wchar_t *>(text), needle, textLength, needleLength));
+}

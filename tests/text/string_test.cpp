@@ -1,0 +1,244 @@
+// Copying, appending, trimming and ASCII case, in both widths and into descriptors.
+
+#include "orv/text/string.h"
+
+#include "harness/memory.h"
+#include "harness/test.h"
+#include "orv/runtime/result.h"
+#include "text/texts.h"
+
+using test::Ascii;
+using test::ForBothWidths;
+
+TEST_CASE(CopyFitsOrEmpties)
+{
+    struct {
+        const char *source;
+        uint32_t count;
+        uint32_t capacity;
+        OrvResult result;
+        const char *text;
+    } const cases[] = {
+        {"abc", OrvTerminated, 4, ORV_S_OK, "abc"},
+        {"abc", OrvTerminated, 3, ORV_E_BUFFER_TOO_SMALL, ""},
+        {"abc", 2, 3, ORV_S_OK, "ab"},
+        {"abc", 3, 3, ORV_E_BUFFER_TOO_SMALL, ""},
+        {"abc", 0, 1, ORV_S_OK, ""},
+        {nullptr, OrvTerminated, 1, ORV_S_OK, ""},
+        {nullptr, 7, 4, ORV_S_OK, ""},
+        {"abc", OrvTerminated, 0, ORV_E_INVALID_ARGUMENT, "old"},
+    };
+    ForBothWidths([&](auto unit) {
+        typedef decltype(unit) T;
+        for (const auto &c : cases) {
+            test::Note("case", &c - cases);
+            const Ascii<T> source(c.source);
+            T *const destination = test::GuardedCopy(Ascii<T>("old").units, c.capacity ? c.capacity : 4);
+            CHECK_EQUAL(OrvCopyString(destination, c.capacity, c.source ? source.units : nullptr, c.count),
+                        c.result);
+            CHECK_TEXT(destination, Ascii<T>(c.text).units);
+        }
+        T *const none = nullptr;
+        CHECK_EQUAL(OrvCopyString(none, 4, Ascii<T>("abc").units), ORV_E_INVALID_ARGUMENT);
+        Ascii<T> text("abcdef");
+        CHECK_EQUAL(OrvCopyString(text.units, 6, text.units + 2), ORV_S_OK); // its end is overwritten last
+        CHECK_TEXT(text.units, Ascii<T>("cdef").units);
+    });
+}
+
+TEST_CASE(CopyOfARangeChecksItsCountOnly)
+{
+    struct {
+        uint32_t capacity, start, count, sourceLength;
+        OrvResult result;
+        const char *text;
+    } const cases[] = {
+        {8, 2, 3, OrvTerminated, ORV_S_OK, "cde"},
+        {8, 4, 2, 2, ORV_S_OK, "ef"}, // the start is not checked
+        {8, 0, 7, OrvTerminated, ORV_E_INVALID_ARGUMENT, "old"},
+        {8, 0, OrvTerminated, OrvTerminated, ORV_E_INVALID_ARGUMENT, "old"},
+        {8, 0, 3, 2, ORV_E_INVALID_ARGUMENT, "old"},
+        {0, 0, 1, OrvTerminated, ORV_E_INVALID_ARGUMENT, "old"},
+        {3, 0, 3, OrvTerminated, ORV_E_BUFFER_TOO_SMALL, ""},
+    };
+    ForBothWidths([&](auto unit) {
+        typedef decltype(unit) T;
+        for (const auto &c : cases) {
+            test::Note("case", &c - cases);
+            Ascii<T> destination("old");
+            CHECK_EQUAL(OrvCopySubString(destination.units, c.capacity, Ascii<T>("abcdef").units, c.start,
+                                         c.count, c.sourceLength),
+                        c.result);
+            CHECK_TEXT(destination.units, Ascii<T>(c.text).units);
+        }
+        Ascii<T> text("old");
+        const T *const none = nullptr;
+        CHECK_EQUAL(OrvCopySubString(text.units, 1, none, 5, 0), ORV_S_OK);
+    });
+}
+
+TEST_CASE(AppendLeavesTheTextWhenItFails)
+{
+    constexpr uint32_t kNone = 0xFFFF;
+    struct {
+        const char *source;
+        uint32_t count;
+        uint32_t capacity;
+        uint32_t length; // kNone: searched for
+        OrvResult result;
+        const char *text;
+    } const cases[] = {
+        {"de", OrvTerminated, 6, kNone, ORV_S_OK, "abcde"},
+        {"de", OrvTerminated, 5, kNone, ORV_E_BUFFER_TOO_SMALL, "abc"},
+        {"de", 1, 5, 3, ORV_S_OK, "abcd"},
+        {"de", OrvTerminated, 5, 3, ORV_E_BUFFER_TOO_SMALL, "abc"},
+        {"de", OrvTerminated, 6, 1, ORV_S_OK, "ade"},
+        {nullptr, OrvTerminated, 4, kNone, ORV_S_OK, "abc"},
+        {"de", OrvTerminated, 3, kNone, ORV_E_NOT_TERMINATED, "abc"},
+        {"de", OrvTerminated, 6, 6, ORV_E_NOT_TERMINATED, "abc"},
+        {"", OrvTerminated, 6, 7, ORV_E_NOT_TERMINATED, "abc"},
+        {"de", 0xFFFFFFFE, 6, 3, ORV_E_BUFFER_TOO_SMALL, "abc"},
+        {"de", OrvTerminated, 0, kNone, ORV_E_INVALID_ARGUMENT, "abc"},
+    };
+    ForBothWidths([&](auto unit) {
+        typedef decltype(unit) T;
+        for (const auto &c : cases) {
+            test::Note("case", &c - cases);
+            const Ascii<T> source(c.source);
+            Ascii<T> destination("abc");
+            uint32_t length = c.length;
+            CHECK_EQUAL(OrvAppendString(destination.units, c.capacity, c.source ? source.units : nullptr,
+                                        c.length == kNone ? nullptr : &length, c.count),
+                        c.result);
+            CHECK_TEXT(destination.units, Ascii<T>(c.text).units);
+            if (OrvFailed(c.result) || c.length == kNone)
+                CHECK_EQUAL(length, c.length);
+            else
+                CHECK_EQUAL(destination.units[length], T(0));
+        }
+        Ascii<T> itself("abc");
+        CHECK_EQUAL(OrvAppendString(itself.units, 7, itself.units), ORV_S_OK);
+        CHECK_TEXT(itself.units, Ascii<T>("abcabc").units);
+    });
+}
+
+TEST_CASE(DescriptorsStayWhenTheResultDoesNotFit)
+{
+    typedef _ORV_UTF16CHAR_STR Text;
+    constexpr OrvResult kSmall = ORV_E_BUFFER_TOO_SMALL;
+    constexpr uint32_t kEnd = OrvTerminated;
+    struct {
+        uint32_t capacity;
+        OrvResult result;
+        uint32_t requiredSize;
+        const wchar_t *text;
+        OrvResult (*change)(Text &, uint32_t *requiredSize);
+    } const cases[] = {
+        {5, 0, 0, L"wxyz", [](Text &t, uint32_t *r) { return OrvCopyString(t, L"wxyz", kEnd, r); }},
+        {4, kSmall, 5, L"abc", [](Text &t, uint32_t *r) { return OrvCopyString(t, L"wxyz", kEnd, r); }},
+        {0, kSmall, 3, L"abc", [](Text &t, uint32_t *r) { return OrvCopyString(t, L"wxyz", 2, r); }},
+        {4, 0, 0, L"", [](Text &t, uint32_t *) { return OrvCopyString(t, nullptr); }},
+        {4, 0, 0, L"xy", [](Text &t, uint32_t *r) { return OrvCopySubString(t, L"wxyz", 1, 2, kEnd, r); }},
+        {4, kSmall, 5, L"abc",
+         [](Text &t, uint32_t *r) { return OrvCopySubString(t, L"wxyz", 0, 4, kEnd, r); }},
+        {4, ORV_E_INVALID_ARGUMENT, 0, L"abc",
+         [](Text &t, uint32_t *) { return OrvCopySubString(t, L"w", 0, 3); }},
+        {6, 0, 0, L"abcde", [](Text &t, uint32_t *r) { return OrvAppendString(t, L"de", kEnd, r); }},
+        {5, kSmall, 6, L"abc", [](Text &t, uint32_t *r) { return OrvAppendString(t, L"de", kEnd, r); }},
+        {5, kSmall, kEnd, L"abc",
+         [](Text &t, uint32_t *r) { return OrvAppendString(t, L"de", 0xFFFFFFFE, r); }},
+        {3, 0, 0, L"w", [](Text &t, uint32_t *) { return OrvTrimString(t, L" w "); }},
+        {3, 0, 0, L"w ", [](Text &t, uint32_t *) { return OrvTrimStringLeft(t, L" w "); }},
+        {3, 0, 0, L" w", [](Text &t, uint32_t *) { return OrvTrimStringRight(t, L" w "); }},
+        {4, kSmall, 0, L"abc", [](Text &t, uint32_t *) { return OrvTrimString(t, L" wxyz"); }},
+        {0, ORV_E_INVALID_ARGUMENT, 0, L"abc", [](Text &t, uint32_t *) { return OrvTrimString(t, L" w"); }},
+    };
+    for (const auto &c : cases) {
+        test::Note("case", &c - cases);
+        Ascii<wchar_t> characters("abc");
+        Text text = {3, c.capacity, characters.units};
+        uint32_t requiredSize = 0;
+        CHECK_EQUAL(c.change(text, &requiredSize), c.result);
+        CHECK_EQUAL(requiredSize, c.requiredSize);
+        CHECK_TEXT(characters.units, c.text);
+        CHECK_EQUAL(text.length, OrvGetStringSizeInElements(c.text));
+    }
+    Ascii<wchar_t> characters("abc");
+    Text terminated = {OrvTerminated, 6, characters.units};
+    CHECK_EQUAL(OrvAppendString(terminated, L"de"), ORV_S_OK);
+    CHECK_EQUAL(terminated.length, 5u);
+    Text endless = {OrvTerminated, 3, characters.units};
+    CHECK_EQUAL(OrvAppendString(endless, L""), ORV_E_NOT_TERMINATED);
+}
+
+TEST_CASE(TrimCutsItsFiveCharacters)
+{
+    struct {
+        const char *source;
+        uint32_t count;
+        const char *expected[3]; // left, right, both
+    } const cases[] = {
+        {" \tx \r\n", OrvTerminated, {"x \r\n", " \tx", "x"}},
+        {"\v a b\v", OrvTerminated, {"a b\v", "\v a b", "a b"}},
+        {"  ", OrvTerminated, {"", "", ""}},
+        {"", OrvTerminated, {"", "", ""}},
+        {"\f\xA0", OrvTerminated, {"\f\xA0", "\f\xA0", "\f\xA0"}},
+        {" ab c", 3, {"ab", " ab", "ab"}},
+        {" x \0\0", 4, {"x ", " x ", "x "}}, // a terminator inside the count is no blank
+    };
+    ForBothWidths([&](auto unit) {
+        typedef decltype(unit) T;
+        OrvResult (*const trim[])(T *, uint32_t, const T *, uint32_t *,
+                                  uint32_t) = {OrvTrimStringLeft, OrvTrimStringRight, OrvTrimString};
+        T destination[16];
+        uint32_t length = 0;
+        for (const auto &c : cases) {
+            for (uint32_t side = 0; side < 3; side++) {
+                test::Note("case", &c - cases);
+                CHECK_EQUAL(trim[side](destination, 16, Ascii<T>(c.source).units, &length, c.count),
+                            ORV_S_OK);
+                CHECK_TEXT(destination, Ascii<T>(c.expected[side]).units);
+                CHECK_EQUAL(destination[length], T(0));
+                CHECK_EQUAL(trim[side](destination, 0, nullptr, &length, 0), ORV_E_INVALID_ARGUMENT);
+            }
+        }
+        // On both sides what is cut off at the right has to fit too, on the right alone it does not.
+        CHECK_EQUAL(OrvTrimStringRight(destination, 3, Ascii<T>("xy  ").units, &length), ORV_S_OK);
+        CHECK_EQUAL(OrvTrimString(destination, 3, Ascii<T>(" x  ").units, &length), ORV_E_BUFFER_TOO_SMALL);
+        CHECK_EQUAL(destination[0], T(0));
+        CHECK_EQUAL(length, 2u);
+        Ascii<T> inPlace("  in place ");
+        CHECK_EQUAL(OrvTrimString(inPlace.units, 12, inPlace.units), ORV_S_OK);
+        CHECK_TEXT(inPlace.units, Ascii<T>("in place").units);
+    });
+}
+
+TEST_CASE(AsciiCaseChangesLettersOnly)
+{
+    ForBothWidths([](auto unit) {
+        typedef decltype(unit) T;
+        test::GuardedPage page;
+        const T firsts[] = {'A', 'a'};
+        for (uint32_t length = 0; length < 0x180; length++) { // every byte, and as many code units
+            for (const T first : firsts) {
+                T *const text = page.Make<T>(length, length % 3, [length](uint32_t i) { return length - i; });
+                first == T('A') ? OrvLowerASCIIString(text, length) : OrvUpperASCIIString(text, length);
+                uint32_t right = 0;
+                for (; right < length; right++) {
+                    const auto before = static_cast<T>(length - right);
+                    const bool letter = before >= first && before < first + 26;
+                    if (detail::LoadUnit(text + right) != static_cast<T>(letter ? before ^ 0x20 : before))
+                        break;
+                }
+                test::Note("length", length);
+                CHECK_EQUAL(right, length);
+            }
+        }
+        Ascii<T> text("One Two");
+        OrvUpperASCIIString(text.units);
+        CHECK_TEXT(text.units, Ascii<T>("ONE TWO").units);
+        OrvLowerASCIIString(text.units, 0xFFFFFFF0); // over the end of the address space
+        CHECK_TEXT(text.units, Ascii<T>("ONE TWO").units);
+        OrvLowerASCIIString(static_cast<T *>(nullptr));
+    });
+}
