@@ -61,6 +61,7 @@ NTSYSAPI NTSTATUS NTAPI NtAllocateVirtualMemory(HANDLE process, PVOID *base, ULO
                                                 ULONG type, ULONG protection);
 NTSYSAPI NTSTATUS NTAPI NtProtectVirtualMemory(HANDLE process, PVOID *base, ULONG *size, ULONG protection,
                                                ULONG *oldProtection);
+NTSYSAPI NTSTATUS NTAPI NtQueryPerformanceCounter(LONGLONG *counter, LONGLONG *frequency);
 NTSYSAPI PVOID NTAPI RtlAddVectoredExceptionHandler(ULONG first, LONG(NTAPI *handler)(EXCEPTION_POINTERS *));
 NTSYSAPI HANDLE NTAPI RtlCreateHeap(ULONG flags, PVOID base, size_t reserve, size_t commit, PVOID lock,
                                     PVOID parameters);
@@ -80,5 +81,22 @@ NTSYSAPI NTSTATUS NTAPI RtlUnicodeToUTF8N(char *target, ULONG capacity, ULONG *w
                                           ULONG size);
 NTSYSAPI NTSTATUS NTAPI RtlUnicodeToOemN(char *target, ULONG capacity, ULONG *written, const WCHAR *source,
                                          ULONG size);
+
+// C functions to measure ours against.
+
+NTSYSAPI int __cdecl _wcsicmp(const WCHAR *a, const WCHAR *b);
+NTSYSAPI int __cdecl memcmp(const void *a, const void *b, size_t size);
+NTSYSAPI void *__cdecl memmove(void *destination, const void *source, size_t size);
+NTSYSAPI char *__cdecl strchr(const char *text, int character);
+NTSYSAPI int __cdecl strcmp(const char *a, const char *b);
+NTSYSAPI char *__cdecl strcpy(char *destination, const char *source);
+NTSYSAPI size_t __cdecl strlen(const char *text);
+NTSYSAPI char *__cdecl strstr(const char *text, const char *needle);
+NTSYSAPI WCHAR *__cdecl wcschr(const WCHAR *text, WCHAR character);
+NTSYSAPI int __cdecl wcscmp(const WCHAR *a, const WCHAR *b);
+NTSYSAPI WCHAR *__cdecl wcscpy(WCHAR *destination, const WCHAR *source);
+NTSYSAPI size_t __cdecl wcslen(const WCHAR *text);
+NTSYSAPI WCHAR *__cdecl wcsrchr(const WCHAR *text, WCHAR character);
+NTSYSAPI WCHAR *__cdecl wcsstr(const WCHAR *text, const WCHAR *needle);
 
 } // extern "C"

@@ -86,8 +86,10 @@ uint32_t ResolveCutLength(const T *text, uint32_t length, uint32_t n, uint32_t o
     return length < n ? length : n;
 }
 
+/// In line in each exported function: a call between them would cost as much as comparing short names.
 template <typename Rule, typename T>
-int Compare(const T *a, const T *b, uint32_t n, uint32_t lengthA, uint32_t lengthB)
+__attribute__((always_inline)) inline int Compare(const T *a, const T *b, uint32_t n, uint32_t lengthA,
+                                                  uint32_t lengthB)
 {
     if (a && b && lengthA == OrvTerminated && lengthB == OrvTerminated)
         return CompareTerminated<Rule>(a, b, n);

@@ -31,37 +31,43 @@ const T *FindUnitFromRight(const T *text, T unit, uint32_t length)
     return detail::FindLast(text, detail::ResolveLength(text, length), detail::IsUnit<T>(unit));
 }
 
-/// A needle of at least two units, and the question where it stands.
+/// A needle of at least two units.
 template <typename T>
-class Needle
+struct Needle {
+    const T *units;
+    uint32_t last; ///< the position of its last unit
+
+    /// Whether it stands at a place where its first and its last unit do.
+    bool StandsAtCandidate(const T *at) const
+    {
+        return detail::FirstDifference(at, units, 1, last, detail::AreEqual<T>()) == last;
+    }
+
+    bool StandsAt(const T *at) const
+    {
+        return detail::LoadUnit(at) == detail::LoadUnit(units) &&
+               detail::LoadUnit(at + last) == detail::LoadUnit(units + last) && StandsAtCandidate(at);
+    }
+};
+
+/// Picks those places of a vector of them where the needle's first and last unit stand.
+template <typename T>
+class Candidates
 {
 public:
-    Needle(const T *units, uint32_t length)
-        : units_(units), last_(length - 1), isFirst_(detail::LoadUnit(units)),
-          isLast_(detail::LoadUnit(units + last_))
+    explicit Candidates(const Needle<T> &needle)
+        : last_(needle.last), isFirst_(detail::LoadUnit(needle.units)),
+          isLast_(detail::LoadUnit(needle.units + needle.last))
     {
     }
 
-    /// Marks the bytes of those places in the vector at `at` that are worth a comparison.
-    uint32_t Candidates(const T *at) const
+    uint32_t operator()(const T *at) const
     {
         return detail::BitsOf(
             _mm_and_si128(isFirst_(detail::LoadVector(at)), isLast_(detail::LoadVector(at + last_))));
     }
 
-    bool StandsAtCandidate(const T *at) const
-    {
-        return detail::FirstDifference(at, units_, 1, last_, detail::AreEqual<T>()) == last_;
-    }
-
-    bool StandsAt(const T *at) const
-    {
-        return isFirst_(detail::LoadUnit(at)) && isLast_(detail::LoadUnit(at + last_)) &&
-               StandsAtCandidate(at);
-    }
-
 private:
-    const T *units_;
     uint32_t last_;
     detail::IsUnit<T> isFirst_;
     detail::IsUnit<T> isLast_;
@@ -77,42 +83,49 @@ uint32_t LaneBits(uint32_t lane)
 template <typename T>
 const T *FindNeedle(const T *text, uint32_t places, const Needle<T> &needle)
 {
-    uint32_t at = 0;
-    for (; places - at >= detail::kLanes<T>; at += detail::kLanes<T>) {
-        uint32_t bits = needle.Candidates(text + at);
-        while (bits) {
+    if (places < detail::kLanes<T>) {
+        for (uint32_t at = 0; at < places; at++) {
+            if (needle.StandsAt(text + at))
+                return text + at;
+        }
+        return nullptr;
+    }
+    const Candidates<T> candidates(needle);
+    const uint32_t lastStart = places - detail::kLanes<T>; // of the vector that covers what is left
+    for (uint32_t at = 0;; at = at + detail::kLanes<T> < lastStart ? at + detail::kLanes<T> : lastStart) {
+        for (uint32_t bits = candidates(text + at); bits;) {
             const uint32_t lane = detail::FirstLane<T>(bits);
             if (needle.StandsAtCandidate(text + at + lane))
                 return text + at + lane;
             bits &= ~LaneBits<T>(lane);
         }
+        if (at == lastStart)
+            return nullptr;
     }
-    for (; at < places; at++) {
-        if (needle.StandsAt(text + at))
-            return text + at;
-    }
-    return nullptr;
 }
 
 template <typename T>
 const T *FindNeedleFromRight(const T *text, uint32_t places, const Needle<T> &needle)
 {
-    uint32_t end = places;
-    for (; end >= detail::kLanes<T>; end -= detail::kLanes<T>) {
-        const T *const at = text + (end - detail::kLanes<T>);
-        uint32_t bits = needle.Candidates(at);
-        while (bits) {
+    if (places < detail::kLanes<T>) {
+        for (uint32_t end = places; end > 0; end--) {
+            if (needle.StandsAt(text + end - 1))
+                return text + end - 1;
+        }
+        return nullptr;
+    }
+    const Candidates<T> candidates(needle);
+    for (uint32_t at = places - detail::kLanes<T>;;
+         at = at > detail::kLanes<T> ? at - detail::kLanes<T> : 0) {
+        for (uint32_t bits = candidates(text + at); bits;) {
             const uint32_t lane = detail::LastLane<T>(bits);
-            if (needle.StandsAtCandidate(at + lane))
-                return at + lane;
+            if (needle.StandsAtCandidate(text + at + lane))
+                return text + at + lane;
             bits &= ~LaneBits<T>(lane);
         }
+        if (at == 0)
+            return nullptr;
     }
-    for (; end > 0; end--) {
-        if (needle.StandsAt(text + end - 1))
-            return text + end - 1;
-    }
-    return nullptr;
 }
 
 template <typename T>
@@ -122,11 +135,11 @@ const T *FindText(const T *text, const T *needle, uint32_t textLength, uint32_t 
     if (needleLength == 0)
         return text;
     if (needleLength == 1)
-        return FindUnit(text, detail::LoadUnit(needle), textLength);
+        return OrvFindElement(text, detail::LoadUnit(needle), textLength);
     textLength = detail::ResolveLength(text, textLength);
     if (needleLength > textLength)
         return nullptr;
-    return FindNeedle(text, textLength - needleLength + 1, Needle<T>(needle, needleLength));
+    return FindNeedle(text, textLength - needleLength + 1, Needle<T>{needle, needleLength - 1});
 }
 
 template <typename T>
@@ -134,13 +147,13 @@ const T *FindTextFromRight(const T *text, const T *needle, uint32_t textLength, 
 {
     needleLength = detail::ResolveLength(needle, needleLength);
     if (needleLength == 1)
-        return FindUnitFromRight(text, detail::LoadUnit(needle), textLength);
+        return OrvFindElementFromRight(text, detail::LoadUnit(needle), textLength);
     textLength = detail::ResolveLength(text, textLength);
     if (needleLength == 0)
         return text + textLength;
     if (needleLength > textLength)
         return nullptr;
-    return FindNeedleFromRight(text, textLength - needleLength + 1, Needle<T>(needle, needleLength));
+    return FindNeedleFromRight(text, textLength - needleLength + 1, Needle<T>{needle, needleLength - 1});
 }
 
 } // namespace
@@ -157,12 +170,12 @@ const wchar_t *OrvFindElement(const wchar_t *text, wchar_t character, uint32_t l
 
 char *OrvFindElement(char *text, char character, uint32_t length)
 {
-    return const_cast<char *>(FindUnit<char>(text, character, length));
+    return const_cast<char *>(OrvFindElement(static_cast<const char *>(text), character, length));
 }
 
 wchar_t *OrvFindElement(wchar_t *text, wchar_t character, uint32_t length)
 {
-    return const_cast<wchar_t *>(FindUnit<wchar_t>(text, character, length));
+    return const_cast<wchar_t *>(OrvFindElement(static_cast<const wchar_t *>(text), character, length));
 }
 
 const char *OrvFindElementFromRight(const char *text, char character, uint32_t length)
@@ -177,12 +190,13 @@ const wchar_t *OrvFindElementFromRight(const wchar_t *text, wchar_t character, u
 
 char *OrvFindElementFromRight(char *text, char character, uint32_t length)
 {
-    return const_cast<char *>(FindUnitFromRight<char>(text, character, length));
+    return const_cast<char *>(OrvFindElementFromRight(static_cast<const char *>(text), character, length));
 }
 
 wchar_t *OrvFindElementFromRight(wchar_t *text, wchar_t character, uint32_t length)
 {
-    return const_cast<wchar_t *>(FindUnitFromRight<wchar_t>(text, character, length));
+    return const_cast<wchar_t *>(
+        OrvFindElementFromRight(static_cast<const wchar_t *>(text), character, length));
 }
 
 const char *OrvFindSubString(const char *text, const char *needle, uint32_t textLength, uint32_t needleLength)
@@ -198,12 +212,14 @@ const wchar_t *OrvFindSubString(const wchar_t *text, const wchar_t *needle, uint
 
 char *OrvFindSubString(char *text, const char *needle, uint32_t textLength, uint32_t needleLength)
 {
-    return const_cast<char *>(FindText<char>(text, needle, textLength, needleLength));
+    return const_cast<char *>(
+        OrvFindSubString(static_cast<const char *>(text), needle, textLength, needleLength));
 }
 
 wchar_t *OrvFindSubString(wchar_t *text, const wchar_t *needle, uint32_t textLength, uint32_t needleLength)
 {
-    return const_cast<wchar_t *>(FindText<wchar_t>(text, needle, textLength, needleLength));
+    return const_cast<wchar_t *>(
+        OrvFindSubString(static_cast<const wchar_t *>(text), needle, textLength, needleLength));
 }
 
 const char *OrvFindSubStringFromRight(const char *text, const char *needle, uint32_t textLength,
@@ -220,11 +236,13 @@ const wchar_t *OrvFindSubStringFromRight(const wchar_t *text, const wchar_t *nee
 
 char *OrvFindSubStringFromRight(char *text, const char *needle, uint32_t textLength, uint32_t needleLength)
 {
-    return const_cast<char *>(FindTextFromRight<char>(text, needle, textLength, needleLength));
+    return const_cast<char *>(
+        OrvFindSubStringFromRight(static_cast<const char *>(text), needle, textLength, needleLength));
 }
 
 wchar_t *OrvFindSubStringFromRight(wchar_t *text, const wchar_t *needle, uint32_t textLength,
                                    uint32_t needleLength)
 {
-    return const_cast<wchar_t *>(FindTextFromRight<wchar_t>(text, needle, textLength, needleLength));
+    return const_cast<wchar_t *>(
+        OrvFindSubStringFromRight(static_cast<const wchar_t *>(text), needle, textLength, needleLength));
 }

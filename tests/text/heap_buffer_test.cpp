@@ -5,6 +5,7 @@
 #include "harness/memory.h"
 #include "harness/test.h"
 #include "orv/runtime/result.h"
+#include "orv/text/string.h"
 #include "text/texts.h"
 
 using test::Ascii;
@@ -24,29 +25,30 @@ TEST_CASE(CapacitiesAreExact)
             {[](Buffer &b) { return b.Append(T('x')); }, 3, "x"},
             {[](Buffer &b) { return b.Append(T('x')) | b.Append(T('y')); }, 4, "xy"},
             {[](Buffer &b) { return b.Append(T('x')) | b.Append(T('y')) | b.Append(T('z')); }, 5, "xyz"},
-            {[](Buffer &b) { return b.Append(Ascii<T>("abcde")); }, 7, "abcde"},
-            {[](Buffer &b) { return b.Append(Ascii<T>("abcde"), 2); }, 4, "ab"},
-            {[](Buffer &b) { return b.Append(Ascii<T>("abcde")) | b.Append(T('f')); }, 8, "abcdef"},
+            {[](Buffer &b) { return b.Append(Ascii<T>("abcde").units); }, 7, "abcde"},
+            {[](Buffer &b) { return b.Append(Ascii<T>("abcde").units, 2); }, 4, "ab"},
+            {[](Buffer &b) { return b.Append(Ascii<T>("abcde").units) | b.Append(T('f')); }, 8, "abcdef"},
             {[](Buffer &b) { return b.Append(static_cast<const T *>(nullptr)); }, 2, ""},
-            {[](Buffer &b) { return b.Assign(Ascii<T>("abc")); }, 5, "abc"},
+            {[](Buffer &b) { return b.Assign(Ascii<T>("abc").units); }, 5, "abc"},
             {[](Buffer &b) { return b.Assign(T('x')); }, 3, "x"},
             {[](Buffer &b) { return b.Assign(Buffer()); }, 2, ""},
-            {[](Buffer &b) { return b.Assign(Ascii<T>("abc")) | b.Assign(T('x')); }, 5, "x"},
-            {[](Buffer &b) { return b.Assign(Ascii<T>("abc")) | b.Assign(nullptr, 7); }, 0, ""},
-            {[](Buffer &b) { return b.Assign(Ascii<T>("abc")) | b.Resize(0); }, 5, ""},
-            {[](Buffer &b) { return b.Assign(Ascii<T>("abc")) | b.Resize(2); }, 5, "ab"},
+            {[](Buffer &b) { return b.Assign(Ascii<T>("abc").units) | b.Assign(T('x')); }, 5, "x"},
+            {[](Buffer &b) { return b.Assign(Ascii<T>("abc").units) | b.Assign(nullptr, 7); }, 0, ""},
+            {[](Buffer &b) { return b.Assign(Ascii<T>("abc").units) | b.Resize(0); }, 5, ""},
+            {[](Buffer &b) { return b.Assign(Ascii<T>("abc").units) | b.Resize(2); }, 5, "ab"},
             {[](Buffer &b) { return b.ReserveElements(9) | b.ReserveElements(3); }, 10, ""},
-            {[](Buffer &b) { return b.Assign(Ascii<T>("abc")) | b.ReserveElements(9); }, 10, "abc"},
-            {[](Buffer &b) { return b.Assign(Ascii<T>("abcdef")) | b.Erase(2, OrvTerminated); }, 8, "ab"},
-            {[](Buffer &b) { return b.Assign(Ascii<T>("abcdef")) | b.Erase(1, 2); }, 8, "adef"},
-            {[](Buffer &b) { return b.Assign(Ascii<T>("abcdef")) | b.Erase(4, 2); }, 8, "abcd"},
+            {[](Buffer &b) { return b.Assign(Ascii<T>("abc").units) | b.ReserveElements(9); }, 10, "abc"},
+            {[](Buffer &b) { return b.Assign(Ascii<T>("abcdef").units) | b.Erase(2, OrvTerminated); }, 8,
+             "ab"},
+            {[](Buffer &b) { return b.Assign(Ascii<T>("abcdef").units) | b.Erase(1, 2); }, 8, "adef"},
+            {[](Buffer &b) { return b.Assign(Ascii<T>("abcdef").units) | b.Erase(4, 2); }, 8, "abcd"},
         };
         for (const auto &c : cases) {
             test::Note("case", &c - cases);
             Buffer buffer;
             CHECK_EQUAL(c.change(buffer), ORV_S_OK);
             CHECK_EQUAL(buffer.GetCapacity(), c.capacity);
-            CHECK_TEXT(buffer.GetValue(), static_cast<const T *>(Ascii<T>(c.text)));
+            CHECK_TEXT(buffer.GetValue(), Ascii<T>(c.text).units);
             CHECK_EQUAL(buffer.IsEmpty(), c.text[0] == 0);
             CHECK_EQUAL(buffer.GetBuffer() != nullptr, c.capacity != 0);
             if (buffer.GetBuffer())
@@ -66,7 +68,7 @@ TEST_CASE(LengthIsTakenFromTheTerminator)
         buffer.Element(1) = 'k';
         buffer.Element(2) = 0;
         CHECK_EQUAL(buffer.Resize(OrvTerminated), ORV_S_OK);
-        CHECK_TEXT(buffer.GetValue(), static_cast<const T *>(Ascii<T>("ok")));
+        CHECK_TEXT(buffer.GetValue(), Ascii<T>("ok").units);
         CHECK_EQUAL(buffer.GetInternal().length, 2u);
         for (uint32_t i = 0; i < 5; i++)
             buffer[i] = 'x';
@@ -100,9 +102,10 @@ TEST_CASE(OwnTextCanBeGiven)
             for (const uint32_t reserved : reserves) {
                 test::Note("case", &c - cases);
                 Buffer buffer;
-                CHECK_EQUAL(buffer.ReserveElements(reserved) | buffer.Append(Ascii<T>("abcde")), ORV_S_OK);
-                CHECK_EQUAL(buffer.Append(T('f')) | c.change(buffer), ORV_S_OK);
-                CHECK_TEXT(buffer.GetValue(), static_cast<const T *>(Ascii<T>(c.text)));
+                CHECK_EQUAL(buffer.ReserveElements(reserved), ORV_S_OK);
+                OrvCopyString(buffer.GetBuffer(), buffer.GetCapacity(), Ascii<T>("abcdef").units);
+                CHECK_EQUAL(buffer.Resize(OrvTerminated) | c.change(buffer), ORV_S_OK);
+                CHECK_TEXT(buffer.GetValue(), Ascii<T>(c.text).units);
             }
         }
     });
@@ -114,12 +117,14 @@ TEST_CASE(FailureLeavesTheText)
         typedef decltype(unit) T;
         typedef OrvCharHeapBuffer<T> Buffer;
         Buffer buffer;
-        CHECK_EQUAL(buffer.Assign(Ascii<T>("abc")), ORV_S_OK);
+        CHECK_EQUAL(buffer.Assign(Ascii<T>("abc").units), ORV_S_OK);
         T *const array = buffer.GetBuffer();
-        static Ascii<T> longText("abcdefgh");
+        static const Ascii<T> longText("abcdefgh");
         OrvResult (*const refused[])(Buffer &) = {
-            [](Buffer &b) { return b.Resize(4); },        [](Buffer &b) { return b.ReserveElements(5); },
-            [](Buffer &b) { return b.Assign(longText); }, [](Buffer &b) { return b.Append(longText); },
+            [](Buffer &b) { return b.Resize(4); },
+            [](Buffer &b) { return b.ReserveElements(5); },
+            [](Buffer &b) { return b.Assign(longText.units); },
+            [](Buffer &b) { return b.Append(longText.units); },
             [](Buffer &b) { return b.Append(b); },
         };
         // More than 32 bits count, or than the heap can give: never a small array by a sum that wrapped.
@@ -129,22 +134,22 @@ TEST_CASE(FailureLeavesTheText)
             [](Buffer &b) { return b.Resize(0x7FFFFFFF); },
             [](Buffer &b) { return b.ReserveElements(0xFFFFFFFF); },
             [](Buffer &b) { return b.ReserveElements(0xFFFFFFFE); },
-            [](Buffer &b) { return b.Append(longText, 0xFFFFFFFC); },
-            [](Buffer &b) { return b.Append(longText, 0xFFFFFFFE); },
-            [](Buffer &b) { return b.Assign(longText, 0xFFFFFFFE); },
+            [](Buffer &b) { return b.Append(longText.units, 0xFFFFFFFC); },
+            [](Buffer &b) { return b.Append(longText.units, 0xFFFFFFFE); },
+            [](Buffer &b) { return b.Assign(longText.units, 0xFFFFFFFE); },
         };
         const auto check = [&](OrvResult (*change)(Buffer &)) {
             CHECK_EQUAL(change(buffer), ORV_E_OUT_OF_MEMORY);
             CHECK_EQUAL(buffer.GetBuffer(), array);
             CHECK_EQUAL(buffer.GetCapacity(), 5u);
-            CHECK_TEXT(buffer.GetValue(), static_cast<const T *>(Ascii<T>("abc")));
+            CHECK_TEXT(buffer.GetValue(), Ascii<T>("abc").units);
         };
-        for (const auto change : endless) {
+        for (const auto &change : endless) {
             test::Note("endless case", &change - endless);
             check(change);
         }
         const test::RefusingHeap heap;
-        for (const auto change : refused) {
+        for (const auto &change : refused) {
             test::Note("refused case", &change - refused);
             check(change);
         }

@@ -60,29 +60,22 @@ TEST_CASE(CompareNoCaseMapsEveryUnit)
     for (uint32_t round = 0; round < 40000; round++) {
         const uint32_t length = generator.Below(60);
         const uint32_t lengthB = generator.Below(4) ? length : generator.Below(60);
-        wchar_t *const a = pageA.Place<wchar_t>(length + 1, generator.Below(17));
-        wchar_t *const b = pageB.Place<wchar_t>(lengthB + 1, generator.Below(17));
-        for (uint32_t i = 0; i < length; i++)
-            test::Set(a, i, alphabet[generator.Below(kLetters)]);
-        for (uint32_t i = 0; i < lengthB; i++) {
-            // Mostly the same letter in either case.
-            const wchar_t unit = i < length ? test::Get(a, i) : L'x';
+        const auto any = [&](uint32_t) { return alphabet[generator.Below(kLetters)]; };
+        const wchar_t *const a = pageA.Make<wchar_t>(length, generator.Below(test::kSlacks), any);
+        const auto almostA = [&](uint32_t i) { // mostly the same letter in either case
+            const wchar_t unit = i < length ? detail::LoadUnit(a + i) : L'x';
             const uint32_t choice = generator.Below(300);
-            test::Set(b, i,
-                      choice == 0  ? alphabet[generator.Below(kLetters)]
-                      : choice % 2 ? OrvToUpper(unit)
-                                   : OrvToLower(unit));
-        }
-        test::Set(a, length, L'\0');
-        test::Set(b, lengthB, L'\0');
+            return choice == 0 ? any(i) : choice % 2 ? OrvToUpper(unit) : OrvToLower(unit);
+        };
+        const wchar_t *const b = pageB.Make<wchar_t>(lengthB, generator.Below(test::kSlacks), almostA);
 
         const uint32_t n = generator.Below(60);
         const auto order = [&](uint32_t limit) {
             const uint32_t cutA = length < limit ? length : limit;
             const uint32_t cutB = lengthB < limit ? lengthB : limit;
             for (uint32_t i = 0; i < cutA && i < cutB; i++) {
-                const wchar_t upperA = RtlUpcaseUnicodeChar(test::Get(a, i));
-                const wchar_t upperB = RtlUpcaseUnicodeChar(test::Get(b, i));
+                const wchar_t upperA = RtlUpcaseUnicodeChar(detail::LoadUnit(a + i));
+                const wchar_t upperB = RtlUpcaseUnicodeChar(detail::LoadUnit(b + i));
                 if (upperA != upperB)
                     return upperA < upperB ? -1 : 1;
             }

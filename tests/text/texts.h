@@ -5,6 +5,7 @@
 
 #include "harness/memory.h"
 #include "harness/test.h"
+#include "text/vector.h"
 
 namespace test
 {
@@ -17,18 +18,16 @@ void ForBothWidths(Body body)
     body(wchar_t());
 }
 
-/// ASCII text in either width.
+/// ASCII text in either width; without text, zeros.
 template <typename T>
 struct Ascii {
     T units[64] = {};
 
     Ascii(const char *text)
     {
-        for (uint32_t i = 0; text[i]; i++)
+        for (uint32_t i = 0; text && text[i]; i++)
             units[i] = static_cast<T>(text[i]);
     }
-    operator const T *() const { return units; }
-    operator T *() { return units; }
 };
 
 /// Numbers that look random and are the same in every run.
@@ -45,18 +44,29 @@ private:
     uint32_t state_ = 1;
 };
 
-/// A page before an unmapped one.
+constexpr uint32_t kSlacks = 17; ///< bytes between a text and the unmapped page: every alignment
+
+/// A page before an unmapped one. UTF-16 text may stand at odd addresses there, so it is written by
+/// StoreUnit.
 class GuardedPage
 {
 public:
-    static constexpr uint32_t kSize = 0x1000;
-
-    /// Where `count` units end `slack` bytes before the unmapped page. UTF-16 stands at odd addresses too, so
-    /// units are written with `Set`.
+    /// Where `count` units end `slack` bytes before the unmapped page.
     template <typename T>
     T *Place(uint32_t count, uint32_t slack)
     {
         return reinterpret_cast<T *>(bytes_ + kSize - slack - count * sizeof(T));
+    }
+
+    /// A place with `unitAt(i)` for every unit, and a terminator behind them.
+    template <typename T, typename UnitAt>
+    T *Make(uint32_t length, uint32_t slack, UnitAt unitAt)
+    {
+        T *const text = Place<T>(length + 1, slack);
+        for (uint32_t i = 0; i < length; i++)
+            detail::StoreUnit(text + i, static_cast<T>(unitAt(i)));
+        detail::StoreUnit(text + length, T(0));
+        return text;
     }
 
     void Fill(uint8_t byte)
@@ -66,25 +76,9 @@ public:
     }
 
 private:
+    static constexpr uint32_t kSize = 0x1000;
+
     uint8_t *bytes_ = GuardedArray<uint8_t>(kSize);
 };
-
-template <typename T>
-void Set(T *text, uint32_t index, T unit)
-{
-    auto *const bytes = reinterpret_cast<uint8_t *>(text + index);
-    for (uint32_t i = 0; i < sizeof(T); i++)
-        bytes[i] = static_cast<uint8_t>(static_cast<uint32_t>(unit) >> 8 * i);
-}
-
-template <typename T>
-T Get(const T *text, uint32_t index)
-{
-    const auto *const bytes = reinterpret_cast<const uint8_t *>(text + index);
-    uint32_t unit = 0;
-    for (uint32_t i = 0; i < sizeof(T); i++)
-        unit |= uint32_t(bytes[i]) << 8 * i;
-    return static_cast<T>(unit);
-}
 
 } // namespace test

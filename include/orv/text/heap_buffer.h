@@ -29,7 +29,11 @@ public:
     constexpr OrvCharHeapBuffer() : text_{0, 0, nullptr} {}
     OrvCharHeapBuffer(const OrvCharHeapBuffer &) = delete;
     OrvCharHeapBuffer &operator=(const OrvCharHeapBuffer &) = delete;
-    ~OrvCharHeapBuffer() { Clear(); }
+    ~OrvCharHeapBuffer()
+    {
+        if (text_.characters)
+            Clear();
+    }
 
     /// Sets the length. Characters up to the smaller of both lengths stay, further ones hold anything, and a
     /// terminator stands behind the last. An array that has to be replaced gets one spare character.
