@@ -90,7 +90,7 @@ template <typename T, typename V>
 OrvResult NumberToString(T *target, uint32_t capacity, V value, int radix, unsigned int *written)
 {
     const bool negative = value < 0;
-    const auto bits = static_cast<uint64_t>(value);
+    const auto bits = static_cast<uint64_t>(static_cast<__int64>(value)); // sign-extended
     return WriteNumber(target, capacity, negative, negative ? 0 - bits : bits, radix, written);
 }
 
