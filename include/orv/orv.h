@@ -3,6 +3,9 @@
 #pragma once
 
 #include "orv/base.h"
+#include "orv/compress/bz2_context.h"
+#include "orv/compress/deflate_context.h"
+#include "orv/compress/stream_context.h"
 #include "orv/runtime/kernel32_entry_points.h"
 #include "orv/runtime/ntdll_entry_points.h"
 #include "orv/runtime/result.h"

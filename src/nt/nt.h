@@ -289,6 +289,7 @@ NTSYSAPI NTSTATUS NTAPI LdrUnloadDll(PVOID module);
 
 NTSYSAPI ULONG NTAPI RtlNtStatusToDosError(NTSTATUS status);
 NTSYSAPI PVOID NTAPI RtlAllocateHeap(HANDLE heap, ULONG flags, size_t size);
+NTSYSAPI PVOID NTAPI RtlReAllocateHeap(HANDLE heap, ULONG flags, PVOID block, size_t size);
 NTSYSAPI BOOLEAN NTAPI RtlFreeHeap(HANDLE heap, ULONG flags, PVOID block);
 
 // Counted strings.

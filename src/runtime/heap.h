@@ -21,6 +21,12 @@ inline void FreeBytes(void *block)
         RtlFreeHeap(NtCurrentPeb()->ProcessHeap, 0, block);
 }
 
+/// Null, and the old block stays, when the heap refuses. A null block is a new one.
+inline void *ReallocateBytes(void *block, size_t size)
+{
+    return block ? RtlReAllocateHeap(NtCurrentPeb()->ProcessHeap, 0, block, size) : AllocateBytes(size);
+}
+
 /// Owns an array of a plain type on the process heap.
 template <typename T>
 class HeapArray

@@ -1,0 +1,33 @@
+# The C libraries inside orvsys.dll: zlib, libbzip2 and expat, from the distribution's source packages, which the
+# set-up puts into the cache folder. They are built with our flags against the few C headers of src/crt/include, and
+# stay behind the units that use them.
+#
+# orv_dependencies is what those units link.
+
+execute_process(
+  COMMAND ${PROJECT_SOURCE_DIR}/tools/get_sources.sh
+  OUTPUT_VARIABLE ORV_SOURCES OUTPUT_STRIP_TRAILING_WHITESPACE RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "The sources of zlib, bzip2 and expat are missing.")
+endif()
+
+set(zlib ${ORV_SOURCES}/zlib)
+add_library(orv_zlib STATIC
+  ${zlib}/adler32.c ${zlib}/crc32.c ${zlib}/deflate.c ${zlib}/inffast.c ${zlib}/inflate.c ${zlib}/inftrees.c
+  ${zlib}/trees.c ${zlib}/zutil.c)
+# Without the convenience functions that allocate by themselves or open files.
+target_compile_definitions(orv_zlib PUBLIC Z_SOLO)
+
+set(bzip2 ${ORV_SOURCES}/bzip2)
+add_library(orv_bzip2 STATIC
+  ${bzip2}/blocksort.c ${bzip2}/bzlib.c ${bzip2}/compress.c ${bzip2}/crctable.c ${bzip2}/decompress.c
+  ${bzip2}/huffman.c ${bzip2}/randtable.c)
+target_compile_definitions(orv_bzip2 PUBLIC BZ_NO_STDIO)
+
+add_library(orv_dependencies INTERFACE)
+foreach(library zlib bzip2)
+  target_include_directories(orv_${library} PRIVATE ${PROJECT_SOURCE_DIR}/src/crt/include)
+  target_compile_options(orv_${library} PRIVATE /clang:-ffile-prefix-map=${ORV_SOURCES}=.)
+  target_link_libraries(orv_dependencies INTERFACE orv_${library})
+endforeach()
+target_include_directories(orv_dependencies SYSTEM INTERFACE ${zlib} ${bzip2} ${PROJECT_SOURCE_DIR}/src/crt/include)

@@ -1,0 +1,3 @@
+/* For the C libraries inside orvsys.dll. */
+#pragma once
+#include <string.h>
