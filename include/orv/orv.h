@@ -28,3 +28,7 @@
 #include "orv/text/number.h"
 #include "orv/text/string.h"
 #include "orv/text/string_ref.h"
+#include "orv/time/clock.h"
+#include "orv/time/foreign_time.h"
+#include "orv/time/time.h"
+#include "orv/time/time_struct.h"

@@ -241,6 +241,30 @@ struct KUSER_SHARED_DATA {
     KSYSTEM_TIME TickCount;
 };
 
+// Calendar.
+
+struct TIME_FIELDS {
+    USHORT Year;
+    USHORT Month;
+    USHORT Day;
+    USHORT Hour;
+    USHORT Minute;
+    USHORT Second;
+    USHORT Milliseconds;
+    USHORT Weekday;
+};
+
+struct _SYSTEMTIME {
+    USHORT wYear;
+    USHORT wMonth;
+    USHORT wDayOfWeek;
+    USHORT wDay;
+    USHORT wHour;
+    USHORT wMinute;
+    USHORT wSecond;
+    USHORT wMilliseconds;
+};
+
 static_assert(sizeof(void *) == 4, "the layouts below are those of a 32-bit process");
 static_assert(sizeof(OBJECT_ATTRIBUTES) == 24);
 static_assert(offsetof(RTL_USER_PROCESS_PARAMETERS, CommandLine) == 0x40);
@@ -303,6 +327,13 @@ NTSYSAPI NTSTATUS NTAPI RtlUpcaseUnicodeString(UNICODE_STRING *destination, cons
                                                BOOLEAN allocate);
 NTSYSAPI NTSTATUS NTAPI RtlDowncaseUnicodeString(UNICODE_STRING *destination, const UNICODE_STRING *source,
                                                  BOOLEAN allocate);
+
+// Calendar and time zone.
+
+NTSYSAPI void NTAPI RtlTimeToTimeFields(const LONGLONG *time, TIME_FIELDS *fields);
+NTSYSAPI BOOLEAN NTAPI RtlTimeFieldsToTime(TIME_FIELDS *fields, LONGLONG *time);
+NTSYSAPI NTSTATUS NTAPI RtlSystemTimeToLocalTime(const LONGLONG *systemTime, LONGLONG *localTime);
+NTSYSAPI NTSTATUS NTAPI RtlLocalTimeToSystemTime(const LONGLONG *localTime, LONGLONG *systemTime);
 
 // Objects and waits.
 

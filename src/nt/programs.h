@@ -57,6 +57,7 @@ NTSYSAPI NTSTATUS NTAPI NtWriteFile(HANDLE file, HANDLE event, PVOID routine, PV
                                     const LONGLONG *offset, ULONG *key);
 NTSYSAPI NTSTATUS NTAPI NtQueryVolumeInformationFile(HANDLE file, IO_STATUS_BLOCK *status, PVOID information,
                                                      ULONG size, ULONG informationClass);
+NTSYSAPI NTSTATUS NTAPI NtQuerySystemTime(LONGLONG *time);
 NTSYSAPI NTSTATUS NTAPI NtAllocateVirtualMemory(HANDLE process, PVOID *base, ULONG zeroBits, ULONG *size,
                                                 ULONG type, ULONG protection);
 NTSYSAPI NTSTATUS NTAPI NtProtectVirtualMemory(HANDLE process, PVOID *base, ULONG *size, ULONG protection,
