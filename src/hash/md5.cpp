@@ -43,7 +43,7 @@ void Compress(uint32_t (&chain)[4], const uint8_t *blocks, uint32_t count)
                 mixed = d ^ (b & (c ^ d));
                 word = step;
             } else if (round == 1) {
-                mixed = c ^ (d & (b ^ c));
+                mixed = (d & b) + (c & ~d); // no bit is in both
                 word = 5 * step + 1;
             } else if (round == 2) {
                 mixed = b ^ c ^ d;
@@ -52,8 +52,9 @@ void Compress(uint32_t (&chain)[4], const uint8_t *blocks, uint32_t count)
                 mixed = c ^ (b | ~d);
                 word = 7 * step;
             }
-            const uint32_t sum = a + mixed + detail::LoadLittle32(blocks + 4 * (word % 16)) + kSines[step];
-            a = b + RotateLeft(sum, kShifts[round][step % 4]);
+            // What does not wait for the step before is added first.
+            const uint32_t ready = a + detail::LoadLittle32(blocks + 4 * (word % 16)) + kSines[step];
+            a = b + RotateLeft(ready + mixed, kShifts[round][step % 4]);
         }
         for (uint32_t i = 0; i < 4; i++)
             chain[i] += s[i];

@@ -35,7 +35,7 @@ void CompressSha1(uint32_t (&chain)[5], const uint8_t *blocks, uint32_t count)
             if (step < 20)
                 mixed = d ^ (b & (c ^ d));
             else if (step >= 40 && step < 60)
-                mixed = (b & c) | (d & (b | c));
+                mixed = (b & (c | d)) | (c & d);
             const uint32_t sum = RotateLeft(a, 5) + mixed + e + kConstants[step / 20] + word;
             e = d;
             d = c;

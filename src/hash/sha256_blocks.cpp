@@ -60,7 +60,7 @@ void CompressSha256(uint32_t (&chain)[8], const uint8_t *blocks, uint32_t count)
                                  (g ^ (e & (f ^ g))) + kConstants[step] + word;
             d += sum;
             h = sum + (RotateRight(a, 2) ^ RotateRight(a, 13) ^ RotateRight(a, 22)) +
-                ((a & b) | (c & (a | b)));
+                ((a & (b | c)) | (b & c));
         }
         for (uint32_t i = 0; i < 8; i++)
             chain[i] += s[i];

@@ -73,7 +73,7 @@ void CompressSha512(uint64_t (&chain)[8], const uint8_t *blocks, uint32_t count)
                                  (g ^ (e & (f ^ g))) + kConstants[step] + word;
             d += sum;
             h = sum + (RotateRight64(a, 28) ^ RotateRight64(a, 34) ^ RotateRight64(a, 39)) +
-                ((a & b) | (c & (a | b)));
+                ((a & (b | c)) | (b & c));
         }
         for (uint32_t i = 0; i < 8; i++)
             chain[i] += s[i];
@@ -129,7 +129,7 @@ inline __attribute__((always_inline)) void Round(__m128i (&s)[8], uint32_t step,
     const __m128i g = *Turn(s, step, 6);
     __m128i &h = *Turn(s, step, 7);
     const __m128i choice = _mm_xor_si128(g, _mm_and_si128(e, _mm_xor_si128(f, g)));
-    const __m128i majority = _mm_or_si128(_mm_and_si128(a, b), _mm_and_si128(c, _mm_or_si128(a, b)));
+    const __m128i majority = _mm_or_si128(_mm_and_si128(a, _mm_or_si128(b, c)), _mm_and_si128(b, c));
     __m128i sum = _mm_add_epi64(_mm_add_epi64(h, wordAndConstant), choice);
     sum = _mm_add_epi64(sum, Xor(Rotate<14>(e), Rotate<18>(e), Rotate<41>(e)));
     d = _mm_add_epi64(d, sum);

@@ -49,7 +49,37 @@ static_assert(sizeof(OBJECT_BASIC_INFORMATION) == 56);
 
 constexpr ULONG ObjectBasicInformation = 0;
 
+// The digests of ntdll.dll.
+
+struct MD4_CTX {
+    ULONG state[4];
+    ULONG count[2];
+    UCHAR buffer[64];
+    UCHAR digest[16];
+};
+
+struct MD5_CTX {
+    ULONG count[2];
+    ULONG state[4];
+    UCHAR buffer[64];
+    UCHAR digest[16];
+};
+
+struct SHA_CTX {
+    ULONG state[6 + 5 + 2 + 16]; // more than any version of it takes
+};
+
 extern "C" {
+
+NTSYSAPI void NTAPI MD4Init(MD4_CTX *context);
+NTSYSAPI void NTAPI MD4Update(MD4_CTX *context, const void *data, ULONG size);
+NTSYSAPI void NTAPI MD4Final(MD4_CTX *context);
+NTSYSAPI void NTAPI MD5Init(MD5_CTX *context);
+NTSYSAPI void NTAPI MD5Update(MD5_CTX *context, const void *data, ULONG size);
+NTSYSAPI void NTAPI MD5Final(MD5_CTX *context);
+NTSYSAPI void NTAPI A_SHAInit(SHA_CTX *context);
+NTSYSAPI void NTAPI A_SHAUpdate(SHA_CTX *context, const void *data, ULONG size);
+NTSYSAPI void NTAPI A_SHAFinal(SHA_CTX *context, ULONG *digest);
 
 NTSYSAPI NTSTATUS NTAPI NtTerminateProcess(HANDLE process, NTSTATUS exitStatus);
 NTSYSAPI NTSTATUS NTAPI NtWriteFile(HANDLE file, HANDLE event, PVOID routine, PVOID context,
