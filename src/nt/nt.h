@@ -145,6 +145,15 @@ struct _CLIENT_ID {
 };
 typedef _CLIENT_ID CLIENT_ID;
 
+// Devices and files.
+
+constexpr ACCESS_MASK FILE_READ_DATA = 0x0001;
+constexpr ULONG FILE_SHARE_ALL = 0x7; ///< to read, to write and to delete
+constexpr ULONG FILE_SYNCHRONOUS_IO_NONALERT = 0x20;
+
+/// Fills the output buffer from the kernel's generator of random numbers.
+constexpr ULONG IOCTL_KSEC_RNG = 0x390004;
+
 // Structures that only the optional functions take; the library passes them on by address.
 
 struct _ACL;
@@ -354,6 +363,21 @@ NTSYSAPI NTSTATUS NTAPI ZwCreateSemaphore(HANDLE *handle, ACCESS_MASK access,
 NTSYSAPI NTSTATUS NTAPI ZwOpenSemaphore(HANDLE *handle, ACCESS_MASK access,
                                         const OBJECT_ATTRIBUTES *attributes);
 NTSYSAPI NTSTATUS NTAPI ZwReleaseSemaphore(HANDLE handle, LONG count, LONG *previousCount);
+
+// Time.
+
+NTSYSAPI NTSTATUS NTAPI ZwDelayExecution(BOOLEAN alertable, const LONGLONG *interval);
+NTSYSAPI NTSTATUS NTAPI ZwQueryPerformanceCounter(LONGLONG *counter, LONGLONG *frequency);
+/// Allocates a range of times, in 100 ns; `node` receives six bytes.
+NTSYSAPI NTSTATUS NTAPI ZwAllocateUuids(ULONGLONG *time, ULONG *range, ULONG *sequence, UCHAR *node);
+
+// Devices and files.
+
+NTSYSAPI NTSTATUS NTAPI ZwOpenFile(HANDLE *handle, ACCESS_MASK access, const OBJECT_ATTRIBUTES *attributes,
+                                   IO_STATUS_BLOCK *status, ULONG share, ULONG options);
+NTSYSAPI NTSTATUS NTAPI ZwDeviceIoControlFile(HANDLE device, HANDLE event, PVOID routine, PVOID context,
+                                              IO_STATUS_BLOCK *status, ULONG code, const void *input,
+                                              ULONG inputSize, void *output, ULONG outputSize);
 
 // Character classes of the default locale.
 
