@@ -344,6 +344,22 @@ NTSYSAPI BOOLEAN NTAPI RtlTimeFieldsToTime(TIME_FIELDS *fields, LONGLONG *time);
 NTSYSAPI NTSTATUS NTAPI RtlSystemTimeToLocalTime(const LONGLONG *systemTime, LONGLONG *localTime);
 NTSYSAPI NTSTATUS NTAPI RtlLocalTimeToSystemTime(const LONGLONG *localTime, LONGLONG *systemTime);
 
+// The ANSI and OEM pages. The string forms write a terminator, for which the destination must have room; it
+// is the caller's when `allocate` is false. Sizes are in bytes and count the terminator.
+
+NTSYSAPI NTSTATUS NTAPI RtlAnsiStringToUnicodeString(UNICODE_STRING *destination, const ANSI_STRING *source,
+                                                     BOOLEAN allocate);
+NTSYSAPI NTSTATUS NTAPI RtlOemStringToUnicodeString(UNICODE_STRING *destination, const ANSI_STRING *source,
+                                                    BOOLEAN allocate);
+NTSYSAPI NTSTATUS NTAPI RtlUnicodeStringToAnsiString(ANSI_STRING *destination, const UNICODE_STRING *source,
+                                                     BOOLEAN allocate);
+NTSYSAPI NTSTATUS NTAPI RtlUnicodeStringToOemString(ANSI_STRING *destination, const UNICODE_STRING *source,
+                                                    BOOLEAN allocate);
+NTSYSAPI ULONG NTAPI RtlxAnsiStringToUnicodeSize(const ANSI_STRING *source);
+NTSYSAPI ULONG NTAPI RtlxOemStringToUnicodeSize(const ANSI_STRING *source);
+NTSYSAPI ULONG NTAPI RtlxUnicodeStringToAnsiSize(const UNICODE_STRING *source);
+NTSYSAPI ULONG NTAPI RtlxUnicodeStringToOemSize(const UNICODE_STRING *source);
+
 // Objects and waits.
 
 NTSYSAPI NTSTATUS NTAPI ZwClose(HANDLE handle);

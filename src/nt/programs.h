@@ -121,8 +121,14 @@ NTSYSAPI NTSTATUS NTAPI RtlCreateUserThread(HANDLE process, PVOID securityDescri
 NTSYSAPI NTSTATUS NTAPI ZwCreateDirectoryObject(HANDLE *handle, ACCESS_MASK access,
                                                 const OBJECT_ATTRIBUTES *attributes);
 
+NTSYSAPI NTSTATUS NTAPI RtlMultiByteToUnicodeN(WCHAR *target, ULONG capacity, ULONG *written,
+                                               const char *source, ULONG size);
+NTSYSAPI NTSTATUS NTAPI RtlOemToUnicodeN(WCHAR *target, ULONG capacity, ULONG *written, const char *source,
+                                         ULONG size);
 NTSYSAPI NTSTATUS NTAPI RtlUTF8ToUnicodeN(WCHAR *target, ULONG capacity, ULONG *written, const char *source,
                                           ULONG size);
+NTSYSAPI NTSTATUS NTAPI RtlUnicodeToMultiByteN(char *target, ULONG capacity, ULONG *written,
+                                               const WCHAR *source, ULONG size);
 NTSYSAPI NTSTATUS NTAPI RtlUnicodeToUTF8N(char *target, ULONG capacity, ULONG *written, const WCHAR *source,
                                           ULONG size);
 NTSYSAPI NTSTATUS NTAPI RtlUnicodeToOemN(char *target, ULONG capacity, ULONG *written, const WCHAR *source,

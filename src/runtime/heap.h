@@ -49,6 +49,13 @@ public:
     explicit operator bool() const { return elements_ != nullptr; }
     T *Get() const { return elements_; }
 
+    /// Frees the present array and owns another.
+    void Reset(T *elements)
+    {
+        FreeBytes(elements_);
+        elements_ = elements;
+    }
+
     /// Gives the array up to the caller.
     T *Detach()
     {

@@ -12,7 +12,7 @@ namespace
 
 using detail::FormatCodePage;
 
-// Entry points without a code page convert counted byte strings through the platform's own.
+// Entry points without a code page convert counted strings through the platform's own.
 constexpr FormatCodePage kNoCodePage = {OrvCodePageDefault, false};
 
 template <typename Sink>

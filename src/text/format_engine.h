@@ -1,7 +1,8 @@
 // The format engine: one loop for every target and both widths, a template over the sink.
 //
 // A piece of output is written as soon as it is known: literal runs and strings straight from where they
-// stand, numbers from a small array on the stack. Nothing is measured twice and nothing is allocated.
+// stand, numbers from a small array on the stack. Nothing is measured twice, and nothing is allocated but for
+// a text of the other width that is longer than an array on the stack.
 
 #pragma once
 
@@ -12,6 +13,7 @@
 #include "orv/runtime/result.h"
 #include "orv/text/code_page.h"
 #include "orv/text/string.h"
+#include "text/converted_text.h"
 #include "text/format_directive.h"
 #include "text/format_float.h"
 #include "text/format_number.h"
@@ -19,8 +21,8 @@
 namespace detail
 {
 
-/// Whether the entry point takes a code page, and which: the modifiers l and h have a meaning only where it
-/// does.
+/// The page of byte strings, and whether the entry point takes one: the modifiers l and h have a meaning only
+/// where it does.
 struct FormatCodePage {
     OrvCodePage page;
     bool given;
@@ -38,11 +40,23 @@ struct CountedStringOf<char> {
     typedef ANSI_STRING Type;
 };
 
+template <typename T>
+struct OtherWidth;
+template <>
+struct OtherWidth<wchar_t> {
+    typedef char Type;
+};
+template <>
+struct OtherWidth<char> {
+    typedef wchar_t Type;
+};
+
 template <typename Sink>
 class FormatEngine
 {
 public:
     typedef typename Sink::Character T;
+    typedef typename OtherWidth<T>::Type Other;
 
     FormatEngine(Sink &sink, FormatCodePage codePage, va_list arguments) : sink_(sink), codePage_(codePage)
     {
@@ -116,10 +130,14 @@ private:
             if (directive.modifier == SizeModifier::kNone ||
                 (codePage_.given && IsOwnWidth(directive.modifier)))
                 return WriteTerminated(directive);
+            if (codePage_.given && IsOtherWidth(directive.modifier))
+                return WriteTerminatedOther(directive);
             break;
         case 'Z':
-            if (directive.modifier == (kUtf16 ? SizeModifier::kWide : SizeModifier::kNone))
-                return WriteCounted(directive);
+            if (directive.modifier == SizeModifier::kWide)
+                return kUtf16 ? WriteCounted(directive) : WriteCountedOther(directive);
+            if (directive.modifier == SizeModifier::kNone)
+                return kUtf16 ? WriteCountedOther(directive) : WriteCounted(directive);
             break;
         default:
             break;
@@ -130,6 +148,11 @@ private:
     static bool IsOwnWidth(SizeModifier modifier)
     {
         return modifier == (kUtf16 ? SizeModifier::kLong : SizeModifier::kShort);
+    }
+
+    static bool IsOtherWidth(SizeModifier modifier)
+    {
+        return modifier == (kUtf16 ? SizeModifier::kShort : SizeModifier::kLong);
     }
 
     /// Takes width and precision from the arguments, where a star stands for them.
@@ -264,6 +287,38 @@ private:
         if (directive.precisionGiven && directive.precision < length)
             length = directive.precision;
         return WritePadded(directive, string->Buffer, length);
+    }
+
+    OrvResult WriteTerminatedOther(FormatDirective &directive)
+    {
+        TakeCounts(directive);
+        const Other *const text = va_arg(arguments_, const Other *);
+        return text ? WriteConverted(directive, text, OrvGetStringSizeInElements(text))
+                    : WriteNull(directive);
+    }
+
+    OrvResult WriteCountedOther(FormatDirective &directive)
+    {
+        TakeCounts(directive);
+        const auto *const string = va_arg(arguments_, const typename CountedStringOf<Other>::Type *);
+        if (!string || (!string->Buffer && string->Length))
+            return WriteNull(directive);
+        return WriteConverted(directive, string->Buffer, string->Length / sizeof(Other));
+    }
+
+    /// Text of the other width. The precision counts characters of the output: a cut of the source could fall
+    /// inside a character. An empty text prints nothing, not even padding.
+    __declspec(noinline) OrvResult
+        WriteConverted(const FormatDirective &directive, const Other *text, uint32_t length)
+    {
+        if (length == 0)
+            return ORV_S_OK;
+        ConvertedText<T> converted;
+        const OrvResult result = converted.Convert(text, codePage_.page, length);
+        if (OrvFailed(result))
+            return result;
+        const bool cut = directive.precisionGiven && directive.precision < converted.Length();
+        return WritePadded(directive, converted.Get(), cut ? directive.precision : converted.Length());
     }
 
     OrvResult WriteNull(const FormatDirective &directive)

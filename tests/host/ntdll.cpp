@@ -1,7 +1,8 @@
 // The few functions of ntdll.dll that the computations call, over the host's C library. Only as much as the
-// tests that are built here need: case mapping knows Latin-1, Greek and Cyrillic, and statuses have no Win32
-// numbers.
+// tests that are built here need: case mapping knows Latin-1, Greek and Cyrillic, statuses have no Win32
+// numbers, and the ANSI page, which is the OEM page too, is one that the test chooses.
 
+#include "host_page.h"
 #include "nt/teb.h"
 
 #include "orv/runtime/ntdll_entry_points.h"
@@ -10,6 +11,7 @@
 
 PEB hostPeb;
 bool hostHeapRefuses;
+HostPage hostPage = HostPage::kLatin1;
 
 namespace
 {
@@ -31,6 +33,87 @@ NTSTATUS MapString(UNICODE_STRING &destination, const UNICODE_STRING &source, Ma
     for (unsigned i = 0; i < source.Length / sizeof(WCHAR); i++)
         destination.Buffer[i] = map(source.Buffer[i]);
     return STATUS_SUCCESS;
+}
+
+/// Takes the first character off a byte string; what is cut short counts as one bad character.
+unsigned TakeCharacter(const char *&text, unsigned &left)
+{
+    const auto byte = [&](unsigned at) { return static_cast<unsigned char>(text[at]); };
+    unsigned length = 1;
+    unsigned character = byte(0);
+    if (hostPage == HostPage::kDoubleByte && character >= 0x81 && left >= 2) {
+        length = 2;
+        character = 0x4E00 + ((character - 0x81) << 8 | byte(1));
+    } else if (hostPage == HostPage::kUtf8 && character >= 0xC0) {
+        length = character < 0xE0 ? 2 : character < 0xF0 ? 3 : 4;
+        character &= 0x7F >> length;
+        for (unsigned i = 1; i < length; i++)
+            character = character << 6 | (i < left ? byte(i) & 0x3F : 0);
+        if (length > left) {
+            length = left;
+            character = 0xFFFD;
+        }
+    } else if (hostPage == HostPage::kUtf8 && character >= 0x80) {
+        character = 0xFFFD;
+    }
+    text += length;
+    left -= length;
+    return character;
+}
+
+/// Writes one character as bytes, a question mark for one that the page lacks; gives their number.
+unsigned EncodeCharacter(unsigned character, char *bytes)
+{
+    if (hostPage == HostPage::kDoubleByte && character >= 0x4E00 && character < 0x4E00 + 0x7E00) {
+        bytes[0] = static_cast<char>(0x81 + ((character - 0x4E00) >> 8));
+        bytes[1] = static_cast<char>(character - 0x4E00);
+        return 2;
+    }
+    if (hostPage == HostPage::kUtf8 && character >= 0x80) {
+        const unsigned length = character < 0x800 ? 2 : character < 0x10000 ? 3 : 4;
+        for (unsigned i = length - 1; i > 0; i--, character >>= 6)
+            bytes[i] = static_cast<char>(0x80 | (character & 0x3F));
+        bytes[0] = static_cast<char>(0xF00 >> length | character);
+        return length;
+    }
+    bytes[0] = static_cast<char>(character < 0x100 ? character : '?');
+    return 1;
+}
+
+unsigned Decode(const ANSI_STRING &source, WCHAR *target)
+{
+    unsigned count = 0;
+    const char *text = source.Buffer;
+    for (unsigned left = source.Length; left;) {
+        const unsigned character = TakeCharacter(text, left);
+        const bool pair = character >= 0x10000;
+        if (target) {
+            target[count] = static_cast<WCHAR>(pair ? 0xD7C0 + (character >> 10) : character);
+            if (pair)
+                target[count + 1] = static_cast<WCHAR>(0xDC00 | (character & 0x3FF));
+        }
+        count += pair ? 2 : 1;
+    }
+    return count;
+}
+
+unsigned Encode(const UNICODE_STRING &source, char *target)
+{
+    unsigned count = 0;
+    const unsigned length = source.Length / sizeof(WCHAR);
+    for (unsigned i = 0; i < length; i++) {
+        unsigned character = source.Buffer[i];
+        if (hostPage == HostPage::kUtf8 && character >> 10 == 0x36 && i + 1 < length)
+            character = 0x10000 + ((character & 0x3FF) << 10 | (source.Buffer[++i] & 0x3FF));
+        else if (hostPage == HostPage::kUtf8 && character >> 11 == 0x1B)
+            character = 0xFFFD;
+        char bytes[4];
+        const unsigned size = EncodeCharacter(character, bytes);
+        for (unsigned at = 0; target && at < size; at++)
+            target[count + at] = bytes[at];
+        count += size;
+    }
+    return count;
 }
 
 } // namespace
@@ -78,6 +161,62 @@ NTSTATUS NTAPI RtlUpcaseUnicodeString(UNICODE_STRING *destination, const UNICODE
 NTSTATUS NTAPI RtlDowncaseUnicodeString(UNICODE_STRING *destination, const UNICODE_STRING *source, BOOLEAN)
 {
     return MapString(*destination, *source, OrvNtdll_RtlDowncaseUnicodeChar);
+}
+
+ULONG NTAPI RtlxAnsiStringToUnicodeSize(const ANSI_STRING *source)
+{
+    return (Decode(*source, nullptr) + 1) * sizeof(WCHAR);
+}
+
+ULONG NTAPI RtlxUnicodeStringToAnsiSize(const UNICODE_STRING *source)
+{
+    return Encode(*source, nullptr) + 1;
+}
+
+NTSTATUS NTAPI RtlAnsiStringToUnicodeString(UNICODE_STRING *destination, const ANSI_STRING *source, BOOLEAN)
+{
+    const ULONG size = RtlxAnsiStringToUnicodeSize(source);
+    if (size > 0xFFFF)
+        return STATUS_INVALID_PARAMETER;
+    if (size > destination->MaximumLength)
+        return STATUS_BUFFER_OVERFLOW;
+    destination->Length = static_cast<USHORT>(size - sizeof(WCHAR));
+    destination->Buffer[Decode(*source, destination->Buffer)] = 0;
+    return STATUS_SUCCESS;
+}
+
+NTSTATUS NTAPI RtlUnicodeStringToAnsiString(ANSI_STRING *destination, const UNICODE_STRING *source, BOOLEAN)
+{
+    const ULONG size = RtlxUnicodeStringToAnsiSize(source);
+    if (size > 0xFFFF)
+        return STATUS_INVALID_PARAMETER;
+    if (size > destination->MaximumLength)
+        return STATUS_BUFFER_OVERFLOW;
+    destination->Length = static_cast<USHORT>(size - 1);
+    destination->Buffer[Encode(*source, destination->Buffer)] = 0;
+    return STATUS_SUCCESS;
+}
+
+ULONG NTAPI RtlxOemStringToUnicodeSize(const ANSI_STRING *source)
+{
+    return RtlxAnsiStringToUnicodeSize(source);
+}
+
+ULONG NTAPI RtlxUnicodeStringToOemSize(const UNICODE_STRING *source)
+{
+    return RtlxUnicodeStringToAnsiSize(source);
+}
+
+NTSTATUS NTAPI RtlOemStringToUnicodeString(UNICODE_STRING *destination, const ANSI_STRING *source,
+                                           BOOLEAN allocate)
+{
+    return RtlAnsiStringToUnicodeString(destination, source, allocate);
+}
+
+NTSTATUS NTAPI RtlUnicodeStringToOemString(ANSI_STRING *destination, const UNICODE_STRING *source,
+                                           BOOLEAN allocate)
+{
+    return RtlUnicodeStringToAnsiString(destination, source, allocate);
 }
 
 } // extern "C"

@@ -7,6 +7,7 @@
 #include "harness/test.h"
 #include "nt/nt.h"
 #include "orv/runtime/result.h"
+#include "orv/text/string.h"
 
 namespace
 {
@@ -282,6 +283,104 @@ TEST_CASE(CountedAndOwnWidthStrings)
     Collector<wchar_t> sink;
     CHECK_EQUAL(OrvBasAppendFormat(sink, L"%ls %s %wZ", L"first", &unicode), ORV_S_OK);
     CHECK_TEXT(sink.text, L"%ls first abc");
+}
+
+TEST_CASE(StringsOfTheOtherWidthAreConverted)
+{
+    struct {
+        const char *format; ///< with ls or wZ for the byte forms, hs or Z for the UTF-16 forms
+        const wchar_t *text;
+        const wchar_t *expected;
+    } const cases[] = {
+        {"%#", L"caf\x00E9 \x20AC", L"caf\x00E9 \x20AC"},
+        {"[%8#]", L"\x00E9z", nullptr}, // padded by characters of the output
+        {"[%-5.2#]", L"abc", L"[ab   ]"},
+        {"[%.0#]", L"abc", L"[]"},
+        {"[%5#]", L"", L"[]"}, // prints nothing at all
+        {"[%.3#|%d]", nullptr, L"[(nu|42]"},
+        {"[%8#]", nullptr, L"[  (null)]"},
+    };
+    for (const auto &c : cases) {
+        for (uint32_t counted = 0; counted < 2; counted++) {
+            char bytesFormat[32];
+            char wideFormat[32];
+            const auto expand = [&c](char *format, const char *directive) {
+                for (const char *at = c.format; *at; at++) {
+                    for (const char *piece = *at == '#' ? directive : at; *piece; piece++) {
+                        *format++ = *piece;
+                        if (*at != '#')
+                            break;
+                    }
+                }
+                *format = 0;
+            };
+            expand(bytesFormat, counted ? "wZ" : "ls");
+            expand(wideFormat, counted ? "Z" : "hs");
+            char bytes[kRoom];
+            uint32_t byteCount = 0;
+            CHECK_EQUAL(OrvConvertUtf162MbString(bytes, kRoom, c.text, OrvCodePageUtf8, &byteCount),
+                        ORV_S_OK);
+            const auto length = static_cast<USHORT>(OrvGetStringSizeInElements(c.text));
+            UNICODE_STRING unicode = {static_cast<USHORT>(length * 2), 0, const_cast<wchar_t *>(c.text)};
+            ANSI_STRING ansi = {static_cast<USHORT>(byteCount), 0, bytes};
+            const void *const wideText = counted ? static_cast<const void *>(&unicode) : c.text;
+            const void *const bytesText = counted ? static_cast<const void *>(&ansi) : bytes;
+
+            test::Note(wideFormat, 0);
+            char out[kRoom];
+            wchar_t wideOut[kRoom];
+            CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, out, kRoom, nullptr, bytesFormat,
+                                        c.text ? wideText : nullptr, 42),
+                        ORV_S_OK);
+            CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, wideOut, kRoom, nullptr, Wide(wideFormat).text,
+                                        c.text ? bytesText : nullptr, 42),
+                        ORV_S_OK);
+            const wchar_t *const expectedWide = c.expected ? c.expected : L"[      \x00E9z]";
+            CHECK_TEXT(wideOut, expectedWide);
+            char expected[kRoom];
+            OrvConvertUtf162MbString(expected, kRoom, c.expected ? c.expected : L"[     \x00E9z]",
+                                     OrvCodePageUtf8);
+            CHECK_TEXT(out, expected);
+        }
+    }
+
+    // Longer than what is converted on the stack, and without memory for it.
+    char longText[1001];
+    for (uint32_t i = 0; i < 1000; i++)
+        longText[i] = static_cast<char>('a' + i % 26);
+    longText[1000] = 0;
+    wchar_t wideOut[kRoom];
+    uint32_t written = 0;
+    CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, wideOut, kRoom, &written, L"%hs!", longText), ORV_S_OK);
+    CHECK_EQUAL(written, 1001u);
+    CHECK_EQUAL(wideOut[999], wchar_t('a' + 999 % 26));
+    {
+        const test::RefusingHeap refusing;
+        CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, wideOut, kRoom, &written, L"x%hs!", longText),
+                    ORV_E_OUT_OF_MEMORY);
+        CHECK_TEXT(wideOut, L"x");
+        CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, wideOut, kRoom, &written, L"%hs", "short"), ORV_S_OK);
+    }
+
+    // What cannot be converted ends formatting, and a reference keeps its text.
+    char out[kRoom];
+    CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, wideOut, kRoom, &written, L"ok %hs", "a\xC0\x80"),
+                ORV_E_INVALID_DATA);
+    CHECK_TEXT(wideOut, L"ok ");
+    CHECK_EQUAL(written, 3u);
+    CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, out, kRoom, &written, "%ls", L"\xD800"), ORV_E_INVALID_DATA);
+    CHECK_EQUAL(OrvFormatString(static_cast<OrvCodePage>(9), out, kRoom, &written, "%ls", L"a"),
+                ORV_E_NOT_PROVIDED);
+
+    // Without a code page counted strings go through the platform's own.
+    Collector<wchar_t> wideSink;
+    ANSI_STRING ansi = {3, 3, longText};
+    CHECK_EQUAL(OrvBasAppendFormat(wideSink, L"%Z %hs", &ansi), ORV_S_OK);
+    CHECK_TEXT(wideSink.text, L"abc %hs");
+    Collector<char> sink;
+    UNICODE_STRING unicode = {6, 6, const_cast<wchar_t *>(L"abc")};
+    CHECK_EQUAL(OrvBasAppendFormat(sink, "%wZ %ls", &unicode), ORV_S_OK);
+    CHECK_TEXT(sink.text, "abc %ls");
 }
 
 TEST_CASE(ArraysKeepWhatFits)

@@ -14,11 +14,17 @@
 //               p        a pointer: hexadecimal in lower case, padded with zeros
 //               c        one character, from the low bits of a 32-bit argument
 //               s        text of the engine's own width; a null pointer prints "(null)"
-//               ls       UTF-16 text, in the UTF-16 forms that take a code page
-//               hs       byte text, in the byte forms that take a code page
-//               wZ       a counted UTF-16 string (UNICODE_STRING), in the UTF-16 forms
-//               Z        a counted byte string (ANSI_STRING), in the byte forms
+//               ls       UTF-16 text, in the forms that take a code page
+//               hs       byte text, in the forms that take a code page
+//               wZ       a counted UTF-16 string (UNICODE_STRING)
+//               Z        a counted byte string (ANSI_STRING)
 //               %        a percent sign
+//
+// Text of the width that is not the engine's own is converted through the code page, or through
+// OrvCodePageDefault in the forms that take none. It is converted whole, whatever the precision, which then
+// counts characters of the output; when it is empty the directive prints nothing, not even padding. What the
+// conversion refuses (ORV_E_INVALID_DATA, ORV_E_NOT_PROVIDED, ORV_E_OUT_OF_MEMORY, see orv/text/code_page.h)
+// ends formatting and is the result.
 //
 // Sign, prefix and padding stand where C's printf puts them. A directive with any other conversion or
 // modifier is copied to the output as it stands and takes no argument; an integer conversion with the
@@ -42,8 +48,8 @@
 /// number of characters before the terminator.
 ///
 /// Returns 0; ORV_E_BUFFER_TOO_SMALL when the text does not fit: as much as fits stands in the array,
-/// terminated and counted; ORV_E_INVALID_ARGUMENT for a null array or a capacity of 0, and nothing is
-/// written.
+/// terminated and counted; a failure to convert, and what was written before stands likewise;
+/// ORV_E_INVALID_ARGUMENT for a null array or a capacity of 0, and nothing is written.
 ORV_API OrvResult OrvFormatStringV(OrvCodePage codePage, wchar_t *buffer, uint32_t capacity,
                                    const wchar_t *format, uint32_t *written, va_list arguments);
 ORV_API OrvResult OrvFormatStringV(OrvCodePage codePage, char *buffer, uint32_t capacity, const char *format,
@@ -56,8 +62,8 @@ ORV_API OrvResult OrvFormatStringV(OrvCodePage codePage, _ORV_UTF16CHAR_STR &tar
 
 /// Replaces the buffer's text; the buffer grows in doubling steps, from 256 characters on.
 ///
-/// Returns 0 or ORV_E_OUT_OF_MEMORY. The buffer is then as it was when it had no room to begin with, and
-/// empty when it could not grow further.
+/// Returns 0, ORV_E_OUT_OF_MEMORY or a failure to convert. The buffer is then as it was when it had no room
+/// to begin with, and otherwise empty.
 ORV_API OrvResult OrvFormatStringV(OrvCodePage codePage, OrvUtf16CharHeapBuffer &target,
                                    const wchar_t *format, va_list arguments);
 
@@ -67,18 +73,18 @@ ORV_API OrvResult OrvAppendFormatStringV(OrvCodePage codePage, OrvUtf16CharHeapB
 
 /// Replaces the text of the reference's owner, which is resized for every piece.
 ///
-/// Returns 0 or the owner's first failure; the owner's text is then empty.
+/// Returns 0, the owner's first failure or a failure to convert; the owner's text is then empty.
 ORV_API OrvResult OrvFormatStringV(const OrvMutableStringRefBase2<wchar_t, 0> &target, const wchar_t *format,
                                    va_list arguments);
 
 /// Appends behind the text of the reference's owner, which is resized for every piece.
 ///
-/// Returns 0 or the owner's first failure; the owner's text is then what it was.
+/// Returns 0, the owner's first failure or a failure to convert; the owner's text is then what it was.
 ORV_API OrvResult OrvAppendFormatStringV(const OrvMutableStringRefBase2<wchar_t, 0> &target,
                                          const wchar_t *format, va_list arguments);
 
-/// Hands each piece of the text to the sink. Returns 0, or the first failure of the sink, which ends
-/// formatting.
+/// Hands each piece of the text to the sink. Returns 0, or the first failure of the sink or of a conversion,
+/// which ends formatting.
 ORV_API OrvResult OrvBasAppendFormatV(OrvBasAppendable<char> &target, const char *format, va_list arguments);
 ORV_API OrvResult OrvBasAppendFormatV(OrvBasAppendable<wchar_t> &target, const wchar_t *format,
                                       va_list arguments);

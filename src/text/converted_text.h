@@ -1,0 +1,62 @@
+// A text in another page or width, for as long as a call needs it: on the stack when it is short, else on the
+// heap.
+
+#pragma once
+
+#include "orv/runtime/result.h"
+#include "orv/text/code_page.h"
+#include "runtime/heap.h"
+
+namespace detail
+{
+
+/// T is the width of the result, the other width that of the source.
+template <typename T>
+class ConvertedText
+{
+public:
+    ConvertedText() = default;
+    ConvertedText(const ConvertedText &) = delete;
+    ConvertedText &operator=(const ConvertedText &) = delete;
+
+    /// Results: as the conversion of a text, and ORV_E_OUT_OF_MEMORY.
+    template <typename Source>
+    OrvResult Convert(const Source *source, OrvCodePage page, uint32_t count)
+    {
+        uint32_t size = 0;
+        OrvResult result = ConvertInto(short_, kShortSize, source, page, size, count);
+        if (result == ORV_E_BUFFER_TOO_SMALL) {
+            long_.Reset(HeapArray<T>::Allocate(size).Detach());
+            if (!long_)
+                return ORV_E_OUT_OF_MEMORY;
+            result = ConvertInto(long_.Get(), size, source, page, size, count);
+        }
+        if (OrvSucceeded(result))
+            length_ = size;
+        return result;
+    }
+
+    const T *Get() const { return long_ ? long_.Get() : short_; }
+    uint32_t Length() const { return length_; }
+
+private:
+    static constexpr uint32_t kShortSize = 256;
+
+    static OrvResult ConvertInto(wchar_t *target, uint32_t capacity, const char *source, OrvCodePage page,
+                                 uint32_t &size, uint32_t count)
+    {
+        return OrvConvertMb2Utf16String(target, capacity, source, page, &size, count);
+    }
+
+    static OrvResult ConvertInto(char *target, uint32_t capacity, const wchar_t *source, OrvCodePage page,
+                                 uint32_t &size, uint32_t count)
+    {
+        return OrvConvertUtf162MbString(target, capacity, source, page, &size, count);
+    }
+
+    T short_[kShortSize];
+    HeapArray<T> long_;
+    uint32_t length_ = 0;
+};
+
+} // namespace detail

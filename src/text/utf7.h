@@ -1,0 +1,199 @@
+// UTF-7 (RFC 2152): ASCII in which a plus sign opens a shift, 16-bit units in base64 up to the first
+// character that is none.
+//
+// The writer takes little for direct: letters, digits, white space and the marks ' ( ) + , - . / : ? stand as
+// they are, everything else goes into a shift, and every shift is closed by a minus sign. The reader takes
+// what the standard lets a reader take: any ASCII character outside a shift, any code point inside, a shift
+// that ends at any other character or with the text. Malformed is a byte above 127, a shift that opens onto
+// neither base64 nor a minus sign, one whose last unit is cut short or padded with other bits than zeros, and
+// a surrogate without its other half.
+
+#pragma once
+
+#include "text/transcode.h"
+#include "text/utf16.h"
+
+namespace detail
+{
+
+struct Utf7Alphabet {
+    char digits[64] = {};
+    int8_t values[128] = {}; ///< -1: not a digit
+    bool direct[128] = {};
+
+    constexpr Utf7Alphabet()
+    {
+        for (int8_t &value : values)
+            value = -1;
+        AddRange('A', 26, 0);
+        AddRange('a', 26, 26);
+        AddRange('0', 10, 52);
+        Add('+', 62);
+        Add('/', 63);
+        for (const char c : "\t\n\r '(),-.:?") // and its terminator
+            direct[static_cast<uint8_t>(c)] = true;
+    }
+
+private:
+    constexpr void AddRange(char first, int count, int value)
+    {
+        for (int i = 0; i < count; i++)
+            Add(static_cast<char>(first + i), value + i);
+    }
+
+    constexpr void Add(char digit, int value)
+    {
+        digits[value] = digit;
+        values[static_cast<uint8_t>(digit)] = static_cast<int8_t>(value);
+        direct[static_cast<uint8_t>(digit)] = true; // every digit is a direct character too
+    }
+};
+
+constexpr Utf7Alphabet kUtf7Alphabet;
+
+class Utf7Reader
+{
+public:
+    static constexpr uint32_t kPlainLimit = 0;
+
+    Utf7Reader(const uint8_t *bytes, uint32_t size) : source_(bytes, size) {}
+
+    ReadStep Read(uint32_t &codePoint)
+    {
+        const ReadStep step = ReadUnit(codePoint);
+        if (step != ReadStep::kCodePoint || !IsSurrogate(codePoint))
+            return step;
+        uint32_t low = 0;
+        if (!IsHighSurrogate(codePoint) || ReadUnit(low) != ReadStep::kCodePoint || !IsLowSurrogate(low))
+            return ReadStep::kMalformed;
+        codePoint = CombineSurrogates(codePoint, low);
+        return ReadStep::kCodePoint;
+    }
+
+private:
+    ReadStep ReadUnit(uint32_t &unit)
+    {
+        while (source_.Left() != 0) {
+            const uint32_t character = source_.Peek();
+            if (character >= 0x80)
+                return ReadStep::kMalformed;
+            if (!inShift_) {
+                source_.Skip(1);
+                unit = character;
+                if (character != '+' || TakeMinus())
+                    return ReadStep::kCodePoint;
+                if (!OpenShift())
+                    return ReadStep::kMalformed;
+            } else if (kUtf7Alphabet.values[character] >= 0) {
+                source_.Skip(1);
+                if (TakeDigit(static_cast<uint32_t>(kUtf7Alphabet.values[character]), unit))
+                    return ReadStep::kCodePoint;
+            } else {
+                TakeMinus();
+                if (!CloseShift())
+                    return ReadStep::kMalformed;
+            }
+        }
+        return CloseShift() ? ReadStep::kEnd : ReadStep::kMalformed;
+    }
+
+    bool TakeMinus()
+    {
+        if (source_.Left() == 0 || source_.Peek() != '-')
+            return false;
+        source_.Skip(1);
+        return true;
+    }
+
+    bool OpenShift()
+    {
+        inShift_ = source_.Left() != 0 && source_.Peek() < 0x80 && kUtf7Alphabet.values[source_.Peek()] >= 0;
+        return inShift_;
+    }
+
+    /// Whether the digit completes a unit.
+    bool TakeDigit(uint32_t value, uint32_t &unit)
+    {
+        bits_ = bits_ << 6 | value;
+        bitCount_ += 6;
+        if (bitCount_ < 16)
+            return false;
+        bitCount_ -= 16;
+        unit = bits_ >> bitCount_ & 0xFFFF;
+        bits_ &= (1u << bitCount_) - 1;
+        return true;
+    }
+
+    /// Whether what is left is padding: less than a digit, and zeros.
+    bool CloseShift()
+    {
+        const bool padding = bitCount_ < 6 && bits_ == 0;
+        inShift_ = false;
+        bits_ = 0;
+        bitCount_ = 0;
+        return padding;
+    }
+
+    SourceUnits<uint8_t> source_;
+    bool inShift_ = false;
+    uint32_t bits_ = 0; ///< of the unit in the making, `bitCount_` of them
+    uint32_t bitCount_ = 0;
+};
+
+template <template <typename> class TargetOf>
+class Utf7Writer
+{
+public:
+    static constexpr uint32_t kPlainLimit = 0;
+
+    explicit Utf7Writer(const TargetOf<uint8_t> &target) : target_(target) {}
+
+    TargetOf<uint8_t> &Target() { return target_; }
+
+    bool Put(uint32_t codePoint)
+    {
+        if (codePoint < 0x80 && kUtf7Alphabet.direct[codePoint])
+            return Finish() &&
+                   (codePoint == '+' ? target_.Append('+' | '-' << 8, 2) : target_.Append(codePoint, 1));
+        if (!inShift_ && !target_.Append('+', 1))
+            return false;
+        inShift_ = true;
+        if (codePoint < kFirstSupplementary)
+            return PutUnit(codePoint);
+        const uint32_t pair = SurrogatePair(codePoint);
+        return PutUnit(pair & 0xFFFF) && PutUnit(pair >> 16);
+    }
+
+    /// Closes the shift that is open.
+    bool Finish()
+    {
+        if (!inShift_)
+            return true;
+        inShift_ = false;
+        const uint32_t pending = bitCount_;
+        bitCount_ = 0;
+        return (pending == 0 || target_.Append(Digit(bits_ << (6 - pending)), 1)) && target_.Append('-', 1);
+    }
+
+private:
+    bool PutUnit(uint32_t unit)
+    {
+        bits_ = bits_ << 16 | unit;
+        bitCount_ += 16;
+        while (bitCount_ >= 6) {
+            bitCount_ -= 6;
+            if (!target_.Append(Digit(bits_ >> bitCount_), 1))
+                return false;
+        }
+        return true;
+    }
+
+    static uint32_t Digit(uint32_t value) { return static_cast<uint8_t>(kUtf7Alphabet.digits[value & 0x3F]); }
+
+    TargetOf<uint8_t> target_;
+    bool inShift_ = false;
+    uint32_t bits_ = 0; ///< the lowest `bitCount_` of them are still to be written
+    uint32_t bitCount_ = 0;
+};
+
+} // namespace detail

@@ -1,0 +1,472 @@
+// The library's own pages: what each text looks like in each of them, what is refused, and that every
+// capacity is answered exactly. Sources and targets stand against an unmapped page, at every alignment.
+
+#include "orv/text/code_page.h"
+
+#include "orv/orv.h"
+#include "text/texts.h"
+
+namespace
+{
+
+constexpr OrvCodePage kOwnPages[] = {OrvCodePageAnsi, OrvCodePageUtf7, OrvCodePageUtf8, OrvCodePageUtf16};
+constexpr OrvCodePage kUnicodePages[] = {OrvCodePageUtf7, OrvCodePageUtf8, OrvCodePageUtf16};
+constexpr OrvCodePage kStrictPages[] = {OrvCodePageAnsi, OrvCodePageUtf7, OrvCodePageUtf8};
+constexpr uint32_t kUntouched = 77;
+constexpr uint8_t kFill = 0xCC;
+
+/// A text in a byte page and in UTF-16.
+struct Row {
+    OrvCodePage page;
+    const char *bytes;
+    uint32_t byteCount;
+    const wchar_t *text;
+    uint32_t length;
+};
+
+template <size_t kBytes, size_t kUnits>
+constexpr Row MakeRow(OrvCodePage page, const char (&bytes)[kBytes], const wchar_t (&text)[kUnits])
+{
+    return {page, bytes, kBytes - 1, text, kUnits - 1};
+}
+
+// One name for each direction, by the widths of target and source.
+
+OrvResult Convert(wchar_t *target, uint32_t capacity, const char *source, OrvCodePage page, OrvCodePage,
+                  uint32_t *size, uint32_t count)
+{
+    return OrvConvertMb2Utf16String(target, capacity, source, page, size, count);
+}
+
+OrvResult Convert(char *target, uint32_t capacity, const wchar_t *source, OrvCodePage, OrvCodePage page,
+                  uint32_t *size, uint32_t count)
+{
+    return OrvConvertUtf162MbString(target, capacity, source, page, size, count);
+}
+
+OrvResult Convert(char *target, uint32_t capacity, const char *source, OrvCodePage from, OrvCodePage to,
+                  uint32_t *size, uint32_t count)
+{
+    return OrvConvertMb2MbString(target, capacity, source, from, to, size, count);
+}
+
+OrvResult Measure(uint32_t &size, const char *source, OrvCodePage page, OrvCodePage, uint32_t count,
+                  const wchar_t *)
+{
+    return OrvGetMb2Utf16StringSize(size, source, page, count);
+}
+
+OrvResult Measure(uint32_t &size, const wchar_t *source, OrvCodePage, OrvCodePage page, uint32_t count,
+                  const char *)
+{
+    return OrvGetUtf162MbStringSize(size, source, page, count);
+}
+
+OrvResult Measure(uint32_t &size, const char *source, OrvCodePage from, OrvCodePage to, uint32_t count,
+                  const char *)
+{
+    return OrvGetMb2MbStringSize(size, source, from, to, count);
+}
+
+test::GuardedPage &SourcePage()
+{
+    static test::GuardedPage page;
+    return page;
+}
+
+test::GuardedPage &TargetPage()
+{
+    static test::GuardedPage page;
+    return page;
+}
+
+/// Converts at every capacity from none to more than enough. `failure` is what the text is refused with, or
+/// 0.
+template <typename Target, typename Source>
+void Sweep(OrvCodePage from, OrvCodePage to, const Source *source, uint32_t count, const Target *expected,
+           uint32_t length, OrvResult failure)
+{
+    for (uint32_t capacity = 0; capacity <= length + 2; capacity++) {
+        const uint32_t slack = capacity % test::kSlacks;
+        Source *const placed = SourcePage().Place<Source>(count, slack);
+        for (uint32_t i = 0; i < count; i++)
+            detail::StoreUnit(placed + i, source[i]);
+        TargetPage().Fill(kFill);
+        Target *const target = TargetPage().Place<Target>(capacity, slack);
+
+        uint32_t size = kUntouched;
+        CHECK_EQUAL(Measure(size, placed, from, to, count, expected), failure);
+        CHECK_EQUAL(size, failure ? kUntouched : length);
+        size = kUntouched;
+        const bool fits = capacity > length;
+        const OrvResult expectedResult = failure ? failure : fits ? ORV_S_OK : ORV_E_BUFFER_TOO_SMALL;
+        if (!CHECK_EQUAL(Convert(target, capacity, placed, from, to, &size, count), expectedResult))
+            test::Note("at capacity", capacity);
+        CHECK_EQUAL(size, failure ? kUntouched : fits ? length : length + 1);
+        for (uint32_t i = 0; i < length && expectedResult == ORV_S_OK; i++)
+            CHECK_EQUAL(detail::LoadUnit(target + i), expected[i]);
+        if (capacity != 0)
+            CHECK_EQUAL(detail::LoadUnit(target + (expectedResult ? 0 : length)), Target(0));
+        for (uint32_t i = 0; i < slack; i++)
+            CHECK_EQUAL(reinterpret_cast<const uint8_t *>(target + capacity)[i], kFill);
+        CHECK_EQUAL(Convert(static_cast<Target *>(nullptr), capacity, placed, from, to, nullptr, count),
+                    failure ? failure : ORV_E_BUFFER_TOO_SMALL);
+    }
+}
+
+void CheckRow(const Row &row, bool decode, bool encode)
+{
+    test::Note(row.bytes, row.page);
+    if (decode)
+        Sweep(row.page, OrvCodePageUtf16, row.bytes, row.byteCount, row.text, row.length, 0);
+    if (encode)
+        Sweep(OrvCodePageUtf16, row.page, row.text, row.length, row.bytes, row.byteCount, 0);
+    // Between two byte pages the result is the same as by way of UTF-16.
+    for (const OrvCodePage to : kOwnPages) {
+        char bytes[256];
+        uint32_t size = 0;
+        CHECK_EQUAL(OrvConvertUtf162MbString(bytes, sizeof bytes, row.text, to, &size, row.length), ORV_S_OK);
+        if (decode && to != row.page)
+            Sweep(row.page, to, row.bytes, row.byteCount, bytes, size, 0);
+    }
+}
+
+void CheckMalformed(OrvCodePage page, const char *bytes, uint32_t count)
+{
+    test::Note(bytes, page);
+    Sweep(page, OrvCodePageUtf16, bytes, count, L"", 24, ORV_E_INVALID_DATA);
+    for (const OrvCodePage to : kOwnPages) {
+        if (to != page)
+            Sweep(page, to, bytes, count, "", 24, ORV_E_INVALID_DATA);
+    }
+}
+
+template <typename Page>
+void ForEveryCodePoint(Page body)
+{
+    for (uint32_t codePoint = 0; codePoint <= 0x10FFFF; codePoint += codePoint < 0x10000 ? 1 : 0x111) {
+        if (codePoint >= 0xD800 && codePoint < 0xE000)
+            continue;
+        wchar_t units[2] = {static_cast<wchar_t>(codePoint), 0};
+        if (codePoint >= 0x10000) {
+            units[0] = static_cast<wchar_t>(0xD7C0 + (codePoint >> 10));
+            units[1] = static_cast<wchar_t>(0xDC00 | (codePoint & 0x3FF));
+        }
+        body(codePoint, units, codePoint < 0x10000 ? 1u : 2u);
+    }
+}
+
+constexpr uint32_t kMostUnits = 0x14000;
+wchar_t everything[kMostUnits];
+wchar_t decoded[kMostUnits];
+char encoded[kMostUnits * 4];
+char other[kMostUnits * 4];
+
+} // namespace
+
+TEST_CASE(TextsInEveryPage)
+{
+    const Row both[] = {
+        MakeRow(OrvCodePageUtf8, "", L""),
+        MakeRow(OrvCodePageUtf8, "a\0z\x7F", L"a\0z\x7F"),
+        MakeRow(OrvCodePageUtf8, "\xC3\xA9", L"\x00E9"),
+        MakeRow(OrvCodePageUtf8, "\xC2\x80\xDF\xBF", L"\x0080\x07FF"),
+        MakeRow(OrvCodePageUtf8, "\xE0\xA0\x80\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBF",
+                L"\x0800\xD7FF\xE000\xFFFF"),
+        MakeRow(OrvCodePageUtf8, "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", L"\xD800\xDC00\xDBFF\xDFFF"),
+        MakeRow(OrvCodePageUtf8, "twenty-one of ASCII, \xE2\x82\xAC, then twenty-five of it",
+                L"twenty-one of ASCII, \x20AC, then twenty-five of it"),
+        MakeRow(OrvCodePageUtf7, "A+-+AOk-", L"A+\x00E9"),
+        MakeRow(OrvCodePageUtf7, "+IKwAIQAi-3+/wA-", L"\x20AC!\"3\xFF00"), // no bits, two and four left over
+        MakeRow(OrvCodePageUtf7, "a+2D3eAA-+-+2D3eAA-", L"a\xD83D\xDE00+\xD83D\xDE00"),
+        MakeRow(OrvCodePageUtf7, "\0\t\n\r '(),-./:?09AZaz", L"\0\t\n\r '(),-./:?09AZaz"),
+        MakeRow(OrvCodePageUtf7, "+AH4AXAB8AGA-", L"~\\|`"),
+        MakeRow(OrvCodePageUtf16, "a\0\xAC\x20\x3D\xD8\x00\xDE", L"a\x20AC\xD83D\xDE00"),
+    };
+    for (const Row &row : both)
+        CheckRow(row, true, true);
+
+    const Row decodedOnly[] = {
+        // A shift may hold anything, and end at any character or with the text.
+        MakeRow(OrvCodePageUtf7, "+AGEAYg", L"ab"),
+        MakeRow(OrvCodePageUtf7, "+AGE!+AGE\n+AGE--", L"a!a\na-"),
+        MakeRow(OrvCodePageUtf7, "+AGE-+AGE-", L"aa"),
+        MakeRow(OrvCodePageUtf7, "+2D0-+3gA-", L"\xD83D\xDE00"),
+        MakeRow(OrvCodePageUtf7, "~\\!\"#$%&*;<=>@[]^_`{|}\x01\x7F", L"~\\!\"#$%&*;<=>@[]^_`{|}\x01\x7F"),
+    };
+    for (const Row &row : decodedOnly)
+        CheckRow(row, true, false);
+
+    const Row encodedOnly[] = {
+        MakeRow(OrvCodePageAnsi, "\xE9", L"\x00E9"),
+        MakeRow(OrvCodePageAnsi, "\x80\xFF?a?b?",
+                L"\x0080\x00FF\x20AC"
+                L"a\xD83D\xDE00"
+                L"b\x0100"),
+        MakeRow(OrvCodePageAnsi, "more than sixteen units: \xE9\xFF, then ? and on",
+                L"more than sixteen units: \x00E9\x00FF, then \x4E00 and on"),
+    };
+    for (const Row &row : encodedOnly)
+        CheckRow(row, false, true);
+    // Latin-1, between bytes. What the size query says of 0x80 to 0x9F is the platform's matter.
+    Sweep(OrvCodePageAnsi, OrvCodePageUtf8, "a\xE9\xA0", 3, "a\xC3\xA9\xC2\xA0", 5, 0);
+}
+
+TEST_CASE(MalformedTextIsRefused)
+{
+    struct {
+        OrvCodePage page;
+        const char *bytes;
+        uint32_t count;
+    } const cases[] = {
+        {OrvCodePageUtf8, "\xC0\x80", 2}, // overlong
+        {OrvCodePageUtf8, "\xC1\xBF", 2},
+        {OrvCodePageUtf8, "\xE0\x9F\xBF", 3},
+        {OrvCodePageUtf8, "\xF0\x8F\xBF\xBF", 4},
+        {OrvCodePageUtf8, "\xED\xA0\x80", 3}, // surrogates
+        {OrvCodePageUtf8, "\xED\xBF\xBF", 3},
+        {OrvCodePageUtf8, "\xF4\x90\x80\x80", 4}, // above U+10FFFF
+        {OrvCodePageUtf8, "\xF7\xBF\xBF\xBF", 4},
+        {OrvCodePageUtf8, "\xF8\x88\x80\x80\x80", 5},
+        {OrvCodePageUtf8, "\xFE", 1},
+        {OrvCodePageUtf8, "\xFF", 1},
+        {OrvCodePageUtf8, "ab\x80", 3}, // continues nothing
+        {OrvCodePageUtf8, "ab\xBF\x63", 4},
+        {OrvCodePageUtf8, "\xE2\x82", 2}, // cut off
+        {OrvCodePageUtf8, "seventeen of ASCII\xC3", 19},
+        {OrvCodePageUtf8, "\xC3\x41", 2}, // not continued
+        {OrvCodePageUtf8, "\xC3\xC0", 2},
+        {OrvCodePageUtf8, "\xE2\x41\xAC", 3},
+        {OrvCodePageUtf8, "\xE2\x82\x7F", 3},
+        {OrvCodePageUtf8, "\xF0\x9F\x98\xC0", 4},
+        {OrvCodePageUtf7, "a\x80", 2},
+        {OrvCodePageUtf7, "+AOk\xE9", 5},
+        {OrvCodePageUtf7, "+", 1}, // opens onto nothing
+        {OrvCodePageUtf7, "+!", 2},
+        {OrvCodePageUtf7, "+\xFF", 2},
+        {OrvCodePageUtf7, "+A-", 3}, // inside a unit
+        {OrvCodePageUtf7, "+AO", 3},
+        {OrvCodePageUtf7, "+AOkA", 5},
+        {OrvCodePageUtf7, "+AOkAA-", 7},
+        {OrvCodePageUtf7, "+AOl-", 5}, // padded with ones
+        {OrvCodePageUtf7, "+2D0-", 5}, // half a pair
+        {OrvCodePageUtf7, "+3gA-", 5},
+        {OrvCodePageUtf7, "+2D0-a", 6},
+        {OrvCodePageUtf7, "+2D0AYQ-", 8},
+    };
+    for (const auto &c : cases)
+        CheckMalformed(c.page, c.bytes, c.count);
+
+    struct {
+        const wchar_t *text;
+        uint32_t length;
+    } const halves[] = {{L"\xD800", 1},
+                        {L"a\xDC00", 2},
+                        {L"\xD800\xD800\xDC00", 3},
+                        {L"\xDC00\xD800", 2},
+                        {L"a long run of ASCII before \xDBFF!", 29}};
+    for (const auto &c : halves) {
+        for (const OrvCodePage to : kStrictPages) {
+            test::Note("unpaired, to page", to);
+            Sweep(OrvCodePageUtf16, to, c.text, c.length, "", 40, ORV_E_INVALID_DATA);
+            Sweep(OrvCodePageUtf16, to, reinterpret_cast<const char *>(c.text), c.length * 2, "", 40,
+                  ORV_E_INVALID_DATA);
+            Sweep(OrvCodePageUtf16, to, "a\0b", 3, "", 9, ORV_E_INVALID_DATA); // half a unit
+        }
+    }
+    Sweep(OrvCodePageUtf16, OrvCodePageUtf16, "a\0b", 3, L"", 9, ORV_E_INVALID_DATA);
+    Sweep(OrvCodePageUtf16, OrvCodePageUtf16, "\x00\xD8", 2, L"\xD800", 1, 0); // only a copy
+}
+
+TEST_CASE(TextCutAtEveryByte)
+{
+    const char utf8[] = "a\xC3\xA9z\xE2\x82\xAC\xF0\x9F\x98\x80";
+    const wchar_t text[] = L"a\x00E9z\x20AC\xD83D\xDE00";
+    const int lengths[] = {0, 1, -1, 2, 3, -1, -1, 4, -1, -1, -1, 6};
+    for (uint32_t cut = 0; cut < sizeof utf8; cut++) {
+        test::Note("cut", cut);
+        Sweep(OrvCodePageUtf8, OrvCodePageUtf16, utf8, cut, text,
+              lengths[cut] < 0 ? 8u : static_cast<uint32_t>(lengths[cut]),
+              lengths[cut] < 0 ? ORV_E_INVALID_DATA : ORV_S_OK);
+    }
+    // A text in UTF-7 that is cut is refused or the beginning of the text.
+    const char utf7[] = "a+-+AOkgrNg93gA-b+AOk-";
+    const wchar_t shifted[] = L"a+\x00E9\x20AC\xD83D\xDE00"
+                              L"b\x00E9";
+    uint32_t taken = 0;
+    for (uint32_t cut = 0; cut < sizeof utf7; cut++) {
+        test::Note("cut", cut);
+        uint32_t size = 0;
+        const OrvResult result = OrvGetMb2Utf16StringSize(size, utf7, OrvCodePageUtf7, cut);
+        Sweep(OrvCodePageUtf7, OrvCodePageUtf16, utf7, cut, shifted, size, result);
+        taken += OrvSucceeded(result);
+    }
+    CHECK_EQUAL(taken, 9u);
+}
+
+TEST_CASE(EveryCodePointComesBack)
+{
+    uint32_t length = 0;
+    ForEveryCodePoint([&](uint32_t codePoint, const wchar_t *units, uint32_t count) {
+        everything[length++] = units[0];
+        if (count == 2)
+            everything[length++] = units[1];
+        for (const OrvCodePage page : kUnicodePages) {
+            char bytes[16];
+            wchar_t back[4];
+            uint32_t size = 0;
+            uint32_t backLength = 0;
+            if (OrvConvertUtf162MbString(bytes, sizeof bytes, units, page, &size, count) != ORV_S_OK ||
+                OrvConvertMb2Utf16String(back, 4, bytes, page, &backLength, size) != ORV_S_OK ||
+                OrvCompareString(back, units, backLength, count) != 0) {
+                test::Note("code point", codePoint);
+                CHECK_EQUAL(page, 0u);
+            }
+        }
+    });
+    for (const OrvCodePage from : kUnicodePages) {
+        uint32_t size = 0;
+        uint32_t back = 0;
+        test::Note("page", from);
+        CHECK_EQUAL(OrvConvertUtf162MbString(encoded, sizeof encoded, everything, from, &size, length),
+                    ORV_S_OK);
+        CHECK_EQUAL(OrvConvertMb2Utf16String(decoded, kMostUnits, encoded, from, &back, size), ORV_S_OK);
+        CHECK_EQUAL(OrvCompareString(decoded, everything, back, length), 0);
+        for (const OrvCodePage to : kUnicodePages) {
+            uint32_t otherSize = 0;
+            CHECK_EQUAL(OrvConvertMb2MbString(other, sizeof other, encoded, from, to, &otherSize, size),
+                        ORV_S_OK);
+            CHECK_EQUAL(OrvConvertMb2Utf16String(decoded, kMostUnits, other, to, &back, otherSize), ORV_S_OK);
+            CHECK_EQUAL(OrvCompareString(decoded, everything, back, length), 0);
+        }
+    }
+}
+
+TEST_CASE(RunsOfEveryLengthAndPlace)
+{
+    // A text becomes what its characters become one by one, however runs and single characters follow each
+    // other.
+    const wchar_t *const characters[] = {L"\x00E9", L"\x20AC", L"\xD83D\xDE00", L"\x00FF", L"+"};
+    test::Generator generator;
+    for (uint32_t round = 0; round < 6000; round++) {
+        wchar_t text[96];
+        char bytes[sizeof text * 4];
+        const OrvCodePage page = kOwnPages[round % 2 * 2]; // Latin-1 and UTF-8
+        uint32_t length = 0;
+        uint32_t size = 0;
+        const auto append = [&](const wchar_t *character) {
+            const uint32_t count = OrvGetStringSizeInElements(character);
+            uint32_t added = 0;
+            CHECK_EQUAL(OrvConvertUtf162MbString(bytes + size, 8, character, page, &added, count), ORV_S_OK);
+            for (uint32_t i = 0; i < count; i++)
+                text[length++] = character[i];
+            size += added;
+        };
+        while (length < 60) {
+            for (uint32_t run = generator.Below(generator.Below(2) ? 4 : 40); run && length < 90; run--) {
+                const wchar_t ascii[] = {static_cast<wchar_t>('a' + generator.Below(26)), 0};
+                append(ascii);
+            }
+            append(characters[generator.Below(5)]);
+        }
+        test::Note("round", round);
+        const uint32_t slack = generator.Below(test::kSlacks);
+        const wchar_t *const source =
+            SourcePage().Make<wchar_t>(length, slack, [&](uint32_t i) { return text[i]; });
+        const uint32_t capacity = size + 1 - (round % 5 == 0);
+        char *const target = TargetPage().Place<char>(capacity, slack);
+        uint32_t written = 0;
+        CHECK_EQUAL(OrvConvertUtf162MbString(target, capacity, source, page, &written, length),
+                    capacity > size ? ORV_S_OK : ORV_E_BUFFER_TOO_SMALL);
+        CHECK_EQUAL(written, capacity > size ? size : size + 1);
+        if (capacity > size && !CHECK_EQUAL(OrvCompareString(target, bytes, size, size), 0))
+            return;
+        if (page != OrvCodePageUtf8)
+            continue;
+        char *const encodedText = SourcePage().Make<char>(size, slack, [&](uint32_t i) { return bytes[i]; });
+        wchar_t *const back = TargetPage().Place<wchar_t>(length + 1, slack);
+        CHECK_EQUAL(OrvConvertMb2Utf16String(back, length + 1, encodedText, page, &written, size), ORV_S_OK);
+        if (!CHECK_EQUAL(OrvCompareString(back, text, written, length), 0))
+            return;
+    }
+}
+
+TEST_CASE(PagesOutsideTheTable)
+{
+    const auto page = static_cast<OrvCodePage>(6);
+    wchar_t text[4] = L"kk";
+    char bytes[4] = "kk";
+    uint32_t size = kUntouched;
+    CHECK_EQUAL(OrvGetMb2Utf16StringSize(size, "a", page), ORV_E_NOT_PROVIDED);
+    CHECK_EQUAL(OrvConvertMb2Utf16String(text, 4, "a", page, &size), ORV_E_NOT_PROVIDED);
+    CHECK_EQUAL(OrvGetUtf162MbStringSize(size, L"a", static_cast<OrvCodePage>(0xFFFFFFFF)),
+                ORV_E_NOT_PROVIDED);
+    CHECK_EQUAL(OrvConvertUtf162MbString(bytes, 4, L"a", page, &size), ORV_E_NOT_PROVIDED);
+    const OrvCodePage knownPages[] = {OrvCodePageDefault, OrvCodePageAnsi, OrvCodePageOem, OrvCodePageUtf7};
+    for (const OrvCodePage known : knownPages) {
+        test::Note("page", known);
+        CHECK_EQUAL(OrvGetMb2MbStringSize(size, "a", page, known), ORV_E_NOT_PROVIDED);
+        CHECK_EQUAL(OrvGetMb2MbStringSize(size, "a", known, page), ORV_E_NOT_PROVIDED);
+        CHECK_EQUAL(OrvConvertMb2MbString(bytes, 4, "a", page, known, &size), ORV_E_NOT_PROVIDED);
+        CHECK_EQUAL(OrvConvertMb2MbString(bytes, 0, "a", known, page, &size), ORV_E_NOT_PROVIDED);
+    }
+    CHECK_EQUAL(size, kUntouched);
+    CHECK_TEXT(text, L"kk");
+    CHECK_TEXT(bytes, "kk");
+    // An empty text is converted whatever the page, and one from a page to itself is copied.
+    CHECK_EQUAL(OrvConvertMb2Utf16String(text, 4, nullptr, page, &size, 5), ORV_S_OK);
+    CHECK_TEXT(text, L"");
+    CHECK_EQUAL(OrvConvertMb2MbString(bytes, 4, "xyz", page, page, &size), ORV_S_OK);
+    CHECK_TEXT(bytes, "xyz");
+    CHECK_EQUAL(OrvConvertMb2MbString(bytes, 3, "xyz", OrvCodePageOem, OrvCodePageOem, &size),
+                ORV_E_BUFFER_TOO_SMALL);
+    CHECK_TEXT(bytes, "");
+    CHECK_EQUAL(size, 4u);
+}
+
+TEST_CASE(TerminatedTextsAndOtherNames)
+{
+    wchar_t text[8] = {};
+    char bytes[8] = {};
+    uint32_t size = kUntouched;
+    CHECK_EQUAL(OrvConvertMb2TString(text, 8, "\xC3\xA9z", OrvCodePageUtf8, &size), ORV_S_OK);
+    CHECK_TEXT(text, L"\x00E9z");
+    CHECK_EQUAL(size, 2u);
+    CHECK_EQUAL(OrvGetMb2TStringSize(size, "\xC3\xA9zz", OrvCodePageUtf8), ORV_S_OK);
+    CHECK_EQUAL(size, 3u);
+    CHECK_EQUAL(OrvConvertT2MbString(bytes, 8, L"\x00E9", OrvCodePageUtf8, &size), ORV_S_OK);
+    CHECK_TEXT(bytes, "\xC3\xA9");
+    CHECK_EQUAL(OrvGetT2MbStringSize(size, L"\x00E9", OrvCodePageUtf7), ORV_S_OK);
+    CHECK_EQUAL(size, 5u);
+    CHECK_EQUAL(OrvGetT2Utf16StringSize(size, L"four"), ORV_S_OK);
+    CHECK_EQUAL(size, 4u);
+    CHECK_EQUAL(OrvGetUtf162TStringSize(size, L"four", 2), ORV_S_OK);
+    CHECK_EQUAL(size, 2u);
+
+    // The wide copies leave a target alone that is too small.
+    CHECK_EQUAL(OrvConvertT2Utf16String(text, 5, L"four", &size), ORV_S_OK);
+    CHECK_EQUAL(size, 4u);
+    CHECK_EQUAL(OrvConvertUtf162TString(text, 4, L"five", &size), ORV_E_BUFFER_TOO_SMALL);
+    CHECK_EQUAL(size, 5u);
+    CHECK_EQUAL(OrvConvertUtf162TString(text, 0, L"", &size), ORV_E_BUFFER_TOO_SMALL);
+    CHECK_EQUAL(size, 1u);
+    CHECK_TEXT(text, L"four");
+
+    _ORV_UTF16CHAR_STR descriptor = {7, 4, text};
+    size = kUntouched;
+    CHECK_EQUAL(OrvConvertUtf162TString(descriptor, L"five", OrvTerminated, &size), ORV_E_BUFFER_TOO_SMALL);
+    CHECK_EQUAL(size, 5u);
+    CHECK_EQUAL(OrvConvertMb2TString(descriptor, "five", OrvCodePageUtf8, 4, &size), ORV_E_BUFFER_TOO_SMALL);
+    CHECK_EQUAL(size, 5u);
+    size = kUntouched;
+    CHECK_EQUAL(OrvConvertMb2TString(descriptor, "\xC3", OrvCodePageUtf8, 1, &size), ORV_E_INVALID_DATA);
+    CHECK_EQUAL(descriptor.length, 7u);
+    CHECK_EQUAL(OrvConvertMb2TString(descriptor, "\xC3\xA9", OrvCodePageUtf8), ORV_S_OK);
+    CHECK_EQUAL(descriptor.length, 1u);
+    CHECK_EQUAL(OrvConvertUtf162TString(descriptor, L"two", 2, &size), ORV_S_OK);
+    CHECK_EQUAL(descriptor.length, 2u);
+    CHECK_TEXT(text, L"tw");
+    CHECK_EQUAL(size, kUntouched);
+
+    CHECK_EQUAL(OrvGetUtf162MbStringSize(size, L"x", OrvCodePageUtf8, 0xFFFFFFFE), ORV_E_BAD_LENGTH);
+}

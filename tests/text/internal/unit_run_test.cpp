@@ -1,0 +1,52 @@
+// Runs by vectors beside runs unit by unit: every length, every place where the run ends, every alignment,
+// and nothing written behind the count.
+
+#include "text/unit_run.h"
+
+#include "text/texts.h"
+
+namespace
+{
+
+constexpr uint32_t kMostUnits = 50;
+
+template <uint32_t kLimit, typename Source, typename Target>
+void Check(wchar_t end)
+{
+    test::GuardedPage sourcePage;
+    test::GuardedPage targetPage;
+    for (uint32_t count = 0; count <= kMostUnits; count++) {
+        for (uint32_t endAt = 0; endAt <= count; endAt++) {
+            const uint32_t slack = (count + endAt) % test::kSlacks;
+            Source *const source = sourcePage.Place<Source>(count, slack);
+            for (uint32_t i = 0; i < count; i++)
+                detail::StoreUnit(source + i, static_cast<Source>(i == endAt ? end : (i * 37 + 1) % kLimit));
+            targetPage.Fill(0xCC);
+            Target *const target = targetPage.Place<Target>(count, slack);
+            Target plain[kMostUnits];
+            const uint32_t length = detail::plain::CopyRun<kLimit>(source, plain, count);
+            CHECK_EQUAL(detail::CountRun<kLimit>(source, count), length);
+            CHECK_EQUAL(detail::plain::CountRun<kLimit>(source, count), length);
+            CHECK_EQUAL(detail::CopyRun<kLimit>(source, target, count), length);
+            for (uint32_t i = 0; i < length; i++)
+                CHECK_EQUAL(detail::LoadUnit(target + i), plain[i]);
+            for (uint32_t i = 0; i < slack; i++)
+                CHECK_EQUAL(reinterpret_cast<const uint8_t *>(target + count)[i], uint8_t(0xCC));
+        }
+    }
+}
+
+} // namespace
+
+TEST_CASE(RunsByVectorsAreThoseUnitByUnit)
+{
+    for (const wchar_t end : L"\x80\xFF") {
+        Check<0x80, uint8_t, uint8_t>(end);
+        Check<0x80, uint8_t, wchar_t>(end);
+    }
+    Check<0x100, uint8_t, wchar_t>(0);
+    for (const wchar_t end : L"\x80\x100\x8000\xFFFF") {
+        Check<0x80, wchar_t, uint8_t>(end);
+        Check<0x100, wchar_t, uint8_t>(end);
+    }
+}
