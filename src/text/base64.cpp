@@ -13,15 +13,20 @@ namespace
 using detail::kBase64GroupBytes;
 using detail::kBase64GroupCharacters;
 
-/// The length of the text, without a terminator, in a type that holds it.
+// What the formulas say before they are cut to 32 bits; a group begun is a whole one.
+
+/// The length of the text, without a terminator.
 uint64_t EncodedLength(uint32_t byteCount)
 {
-    return (uint64_t(byteCount) + 2) / kBase64GroupBytes * kBase64GroupCharacters;
+    const uint32_t groups = byteCount / kBase64GroupBytes + (byteCount % kBase64GroupBytes != 0);
+    return uint64_t(groups) * kBase64GroupCharacters;
 }
 
-uint64_t DecodedCapacity(uint32_t charCount)
+/// The room that the decoder asks for, which always fits 32 bits.
+uint32_t DecodedCapacity(uint32_t charCount)
 {
-    return (uint64_t(charCount) + 3) / kBase64GroupCharacters * kBase64GroupBytes;
+    const uint32_t groups = charCount / kBase64GroupCharacters + (charCount % kBase64GroupCharacters != 0);
+    return groups * kBase64GroupBytes;
 }
 
 /// The one or two bytes of a last group, padded.

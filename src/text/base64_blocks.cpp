@@ -114,10 +114,12 @@ ORV_SSSE3 inline bool ValuesOf(__m128i characters, __m128i &values)
 
 ORV_SSSE3 void EncodeBase64Groups(wchar_t *text, const uint8_t *data, uint32_t groups)
 {
-    // A block reads a whole vector of bytes, so the last few groups are left to the plain loop.
-    constexpr uint32_t kLeast = (kVectorSize + kBase64GroupBytes - 1) / kBase64GroupBytes;
-    for (; groups >= kLeast; groups -= kBlockGroups) {
-        const __m128i characters = EncodeBlock(LoadVector(data));
+    for (; groups >= kBlockGroups; groups -= kBlockGroups) {
+        // No byte behind the twelve may be read.
+        const __m128i bytes = _mm_unpacklo_epi64(
+            _mm_loadl_epi64(reinterpret_cast<const __m128i *>(data)),
+            _mm_cvtsi32_si128(LoadUnit(reinterpret_cast<const int *>(data + sizeof(uint64_t)))));
+        const __m128i characters = EncodeBlock(bytes);
         StoreVector(text, _mm_unpacklo_epi8(characters, _mm_setzero_si128()));
         StoreVector(text + kLanes<wchar_t>, _mm_unpackhi_epi8(characters, _mm_setzero_si128()));
         data += kBlockBytes;
@@ -139,7 +141,8 @@ ORV_SSSE3 uint32_t DecodeBase64Groups(uint8_t *data, const wchar_t *text, uint32
         const __m128i bytes =
             _mm_shuffle_epi8(lanes, _mm_setr_epi8(2, 1, 0, 6, 5, 4, 10, 9, 8, 14, 13, 12, -1, -1, -1, -1));
         _mm_storel_epi64(reinterpret_cast<__m128i *>(data), bytes);
-        StoreUnit(reinterpret_cast<int *>(data + 8), _mm_cvtsi128_si32(_mm_srli_si128(bytes, 8)));
+        StoreUnit(reinterpret_cast<int *>(data + sizeof(uint64_t)),
+                  _mm_cvtsi128_si32(_mm_srli_si128(bytes, 8)));
         data += kBlockBytes;
         text += kBlockCharacters;
     }

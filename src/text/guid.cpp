@@ -14,21 +14,18 @@ namespace
 constexpr uint32_t kTextLength = 36;
 constexpr uint32_t kDashes[] = {8, 13, 18, 23};
 
-template <typename Target, typename... Rest>
-OrvResult Print(const _OrvGuid &guid, Target &target, Rest... rest)
-{
-    const uint8_t *const b = guid.bytes;
-    return OrvFormatString(OrvCodePageDefault, target, rest...,
-                           L"%02x%02x%02x%02x-%02x%02x-%02x%02x-%02x%02x-%02x%02x%02x%02x%02x%02x", b[0],
-                           b[1], b[2], b[3], b[4], b[5], b[6], b[7], b[8], b[9], b[10], b[11], b[12], b[13],
-                           b[14], b[15]);
-}
-
 /// The text on its own, so that an owner is resized once and not for every digit.
 struct GuidText {
     wchar_t characters[kTextLength + 1];
 
-    explicit GuidText(const _OrvGuid &guid) { Print(guid, characters, kTextLength + 1, nullptr); }
+    explicit GuidText(const _OrvGuid &guid)
+    {
+        const uint8_t *const b = guid.bytes;
+        OrvFormatString(OrvCodePageDefault, characters, kTextLength + 1, nullptr,
+                        L"%02x%02x%02x%02x-%02x%02x-%02x%02x-%02x%02x-%02x%02x%02x%02x%02x%02x", b[0], b[1],
+                        b[2], b[3], b[4], b[5], b[6], b[7], b[8], b[9], b[10], b[11], b[12], b[13], b[14],
+                        b[15]);
+    }
 };
 
 uint32_t HexadecimalDigit(wchar_t character)
@@ -94,7 +91,7 @@ void Assign(_OrvGuid &guid, const uint8_t *const bytes)
 
 OrvResult GetString(const _OrvGuid &guid, _ORV_UTF16CHAR_STR &text)
 {
-    return Print(guid, text);
+    return OrvFormatString(OrvCodePageDefault, text, L"%s", GuidText(guid).characters);
 }
 
 OrvResult GetString(const _OrvGuid &guid, const OrvMutableStringRefBase2<wchar_t> &text)

@@ -54,7 +54,8 @@ ORV_API OrvResult Parse(_OrvGuid &guid, const OrvStringRefBase<wchar_t> &text);
 
 /// Makes a GUID from the time of day, a clock sequence and a node value, laid out as a version 1 UUID
 /// (RFC 4122) and then combined with a fixed mask, so that neither time nor node appears in clear; version
-/// and variant bits are masked too. No two calls give the same GUID, in whatever threads and processes.
+/// and variant bits are masked too. No two calls give the same GUID, in whatever threads and processes: a
+/// time is never given twice under the same sequence and node.
 ///
 /// Time, sequence and node are the platform's. Where it gives none, the library takes the system's clock,
 /// counts on while that stands still and changes the sequence when it is set back, and draws sequence and
