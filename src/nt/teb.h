@@ -21,7 +21,9 @@ inline const volatile KUSER_SHARED_DATA &SharedUserData()
     return *reinterpret_cast<const volatile KUSER_SHARED_DATA *>(0x7FFE0000);
 }
 
-/// A time of the shared page, whole: the halves are read in the order in which they are not written.
+/// A 64-bit count of the shared page, whole. The system writes the second copy of the high half first, then
+/// the low half, then the first copy; read the other way round, equal copies belong to the low half between
+/// them.
 inline uint64_t ReadSharedTime(const volatile KSYSTEM_TIME &time)
 {
     for (;;) {

@@ -4,8 +4,8 @@
 #include "nt/teb.h"
 #include "orv/random/random.h"
 #include "orv/sync/spin_lock.h"
-#include "random/entropy.h"
 #include "random/guid_source.h"
+#include "runtime/entropy.h"
 #include "runtime/status.h"
 
 namespace detail

@@ -8,6 +8,7 @@
 
 #include "text/double_to_decimal.h"
 
+#include "text/divide.h"
 #include "text/integer_digits.h"
 #include "text/powers_of_five.h"
 
@@ -166,15 +167,11 @@ private:
         char *const end = decimal.digits + sizeof decimal.digits;
         char *first = end;
         while (used_ > fractionLimbs_) {
-            uint64_t remainder = 0;
-            for (uint32_t i = used_; i-- > fractionLimbs_;) {
-                remainder = remainder << 32 | limbs_[i];
-                limbs_[i] = static_cast<uint32_t>(remainder / kChunkUnit);
-                remainder %= kChunkUnit;
-            }
+            uint32_t remainder = 0;
+            for (uint32_t i = used_; i-- > fractionLimbs_;)
+                limbs_[i] = DivideWide(remainder, limbs_[i], kChunkUnit, remainder);
             TrimUsed();
-            first = WriteDecimal(first, static_cast<uint32_t>(remainder),
-                                 used_ > fractionLimbs_ ? Decimal::kDigitsPerChunk : 0);
+            first = WriteDecimal(first, remainder, used_ > fractionLimbs_ ? Decimal::kDigitsPerChunk : 0);
         }
         decimal.count = static_cast<uint32_t>(end - first);
         decimal.pointPosition = static_cast<int>(decimal.count);

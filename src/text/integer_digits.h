@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "text/divide.h"
+
 #include <stdint.h>
 
 namespace detail
@@ -52,13 +54,10 @@ template <typename T>
 T *WriteDigits(T *end, uint64_t value, uint32_t radix, bool upperCase)
 {
     if (radix == 10) {
-        // Nine digits at a time, so that a 64-bit division is needed twice at most.
+        // Nine digits at a time, so that a long division is needed twice at most.
         constexpr uint32_t kNineDigits = 1000000000;
-        while (value > UINT32_MAX) {
-            const uint64_t quotient = value / kNineDigits;
-            end = WriteDecimal(end, static_cast<uint32_t>(value - quotient * kNineDigits), 9);
-            value = quotient;
-        }
+        while (value > UINT32_MAX)
+            end = WriteDecimal(end, DivideInPlace(value, kNineDigits), 9);
         return WriteDecimal(end, static_cast<uint32_t>(value), 0);
     }
     const char letters = static_cast<char>((upperCase ? 'A' : 'a') - 10);
@@ -73,8 +72,8 @@ T *WriteDigits(T *end, uint64_t value, uint32_t radix, bool upperCase)
             *--end = digit(low & (radix - 1));
         return end;
     }
-    for (; value > UINT32_MAX; value /= radix)
-        *--end = digit(static_cast<uint32_t>(value % radix));
+    while (value > UINT32_MAX)
+        *--end = digit(DivideInPlace(value, radix));
     for (auto low = static_cast<uint32_t>(value); low; low /= radix)
         *--end = digit(low % radix);
     return end;

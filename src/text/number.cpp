@@ -5,6 +5,7 @@
 #include "orv/runtime/result.h"
 #include "orv/text/string.h"
 #include "text/decimal_to_double.h"
+#include "text/divide.h"
 #include "text/double_parts.h"
 #include "text/format_float.h"
 #include "text/integer_digits.h"
@@ -120,18 +121,22 @@ OrvResult Finish(const T *next, const T *last, const T **end)
 template <typename T>
 const T *ReadDigits(const T *next, const T *last, uint32_t radix, uint64_t limit, uint64_t &value)
 {
-    const uint32_t narrowLimit = limit > UINT32_MAX ? UINT32_MAX : static_cast<uint32_t>(limit);
-    const uint32_t safe = (narrowLimit - (radix - 1 < narrowLimit ? radix - 1 : narrowLimit)) / radix;
+    // While the sum is below a 64th of the limit, another digit of any radix keeps it within.
+    const auto safe = static_cast<uint32_t>((limit > UINT32_MAX ? UINT32_MAX : limit) / 64);
     uint32_t narrow = 0;
     uint32_t digit = 0;
     for (; next != last && narrow <= safe && (digit = DigitValue(*next)) < radix; next++) {
-        if (digit > limit) // a limit smaller than the radix
+        if (digit > limit) // a limit smaller than the radix: that of negative numbers, for an unsigned type
             break;
         narrow = narrow * radix + digit;
     }
     value = narrow;
+    if (next == last || (digit = DigitValue(*next)) >= radix)
+        return next;
+    uint64_t whole = limit;
+    const uint32_t part = detail::DivideInPlace(whole, radix);
     for (; next != last && (digit = DigitValue(*next)) < radix; next++) {
-        if (digit > limit || value > (limit - digit) / radix)
+        if (value > whole || (value == whole && digit > part))
             break;
         value = value * radix + digit;
     }

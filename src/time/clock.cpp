@@ -1,8 +1,5 @@
-// Reading the clock from the page that the system shares with every process.
-//
-// The system updates a 64-bit count there while it is read: it writes the second copy of the high part first,
-// then the low part, then the first copy. Whoever reads the first copy, the low part and the second copy, in
-// that order, and finds both copies equal, has a count that was true at one moment.
+// The clock and the counters, read from the page that the system shares with every process; and the
+// platform's zone.
 
 #include "orv/time/clock.h"
 
@@ -15,21 +12,6 @@
 
 namespace
 {
-
-struct Count {
-    ULONG high;
-    ULONG low;
-};
-
-Count ReadCount(const volatile KSYSTEM_TIME &count)
-{
-    for (;;) {
-        const LONG high = count.High1Time;
-        const ULONG low = count.LowPart;
-        if (high == count.High2Time)
-            return {static_cast<ULONG>(high), low};
-    }
-}
 
 typedef decltype(&RtlSystemTimeToLocalTime) ZoneConversion;
 
@@ -59,8 +41,7 @@ OrvResult ConvertZone(OrvTimeStruct &structure, ZoneConversion convert)
 
 OrvResult OrvGetSystemTime(OrvTime &time)
 {
-    const Count count = ReadCount(SharedUserData().SystemTime);
-    time = static_cast<uint64_t>(count.high) << 32 | count.low;
+    time = ReadSharedTime(SharedUserData().SystemTime);
     return ORV_S_OK;
 }
 
@@ -106,9 +87,9 @@ OrvResult OrvConvertLocalTimeToSystemTime(OrvTimeStruct &structure)
 
 uint64_t OrvWinGetTickCount64()
 {
-    const Count ticks = ReadCount(SharedUserData().TickCount);
+    const uint64_t ticks = ReadSharedTime(SharedUserData().TickCount);
     const uint64_t multiplier = SharedUserData().TickCountMultiplier;
-    return (ticks.low * multiplier >> 24) + (ticks.high * multiplier << 8);
+    return ((ticks & UINT32_MAX) * multiplier >> 24) + ((ticks >> 32) * multiplier << 8);
 }
 
 uint64_t OrvGetTimestamp64()

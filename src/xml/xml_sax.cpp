@@ -6,7 +6,7 @@
 #include "orv/xml/xml_sax.h"
 
 #include "orv/text/string.h"
-#include "random/entropy.h"
+#include "runtime/entropy.h"
 
 #include <expat.h>
 

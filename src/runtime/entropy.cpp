@@ -1,12 +1,12 @@
 // The sources of entropy: the kernel's generator through its device, the processor's instruction, and a mix
 // of circumstances.
 
-#include "random/entropy.h"
+#include "runtime/entropy.h"
 
+#include "crt/memory.h"
 #include "nt/nt.h"
 #include "nt/teb.h"
 #include "runtime/cpu.h"
-#include "text/vector.h"
 
 #include <immintrin.h>
 
@@ -26,7 +26,7 @@ bool Fill(void *bytes, uint32_t count, Next next)
         if (!next(piece))
             return false;
         const uint32_t size = count < sizeof piece ? count : sizeof piece;
-        MoveBytes(at, &piece, size);
+        memcpy(at, &piece, size);
         at += size;
         count -= size;
     }

@@ -1,6 +1,6 @@
 // Each source of entropy on its own. Which of them this machine has is shown by the one that is skipped.
 
-#include "random/entropy.h"
+#include "runtime/entropy.h"
 
 #include "harness/memory.h"
 #include "harness/program.h"
