@@ -33,7 +33,7 @@ private:
 
     uint32_t length_; ///< in bytes
     uint8_t buffer_[128];
-    uint64_t chain_[8]; ///< the digest, once the message has ended
+    alignas(8) uint64_t chain_[8]; ///< the digest, once the message has ended
     uint32_t finalized_;
 };
 
