@@ -90,7 +90,7 @@ __forceinline const typename From::Unit *DecodeWithin(const typename From::Unit 
 template <typename To>
 __declspec(noinline) typename To::Unit *EncodeLast(typename To::Unit *at, uint32_t room, uint32_t codePoint)
 {
-    typename To::Unit units[To::kLongest];
+    typename To::Unit units[To::kLongest] = {};
     const auto length = static_cast<uint32_t>(To::Encode(units, codePoint) - units);
     if (length > room)
         return nullptr;
@@ -279,7 +279,7 @@ struct PlainWriter {
         /// False when the target is full.
         bool Put(uint32_t codePoint)
         {
-            typename Encoding::Unit units[Encoding::kLongest];
+            typename Encoding::Unit units[Encoding::kLongest] = {};
             const auto *const end = Encoding::Encode(units, codePoint);
             for (const auto *unit = units; unit != end; unit++) {
                 if (!target_.Append(*unit))
