@@ -24,10 +24,16 @@ add_library(orv_bzip2 STATIC
   ${bzip2}/huffman.c ${bzip2}/randtable.c)
 target_compile_definitions(orv_bzip2 PUBLIC BZ_NO_STDIO)
 
+set(expat ${ORV_SOURCES}/expat/expat/lib)
+add_library(orv_expat STATIC ${expat}/xmlparse.c ${expat}/xmlrole.c ${expat}/xmltok.c)
+target_compile_definitions(orv_expat
+  PUBLIC XML_UNICODE XML_UNICODE_WCHAR_T XML_STATIC
+  PRIVATE XML_CONTEXT_BYTES=1024 XML_NS XML_DTD XML_GE HAVE_ARC4RANDOM_BUF)
+
 add_library(orv_dependencies INTERFACE)
-foreach(library zlib bzip2)
+foreach(library zlib bzip2 expat)
   target_include_directories(orv_${library} PRIVATE ${PROJECT_SOURCE_DIR}/src/crt/include)
   target_compile_options(orv_${library} PRIVATE /clang:-ffile-prefix-map=${ORV_SOURCES}=.)
   target_link_libraries(orv_dependencies INTERFACE orv_${library})
 endforeach()
-target_include_directories(orv_dependencies SYSTEM INTERFACE ${zlib} ${bzip2} ${PROJECT_SOURCE_DIR}/src/crt/include)
+target_include_directories(orv_dependencies SYSTEM INTERFACE ${zlib} ${bzip2} ${expat} ${PROJECT_SOURCE_DIR}/src/crt/include)

@@ -27,6 +27,11 @@ extern const Command kResultCommand;
 extern const Command kEventCommand;
 extern const Command kMutexCommand;
 extern const Command kSemaphoreCommand;
+extern const Command kBase64Command;
+extern const Command kGuidCommand;
+extern const Command kMatchCommand;
+extern const Command kNumberCommand;
+extern const Command kRandomCommand;
 
 /// Says on standard error what is wrong with the arguments and where help is. `what` may be null.
 ExitCode UsageError(const Command &command, Console &console, const wchar_t *problem, const wchar_t *what);

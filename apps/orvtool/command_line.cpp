@@ -122,6 +122,13 @@ bool ArgumentReader::TakeValueOption(const wchar_t *name, const wchar_t *&value)
     return true;
 }
 
+bool TakeCount(ArgumentReader &arguments, uint32_t &count, bool &isTaken)
+{
+    const wchar_t *value = nullptr;
+    isTaken = arguments.TakeValueOption(L"-n", value);
+    return !isTaken || (value && *value != L'-' && ParseNumber(value, count));
+}
+
 bool ParseNumber(const wchar_t *text, uint32_t &number)
 {
     __int64 value = 0;

@@ -66,6 +66,9 @@ inline bool Equal(const wchar_t *left, const wchar_t *right)
     return OrvCompareString(left, right) == 0;
 }
 
+/// Takes "-n COUNT" if it stands next, and says so in `isTaken`. False when the count is missing or none.
+bool TakeCount(ArgumentReader &arguments, uint32_t &count, bool &isTaken);
+
 /// A decimal number, or a hexadecimal one behind 0x; nothing else may stand in the text. A minus sign negates
 /// it within 32 bits.
 bool ParseNumber(const wchar_t *text, uint32_t &number);

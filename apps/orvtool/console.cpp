@@ -50,13 +50,20 @@ OrvResult Stream::Flush()
     const NTSTATUS status =
         isConsole_ ? RtlUnicodeToOemN(bytes, sizeof bytes, &size, characters_, count * sizeof(wchar_t))
                    : RtlUnicodeToUTF8N(bytes, sizeof bytes, &size, characters_, count * sizeof(wchar_t));
-    result_ = NT_SUCCESS(status) ? WriteBytes(bytes, size) : ORV_E_INVALID_DATA;
+    result_ = NT_SUCCESS(status) ? Write(bytes, size) : ORV_E_INVALID_DATA;
     characters_[0] = characters_[count];
     length_ -= count;
     return result_;
 }
 
-OrvResult Stream::WriteBytes(const char *bytes, uint32_t count)
+OrvResult Stream::WriteBytes(const void *bytes, uint32_t count)
+{
+    if (OrvSucceeded(Flush()))
+        result_ = Write(static_cast<const char *>(bytes), count);
+    return result_;
+}
+
+OrvResult Stream::Write(const char *bytes, uint32_t count)
 {
     while (count) {
         ULONG written = 0;

@@ -23,6 +23,9 @@ public:
     /// Formats as the library does, then flushes complete lines when the stream is a console.
     void Print(const wchar_t *format, ...);
 
+    /// Bytes as they are, behind the text so far. Returns 0 or the first failure of the stream.
+    OrvResult WriteBytes(const void *bytes, uint32_t count);
+
     /// Returns 0 or the first failure of the stream.
     OrvResult Flush();
 
@@ -30,7 +33,7 @@ private:
     static constexpr uint32_t kCapacity = 2048;
 
     static bool IsConsole(HANDLE handle);
-    OrvResult WriteBytes(const char *bytes, uint32_t count);
+    OrvResult Write(const char *bytes, uint32_t count);
 
     HANDLE handle_;
     bool isConsole_;

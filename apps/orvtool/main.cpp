@@ -13,7 +13,8 @@ namespace
 {
 
 const Command *const kCommands[] = {
-    &kInfoCommand, &kResultCommand, &kEventCommand, &kMutexCommand, &kSemaphoreCommand,
+    &kInfoCommand,   &kResultCommand, &kEventCommand, &kMutexCommand,  &kSemaphoreCommand,
+    &kBase64Command, &kGuidCommand,   &kMatchCommand, &kNumberCommand, &kRandomCommand,
 };
 
 constexpr wchar_t kExitCodes[] = L"\n"

@@ -145,6 +145,15 @@ struct _CLIENT_ID {
 };
 typedef _CLIENT_ID CLIENT_ID;
 
+// Devices and files.
+
+constexpr ACCESS_MASK FILE_READ_DATA = 0x0001;
+constexpr ULONG FILE_SHARE_ALL = 0x7; ///< to read, to write and to delete
+constexpr ULONG FILE_SYNCHRONOUS_IO_NONALERT = 0x20;
+
+/// Fills the output buffer from the kernel's generator of random numbers.
+constexpr ULONG IOCTL_KSEC_RNG = 0x390004;
+
 // Structures that only the optional functions take; the library passes them on by address.
 
 struct _ACL;
@@ -241,6 +250,30 @@ struct KUSER_SHARED_DATA {
     KSYSTEM_TIME TickCount;
 };
 
+// Calendar.
+
+struct TIME_FIELDS {
+    USHORT Year;
+    USHORT Month;
+    USHORT Day;
+    USHORT Hour;
+    USHORT Minute;
+    USHORT Second;
+    USHORT Milliseconds;
+    USHORT Weekday;
+};
+
+struct _SYSTEMTIME {
+    USHORT wYear;
+    USHORT wMonth;
+    USHORT wDayOfWeek;
+    USHORT wDay;
+    USHORT wHour;
+    USHORT wMinute;
+    USHORT wSecond;
+    USHORT wMilliseconds;
+};
+
 static_assert(sizeof(void *) == 4, "the layouts below are those of a 32-bit process");
 static_assert(sizeof(OBJECT_ATTRIBUTES) == 24);
 static_assert(offsetof(RTL_USER_PROCESS_PARAMETERS, CommandLine) == 0x40);
@@ -304,6 +337,13 @@ NTSYSAPI NTSTATUS NTAPI RtlUpcaseUnicodeString(UNICODE_STRING *destination, cons
 NTSYSAPI NTSTATUS NTAPI RtlDowncaseUnicodeString(UNICODE_STRING *destination, const UNICODE_STRING *source,
                                                  BOOLEAN allocate);
 
+// Calendar and time zone.
+
+NTSYSAPI void NTAPI RtlTimeToTimeFields(const LONGLONG *time, TIME_FIELDS *fields);
+NTSYSAPI BOOLEAN NTAPI RtlTimeFieldsToTime(TIME_FIELDS *fields, LONGLONG *time);
+NTSYSAPI NTSTATUS NTAPI RtlSystemTimeToLocalTime(const LONGLONG *systemTime, LONGLONG *localTime);
+NTSYSAPI NTSTATUS NTAPI RtlLocalTimeToSystemTime(const LONGLONG *localTime, LONGLONG *systemTime);
+
 // The ANSI and OEM pages. The string forms write a terminator, for which the destination must have room; it
 // is the caller's when `allocate` is false. Sizes are in bytes and count the terminator.
 
@@ -339,6 +379,21 @@ NTSYSAPI NTSTATUS NTAPI ZwCreateSemaphore(HANDLE *handle, ACCESS_MASK access,
 NTSYSAPI NTSTATUS NTAPI ZwOpenSemaphore(HANDLE *handle, ACCESS_MASK access,
                                         const OBJECT_ATTRIBUTES *attributes);
 NTSYSAPI NTSTATUS NTAPI ZwReleaseSemaphore(HANDLE handle, LONG count, LONG *previousCount);
+
+// Time.
+
+NTSYSAPI NTSTATUS NTAPI ZwDelayExecution(BOOLEAN alertable, const LONGLONG *interval);
+NTSYSAPI NTSTATUS NTAPI ZwQueryPerformanceCounter(LONGLONG *counter, LONGLONG *frequency);
+/// Allocates a range of times, in 100 ns; `node` receives six bytes.
+NTSYSAPI NTSTATUS NTAPI ZwAllocateUuids(ULONGLONG *time, ULONG *range, ULONG *sequence, UCHAR *node);
+
+// Devices and files.
+
+NTSYSAPI NTSTATUS NTAPI ZwOpenFile(HANDLE *handle, ACCESS_MASK access, const OBJECT_ATTRIBUTES *attributes,
+                                   IO_STATUS_BLOCK *status, ULONG share, ULONG options);
+NTSYSAPI NTSTATUS NTAPI ZwDeviceIoControlFile(HANDLE device, HANDLE event, PVOID routine, PVOID context,
+                                              IO_STATUS_BLOCK *status, ULONG code, const void *input,
+                                              ULONG inputSize, void *output, ULONG outputSize);
 
 // Character classes of the default locale.
 

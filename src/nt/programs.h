@@ -33,6 +33,10 @@ struct FILE_FS_DEVICE_INFORMATION {
 constexpr ULONG FileFsDeviceInformation = 4;
 constexpr ULONG FILE_DEVICE_CONSOLE = 0x50;
 
+constexpr ACCESS_MASK FILE_GENERIC_READ = 0x120089;
+constexpr ULONG FILE_OPEN = 1;
+constexpr ULONG FILE_NON_DIRECTORY_FILE = 0x40;
+
 constexpr ULONG MEM_COMMIT = 0x1000;
 constexpr ULONG MEM_RESERVE = 0x2000;
 constexpr ULONG PAGE_NOACCESS = 0x01;
@@ -49,14 +53,55 @@ static_assert(sizeof(OBJECT_BASIC_INFORMATION) == 56);
 
 constexpr ULONG ObjectBasicInformation = 0;
 
+// The digests of ntdll.dll.
+
+struct MD4_CTX {
+    ULONG state[4];
+    ULONG count[2];
+    UCHAR buffer[64];
+    UCHAR digest[16];
+};
+
+struct MD5_CTX {
+    ULONG count[2];
+    ULONG state[4];
+    UCHAR buffer[64];
+    UCHAR digest[16];
+};
+
+struct SHA_CTX {
+    ULONG state[6 + 5 + 2 + 16]; // more than any version of it takes
+};
+
 extern "C" {
+
+NTSYSAPI void NTAPI MD4Init(MD4_CTX *context);
+NTSYSAPI void NTAPI MD4Update(MD4_CTX *context, const void *data, ULONG size);
+NTSYSAPI void NTAPI MD4Final(MD4_CTX *context);
+NTSYSAPI void NTAPI MD5Init(MD5_CTX *context);
+NTSYSAPI void NTAPI MD5Update(MD5_CTX *context, const void *data, ULONG size);
+NTSYSAPI void NTAPI MD5Final(MD5_CTX *context);
+NTSYSAPI void NTAPI A_SHAInit(SHA_CTX *context);
+NTSYSAPI void NTAPI A_SHAUpdate(SHA_CTX *context, const void *data, ULONG size);
+NTSYSAPI void NTAPI A_SHAFinal(SHA_CTX *context, ULONG *digest);
 
 NTSYSAPI NTSTATUS NTAPI NtTerminateProcess(HANDLE process, NTSTATUS exitStatus);
 NTSYSAPI NTSTATUS NTAPI NtWriteFile(HANDLE file, HANDLE event, PVOID routine, PVOID context,
                                     IO_STATUS_BLOCK *status, const void *buffer, ULONG size,
                                     const LONGLONG *offset, ULONG *key);
+NTSYSAPI NTSTATUS NTAPI NtReadFile(HANDLE file, HANDLE event, PVOID routine, PVOID context,
+                                   IO_STATUS_BLOCK *status, void *buffer, ULONG size, const LONGLONG *offset,
+                                   ULONG *key);
+NTSYSAPI NTSTATUS NTAPI NtCreateFile(HANDLE *handle, ACCESS_MASK access, const OBJECT_ATTRIBUTES *attributes,
+                                     IO_STATUS_BLOCK *status, const LONGLONG *allocationSize,
+                                     ULONG fileAttributes, ULONG share, ULONG disposition, ULONG options,
+                                     PVOID extended, ULONG extendedSize);
+NTSYSAPI BOOLEAN NTAPI RtlDosPathNameToNtPathName_U(const WCHAR *path, UNICODE_STRING *nativePath,
+                                                    WCHAR **filePart, PVOID relative);
+NTSYSAPI void NTAPI RtlFreeUnicodeString(UNICODE_STRING *counted);
 NTSYSAPI NTSTATUS NTAPI NtQueryVolumeInformationFile(HANDLE file, IO_STATUS_BLOCK *status, PVOID information,
                                                      ULONG size, ULONG informationClass);
+NTSYSAPI NTSTATUS NTAPI NtQuerySystemTime(LONGLONG *time);
 NTSYSAPI NTSTATUS NTAPI NtAllocateVirtualMemory(HANDLE process, PVOID *base, ULONG zeroBits, ULONG *size,
                                                 ULONG type, ULONG protection);
 NTSYSAPI NTSTATUS NTAPI NtProtectVirtualMemory(HANDLE process, PVOID *base, ULONG *size, ULONG protection,
@@ -75,7 +120,6 @@ NTSYSAPI NTSTATUS NTAPI RtlCreateUserThread(HANDLE process, PVOID securityDescri
                                             CLIENT_ID *clientId);
 NTSYSAPI NTSTATUS NTAPI ZwCreateDirectoryObject(HANDLE *handle, ACCESS_MASK access,
                                                 const OBJECT_ATTRIBUTES *attributes);
-NTSYSAPI NTSTATUS NTAPI ZwDelayExecution(BOOLEAN alertable, const LONGLONG *interval);
 
 NTSYSAPI NTSTATUS NTAPI RtlMultiByteToUnicodeN(WCHAR *target, ULONG capacity, ULONG *written,
                                                const char *source, ULONG size);
@@ -92,7 +136,10 @@ NTSYSAPI NTSTATUS NTAPI RtlUnicodeToOemN(char *target, ULONG capacity, ULONG *wr
 
 // C functions to measure ours against.
 
+NTSYSAPI WCHAR *__cdecl _i64tow(int64_t value, WCHAR *target, int radix);
+NTSYSAPI int __cdecl _snwprintf(WCHAR *target, size_t capacity, const WCHAR *format, ...);
 NTSYSAPI int __cdecl _wcsicmp(const WCHAR *a, const WCHAR *b);
+NTSYSAPI int64_t __cdecl _wtoi64(const WCHAR *text);
 NTSYSAPI int __cdecl memcmp(const void *a, const void *b, size_t size);
 NTSYSAPI void *__cdecl memmove(void *destination, const void *source, size_t size);
 NTSYSAPI char *__cdecl strchr(const char *text, int character);

@@ -20,3 +20,14 @@ inline const volatile KUSER_SHARED_DATA &SharedUserData()
 {
     return *reinterpret_cast<const volatile KUSER_SHARED_DATA *>(0x7FFE0000);
 }
+
+/// A time of the shared page, whole: the halves are read in the order in which they are not written.
+inline uint64_t ReadSharedTime(const volatile KSYSTEM_TIME &time)
+{
+    for (;;) {
+        const auto high = static_cast<ULONG>(time.High1Time);
+        const ULONG low = time.LowPart;
+        if (high == static_cast<ULONG>(time.High2Time))
+            return uint64_t(high) << 32 | low;
+    }
+}

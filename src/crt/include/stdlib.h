@@ -1,4 +1,5 @@
-/* For the C libraries inside orvsys.dll: memory from the process heap, and an empty environment. */
+/* For the C libraries inside orvsys.dll: memory from the process heap, and an environment without variables,
+   so that no number is ever read from one. */
 #pragma once
 #include <stddef.h>
 
@@ -6,3 +7,5 @@ void *malloc(size_t size);
 void *realloc(void *block, size_t size);
 void free(void *block);
 #define getenv(name) ((char *)0)
+#define strtoul(text, end, radix) 0ul
+static int errno;

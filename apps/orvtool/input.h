@@ -1,0 +1,79 @@
+// Where a command reads from: a file, or standard input. Bytes as they come, or lines of UTF-8 text.
+
+#pragma once
+
+#include "command.h"
+
+#include "nt/nt.h"
+#include "orv/text/heap_buffer.h"
+
+namespace orvtool
+{
+
+/// A file or standard input, read from its start to its end.
+class Input
+{
+public:
+    Input() = default;
+    Input(const Input &) = delete;
+    Input &operator=(const Input &) = delete;
+    ~Input();
+
+    /// Null and "-" are standard input. Returns 0 or why the file cannot be opened.
+    OrvResult Open(const wchar_t *path);
+
+    /// Reads until the array is full or the input ends; `count` is below `capacity` only then. Returns 0 or
+    /// the platform's failure.
+    OrvResult Read(void *bytes, uint32_t capacity, uint32_t &count);
+
+    /// Reads what is there, waiting for at least one byte; `count` is 0 only when the input has ended.
+    /// Returns as Read does.
+    OrvResult ReadSome(void *bytes, uint32_t capacity, uint32_t &count);
+
+private:
+    HANDLE handle_ = nullptr;
+    bool isOwned_ = false;
+};
+
+/// The lines of an input, as UTF-16, without their line ends. The last line may have none.
+class LineReader
+{
+public:
+    explicit LineReader(Input &input) : input_(input) {}
+
+    /// Replaces `line` by the next one; clears `found` when there is none left. Returns 0 or the first
+    /// failure.
+    OrvResult Take(OrvUtf16CharHeapBuffer &line, bool &found);
+
+private:
+    OrvResult Refill();
+
+    Input &input_;
+    OrvMbCharHeapBuffer collected_;
+    uint32_t next_ = 0;
+    uint32_t count_ = 0;
+    char bytes_[4096];
+};
+
+/// Hands every line of standard input, terminated, and its number from 1 on to `take`, until that returns
+/// false. Returns false then, and when reading fails, which is reported.
+template <typename TakeLine>
+bool ForEachLine(const Command &command, Console &console, TakeLine take)
+{
+    Input input;
+    input.Open(nullptr);
+    LineReader reader(input);
+    OrvUtf16CharHeapBuffer line;
+    bool found = false;
+    for (uint32_t number = 1;; number++) {
+        const OrvResult result = reader.Take(line, found);
+        if (OrvFailed(result))
+            ReportFailure(command, console, L"reading", result);
+        if (OrvFailed(result) || !found)
+            return OrvSucceeded(result);
+        if (!take(line.GetValue(), number))
+            return false;
+    }
+}
+
+} // namespace orvtool

@@ -1,0 +1,40 @@
+// orvtool random: numbers of the library's generator.
+
+#include "command.h"
+
+#include "orv/random/random.h"
+
+namespace orvtool
+{
+
+namespace
+{
+
+ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments)
+{
+    uint32_t count = 1;
+    while (!arguments.IsAtEnd()) {
+        bool isCount = false;
+        if (!TakeCount(arguments, count, isCount))
+            return UsageError(command, console, L"a count is missing behind -n", nullptr);
+        if (!isCount)
+            return UsageError(command, console, L"no such argument is wanted:", arguments.Peek());
+    }
+    for (; count; count--)
+        console.out.Print(L"%u\n", OrvGenerateRandomDWord());
+    return kExitSuccess;
+}
+
+} // namespace
+
+const Command kRandomCommand = {
+    L"random",
+    L"draws numbers from the library's generator",
+    L"Usage: orvtool random [-n COUNT]\n"
+    L"\n"
+    L"Prints COUNT numbers (1) below 2^31. The generator starts alike in every process: the numbers are the\n"
+    L"same each time.\n",
+    Run,
+};
+
+} // namespace orvtool

@@ -1,0 +1,75 @@
+// The spin lock: two words that threads of one process share, and the scope guard that takes and gives back.
+//
+// A thread that finds the lock taken sleeps and tries again; it never spins. So the lock suits work that is
+// over in a few instructions and is seldom contended: then taking and giving back are one locked instruction
+// each, there is nothing to create, and a constant-initialised lock is ready before any code has run. It is
+// not recursive, and a thread that ends while it holds the lock leaves it taken.
+
+#pragma once
+
+#include "orv/base.h"
+
+extern "C" long __cdecl _InterlockedCompareExchange(long volatile *target, long exchange, long comparand);
+#pragma intrinsic(_InterlockedCompareExchange)
+
+/// The lock itself. All zeros is a free lock whose waiters yield the processor.
+struct OrvSpinLock {
+    volatile long locked; ///< 0 free, 1 held; changed only by the locker
+
+    /// How long a waiter sleeps between attempts, in milliseconds; the owner of the structure sets it. 0 only
+    /// yields the processor, which does not help a holder of a lower priority. With 0xFFFFFFFF the system's
+    /// sleep is given no interval at all.
+    uint32_t sleepMs;
+};
+
+static_assert(sizeof(OrvSpinLock) == 8 && offsetof(OrvSpinLock, sleepMs) == 4, "fixed layout");
+
+/// Holds at most one spin lock, until its scope ends. The lock must outlive it.
+class OrvSpinLockLocker
+{
+public:
+    /// Holds nothing.
+    ORV_API OrvSpinLockLocker() : spinLock_(nullptr), held_(false) {}
+
+    /// Takes the lock when it is not null and `acquire` is true; holds nothing otherwise.
+    ORV_API OrvSpinLockLocker(OrvSpinLock *spinLock, bool acquire) : spinLock_(nullptr), held_(false)
+    {
+        if (spinLock && acquire)
+            Lock(spinLock);
+    }
+
+    OrvSpinLockLocker(const OrvSpinLockLocker &) = delete;
+    OrvSpinLockLocker &operator=(const OrvSpinLockLocker &) = delete;
+
+    ORV_API ~OrvSpinLockLocker() { Release(); }
+
+    /// Takes the lock, waiting as long as that needs, and only then gives back the one that was held: the
+    /// same lock twice waits for ever. The lock must not be null.
+    ///
+    /// Always returns 0.
+    ORV_API OrvResult Lock(OrvSpinLock *spinLock)
+    {
+        if (_InterlockedCompareExchange(&spinLock->locked, 1, 0) != 0)
+            WaitAndLock(*spinLock);
+        Release();
+        spinLock_ = spinLock;
+        held_ = true;
+        return 0;
+    }
+
+    /// Gives back the lock that is held, if any.
+    ORV_API void Release()
+    {
+        if (held_ && spinLock_)
+            _InterlockedCompareExchange(&spinLock_->locked, 0, 1);
+        held_ = false;
+    }
+
+private:
+    ORV_API static void WaitAndLock(OrvSpinLock &spinLock);
+
+    OrvSpinLock *spinLock_;
+    bool held_;
+};
+
+static_assert(sizeof(OrvSpinLockLocker) == 8, "fixed layout");

@@ -1,0 +1,73 @@
+// The library's GUID: 16 bytes in the order in which they are printed, so that byte i is the i-th pair of
+// digits. The platform's own structure holds its first three fields in the other byte order.
+
+#pragma once
+
+#include "orv/base.h"
+#include "orv/text/string_ref.h"
+
+struct _OrvGuid {
+    uint8_t bytes[16];
+};
+
+static_assert(sizeof(_OrvGuid) == 16 && alignof(_OrvGuid) == 1, "fixed layout");
+
+namespace OrvGuidUtils
+{
+
+/// Sets the bytes from the fields, each most significant byte first, and the eight bytes behind them.
+ORV_API void Assign(_OrvGuid &guid, uint32_t data1, uint16_t data2, uint16_t data3, uint8_t b0, uint8_t b1,
+                    uint8_t b2, uint8_t b3, uint8_t b4, uint8_t b5, uint8_t b6, uint8_t b7);
+
+/// Copies the 16 bytes.
+ORV_API void Assign(_OrvGuid &guid, const _OrvGuid &other);
+ORV_API void Assign(_OrvGuid &guid, const uint8_t *const bytes);
+
+/// Writes the GUID as 36 characters, lower-case digits with dashes and without braces, and a terminator into
+/// the descriptor's array from its start.
+///
+/// Returns 0 and sets the length; ORV_E_BUFFER_TOO_SMALL when the capacity is below 37: as much as fits
+/// stands in the array, terminated; ORV_E_INVALID_ARGUMENT for a null array or a capacity of 0. On failure
+/// the length is as it was.
+ORV_API OrvResult GetString(const _OrvGuid &guid, _ORV_UTF16CHAR_STR &text);
+
+/// The same as the whole text of the reference's owner.
+///
+/// Returns 0 or the owner's failure; the owner's text is then empty.
+ORV_API OrvResult GetString(const _OrvGuid &guid, const OrvMutableStringRefBase2<wchar_t> &text);
+
+/// The same behind the text of the reference's owner.
+///
+/// Returns 0 or the owner's failure; the owner's text is then what it was.
+ORV_API OrvResult GetStringAppend(const _OrvGuid &guid, const OrvMutableStringRefBase2<wchar_t> &text);
+
+/// Reads a text of exactly 36 characters with dashes at 8, 13, 18 and 23, counted from 0, without braces.
+///
+/// The first eight characters are read as OrvConvertString2Number reads radix 16, and must all belong to the
+/// number. The other groups are read leniently: four characters at 9 and 14, behind a leading 0x that counts
+/// among them, then two characters at 19, 21, 24 and so on; reading a group stops in silence at the first
+/// character that is no hexadecimal digit, and what was read up to there, possibly 0, is taken.
+///
+/// Returns 0; ORV_E_GUID_TEXT for another length or a missing dash; ORV_E_INVALID_ARGUMENT when the first
+/// group is not a number or another one starts with a dash. On failure the GUID is as it was.
+ORV_API OrvResult Parse(_OrvGuid &guid, const OrvStringRefBase<wchar_t> &text);
+
+/// Makes a GUID from the time of day, a clock sequence and a node value, laid out as a version 1 UUID
+/// (RFC 4122) and then combined with a fixed mask, so that neither time nor node appears in clear; version
+/// and variant bits are masked too. No two calls give the same GUID, in whatever threads and processes: a
+/// time is never given twice under the same sequence and node.
+///
+/// Time, sequence and node are the platform's. Where it gives none, the library takes the system's clock,
+/// counts on while that stands still and changes the sequence when it is set back, and draws sequence and
+/// node once for each process from the best source of entropy that there is.
+///
+/// Returns 0, or the converted status when the platform refuses; the GUID is then as it was.
+ORV_API OrvResult CreateGuid(_OrvGuid &guid);
+
+/// Makes a version 4 UUID (RFC 4122) from OrvGenerateRandomBuffer. That generator starts alike in every
+/// process, so such an identifier tells things apart within one process only.
+///
+/// Always returns 0.
+ORV_API OrvResult CreateLuid(_OrvGuid &guid);
+
+} // namespace OrvGuidUtils

@@ -1,0 +1,11 @@
+// How a text stream ends a line.
+
+#pragma once
+
+#include "orv/base.h"
+
+enum LineEndSequence : uint32_t {
+    LineEndLf = 0,   ///< line feed
+    LineEndCr = 1,   ///< carriage return
+    LineEndCrLf = 2, ///< carriage return and line feed; what a writer takes when it is not told
+};

@@ -1,0 +1,69 @@
+// MD4.
+
+#include "orv/hash/md4.h"
+
+#include "hash/md_family.h"
+
+namespace
+{
+
+using detail::RotateLeft;
+
+void Compress(uint32_t (&chain)[4], const uint8_t *blocks, uint32_t count)
+{
+    static constexpr uint8_t kShifts[3][4] = {{3, 7, 11, 19}, {3, 5, 9, 13}, {3, 9, 11, 15}};
+    static constexpr uint8_t kThirdOrder[16] = {0, 8, 4, 12, 2, 10, 6, 14, 1, 9, 5, 13, 3, 11, 7, 15};
+    static constexpr uint32_t kConstants[3] = {0, 0x5A827999, 0x6ED9EBA1};
+    for (; count; count--, blocks += detail::kMdBlock) {
+        uint32_t s[4] = {chain[0], chain[1], chain[2], chain[3]};
+#pragma clang loop unroll(full)
+        for (uint32_t step = 0; step < 48; step++) {
+            // The four words take turns in the parts of a, b, c and d.
+            uint32_t &a = s[(48 - step) % 4];
+            const uint32_t b = s[(49 - step) % 4];
+            const uint32_t c = s[(50 - step) % 4];
+            const uint32_t d = s[(51 - step) % 4];
+            const uint32_t round = step / 16;
+            const uint32_t place = step % 16;
+            uint32_t mixed = 0;
+            uint32_t word = 0;
+            if (round == 0) {
+                mixed = d ^ (b & (c ^ d));
+                word = place;
+            } else if (round == 1) {
+                mixed = (b & (c | d)) | (c & d); // b is the word that comes last
+                word = place % 4 * 4 + place / 4;
+            } else {
+                mixed = b ^ c ^ d;
+                word = kThirdOrder[place];
+            }
+            // What does not wait for the step before is added first.
+            const uint32_t ready = a + detail::LoadLittle32(blocks + 4 * word) + kConstants[round];
+            a = RotateLeft(ready + mixed, kShifts[round][step % 4]);
+        }
+        for (uint32_t i = 0; i < 4; i++)
+            chain[i] += s[i];
+    }
+}
+
+} // namespace
+
+OrvMiniHashMd4::OrvMiniHashMd4() : padding_{0x80}, buffer_{}
+{
+    Reset();
+}
+
+void OrvMiniHashMd4::Reset()
+{
+    detail::StartMd({chain_, bitLengthLow_, bitLengthHigh_, buffer_});
+}
+
+void OrvMiniHashMd4::Add(const uint8_t *data, uint32_t length)
+{
+    detail::AddMd<Compress>({chain_, bitLengthLow_, bitLengthHigh_, buffer_}, data, length);
+}
+
+void OrvMiniHashMd4::Get(uint8_t (&digest)[16])
+{
+    detail::FinishMd<Compress>({chain_, bitLengthLow_, bitLengthHigh_, buffer_}, padding_, digest);
+}

@@ -1,0 +1,22 @@
+// The ways to take blocks into the chaining values of SHA-1. All give the same answer.
+
+#pragma once
+
+#include <stdint.h>
+
+namespace detail
+{
+
+constexpr uint32_t kSha1Block = 64;
+
+namespace plain
+{
+
+void CompressSha1(uint32_t (&chain)[5], const uint8_t *blocks, uint32_t count);
+
+} // namespace plain
+
+/// By the SHA instructions, with SSSE3 and SSE4.1.
+void CompressSha1ByInstruction(uint32_t (&chain)[5], const uint8_t *blocks, uint32_t count);
+
+} // namespace detail

@@ -1,0 +1,65 @@
+// Where time-based GUIDs come from when the platform allocates none: the rule that keeps them apart, and the
+// layout that they share with the platform's.
+
+#pragma once
+
+#include "orv/text/guid.h"
+
+namespace detail
+{
+
+/// What makes one GUID: 100-ns units since 1582-10-15, a sequence of 14 bits, six bytes of node.
+struct GuidParts {
+    uint64_t time;
+    uint32_t sequence;
+    uint8_t node[6];
+};
+
+/// Gives each caller another time. The times of one sequence only grow: while the clock stands still they are
+/// counted on, perhaps ahead of it, and when it is set back another sequence begins. What is left to chance
+/// is only whether two processes draw the same node.
+class GuidClock
+{
+public:
+    /// The sequence to begin with; any number.
+    void Start(uint32_t sequence)
+    {
+        sequence_ = sequence;
+        isStarted_ = true;
+    }
+    bool IsStarted() const { return isStarted_; }
+
+    /// `now` is what the clock shows.
+    uint64_t Take(uint64_t now)
+    {
+        if (now < clock_) {
+            sequence_++;
+            given_ = now;
+        } else {
+            given_ = now > given_ ? now : given_ + 1;
+        }
+        clock_ = now;
+        return given_;
+    }
+
+    uint32_t Sequence() const { return sequence_ & 0x3FFF; }
+
+private:
+    uint64_t clock_ = 0;
+    uint64_t given_ = 0;
+    uint32_t sequence_ = 0;
+    bool isStarted_ = false;
+};
+
+/// Asks the system's clock, and the node and sequence of this process.
+GuidParts TakeGuidParts();
+
+/// Lays the parts out as a version 1 UUID and combines them with the mask.
+_OrvGuid MakeGuid(const GuidParts &parts);
+
+/// Keeps time and node from appearing in clear. It must never change: GUIDs that are stored were made with
+/// it.
+constexpr uint8_t kGuidMask[16] = {0x6B, 0xD1, 0x0E, 0x94, 0xA7, 0x3C, 0x58, 0xF2,
+                                   0x1D, 0xE9, 0x75, 0x42, 0xBC, 0x8F, 0x36, 0xA0};
+
+} // namespace detail

@@ -1,0 +1,74 @@
+// The inner loops of Base64: whole groups, three bytes on one side and four characters on the other. Each
+// loop exists plainly and for SSSE3, and both must give the same answers. Text may stand at any address.
+
+#pragma once
+
+#include <stdint.h>
+
+#include "runtime/cpu.h"
+
+namespace detail
+{
+
+constexpr uint32_t kBase64GroupBytes = 3;
+constexpr uint32_t kBase64GroupCharacters = 4;
+
+constexpr char kBase64Alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+
+constexpr uint8_t kNotBase64 = 0xFF;
+
+/// The value of each code unit; kNotBase64 outside the alphabet. No unit from 127 on has one.
+struct Base64Values {
+    uint8_t of[127];
+
+    constexpr Base64Values() : of{}
+    {
+        for (uint8_t &value : of)
+            value = kNotBase64;
+        for (uint8_t i = 0; i < 64; i++)
+            of[static_cast<uint8_t>(kBase64Alphabet[i])] = i;
+    }
+};
+
+inline constexpr Base64Values kBase64Values;
+
+inline uint32_t Base64Value(wchar_t character)
+{
+    return character < sizeof kBase64Values.of ? kBase64Values.of[character] : kNotBase64;
+}
+
+namespace plain
+{
+
+void EncodeBase64Groups(wchar_t *text, const uint8_t *data, uint32_t groups);
+uint32_t DecodeBase64Groups(uint8_t *data, const wchar_t *text, uint32_t groups);
+
+} // namespace plain
+
+// Only where CpuHas(kCpuSsse3).
+namespace ssse3
+{
+
+void EncodeBase64Groups(wchar_t *text, const uint8_t *data, uint32_t groups);
+uint32_t DecodeBase64Groups(uint8_t *data, const wchar_t *text, uint32_t groups);
+
+} // namespace ssse3
+
+/// Encodes whole groups.
+inline void EncodeBase64Groups(wchar_t *text, const uint8_t *data, uint32_t groups)
+{
+    if (CpuHas(kCpuSsse3))
+        ssse3::EncodeBase64Groups(text, data, groups);
+    else
+        plain::EncodeBase64Groups(text, data, groups);
+}
+
+/// Decodes whole groups as long as they have nothing but characters of the alphabet. Returns how many those
+/// are; nothing is written behind their bytes.
+inline uint32_t DecodeBase64Groups(uint8_t *data, const wchar_t *text, uint32_t groups)
+{
+    return CpuHas(kCpuSsse3) ? ssse3::DecodeBase64Groups(data, text, groups)
+                             : plain::DecodeBase64Groups(data, text, groups);
+}
+
+} // namespace detail

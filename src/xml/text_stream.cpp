@@ -1,0 +1,90 @@
+// Encoding text into the buffer, and handing the buffer on.
+
+#include "xml/text_stream.h"
+
+#include "text/utf16.h"
+#include "text/utf8.h"
+
+namespace detail
+{
+
+OrvResult OrvBasTextStreamImpl::Append(const wchar_t *first, const wchar_t *last)
+{
+    if (first == last)
+        return ORV_S_OK;
+    if (highSurrogate_) {
+        const wchar_t pair[] = {highSurrogate_, *first++};
+        highSurrogate_ = 0;
+        const OrvResult result = Encode(pair, 2);
+        if (OrvFailed(result))
+            return result;
+    }
+    if (first != last && IsHighSurrogate(last[-1]))
+        highSurrogate_ = *--last;
+    // A unit needs three bytes at most, so a piece of this size fits an empty buffer.
+    constexpr uint32_t kMostUnits = kCapacity / 3;
+    while (first != last) {
+        const auto left = static_cast<uint32_t>(last - first);
+        uint32_t count = left < kMostUnits ? left : kMostUnits;
+        if (count < left && IsHighSurrogate(first[count - 1]))
+            count--;
+        const OrvResult result = Encode(first, count);
+        if (OrvFailed(result))
+            return result;
+        first += count;
+    }
+    return ORV_S_OK;
+}
+
+/// Encodes units that fit an empty buffer; in the common case they fit what is left of it, and one pass does.
+OrvResult OrvBasTextStreamImpl::Encode(const wchar_t *units, uint32_t count)
+{
+    for (;;) {
+        Utf16Reader reader(reinterpret_cast<const uint8_t *>(units), count * sizeof *units);
+        Utf8Writer<TargetArray> writer(TargetArray<uint8_t>(bytes_ + size_, kCapacity - size_));
+        const OrvResult encoded = Transcode(reader, writer);
+        if (encoded != ORV_E_BUFFER_TOO_SMALL) {
+            size_ += OrvSucceeded(encoded) ? static_cast<uint32_t>(writer.Target().Size()) : 0;
+            return encoded;
+        }
+        const OrvResult flushed = FlushBytes();
+        if (OrvFailed(flushed))
+            return flushed;
+    }
+}
+
+OrvResult OrvBasTextStreamImpl::WriteLineEnd()
+{
+    static constexpr wchar_t kCrLf[] = L"\r\n";
+    switch (lineEnd_) {
+    case LineEndLf:
+        return Append(kCrLf + 1, kCrLf + 2);
+    case LineEndCr:
+        return Append(kCrLf, kCrLf + 1);
+    default:
+        return Append(kCrLf, kCrLf + 2);
+    }
+}
+
+OrvResult OrvBasTextStreamImpl::FlushBytes()
+{
+    const uint8_t *next = bytes_;
+    while (size_) {
+        uint32_t written = 0;
+        const OrvResult result = stream_.Write(next, size_, written);
+        if (OrvFailed(result))
+            return result;
+        if (written == 0 || written > size_) // a stream that writes nothing would be asked for ever
+            return ORV_E_WRITE_FAULT;
+        next += written;
+        size_ -= written;
+    }
+    return ORV_S_OK;
+}
+
+OrvResult OrvBasTextStreamImpl::Flush()
+{
+    return highSurrogate_ ? ORV_E_INVALID_DATA : FlushBytes();
+}
+
+} // namespace detail

@@ -1,0 +1,409 @@
+// The XML writer: a small state machine over a text stream.
+//
+// The state says what stands directly before the next piece. From it follow the one character that a start
+// tag still lacks, whether an end tag gets a line of its own, and how text is escaped. The first failed write
+// stays in result_ and turns every later operation into a return.
+
+#include "orv/xml/xml_writer.h"
+
+#include "orv/text/format.h"
+#include "orv/text/heap_buffer.h"
+#include "orv/text/string.h"
+#include "runtime/heap.h"
+#include "xml/name_stack.h"
+#include "xml/text_stream.h"
+
+namespace
+{
+
+typedef OrvStringRefBase<wchar_t> Text;
+
+enum class State : uint8_t {
+    kStart,     // nothing written
+    kLineStart, // at the start of a line, no indentation written
+    kContent,   // behind the declaration, text, a fragment or indentation
+    kEndTag,    // behind an end tag
+    kStartTag,  // in a start tag: its > is not written
+    kAttribute, // in an attribute's value: its closing quote is not written
+};
+
+/// A view whose length is a count.
+Text Counted(const Text &text)
+{
+    return text.length == OrvTerminated ? Text(text.characters, OrvGetStringSizeInElements(text.characters))
+                                        : text;
+}
+
+/// What to write in place of a character, and where: null where it stays. Only characters below 0x40 have
+/// one.
+struct Replacement {
+    const wchar_t *inText;
+    const wchar_t *inAttribute;
+};
+
+Replacement ReplacementOf(wchar_t character)
+{
+    switch (character) {
+    case L'&':
+        return {L"&amp;", L"&amp;"};
+    case L'<':
+        return {L"&lt;", L"&lt;"};
+    case L'>':
+        return {L"&gt;", L"&gt;"};
+    case L'"':
+        return {nullptr, L"&quot;"};
+    case L'\'':
+        return {nullptr, L"&apos;"};
+    default:
+        return {nullptr, nullptr};
+    }
+}
+
+/// How a character below 0x40 is written.
+enum Escape : uint8_t { kPlain, kInAttributes, kAlways, kAsNumber };
+
+struct EscapeTable {
+    Escape escapes[0x40];
+
+    constexpr EscapeTable() : escapes{}
+    {
+        for (uint32_t c = 0; c < 0x20; c++)
+            escapes[c] = c == '\t' || c == '\n' || c == '\r' ? kPlain : kAsNumber;
+        escapes[L'&'] = escapes[L'<'] = escapes[L'>'] = kAlways;
+        escapes[L'"'] = escapes[L'\''] = kInAttributes;
+    }
+};
+
+constexpr EscapeTable kEscapes;
+
+Escape EscapeOf(wchar_t character)
+{
+    if (character < 0x40)
+        return kEscapes.escapes[character];
+    if (character < 0xD800)
+        return kPlain;
+    // Surrogates go one by one; the last two code points of the plane are no characters.
+    return character <= 0xDFFF || character >= 0xFFFE ? kAsNumber : kPlain;
+}
+
+class Writer final : public OrvBasXmlWriter::Impl
+{
+public:
+    explicit Writer(IOrvStream &stream) : text_(stream) {}
+
+    static void *operator new(size_t size) noexcept { return detail::AllocateBytes(size); }
+    static void operator delete(void *block) { detail::FreeBytes(block); }
+
+    OrvResult Error() const { return result_; }
+
+    OrvResult SetIndentation(const Text &indent, LineEndSequence lineEnd)
+    {
+        if (lineEnd > LineEndCrLf)
+            return ORV_E_INVALID_ARGUMENT;
+        const Text counted = Counted(indent);
+        const OrvResult result = indent_.Assign(counted.characters, counted.length);
+        if (OrvFailed(result))
+            return result;
+        text_.SetLineEnd(lineEnd);
+        indents_ = true;
+        return ORV_S_OK;
+    }
+
+    OrvResult FlushDocument()
+    {
+        if (state_ == State::kEndTag && names_.Depth() == 0)
+            StartLine(0);
+        return Keep(OrvFailed(result_) ? result_ : text_.Flush());
+    }
+
+    OrvResult Declare(const Text &version)
+    {
+        Put(L"<?xml version=\"");
+        PutEscaped(version, true);
+        Put(L"\" encoding=\"utf-8\"?>");
+        state_ = State::kContent;
+        return result_;
+    }
+
+    OrvResult StartElement(const Text &name)
+    {
+        const Text counted = Counted(name);
+        const OrvResult pushed = names_.Push(counted);
+        if (OrvFailed(pushed))
+            return pushed;
+        if (state_ == State::kStartTag) {
+            Put(L">");
+            state_ = State::kEndTag;
+        } else if (state_ == State::kStart) {
+            state_ = State::kLineStart;
+        }
+        StartLine(names_.Depth() - 1);
+        Put(L"<");
+        Put(counted);
+        state_ = State::kStartTag;
+        return result_;
+    }
+
+    OrvResult EndElement(bool full)
+    {
+        if (names_.Depth() == 0)
+            return ORV_E_INVALID_STATE;
+        switch (state_) {
+        case State::kStartTag:
+            if (full) {
+                Put(L">");
+                PutEndTag();
+            } else {
+                Put(L"/>");
+            }
+            break;
+        case State::kEndTag:
+            StartLine(names_.Depth() - 1);
+            PutEndTag();
+            break;
+        case State::kContent:
+            PutEndTag();
+            break;
+        default:
+            break;
+        }
+        names_.Pop();
+        state_ = State::kEndTag;
+        return result_;
+    }
+
+    OrvResult StartAttribute(const Text &name)
+    {
+        Put(L" ");
+        Put(Counted(name));
+        Put(L"=\"");
+        state_ = State::kAttribute;
+        return result_;
+    }
+
+    OrvResult EndAttribute()
+    {
+        Put(L"\"");
+        state_ = State::kStartTag;
+        return result_;
+    }
+
+    OrvResult PutText(const Text &text)
+    {
+        const Text counted = Counted(text);
+        if (counted.length == 0)
+            return result_;
+        switch (state_) {
+        case State::kAttribute:
+            return PutEscaped(counted, true);
+        case State::kStart:
+        case State::kLineStart:
+            return ORV_E_NOT_PROVIDED;
+        case State::kEndTag:
+            StartLine(names_.Depth());
+            break;
+        case State::kStartTag:
+            Put(L">");
+            break;
+        case State::kContent:
+            break;
+        }
+        state_ = State::kContent;
+        return PutEscaped(counted, false);
+    }
+
+    OrvResult PutFragment(const Text &xml)
+    {
+        if (state_ == State::kAttribute)
+            return Keep(ORV_E_NOT_SUPPORTED);
+        const Text counted = Counted(xml);
+        if (counted.length == 0)
+            return result_;
+        if (state_ == State::kStartTag)
+            Put(L">");
+        state_ = State::kContent;
+        return Put(counted);
+    }
+
+    OrvResult StartLine(unsigned depth)
+    {
+        if (!indents_)
+            return result_;
+        if (state_ != State::kLineStart && OrvSucceeded(result_))
+            Keep(text_.WriteLineEnd());
+        const _ORV_UTF16CHAR_STR &indent = indent_.GetInternal();
+        for (unsigned i = 0; i < depth && indent.length && OrvSucceeded(result_); i++)
+            Put(Text(indent.characters, indent.length));
+        state_ = depth ? State::kContent : State::kLineStart;
+        return result_;
+    }
+
+    /// Runs that need no escape go out in one piece.
+    OrvResult PutEscaped(const Text &text, bool attribute)
+    {
+        constexpr uint32_t kLengthBits = 0x7FFFFFFF;
+        const Text counted = Counted(text);
+        const wchar_t *run = counted.characters;
+        const wchar_t *const last = run + (counted.length & kLengthBits);
+        for (const wchar_t *next = run; next != last && OrvSucceeded(result_); next++) {
+            const Escape escape = EscapeOf(*next);
+            if (escape == kPlain || (escape == kInAttributes && !attribute))
+                continue;
+            Put(Text(run, static_cast<uint32_t>(next - run)));
+            if (escape == kAsNumber) {
+                if (OrvSucceeded(result_))
+                    Keep(OrvBasAppendFormat(text_, L"&#x%x;", *next));
+            } else {
+                const Replacement replacement = ReplacementOf(*next);
+                Put(attribute ? replacement.inAttribute : replacement.inText);
+            }
+            run = next + 1;
+        }
+        return Put(Text(run, static_cast<uint32_t>(last - run)));
+    }
+
+private:
+    OrvResult Keep(OrvResult result)
+    {
+        if (OrvSucceeded(result_) && OrvFailed(result))
+            result_ = result;
+        return result_;
+    }
+
+    OrvResult Put(const Text &text)
+    {
+        if (OrvFailed(result_))
+            return result_;
+        const Text counted = Counted(text);
+        return Keep(text_.Append(counted.characters, counted.characters + counted.length));
+    }
+
+    void PutEndTag()
+    {
+        Put(L"</");
+        Put(names_.Top());
+        Put(L">");
+    }
+
+    detail::OrvBasTextStreamImpl text_;
+    OrvResult result_ = ORV_S_OK;
+    detail::NameStack names_;
+    bool indents_ = false;
+    OrvUtf16CharHeapBuffer indent_;
+    State state_ = State::kStart;
+};
+
+Writer &WriterOf(OrvBasXmlWriter::Impl *impl)
+{
+    return *static_cast<Writer *>(impl);
+}
+
+} // namespace
+
+OrvBasXmlWriter::Impl *OrvBasXmlWriter::Impl::New(IOrvStream &stream)
+{
+    return new Writer(stream);
+}
+
+void OrvBasXmlWriter::Impl::Delete(Impl *writer)
+{
+    delete static_cast<Writer *>(writer);
+}
+
+OrvResult OrvBasXmlWriter::Impl::GetError() const
+{
+    return static_cast<const Writer *>(this)->Error();
+}
+
+// Each operation ends at once when an earlier one failed.
+
+OrvResult OrvBasXmlWriter::Impl::SetIndent(const Text &indent)
+{
+    return SetIndent(indent, LineEndCrLf);
+}
+
+OrvResult OrvBasXmlWriter::Impl::SetIndent(const Text &indent, LineEndSequence lineEnd)
+{
+    return OrvFailed(GetError()) ? GetError() : WriterOf(this).SetIndentation(indent, lineEnd);
+}
+
+OrvResult OrvBasXmlWriter::Impl::Flush()
+{
+    return OrvFailed(GetError()) ? GetError() : WriterOf(this).FlushDocument();
+}
+
+OrvResult OrvBasXmlWriter::Impl::WriteXmlDecl(const Text &version)
+{
+    return OrvFailed(GetError()) ? GetError() : WriterOf(this).Declare(version);
+}
+
+OrvResult OrvBasXmlWriter::Impl::WriteStartElement(const Text &name)
+{
+    return OrvFailed(GetError()) ? GetError() : WriterOf(this).StartElement(name);
+}
+
+OrvResult OrvBasXmlWriter::Impl::WriteEndElement()
+{
+    return OrvFailed(GetError()) ? GetError() : WriterOf(this).EndElement(false);
+}
+
+OrvResult OrvBasXmlWriter::Impl::WriteFullEndElement()
+{
+    return OrvFailed(GetError()) ? GetError() : WriterOf(this).EndElement(true);
+}
+
+OrvResult OrvBasXmlWriter::Impl::WriteElement(const Text &name, const Text &text)
+{
+    OrvResult result = WriteStartElement(name);
+    if (OrvSucceeded(result))
+        result = WriteText(text);
+    return OrvSucceeded(result) ? WriteEndElement() : result;
+}
+
+OrvResult OrvBasXmlWriter::Impl::WriteStartAttribute(const Text &name)
+{
+    return OrvFailed(GetError()) ? GetError() : WriterOf(this).StartAttribute(name);
+}
+
+OrvResult OrvBasXmlWriter::Impl::WriteEndAttribute()
+{
+    return OrvFailed(GetError()) ? GetError() : WriterOf(this).EndAttribute();
+}
+
+OrvResult OrvBasXmlWriter::Impl::WriteAttribute(const Text &name, const Text &value)
+{
+    OrvResult result = WriteStartAttribute(name);
+    if (OrvSucceeded(result))
+        result = WriteEscapedAttribute(value);
+    return OrvSucceeded(result) ? WriteEndAttribute() : result;
+}
+
+OrvResult OrvBasXmlWriter::Impl::WriteText(const Text &text)
+{
+    return OrvFailed(GetError()) ? GetError() : WriterOf(this).PutText(text);
+}
+
+OrvResult OrvBasXmlWriter::Impl::Append(const wchar_t *begin, const wchar_t *end)
+{
+    return WriteText(Text(begin, static_cast<uint32_t>(end - begin)));
+}
+
+OrvResult OrvBasXmlWriter::Impl::WriteXmlFragment(const Text &xml)
+{
+    return OrvFailed(GetError()) ? GetError() : WriterOf(this).PutFragment(xml);
+}
+
+OrvResult OrvBasXmlWriter::Impl::Indent(unsigned depth)
+{
+    return OrvFailed(GetError()) ? GetError() : WriterOf(this).StartLine(depth);
+}
+
+OrvResult OrvBasXmlWriter::Impl::WriteEscapedText(const Text &text)
+{
+    return OrvFailed(GetError()) ? GetError() : WriterOf(this).PutEscaped(text, false);
+}
+
+OrvResult OrvBasXmlWriter::Impl::WriteEscapedAttribute(const Text &value)
+{
+    return OrvFailed(GetError()) ? GetError() : WriterOf(this).PutEscaped(value, true);
+}

@@ -1,0 +1,262 @@
+// Every class against published vectors and against digests that other implementations gave for the same
+// messages, and the life cycle of each.
+
+#include "harness/memory.h"
+#include "harness/test.h"
+#include "hash/messages.h"
+#include "orv/hash/crc32.h"
+#include "orv/hash/md4.h"
+#include "orv/hash/md5.h"
+#include "orv/hash/sha1.h"
+#include "orv/hash/sha256.h"
+#include "orv/hash/sha512.h"
+#include "orv/hash/super_fast_hash.h"
+#include "orv/runtime/result.h"
+
+namespace
+{
+
+using test::Hexadecimal;
+using test::kMessage;
+using test::kMessageBytes;
+
+/// The digest of one message, given in pieces of `piece` bytes. One overload for each shape of class.
+template <typename Hash>
+typename Hash::HashType DigestOf(const uint8_t *data, uint32_t length, uint32_t piece)
+{
+    Hash hash;
+    typename Hash::HashType digest;
+    for (uint32_t i = 0; i < length; i += piece)
+        hash.Add(data + i, length - i < piece ? length - i : piece);
+    hash.Get(digest);
+    return digest;
+}
+
+struct Md4 {
+    struct HashType {
+        uint8_t bytes[16];
+    };
+    OrvMiniHashMd4 hash;
+    void Add(const uint8_t *data, uint32_t length) { hash.Add(data, length); }
+    void Get(HashType &digest) { hash.Get(digest.bytes); }
+};
+
+/// A checksum's bytes, the lowest first.
+template <typename Crc>
+struct Checksum {
+    struct HashType {
+        uint8_t bytes[4];
+    };
+    Crc crc;
+    void Add(const uint8_t *data, uint32_t length) { crc.Add(data, length); }
+    void Get(HashType &digest)
+    {
+        const uint32_t value = crc.Get();
+        __builtin_memcpy(digest.bytes, &value, sizeof value);
+    }
+};
+
+/// The MD5 of the digests of all prefixes of the message, each at another alignment and ending before an
+/// unmapped page.
+template <typename Hash>
+void CheckPrefixes(const char *expected)
+{
+    OrvMiniHashMd5 all;
+    for (uint32_t length = 0; length < kMessageBytes; length++) {
+        const uint8_t *const copy = test::GuardedCopy(kMessage.bytes, length);
+        const auto digest = DigestOf<Hash>(copy, length, length + 1);
+        all.Add(digest.bytes, sizeof digest.bytes);
+        // However the message is split, the digest is the same.
+        for (uint32_t piece = 1; piece < 140; piece += 23) {
+            const auto split = DigestOf<Hash>(copy, length, piece);
+            CHECK(__builtin_memcmp(&split, &digest, sizeof digest) == 0);
+        }
+    }
+    CHECK_TEXT(Hexadecimal<16>(all.Get().bytes).text, expected);
+}
+
+template <typename Hash>
+void CheckVector(const char *text, const char *expected)
+{
+    uint32_t length = 0;
+    while (text[length])
+        length++;
+    const auto digest = DigestOf<Hash>(reinterpret_cast<const uint8_t *>(text), length, length + 1);
+    CHECK_TEXT(Hexadecimal<sizeof digest>(digest.bytes).text, expected);
+}
+
+/// Get ends the message, and says the same until Initialize.
+template <typename Hash>
+void CheckFinalization()
+{
+    Hash hash;
+    typename Hash::HashType first;
+    typename Hash::HashType second;
+    hash.Add(kMessage.bytes, 100);
+    hash.Get(first);
+    hash.Add(kMessage.bytes, 100);
+    hash.Get(second);
+    CHECK(__builtin_memcmp(&first, &second, sizeof first) == 0);
+    second = hash.Get();
+    CHECK(__builtin_memcmp(&first, &second, sizeof first) == 0);
+    hash.Initialize();
+    hash.Add(kMessage.bytes, 99);
+    hash.Get(second);
+    CHECK(__builtin_memcmp(&first, &second, sizeof first) != 0);
+    hash.Initialize();
+    hash.Add(kMessage.bytes, 100);
+    hash.Add(nullptr, 0);
+    hash.Get(second);
+    CHECK(__builtin_memcmp(&first, &second, sizeof first) == 0);
+}
+
+} // namespace
+
+TEST_CASE(PublishedVectors)
+{
+    CheckVector<Md4>("", "31d6cfe0d16ae931b73c59d7e0c089c0");
+    CheckVector<Md4>("abc", "a448017aaf21d8525fc10ae87aa6729d");
+    CheckVector<Md4>("12345678901234567890123456789012345678901234567890123456789012345678901234567890",
+                     "e33b4ddc9c38f2199c3e7b164fcc0536");
+    CheckVector<OrvMiniHashMd5>("", "d41d8cd98f00b204e9800998ecf8427e");
+    CheckVector<OrvMiniHashMd5>("abc", "900150983cd24fb0d6963f7d28e17f72");
+    CheckVector<OrvMiniHashMd5>(
+        "12345678901234567890123456789012345678901234567890123456789012345678901234567890",
+        "57edf4a22be3c955ac49da2e2107b67a");
+    CheckVector<OrvMiniHashSha1>("", "da39a3ee5e6b4b0d3255bfef95601890afd80709");
+    CheckVector<OrvMiniHashSha1>("abc", "a9993e364706816aba3e25717850c26c9cd0d89d");
+    CheckVector<OrvMiniHashSha1>("abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq",
+                                 "84983e441c3bd26ebaae4aa1f95129e5e54670f1");
+    CheckVector<OrvMiniHashSha256>("", "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
+    CheckVector<OrvMiniHashSha256>("abc", "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+    CheckVector<OrvMiniHashSha512>("abc", "ddaf35a193617abacc417349ae20413112e6fa4e89a97ea20a9eeee64b55d39a"
+                                          "2192992a274fc1a836ba3c23a3feebbd454d4423643ce80e2a9ac94fa54ca49f");
+    CheckVector<Checksum<OrvMiniHashCrc32>>("123456789", "2639f4cb");
+    CheckVector<Checksum<OrvMiniHashCrc32C>>("123456789", "839206e3");
+}
+
+TEST_CASE(EveryLengthOfAFewBlocks)
+{
+    CheckPrefixes<Md4>("34ba5554a2613cd8dc2c1afb12d812fc");
+    CheckPrefixes<OrvMiniHashMd5>("84400bd21d9dc18772d1369842e8b719");
+    CheckPrefixes<OrvMiniHashSha1>("a514d1b1821aae7b74fa15b56b5690ff");
+    CheckPrefixes<OrvMiniHashSha256>("5df1d556c5e2abe5b9587ebc6f971fa7");
+    CheckPrefixes<OrvMiniHashSha512>("aa1be180e1c29667630a574e36232437");
+    CheckPrefixes<Checksum<OrvMiniHashCrc32>>("73536064dd9819a14116d736ca5c50dc");
+    CheckPrefixes<Checksum<OrvMiniHashCrc32C>>("ebba1354543ca8320e805379310cfb81");
+}
+
+TEST_CASE(FirstGetEndsTheMessage)
+{
+    CheckFinalization<OrvMiniHashMd5>();
+    CheckFinalization<OrvMiniHashSha1>();
+    CheckFinalization<OrvMiniHashSha256>();
+    CheckFinalization<OrvMiniHashSha512>();
+
+    OrvMiniHashMd4 md4;
+    uint8_t first[16];
+    uint8_t second[16];
+    md4.Add(kMessage.bytes, 100);
+    md4.Get(first);
+    md4.Get(second);
+    CHECK(__builtin_memcmp(first, second, sizeof first) != 0); // spent
+    md4.Reset();
+    md4.Add(kMessage.bytes, 100);
+    md4.Get(second);
+    CHECK(__builtin_memcmp(first, second, sizeof first) == 0);
+}
+
+TEST_CASE(ChecksumsGoOn)
+{
+    OrvMiniHashCrc32 crc;
+    CHECK_EQUAL(crc.Get(), 0u);
+    crc.Reset(0xCBF43926);
+    uint32_t value = 0;
+    crc.Get(value);
+    CHECK_EQUAL(value, 0xCBF43926u);
+    crc.Initialize();
+    crc.Add(kMessage.bytes, 200);
+    OrvMiniHashCrc32 rest;
+    rest.Reset(crc.Get());
+    rest.Add(kMessage.bytes + 200, 100);
+    crc.Add(kMessage.bytes + 200, 100);
+    CHECK_EQUAL(rest.Get(), crc.Get());
+
+    // Long enough for every wide path to take its longest step.
+    static uint8_t data[100000];
+    for (uint32_t i = 0; i < sizeof data; i++)
+        data[i] = static_cast<uint8_t>(i * i * 7 + i * 31 + 5);
+    crc.Initialize();
+    crc.Add(data, sizeof data);
+    CHECK_EQUAL(crc.Get(), 0x4d57e9fdu);
+    OrvMiniHashCrc32C crcC;
+    crcC.Add(data, sizeof data);
+    CHECK_EQUAL(crcC.Get(), 0xd6c410e1u);
+}
+
+TEST_CASE(SuperFastHashDoesNotMindTheSplit)
+{
+    struct {
+        const char *text;
+        uint32_t length;
+        uint32_t seed;
+        uint32_t expected;
+    } const cases[] = {
+        {"", 0, 0, 0},
+        {"", 0, 7, 0x82000451},
+        {"\x80", 1, 0, 0xd6f4cb32},
+        {"ab", 2, 1, 0xbf27be3d},
+        {"\xff\xfe\xfd", 3, 2, 0xe39556d3},
+        {"abcd", 4, 0, 0x3ab452d8},
+        {reinterpret_cast<const char *>(kMessage.bytes), 8, 0, 0xaab1b77f},
+        {reinterpret_cast<const char *>(kMessage.bytes), 299, 12345, 0x9b43ec99},
+    };
+    for (const auto &c : cases) {
+        test::Note("length", c.length);
+        const uint8_t *const data = test::GuardedCopy(reinterpret_cast<const uint8_t *>(c.text), c.length);
+        CHECK_EQUAL(OrvMiniSuperFastHash::Hash(data, data + c.length, c.seed), c.expected);
+        for (uint32_t piece = 1; piece < 12; piece++) {
+            OrvMiniSuperFastHash hash;
+            hash.Reset(c.seed);
+            for (uint32_t i = 0; i < c.length; i += piece) {
+                hash.Add(data + i, c.length - i < piece ? c.length - i : piece);
+                hash.Get(); // changes nothing
+            }
+            CHECK_EQUAL(static_cast<const OrvMiniSuperFastHash &>(hash).Get(), c.expected);
+            hash.Initialize();
+            CHECK_EQUAL(hash.Get(), 0u);
+        }
+    }
+}
+
+TEST_CASE(MessagesStayBelowFourGigabytes)
+{
+    // The length is the first field; nobody waits for four gigabytes here.
+    OrvMiniHashSha1 hash;
+    auto *const length = reinterpret_cast<uint32_t *>(&hash);
+    *length = 0xFFFFFFFF - 64;
+    CHECK_EQUAL(hash.Add(kMessage.bytes, 65), ORV_E_INVALID_DATA);
+    CHECK_EQUAL(*length, 0xFFFFFFFFu - 64);
+    CHECK_EQUAL(hash.Add(kMessage.bytes, 64), ORV_S_OK);
+    CHECK_EQUAL(*length, 0xFFFFFFFFu);
+    CHECK_EQUAL(hash.Add(kMessage.bytes, 1), ORV_E_INVALID_DATA);
+    CHECK_EQUAL(hash.Add(kMessage.bytes, 0), ORV_S_OK);
+
+    // SHA-1 and SHA-256 keep 32 bits of the length in bits: 512 MiB end as 0 bytes do. SHA-512 keeps them
+    // all.
+    struct {
+        bool same;
+        bool actual;
+    } cases[3] = {{true, false}, {true, false}, {false, true}};
+    const auto endsAsEmpty = [](auto longHash, auto emptyHash) {
+        *reinterpret_cast<uint32_t *>(&longHash) = 0x20000000;
+        const auto digest = longHash.Get();
+        const auto empty = emptyHash.Get();
+        return __builtin_memcmp(&digest, &empty, sizeof empty) == 0;
+    };
+    cases[0].actual = endsAsEmpty(OrvMiniHashSha1(), OrvMiniHashSha1());
+    cases[1].actual = endsAsEmpty(OrvMiniHashSha256(), OrvMiniHashSha256());
+    cases[2].actual = endsAsEmpty(OrvMiniHashSha512(), OrvMiniHashSha512());
+    for (const auto &c : cases)
+        CHECK_EQUAL(c.actual, c.same);
+}

@@ -1,0 +1,72 @@
+// The streams over memory.
+
+#include "orv/stream/memory_stream.h"
+
+#include "harness/memory.h"
+#include "harness/test.h"
+
+TEST_CASE(MemoryIsReadToItsEnd)
+{
+    OrvMemoryStream stream("abcdef", 6);
+    char bytes[8] = {};
+    uint32_t read = 9;
+    uint64_t number = 0;
+    CHECK_EQUAL(stream.Read(bytes, 4, read), ORV_S_OK);
+    CHECK_EQUAL(read, 4u);
+    CHECK_EQUAL(stream.Read(bytes + 4, 4, read), ORV_S_OK);
+    CHECK_EQUAL(read, 2u);
+    CHECK_TEXT(static_cast<const char *>(bytes), "abcdef");
+    CHECK_EQUAL(stream.Read(bytes, 4, read), ORV_E_END_OF_DATA);
+    CHECK_EQUAL(read, 0u);
+    CHECK_EQUAL(stream.SetPosition(7), ORV_E_INVALID_ARGUMENT);
+    CHECK_EQUAL(stream.SetPosition(0x100000000), ORV_E_INVALID_ARGUMENT);
+    CHECK_EQUAL(stream.GetPosition(number), ORV_S_OK);
+    CHECK_EQUAL(number, uint64_t(6));
+    CHECK_EQUAL(stream.SetPosition(5), ORV_S_OK);
+    CHECK_EQUAL(stream.Read(bytes, 0, read), ORV_S_OK);
+    CHECK_EQUAL(stream.Read(bytes, 4, read), ORV_S_OK);
+    CHECK_EQUAL(bytes[0], 'f');
+    CHECK_EQUAL(stream.GetSize(number), ORV_S_OK);
+    CHECK_EQUAL(number, uint64_t(6));
+    CHECK_EQUAL(stream.Write("x", 1, read), ORV_E_NOT_PROVIDED);
+    CHECK_EQUAL(stream.Close(), ORV_E_NOT_PROVIDED);
+
+    OrvMemoryStream empty(nullptr, 0);
+    CHECK_EQUAL(empty.Read(bytes, 4, read), ORV_E_END_OF_DATA);
+}
+
+TEST_CASE(BufferGrowsAndReadsBack)
+{
+    OrvBufferStream stream;
+    uint32_t count = 9;
+    uint32_t read = 0;
+    CHECK_EQUAL(stream.Write(nullptr, 0, count), ORV_S_OK);
+    CHECK_EQUAL(count, 0u);
+    uint8_t bytes[700];
+    for (uint32_t piece = 0; piece < 40; piece++) {
+        for (uint32_t i = 0; i < sizeof bytes; i++)
+            bytes[i] = static_cast<uint8_t>(piece + i);
+        CHECK_EQUAL(stream.Write(bytes, sizeof bytes, count), ORV_S_OK);
+        CHECK_EQUAL(count, uint32_t(sizeof bytes));
+    }
+    CHECK_EQUAL(stream.GetLength(), 40u * 700);
+    for (uint32_t i = 0; i < stream.GetLength(); i++) {
+        if (!CHECK_EQUAL(stream.GetBytes()[i], static_cast<uint8_t>(i / 700 + i % 700)))
+            return;
+    }
+    uint64_t position = 0;
+    CHECK_EQUAL(stream.SetPosition(700 * 39 + 699), ORV_S_OK);
+    CHECK_EQUAL(stream.Read(bytes, 5, read), ORV_S_OK);
+    CHECK_EQUAL(read, 1u);
+    CHECK_EQUAL(stream.GetPosition(position), ORV_S_OK);
+    CHECK_EQUAL(position, uint64_t(28000));
+    const test::RefusingHeap refusing;
+    const uint32_t before = stream.GetLength();
+    static uint8_t large[40000];
+    CHECK_EQUAL(stream.Write(large, sizeof large, count), ORV_E_OUT_OF_MEMORY);
+    CHECK_EQUAL(count, 0u);
+    CHECK_EQUAL(stream.GetLength(), before);
+    stream.Clear();
+    CHECK_EQUAL(stream.GetLength(), 0u);
+    CHECK_EQUAL(stream.Read(bytes, 5, read), ORV_E_END_OF_DATA);
+}

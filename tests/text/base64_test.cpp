@@ -1,0 +1,215 @@
+// Base64 text and back: known pairs, every length, every kind of fault, and what a capacity must be.
+
+#include "orv/text/base64.h"
+
+#include "harness/memory.h"
+#include "harness/test.h"
+#include "orv/runtime/result.h"
+
+namespace
+{
+
+constexpr auto kStrict = OrvBase64IgnoreNothing;
+constexpr auto kLenient = OrvBase64IgnoreWhiteSpace;
+constexpr uint32_t kMost = 200;
+constexpr uint32_t kUntouched = 0xABCD;
+
+uint32_t Length(const wchar_t *text)
+{
+    uint32_t length = 0;
+    while (text[length])
+        length++;
+    return length;
+}
+
+} // namespace
+
+TEST_CASE(Base64KnownPairs)
+{
+    struct {
+        const char *bytes;
+        uint32_t count;
+        const wchar_t *text;
+    } const cases[] = {
+        {"", 0, L""},
+        {"f", 1, L"Zg=="},
+        {"fo", 2, L"Zm8="},
+        {"foo", 3, L"Zm9v"},
+        {"foobar", 6, L"Zm9vYmFy"},
+        {"\xFF", 1, L"/w=="},
+        {"\0\x10\x83", 3, L"ABCD"},
+        {"\xFB\xEF\xBE", 3, L"++++"},
+        {"\xFF\xFF\xFF\xFF", 4, L"/////w=="},
+    };
+    for (const auto &c : cases) {
+        test::Note("case", static_cast<uint32_t>(&c - cases));
+        wchar_t room[16];
+        _ORV_UTF16CHAR_STR text = {99, 16, room};
+        const auto *const bytes = reinterpret_cast<const uint8_t *>(c.bytes);
+        CHECK_EQUAL(OrvBase64Encode(text, bytes, c.count), ORV_S_OK);
+        CHECK_EQUAL(text.length, Length(c.text));
+        CHECK_TEXT(room, c.text);
+        CHECK_EQUAL(OrvBase64EncodeNecessaryBufferCapacity(c.count), text.length + 1);
+
+        const uint32_t capacity = OrvBase64DecodeNecessaryBufferCapacity(text.length);
+        uint8_t back[16] = {};
+        uint32_t length = kUntouched;
+        CHECK_EQUAL(OrvBase64Decode(back, capacity, c.text, text.length, &length, kStrict), ORV_S_OK);
+        CHECK_EQUAL(length, c.count);
+        for (uint32_t i = 0; i < c.count; i++)
+            CHECK_EQUAL(back[i], bytes[i]);
+        CHECK_EQUAL(back[c.count], 0);
+    }
+}
+
+TEST_CASE(Base64EveryLengthComesBack)
+{
+    for (uint32_t count = 0; count <= kMost; count++) {
+        test::Note("count", count);
+        auto *const bytes = test::GuardedArray<uint8_t>(count);
+        for (uint32_t i = 0; i < count; i++)
+            bytes[i] = static_cast<uint8_t>(i * 167 + count);
+        const uint32_t capacity = OrvBase64EncodeNecessaryBufferCapacity(count);
+        _ORV_UTF16CHAR_STR text = {0, capacity, test::GuardedArray<wchar_t>(capacity)};
+        CHECK_EQUAL(OrvBase64Encode(text, bytes, count), ORV_S_OK);
+        CHECK_EQUAL(text.characters[text.length], 0);
+
+        // Strictly, and with a line break behind every 19 characters, which no group survives whole.
+        const uint32_t lines = text.length / 19;
+        auto *const broken = test::GuardedArray<wchar_t>(text.length + lines);
+        for (uint32_t i = 0, to = 0; i < text.length; i++) {
+            broken[to++] = text.characters[i];
+            if (i % 19 == 18)
+                broken[to++] = L"\n\r\t "[to % 4];
+        }
+        const uint32_t brokenRoom = OrvBase64DecodeNecessaryBufferCapacity(text.length + lines);
+        for (uint32_t way = 0; way < 2; way++) {
+            const uint32_t room = way ? brokenRoom : text.length / 4 * 3;
+            auto *const back = test::GuardedArray<uint8_t>(room);
+            uint32_t length = kUntouched;
+            const auto *const source = way ? broken : text.characters;
+            CHECK_EQUAL(OrvBase64Decode(back, room, source, text.length + (way ? lines : 0), &length,
+                                        way ? kLenient : kStrict),
+                        ORV_S_OK);
+            CHECK_EQUAL(length, count);
+            uint32_t same = 0;
+            while (same < count && back[same] == bytes[same])
+                same++;
+            CHECK_EQUAL(same, count);
+        }
+    }
+}
+
+TEST_CASE(Base64Faults)
+{
+    constexpr OrvResult kBad = ORV_E_INVALID_DATA;
+    struct {
+        const wchar_t *text;
+        OrvResult strict;
+        OrvResult lenient;
+        const char *decoded; // by the lenient mode; what stays in the output when that fails
+    } const cases[] = {
+        {L"Zm9v", 0, 0, "foo"},
+        {L"Zm 9v", kBad, 0, "foo"},
+        {L" \t\r\nZm9v \t\r\n", kBad, 0, "foo"},
+        {L" \n", kBad, 0, ""},
+        {L"Zm9v\v", kBad, kBad, "foo"},
+        {L"Zm9", kBad, kBad, ""},
+        {L"Zm9vZ", kBad, kBad, "foo"},
+        {L"Zm9vZg", kBad, kBad, "foo"},
+        {L"Zg==", 0, 0, "f"},
+        {L"Zh==", 0, 0, "f"}, // bits that are no part of a byte
+        {L"Zm9=", 0, 0, "fo"},
+        {L"Zg= =", kBad, 0, "f"},
+        {L"Zg==\n", kBad, 0, "f"},
+        {L"Zg=x", kBad, kBad, ""},
+        {L"Zg=", kBad, kBad, ""},
+        {L"Z===", kBad, kBad, ""},
+        {L"====", kBad, kBad, ""},
+        {L"=Zm9", kBad, kBad, ""},
+        {L"Zg===", kBad, kBad, "f"},
+        {L"Zg==Zg==", kBad, kBad, "f"},
+        {L"Zm8=Z", kBad, kBad, "fo"},
+        {L"Zm9vZm9vZm9vZm9vZm9vZ-9vZm9v", kBad, kBad, "foofoofoofoofoo"},
+        {L"Zm9v\x7F\x7F\x7F\x7F", kBad, kBad, "foo"},
+        {L"Zm9vZm9vZm9v\x15A\x26D\x0139\x8076", kBad, kBad, "foofoofoo"}, // their low bytes are valid
+        {L"Zm9v\xFFFFm9v", kBad, kBad, "foo"},
+    };
+    for (const auto &c : cases) {
+        test::Note("case", static_cast<uint32_t>(&c - cases));
+        const uint32_t count = Length(c.text);
+        for (uint32_t way = 0; way < 2; way++) {
+            const OrvResult expected = way ? c.lenient : c.strict;
+            char out[32] = {};
+            uint32_t length = kUntouched;
+            CHECK_EQUAL(OrvBase64Decode(reinterpret_cast<uint8_t *>(out), sizeof out,
+                                        test::GuardedCopy(c.text, count), count, &length,
+                                        way ? kLenient : kStrict),
+                        expected);
+            if (way)
+                CHECK_TEXT(out, c.decoded);
+            if (OrvFailed(expected))
+                CHECK_EQUAL(length, kUntouched);
+        }
+    }
+    // A character of zero is one too.
+    uint8_t out[3];
+    CHECK_EQUAL(OrvBase64Decode(out, 3, L"Zm9\0", 4, nullptr, kLenient), kBad);
+}
+
+TEST_CASE(Base64Capacities)
+{
+    const uint8_t data[] = {'f', 'o', 'o'};
+    wchar_t room[10];
+    for (wchar_t &character : room)
+        character = L'#';
+    _ORV_UTF16CHAR_STR text = {7, 3, room};
+    CHECK_EQUAL(OrvBase64Encode(text, data, 3), ORV_E_BUFFER_TOO_SMALL);
+    CHECK_EQUAL(text.length, 7u);
+    CHECK_EQUAL(room[0], L'#');
+    text.capacity = 4; // without room for the terminator, which is written all the same
+    CHECK_EQUAL(OrvBase64Encode(text, data, 3), ORV_S_OK);
+    CHECK_EQUAL(text.length, 4u);
+    CHECK_TEXT(room, L"Zm9v");
+    CHECK_EQUAL(room[5], L'#');
+
+    text.capacity = 7;
+    CHECK_EQUAL(OrvBase64EncodeAppend(text, data, 1), ORV_E_BUFFER_TOO_SMALL);
+    CHECK_EQUAL(text.length, 4u);
+    text.capacity = 9;
+    CHECK_EQUAL(OrvBase64EncodeAppend(text, data, 1), ORV_S_OK);
+    CHECK_EQUAL(text.length, 8u);
+    CHECK_TEXT(room, L"Zm9vZg==");
+    text.length = OrvTerminated;
+    CHECK_EQUAL(OrvBase64EncodeAppend(text, data, 0), ORV_E_BUFFER_TOO_SMALL);
+
+    // Counts whose sums leave 32 bits: nothing is touched, so no such memory has to exist.
+    const uint32_t counts[] = {0xC0000000, 0xFFFFFFFD, 0xFFFFFFFE, 0xFFFFFFFF};
+    for (const uint32_t count : counts) {
+        test::Note("count", count);
+        _ORV_UTF16CHAR_STR all = {0, 0xFFFFFFFF, room};
+        CHECK_EQUAL(OrvBase64Encode(all, data, count), ORV_E_BUFFER_TOO_SMALL);
+        CHECK_EQUAL(OrvBase64Decode(nullptr, 0x8FFFFFFF, room, count, nullptr, kStrict),
+                    ORV_E_BUFFER_TOO_SMALL);
+    }
+    CHECK_EQUAL(OrvBase64EncodeNecessaryBufferCapacity(0xFFFFFFFE), 1u);
+    CHECK_EQUAL(OrvBase64DecodeNecessaryBufferCapacity(0xFFFFFFFC), 0xBFFFFFFDu);
+    CHECK_EQUAL(OrvBase64DecodeNecessaryBufferCapacity(0xFFFFFFFD), 0u);
+
+    _ORV_UTF16CHAR_STR none = {0, 0, nullptr};
+    CHECK_EQUAL(OrvBase64Encode(none, data, 0), ORV_E_BUFFER_TOO_SMALL);
+    CHECK_EQUAL(OrvBase64EncodeAppend(none, data, 0), ORV_E_BUFFER_TOO_SMALL);
+    CHECK_EQUAL(OrvBase64Encode(text, nullptr, 3), ORV_E_INVALID_ARGUMENT);
+
+    uint8_t out[3];
+    uint32_t length = kUntouched;
+    CHECK_EQUAL(OrvBase64Decode(out, 2, L"Zg==", 4, &length, kStrict), ORV_E_BUFFER_TOO_SMALL);
+    CHECK_EQUAL(OrvBase64Decode(out, 3, L"Zm9v ", 5, &length, kLenient), ORV_E_BUFFER_TOO_SMALL);
+    CHECK_EQUAL(OrvBase64Decode(out, 3, nullptr, 4, &length, kStrict), ORV_E_INVALID_ARGUMENT);
+    CHECK_EQUAL(OrvBase64Decode(nullptr, 3, L"Zm9v", 4, &length, kStrict), ORV_E_INVALID_ARGUMENT);
+    CHECK_EQUAL(OrvBase64Decode(nullptr, 0, nullptr, 0, &length, static_cast<OrvBase64Ignored>(2)),
+                ORV_E_NOT_PROVIDED);
+    CHECK_EQUAL(length, kUntouched);
+    CHECK_EQUAL(OrvBase64Decode(nullptr, 0, nullptr, 0, &length, kStrict), ORV_S_OK);
+    CHECK_EQUAL(length, 0u);
+}

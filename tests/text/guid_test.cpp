@@ -1,0 +1,120 @@
+// GUIDs as fields, bytes and text.
+
+#include "orv/text/guid.h"
+
+#include "harness/memory.h"
+#include "harness/test.h"
+#include "orv/runtime/result.h"
+#include "orv/text/heap_buffer.h"
+
+namespace
+{
+
+constexpr wchar_t kText[] = L"00112233-4455-6677-8899-aabbccddeeff";
+
+_OrvGuid Sample()
+{
+    _OrvGuid guid;
+    OrvGuidUtils::Assign(guid, 0x00112233, 0x4455, 0x6677, 0x88, 0x99, 0xAA, 0xBB, 0xCC, 0xDD, 0xEE, 0xFF);
+    return guid;
+}
+
+} // namespace
+
+TEST_CASE(GuidsAreAssignedInPrintedOrder)
+{
+    const _OrvGuid guid = Sample();
+    _OrvGuid copy = {};
+    OrvGuidUtils::Assign(copy, guid);
+    _OrvGuid fromBytes = {};
+    OrvGuidUtils::Assign(fromBytes, guid.bytes);
+    for (uint32_t i = 0; i < 16; i++) {
+        CHECK_EQUAL(guid.bytes[i], i * 0x11);
+        CHECK_EQUAL(copy.bytes[i], i * 0x11);
+        CHECK_EQUAL(fromBytes.bytes[i], i * 0x11);
+    }
+}
+
+TEST_CASE(GuidsArePrinted)
+{
+    const _OrvGuid guid = Sample();
+    auto *const room = test::GuardedArray<wchar_t>(37);
+    _ORV_UTF16CHAR_STR text = {99, 37, room};
+    CHECK_EQUAL(OrvGuidUtils::GetString(guid, text), ORV_S_OK);
+    CHECK_EQUAL(text.length, 36u);
+    CHECK_TEXT(room, kText);
+    text = {99, 36, room};
+    CHECK_EQUAL(OrvGuidUtils::GetString(guid, text), ORV_E_BUFFER_TOO_SMALL);
+    CHECK_EQUAL(text.length, 99u);
+
+    OrvUtf16CharHeapBuffer buffer;
+    buffer.Assign(L"{");
+    CHECK_EQUAL(OrvGuidUtils::GetStringAppend(guid, OrvMakeMutableStringRef(buffer)), ORV_S_OK);
+    CHECK_TEXT(buffer.GetValue(), L"{00112233-4455-6677-8899-aabbccddeeff");
+    CHECK_EQUAL(OrvGuidUtils::GetString(guid, OrvMakeMutableStringRef(buffer)), ORV_S_OK);
+    CHECK_TEXT(buffer.GetValue(), kText);
+
+    OrvUtf16CharHeapBuffer empty;
+    const test::RefusingHeap refusing;
+    CHECK_EQUAL(OrvGuidUtils::GetStringAppend(guid, OrvMakeMutableStringRef(empty)), ORV_E_OUT_OF_MEMORY);
+    CHECK(empty.IsEmpty());
+}
+
+TEST_CASE(GuidsAreParsed)
+{
+    struct {
+        const wchar_t *text;
+        OrvResult result;
+        const wchar_t *printed; // null: the GUID is untouched
+    } const cases[] = {
+        {kText, 0, kText},
+        {L"00112233-4455-6677-8899-AABBCCDDEEFF", 0, kText},
+        {L"{00112233-4455-6677-8899-aabbccddeeff}", ORV_E_GUID_TEXT, nullptr},
+        {L"00112233-4455-6677-8899-aabbccddeef", ORV_E_GUID_TEXT, nullptr},
+        {L"00112233-4455-6677-8899-aabbccddeeff0", ORV_E_GUID_TEXT, nullptr},
+        {L"00112233+4455-6677-8899-aabbccddeeff", ORV_E_GUID_TEXT, nullptr},
+        {L"00112233-4455+6677-8899-aabbccddeeff", ORV_E_GUID_TEXT, nullptr},
+        {L"00112233-4455-6677+8899-aabbccddeeff", ORV_E_GUID_TEXT, nullptr},
+        {L"00112233-4455-6677-8899+aabbccddeeff", ORV_E_GUID_TEXT, nullptr},
+        {L"", ORV_E_GUID_TEXT, nullptr},
+        // The first group is a number.
+        {L"0011223g-4455-6677-8899-aabbccddeeff", ORV_E_INVALID_ARGUMENT, nullptr},
+        {L" 0112233-4455-6677-8899-aabbccddeeff", ORV_E_INVALID_ARGUMENT, nullptr},
+        {L"-0112233-4455-6677-8899-aabbccddeeff", ORV_E_INVALID_ARGUMENT, nullptr},
+        {L"0x112233-4455-6677-8899-aabbccddeeff", 0, kText},
+        {L"ffffffff-ffff-ffff-ffff-ffffffffffff", 0, L"ffffffff-ffff-ffff-ffff-ffffffffffff"},
+        // The others are read as far as they go.
+        {L"00000000-zzzz-6677-8899-aabbccddeeff", 0, L"00000000-0000-6677-8899-aabbccddeeff"},
+        {L"00000000-0x1F-0XzF-8899-aabbccddeeff", 0, L"00000000-001f-0000-8899-aabbccddeeff"},
+        {L"00000000-12g4-1 23-8g99-g0bb0xd-ee-f", ORV_E_INVALID_ARGUMENT, nullptr},
+        {L"00000000-12g4-1 23-8g99-g0bb0xd-eef-", 0, L"00000000-0012-0001-0899-00bb000dee0f"},
+        {L"00000000--234-6677-8899-aabbccddeeff", ORV_E_INVALID_ARGUMENT, nullptr},
+        {L"00000000-1234--677-8899-aabbccddeeff", ORV_E_INVALID_ARGUMENT, nullptr},
+        {L"00000000-1234-6677--899-aabbccddeeff", ORV_E_INVALID_ARGUMENT, nullptr},
+        {L"00000000-1234-6677-8899-aabbccddee-f", ORV_E_INVALID_ARGUMENT, nullptr},
+        {L"00000000-\xFF11\x0141\x0130\x30-0000-0000-000000000000", 0,
+         L"00000000-0000-0000-0000-000000000000"},
+    };
+    for (const auto &c : cases) {
+        test::Note("case", static_cast<uint32_t>(&c - cases));
+        uint32_t length = 0;
+        while (c.text[length])
+            length++;
+        const OrvStringRefBase<wchar_t> refs[] = {{c.text}, {test::GuardedCopy(c.text, length), length}};
+        for (const auto &ref : refs) {
+            _OrvGuid guid = Sample();
+            guid.bytes[0] = 0x5A;
+            CHECK_EQUAL(OrvGuidUtils::Parse(guid, ref), c.result);
+            if (!c.printed) {
+                CHECK_EQUAL(guid.bytes[0], 0x5A);
+                continue;
+            }
+            wchar_t room[37];
+            _ORV_UTF16CHAR_STR text = {0, 37, room};
+            OrvGuidUtils::GetString(guid, text);
+            CHECK_TEXT(room, c.printed);
+        }
+    }
+    _OrvGuid guid;
+    CHECK_EQUAL(OrvGuidUtils::Parse(guid, OrvStringRefBase<wchar_t>(nullptr, 36)), ORV_E_GUID_TEXT);
+}

@@ -1,0 +1,246 @@
+// The reader's events, in order and in views; its failures, from every side; and what the writer wrote, read
+// back.
+
+#include "orv/xml/xml_sax.h"
+
+#include "harness/memory.h"
+#include "harness/test.h"
+#include "orv/text/format.h"
+#include "orv/xml/xml_writer.h"
+#include "xml/streams.h"
+
+namespace
+{
+
+/// Writes the events down, and fails at one of them when told to. Texts that come in pieces are joined.
+class Recorder final : public OrvBasXmlSaxHandlerBase
+{
+public:
+    OrvResult StartElement(const Text &element) override { return Record(L"<%s", element, Text(), Text()); }
+    OrvResult Attribute(const Text &element, const Text &name, const Text &value) override
+    {
+        return Record(L" %s.%s=%s", element, name, value);
+    }
+    OrvResult EndElement(const Text &element) override { return Record(L"/%s>", element, Text(), Text()); }
+    OrvResult CharacterData(const Text &text) override
+    {
+        textCalls++;
+        return Record(L"%s", text, Text(), Text());
+    }
+
+    OrvUtf16CharHeapBuffer events;
+    uint32_t calls = 0;
+    uint32_t textCalls = 0;
+    uint32_t failAt = 0;
+
+private:
+    OrvResult Record(const wchar_t *format, const Text &first, const Text &second, const Text &third)
+    {
+        if (++calls == failAt)
+            return ORV_E_ABORTED;
+        const Text *const parts[] = {&first, &second, &third};
+        uint32_t part = 0;
+        for (; *format; format++) {
+            if (*format != L'%') {
+                events.Append(*format);
+                continue;
+            }
+            format++;
+            events.Append(parts[part]->characters, parts[part]->length);
+            part++;
+        }
+        return ORV_S_NOT_SET; // a remark does not end the parse
+    }
+};
+
+uint32_t Length(const char *text)
+{
+    uint32_t length = 0;
+    while (text[length])
+        length++;
+    return length;
+}
+
+const char kDocument[] = "<?xml version='1.0'?><a x='1' y=\"&lt;&#x20AC;\">t<!-- c --><b/><![CDATA[<]]>u</a>";
+const wchar_t kEvents[] = L"<a a.x=1 a.y=<\u20ACt<b/b><u/a>";
+
+} // namespace
+
+TEST_CASE(EventsComeInOrderFromPiecesOfAnySize)
+{
+    for (uint32_t piece = 1; piece <= sizeof kDocument; piece += 5) {
+        test::Note("piece", piece);
+        test::PiecewiseStream stream(kDocument, sizeof kDocument - 1, piece);
+        Recorder recorder;
+        CHECK_EQUAL(OrvBasXmlSaxParse(stream, recorder), ORV_S_OK);
+        CHECK_TEXT(recorder.events.GetValue(), kEvents);
+    }
+    // UTF-16 with a byte order mark, found by itself.
+    static const wchar_t kUtf16[] = L"\xFEFF<a>\u00E9</a>";
+    OrvMemoryStream stream(kUtf16, sizeof kUtf16 - sizeof(wchar_t));
+    Recorder recorder;
+    CHECK_EQUAL(OrvBasXmlSaxParse(stream, recorder), ORV_S_OK);
+    CHECK_TEXT(recorder.events.GetValue(), L"<a\u00E9/a>");
+
+    // A text across two reads comes in two calls: a comment brings it to the border between them.
+    static char longText[4110];
+    __builtin_memset(longText, 'c', sizeof longText);
+    __builtin_memcpy(longText, "<a><!--", 7);
+    __builtin_memcpy(longText + 4090, "-->12345678</a>", 15);
+    OrvMemoryStream longStream(longText, 4090 + 15);
+    Recorder longRecorder;
+    CHECK_EQUAL(OrvBasXmlSaxParse(longStream, longRecorder), ORV_S_OK);
+    CHECK_EQUAL(longRecorder.textCalls, 2u);
+    CHECK_TEXT(longRecorder.events.GetValue(), L"<a12345678/a>");
+}
+
+TEST_CASE(MalformedDocumentsAreRefusedWhereTheyBreak)
+{
+    struct {
+        const char *document;
+        uint32_t offset;
+    } const cases[] = {
+        {"", 0},
+        {"  ", 2},
+        {"text", 0},
+        {"<a>", 3},
+        {"<a></b>", 5},
+        {"<a x='1' x='2'/>", 9},
+        {"<a x=1/>", 5},
+        {"<a>&undefined;</a>", 3},
+        {"<a>\x01</a>", 3},
+        {"<a>\xFF</a>", 3},
+        {"<a/><b/>", 4},
+        {"<a>&#xD800;</a>", 3},
+        {"<?xml version='1.0' encoding='no-such'?><a/>", 30},
+        {"<a><![CDATA[x</a>", 17},
+    };
+    for (const auto &c : cases) {
+        test::Note(c.document, 0);
+        OrvMemoryStream stream(c.document, Length(c.document));
+        Recorder recorder;
+        OrvBasXmlSaxError error = {};
+        CHECK_EQUAL(OrvBasXmlSaxParse(stream, recorder, error), ORV_E_INVALID_DATA);
+        CHECK_EQUAL(error.byteOffset, uint64_t(c.offset));
+        CHECK(error.line >= 1);
+    }
+    // Cut at every byte, no document is complete.
+    for (uint32_t size = 0; size < sizeof kDocument - 1; size++) {
+        OrvMemoryStream stream(kDocument, size);
+        Recorder recorder;
+        CHECK_EQUAL(OrvBasXmlSaxParse(stream, recorder), ORV_E_INVALID_DATA);
+    }
+}
+
+TEST_CASE(BombsAndOutsideEntitiesDoNotGoOff)
+{
+    static char bomb[2000];
+    uint32_t size = 0;
+    const auto add = [&size](const char *text) {
+        for (; *text; text++)
+            bomb[size++] = *text;
+    };
+    add("<!DOCTYPE a [<!ENTITY e0 'xxxxxxxxxxxxxxxx'>");
+    for (char level = '1'; level <= '9'; level++) {
+        const char before[] = {'<', '!', 'E', 'N', 'T', 'I', 'T', 'Y', ' ', 'e', level, ' ', '\'', 0};
+        add(before);
+        for (uint32_t i = 0; i < 10; i++) {
+            const char reference[] = {'&', 'e', static_cast<char>(level - 1), ';', 0};
+            add(reference);
+        }
+        add("'>");
+    }
+    add("]><a>&e9;</a>");
+    OrvMemoryStream stream(bomb, size);
+    Recorder recorder;
+    recorder.failAt = 0xFFFFFFFF;
+    class Counter final : public OrvBasXmlSaxHandlerBase
+    {
+    public:
+        OrvResult CharacterData(const Text &text) override
+        {
+            characters += text.length;
+            return ORV_S_OK;
+        }
+        uint64_t characters = 0;
+    } counter;
+    CHECK_EQUAL(OrvBasXmlSaxParse(stream, counter), ORV_E_INVALID_DATA);
+    CHECK(counter.characters < 100000000);
+
+    const char outside[] = "<!DOCTYPE a [<!ENTITY x SYSTEM 'file:///etc/passwd'>]><a>&x;</a>";
+    OrvMemoryStream outsideStream(outside, sizeof outside - 1);
+    CHECK_EQUAL(OrvBasXmlSaxParse(outsideStream, recorder), ORV_S_OK);
+    CHECK_TEXT(recorder.events.GetValue(), L"<a/a>");
+}
+
+TEST_CASE(FirstFailureIsTheResult)
+{
+    // The handler's, at every event: no further call is made.
+    OrvMemoryStream whole(kDocument, sizeof kDocument - 1);
+    Recorder all;
+    CHECK_EQUAL(OrvBasXmlSaxParse(whole, all), ORV_S_OK);
+    for (uint32_t failAt = 1; failAt <= all.calls; failAt++) {
+        test::Note("fails at", failAt);
+        OrvMemoryStream stream(kDocument, sizeof kDocument - 1);
+        Recorder failing;
+        failing.failAt = failAt;
+        OrvBasXmlSaxError error = {7, 7, 7};
+        CHECK_EQUAL(OrvBasXmlSaxParse(stream, failing, error), ORV_E_ABORTED);
+        CHECK_EQUAL(failing.calls, failAt);
+        CHECK_EQUAL(error.byteOffset, uint64_t(7));
+    }
+    // It comes before what is malformed behind it.
+    OrvMemoryStream broken("<a></b>", 7);
+    Recorder failing;
+    failing.failAt = 1;
+    CHECK_EQUAL(OrvBasXmlSaxParse(broken, failing), ORV_E_ABORTED);
+
+    // The stream's, at every read.
+    test::PiecewiseStream counted(kDocument, sizeof kDocument - 1, 10);
+    Recorder recorder;
+    CHECK_EQUAL(OrvBasXmlSaxParse(counted, recorder), ORV_S_OK);
+    for (uint32_t failAt = 1; failAt <= counted.reads; failAt++) {
+        test::PiecewiseStream stream(kDocument, sizeof kDocument - 1, 10, failAt);
+        Recorder partial;
+        CHECK_EQUAL(OrvBasXmlSaxParse(stream, partial), ORV_E_READ_FAULT);
+        CHECK_EQUAL(stream.reads, failAt);
+    }
+    const test::RefusingHeap refusing;
+    OrvMemoryStream stream(kDocument, sizeof kDocument - 1);
+    Recorder poor;
+    CHECK_EQUAL(OrvBasXmlSaxParse(stream, poor), ORV_E_OUT_OF_MEMORY);
+}
+
+TEST_CASE(WriterIsReadBack)
+{
+    // All of the plane that XML has characters for. Attributes fold white space, so they come without it.
+    static wchar_t text[0x10000];
+    uint32_t length = 0;
+    for (uint32_t c = 0x20; c < 0xFFFE; c++) {
+        if (c < 0xD800 || c > 0xDFFF)
+            text[length++] = static_cast<wchar_t>(c);
+    }
+    OrvBufferStream stream;
+    OrvBasXmlWriter::Impl *const writer = OrvBasXmlWriter::Impl::New(stream);
+    writer->WriteXmlDecl(L"1.0");
+    writer->WriteStartElement(L"a");
+    writer->WriteAttribute(L"x", {text, length});
+    writer->WriteText({text, length});
+    writer->WriteText(L"\t\n");
+    writer->WriteEndElement();
+    CHECK_EQUAL(writer->Flush(), ORV_S_OK);
+    OrvBasXmlWriter::Impl::Delete(writer);
+
+    OrvUtf16CharHeapBuffer expected;
+    expected.ReserveElements(2 * length + 20);
+    expected.Append(L"<a a.x=");
+    expected.Append(text, length);
+    expected.Append(text, length);
+    expected.Append(L"\t\n/a>");
+    Recorder recorder;
+    recorder.events.ReserveElements(2 * length + 20);
+    CHECK_EQUAL(OrvBasXmlSaxParse(stream, recorder), ORV_S_OK);
+    CHECK_EQUAL(recorder.events.GetInternal().length, expected.GetInternal().length);
+    CHECK(__builtin_memcmp(recorder.events.GetValue(), expected.GetValue(),
+                           expected.GetInternal().length * sizeof(wchar_t)) == 0);
+}
