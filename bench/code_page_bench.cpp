@@ -17,24 +17,38 @@ char bytesTarget[kLongest * 3 + 1];
 wchar_t textTarget[kLongest + 1];
 uint32_t byteCount;
 
+/// Words of random length, because a conversion is as fast as its runs are predictable.
 struct Sample {
     const char *decode;
     const char *encode;
-    const wchar_t *words; ///< repeated
+    wchar_t first;     ///< letters are taken from here on,
+    uint32_t letters;  ///< so many of them,
+    uint32_t accented; ///< and this many in a hundred from Latin-1
+    uint32_t wordLength;
 };
 
 const Sample kSamples[] = {
-    {"ASCII from UTF-8", "ASCII to UTF-8", L"the quick brown fox jumps over the lazy dog, "},
-    {"Latin from UTF-8", "Latin to UTF-8",
-     L"\x00E0 c\x00F4t\x00E9 d'un c\x0153ur na\x00EFf, d\x00E9j\x00E0 fatigu\x00E9 "},
-    {"Chinese from UTF-8", "Chinese to UTF-8", L"\x5929\x5730\x7384\x9EC4\x5B87\x5B99\x6D2A\x8352\xFF0C"},
+    {"ASCII from UTF-8", "ASCII to UTF-8", L'a', 26, 0, 12},
+    {"Latin from UTF-8", "Latin to UTF-8", L'a', 26, 10, 12},
+    {"Cyrillic from UTF-8", "Cyrillic to UTF-8", 0x0430, 32, 0, 12},
+    {"Chinese from UTF-8", "Chinese to UTF-8", 0x4E00, 0x5000, 0, 40},
 };
 
-void Prepare(const wchar_t *words, uint32_t length)
+void Prepare(const Sample &sample, uint32_t length)
 {
-    const uint32_t period = OrvGetStringSizeInElements(words);
-    for (uint32_t i = 0; i < length; i++)
-        text[i] = words[i % period];
+    uint32_t state = 1;
+    const auto below = [&state](uint32_t limit) {
+        state = state * 1664525 + 1013904223;
+        return static_cast<uint32_t>(uint64_t(state) * limit >> 32);
+    };
+    for (uint32_t i = 0, word = 1; i < length; i++, word--) {
+        if (word == 0)
+            word = 2 + below(sample.wordLength);
+        const uint32_t letter = sample.first + below(sample.letters);
+        text[i] = static_cast<wchar_t>(word == 1                      ? L' '
+                                       : below(100) < sample.accented ? 0xE0 + below(30)
+                                                                      : letter);
+    }
     OrvConvertUtf162MbString(bytes, sizeof bytes, text, OrvCodePageUtf8, &byteCount, length);
 }
 
@@ -44,7 +58,7 @@ BENCHMARK(Utf8)
 {
     for (const Sample &sample : kSamples) {
         for (const uint32_t length : kLengths) {
-            Prepare(sample.words, length);
+            Prepare(sample, length);
             bench::Compare(
                 {sample.decode, length, "RtlUTF8ToUnicodeN"},
                 [] {

@@ -94,8 +94,9 @@ Bytes BytesOf(const wchar_t *text, uint32_t count)
 template <typename T>
 OrvResult RunConverter(CodePageConverter convert, Bytes source, T *target, uint32_t room, uint64_t &length)
 {
-    constexpr uint32_t kMostRoom = UINT32_MAX / sizeof(T);
-    const uint32_t roomBytes = (room < kMostRoom ? room : kMostRoom) * sizeof(T);
+    // A caller may name a capacity that goes on behind the end of the address space.
+    const uint32_t mostRoom = (UINTPTR_MAX - reinterpret_cast<uintptr_t>(target)) / sizeof(T);
+    const uint32_t roomBytes = (room < mostRoom ? room : mostRoom) * sizeof(T);
     uint64_t size = 0;
     const OrvResult result =
         convert(source.first, source.size, reinterpret_cast<uint8_t *>(target), roomBytes, size);

@@ -13,22 +13,23 @@ namespace detail
 namespace
 {
 
-template <typename Reader, template <template <typename> class> class WriterOn>
+/// Between encodings without state.
+template <typename From, typename To>
 OrvResult Convert(const uint8_t *source, uint32_t size, uint8_t *target, uint32_t room, uint64_t &converted)
 {
-    Reader reader(source, size);
-    const auto run = [&](auto &writer) {
-        const OrvResult result = Transcode(reader, writer);
-        if (OrvSucceeded(result))
-            converted = writer.Target().Size();
-        return result;
-    };
-    if (target) {
-        WriterOn<TargetArray> writer({target, room});
-        return run(writer);
-    }
-    WriterOn<TargetCount> writer({});
-    return run(writer);
+    return target ? Transcode<From, To>(source, size, target, room, converted)
+                  : Measure<From, To>(source, size, converted);
+}
+
+/// From UTF-7 or to it.
+template <typename Reader, typename Writer>
+OrvResult ConvertThrough(const uint8_t *source, uint32_t size, uint8_t *target, uint32_t room,
+                         uint64_t &converted)
+{
+    const Reader reader(source, size);
+    if (target)
+        return TranscodeThrough(reader, typename Writer::template On<TargetArray>({target, room}), converted);
+    return TranscodeThrough(reader, typename Writer::template On<TargetCount>({}), converted);
 }
 
 /// From a page to itself, whatever the bytes mean.
@@ -63,14 +64,14 @@ constexpr uint32_t ColumnOf(OrvCodePage page)
 
 constexpr CodePageConverter kConverters[kColumns][kColumns] = {
     {},
-    {nullptr, Copy, Convert<Latin1Reader, Utf7Writer>, Convert<Latin1Reader, Utf8Writer>,
-     Convert<Latin1Reader, Utf16Writer>},
-    {nullptr, Convert<Utf7Reader, Latin1Writer>, Copy, Convert<Utf7Reader, Utf8Writer>,
-     Convert<Utf7Reader, Utf16Writer>},
-    {nullptr, Convert<Utf8Reader, Latin1Writer>, Convert<Utf8Reader, Utf7Writer>, Copy,
-     Convert<Utf8Reader, Utf16Writer>},
-    {nullptr, Convert<Utf16Reader, Latin1Writer>, Convert<Utf16Reader, Utf7Writer>,
-     Convert<Utf16Reader, Utf8Writer>, Copy},
+    {nullptr, Copy, ConvertThrough<PlainReader<Latin1>, Utf7Writer>, Convert<Latin1, Utf8>,
+     Convert<Latin1, Utf16>},
+    {nullptr, ConvertThrough<Utf7Reader, PlainWriter<Latin1>>, Copy,
+     ConvertThrough<Utf7Reader, PlainWriter<Utf8>>, ConvertThrough<Utf7Reader, PlainWriter<Utf16>>},
+    {nullptr, Convert<Utf8, Latin1>, ConvertThrough<PlainReader<Utf8>, Utf7Writer>, Copy,
+     Convert<Utf8, Utf16>},
+    {nullptr, Convert<Utf16, Latin1>, ConvertThrough<PlainReader<Utf16>, Utf7Writer>, Convert<Utf16, Utf8>,
+     Copy},
 };
 
 } // namespace

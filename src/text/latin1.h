@@ -7,43 +7,24 @@
 namespace detail
 {
 
-class Latin1Reader
-{
-public:
+struct Latin1 {
+    typedef uint8_t Unit;
     static constexpr uint32_t kPlainLimit = 0x100;
+    static constexpr uint32_t kLongest = 1;
 
-    Latin1Reader(const uint8_t *bytes, uint32_t size) : source_(bytes, size) {}
-
-    SourceUnits<uint8_t> &Source() { return source_; }
-
-    ReadStep Read(uint32_t &codePoint)
+    static __forceinline const uint8_t *Decode(const uint8_t *at, uint32_t &codePoint)
     {
-        if (source_.Left() == 0)
-            return ReadStep::kEnd;
-        codePoint = source_.Peek();
-        source_.Skip(1);
-        return ReadStep::kCodePoint;
+        codePoint = *at;
+        return at + 1;
     }
 
-private:
-    SourceUnits<uint8_t> source_;
-};
+    static __forceinline uint8_t *Encode(uint8_t *at, uint32_t codePoint)
+    {
+        *at = codePoint < kPlainLimit ? static_cast<uint8_t>(codePoint) : uint8_t('?');
+        return at + 1;
+    }
 
-template <template <typename> class TargetOf>
-class Latin1Writer
-{
-public:
-    static constexpr uint32_t kPlainLimit = 0x100;
-
-    explicit Latin1Writer(const TargetOf<uint8_t> &target) : target_(target) {}
-
-    TargetOf<uint8_t> &Target() { return target_; }
-
-    bool Put(uint32_t codePoint) { return target_.Append(codePoint < 0x100 ? codePoint : '?', 1); }
-    bool Finish() { return true; }
-
-private:
-    TargetOf<uint8_t> target_;
+    static uint32_t Length(uint32_t /*codePoint*/) { return 1; }
 };
 
 } // namespace detail

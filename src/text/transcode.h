@@ -1,13 +1,21 @@
-// Conversion from one encoding to another, code point by code point: a reader of the source's encoding, a
-// writer of the target's, and one loop between them.
+// Conversion from one encoding to another, code point by code point.
 //
-// A reader is made of the source's bytes. Read(codePoint) gives the next code point, kEnd behind the last
-// one, kMalformed where the bytes are no text; a code point that it gives is never a surrogate. A writer
-// stands on a target, an array or a mere count, so that what a text needs is measured by the very code that
-// writes it. Put(codePoint) and Finish() are false when the target is full.
+// Most encodings have no state: a code point takes one to four units, whatever stands around it. Such an
+// encoding is a type with
+//   Unit            uint8_t or wchar_t
+//   kPlainLimit     units below it are the code points of the same value, and the other way round
+//   Decode(at, c)   reads the code point at a place and gives the place behind it, or null where the units
+//   are
+//                   no text; it may look at kLongest units
+//   Encode(at, c)   writes the code point and gives the place behind it; it may write over kLongest units
+//   Length(c)       the number of units that Encode gives
+// Decode never gives a surrogate. Between two such encodings Transcode and Measure go as fast as they can: as
+// long as a block of units can be read and written on both sides nothing is checked but the text, and what is
+// plain on both sides is carried over a block at a time.
 //
-// Encodings whose units below some limit are the code points of the same value say so by kPlainLimit; a run
-// of those is carried over at once. An encoding with a state has a limit of 0.
+// UTF-7 has a state, and comes as a reader and a writer. A PlainReader or PlainWriter makes the same of an
+// encoding without state, so that one loop joins any two. A writer stands on a target, an array or a mere
+// count, so what a text needs is measured by the very code that writes it.
 
 #pragma once
 
@@ -17,7 +25,7 @@
 namespace detail
 {
 
-enum class ReadStep : uint8_t { kCodePoint, kEnd, kMalformed };
+constexpr uint32_t kBlockUnits = 8; ///< what is carried over at once
 
 constexpr uint32_t kFirstSupplementary = 0x10000;
 constexpr uint32_t kLastCodePoint = 0x10FFFF;
@@ -43,83 +51,174 @@ constexpr uint32_t CombineSurrogates(uint32_t high, uint32_t low)
     return kFirstSupplementary + ((high & 0x3FF) << 10 | (low & 0x3FF));
 }
 
-/// What is left of a source.
+/// Also where half of the address space lies between two pointers.
 template <typename T>
-class SourceUnits
+uint32_t UnitsBetween(const T *first, const T *last)
 {
-public:
-    typedef T Unit;
+    return (reinterpret_cast<uintptr_t>(last) - reinterpret_cast<uintptr_t>(first)) / sizeof(T);
+}
 
-    SourceUnits(const uint8_t *bytes, uint32_t size)
-        : next_(reinterpret_cast<const T *>(bytes)), left_(size / sizeof(T))
-    {
+template <typename From, typename To>
+constexpr uint32_t kCommonLimit = From::kPlainLimit < To::kPlainLimit ? From::kPlainLimit : To::kPlainLimit;
+
+/// Decodes near the end of a text, as if zeros stood behind it: those complete nothing.
+template <typename From>
+__declspec(noinline) const
+    typename From::Unit *DecodeLast(const typename From::Unit *at, uint32_t left, uint32_t &codePoint)
+{
+    typename From::Unit padded[From::kLongest];
+    for (uint32_t i = 0; i < From::kLongest; i++)
+        padded[i] = i < left ? LoadUnit(at + i) : typename From::Unit(0);
+    const auto *const next = From::Decode(padded, codePoint);
+    return next ? at + (next - padded) : nullptr;
+}
+
+template <typename From>
+__forceinline const typename From::Unit *DecodeWithin(const typename From::Unit *at,
+                                                      const typename From::Unit *end, uint32_t &codePoint)
+{
+    const uint32_t left = UnitsBetween(at, end);
+    if (left >= From::kLongest)
+        return From::Decode(at, codePoint);
+    uint32_t last = 0; // apart, so that the code point itself can stay in a register
+    at = DecodeLast<From>(at, left, last);
+    codePoint = last;
+    return at;
+}
+
+/// Encodes near the end of an array; null when the code point does not fit.
+template <typename To>
+__declspec(noinline) typename To::Unit *EncodeLast(typename To::Unit *at, uint32_t room, uint32_t codePoint)
+{
+    typename To::Unit units[To::kLongest] = {};
+    const auto length = static_cast<uint32_t>(To::Encode(units, codePoint) - units);
+    if (length > room)
+        return nullptr;
+    for (uint32_t i = 0; i < To::kLongest; i++) {
+        if (i < length)
+            StoreUnit(at + i, units[i]);
     }
+    return at + length;
+}
 
-    uint32_t Left() const { return left_; }
-    uint32_t Peek(uint32_t at = 0) const { return LoadUnit(next_ + at); }
-    const T *Next() const { return next_; }
+template <typename To>
+__forceinline typename To::Unit *EncodeWithin(typename To::Unit *at, const typename To::Unit *end,
+                                              uint32_t codePoint)
+{
+    const uint32_t room = UnitsBetween<typename To::Unit>(at, end);
+    return room >= To::kLongest ? To::Encode(at, codePoint) : EncodeLast<To>(at, room, codePoint);
+}
 
-    void Skip(uint32_t count)
-    {
-        next_ += count;
-        left_ -= count;
+/// Carries over what is plain at a place where both sides have a block, and gives its length.
+template <uint32_t kLimit, typename From, typename To>
+uint32_t CopyPlain(const From *from, uint32_t left, To *to, uint32_t room)
+{
+    const UnitBlock<From, kBlockUnits> block(from);
+    block.Store(to);
+    if (const uint32_t ends = block.template EndsOfRun<kLimit>())
+        return static_cast<uint32_t>(__builtin_ctz(ends));
+    const uint32_t count = (left < room ? left : room) - kBlockUnits;
+    return kBlockUnits + CopyBlocks<kLimit>(from + kBlockUnits, to + kBlockUnits, count);
+}
+
+/// Converts `size` bytes into at most `room`; `converted` is the size of the result in bytes.
+template <typename From, typename To>
+OrvResult Transcode(const uint8_t *source, uint32_t size, uint8_t *target, uint32_t room, uint64_t &converted)
+{
+    typedef typename From::Unit FromUnit;
+    typedef typename To::Unit ToUnit;
+    constexpr uint32_t kLimit = kCommonLimit<From, To>;
+    const auto *from = reinterpret_cast<const FromUnit *>(source);
+    const auto *const fromEnd = from + size / sizeof(FromUnit);
+    auto *to = reinterpret_cast<ToUnit *>(target);
+    auto *const toEnd = to + room / sizeof(ToUnit);
+
+    while (from != fromEnd) {
+        uint32_t codePoint = LoadUnit(from);
+        if (codePoint < kLimit) {
+            const uint32_t left = UnitsBetween(from, fromEnd);
+            const uint32_t places = UnitsBetween<ToUnit>(to, toEnd);
+            // A single one, as the space between words, is not worth a block.
+            if (left >= kBlockUnits && places >= kBlockUnits && LoadUnit(from + 1) < kLimit) {
+                const uint32_t length = CopyPlain<kLimit>(from, left, to, places);
+                from += length;
+                to += length;
+                continue;
+            }
+            if (places == 0)
+                return ORV_E_BUFFER_TOO_SMALL;
+            StoreUnit(to++, static_cast<ToUnit>(codePoint));
+            from++;
+            continue;
+        }
+        from = DecodeWithin<From>(from, fromEnd, codePoint);
+        if (!from)
+            return ORV_E_INVALID_DATA;
+        to = EncodeWithin<To>(to, toEnd, codePoint);
+        if (!to)
+            return ORV_E_BUFFER_TOO_SMALL;
     }
+    if (size % sizeof(FromUnit) != 0)
+        return ORV_E_INVALID_DATA;
+    converted = UnitsBetween(target, reinterpret_cast<uint8_t *>(to));
+    return ORV_S_OK;
+}
 
-private:
-    const T *next_;
-    uint32_t left_;
-};
+/// The size in bytes that Transcode gives when there is room.
+template <typename From, typename To>
+OrvResult Measure(const uint8_t *source, uint32_t size, uint64_t &converted)
+{
+    constexpr uint32_t kLimit = kCommonLimit<From, To>;
+    const auto *from = reinterpret_cast<const typename From::Unit *>(source);
+    const auto *const fromEnd = from + size / sizeof(typename From::Unit);
+    uint64_t length = 0;
+    while (from != fromEnd) {
+        uint32_t codePoint = LoadUnit(from);
+        if (codePoint < kLimit) {
+            const uint32_t run = CountRun<kLimit>(from, UnitsBetween(from, fromEnd));
+            length += run;
+            from += run;
+            continue;
+        }
+        from = DecodeWithin<From>(from, fromEnd, codePoint);
+        if (!from)
+            return ORV_E_INVALID_DATA;
+        length += To::Length(codePoint);
+    }
+    if (size % sizeof(typename From::Unit) != 0)
+        return ORV_E_INVALID_DATA;
+    converted = length * sizeof(typename To::Unit);
+    return ORV_S_OK;
+}
+
+// The loop for readers and writers.
 
 /// A target that is written.
 template <typename T>
 class TargetArray
 {
 public:
-    TargetArray(uint8_t *bytes, uint32_t room) : next_(reinterpret_cast<T *>(bytes)), room_(room / sizeof(T))
+    TargetArray(uint8_t *bytes, uint32_t room)
+        : first_(reinterpret_cast<T *>(bytes)), next_(first_), end_(first_ + room / sizeof(T))
     {
-        whole_ = room_;
     }
 
-    /// Appends the units that stand in `packed`, from its low bits up.
-    bool Append(uint32_t packed, uint32_t count)
+    /// False when there is no room.
+    bool Append(uint32_t unit)
     {
-        if (room_ < count)
+        if (next_ == end_)
             return false;
-        if (count == 1) {
-            StoreUnit(next_, static_cast<T>(packed));
-        } else if (room_ >= sizeof packed / sizeof(T)) {
-            // What is stored too much lies in the room that is left.
-            StoreUnit(reinterpret_cast<uint32_t *>(next_), packed);
-        } else {
-            for (uint32_t i = 0; i < count; i++)
-                StoreUnit(next_ + i, static_cast<T>(packed >> 8 * sizeof(T) * i));
-        }
-        next_ += count;
-        room_ -= count;
+        StoreUnit(next_++, static_cast<T>(unit));
         return true;
     }
 
-    /// Takes over a run from the source, as far as there is room; false when there is none.
-    template <uint32_t kLimit, typename Source>
-    bool AppendRun(Source &source)
-    {
-        if (room_ == 0)
-            return false;
-        const uint32_t count = source.Left() < room_ ? source.Left() : room_;
-        const uint32_t copied = CopyRun<kLimit>(source.Next(), next_, count);
-        source.Skip(copied);
-        next_ += copied;
-        room_ -= copied;
-        return true;
-    }
-
-    /// Bytes written.
-    uint64_t Size() const { return (whole_ - room_) * sizeof(T); }
+    /// In bytes.
+    uint64_t Size() const { return UnitsBetween(first_, next_) * sizeof(T); }
 
 private:
+    T *first_;
     T *next_;
-    uint32_t room_;
-    uint32_t whole_;
+    T *end_;
 };
 
 /// A target that is only measured, and never full.
@@ -127,18 +226,9 @@ template <typename T>
 class TargetCount
 {
 public:
-    bool Append(uint32_t /*packed*/, uint32_t count)
+    bool Append(uint32_t /*unit*/)
     {
-        count_ += count;
-        return true;
-    }
-
-    template <uint32_t kLimit, typename Source>
-    bool AppendRun(Source &source)
-    {
-        const uint32_t counted = CountRun<kLimit>(source.Next(), source.Left());
-        source.Skip(counted);
-        count_ += counted;
+        count_++;
         return true;
     }
 
@@ -148,29 +238,82 @@ private:
     uint64_t count_ = 0;
 };
 
-template <typename Reader, typename Writer>
-OrvResult Transcode(Reader &reader, Writer &writer)
+enum class ReadStep : uint8_t { kCodePoint, kEnd, kMalformed };
+
+template <typename Encoding>
+class PlainReader
 {
-    constexpr uint32_t kLimit =
-        Reader::kPlainLimit < Writer::kPlainLimit ? Reader::kPlainLimit : Writer::kPlainLimit;
-    for (;;) {
-        if constexpr (kLimit != 0) {
-            auto &source = reader.Source();
-            if (source.Left() != 0 && source.Peek() < kLimit) {
-                if (!writer.Target().template AppendRun<kLimit>(source))
-                    return ORV_E_BUFFER_TOO_SMALL;
-                continue;
+public:
+    PlainReader(const uint8_t *bytes, uint32_t size)
+        : next_(reinterpret_cast<const Unit *>(bytes)), end_(next_ + size / sizeof(Unit)),
+          endsInUnit_(size % sizeof(Unit) != 0)
+    {
+    }
+
+    ReadStep Read(uint32_t &codePoint)
+    {
+        if (next_ == end_)
+            return endsInUnit_ ? ReadStep::kMalformed : ReadStep::kEnd;
+        next_ = DecodeWithin<Encoding>(next_, end_, codePoint);
+        return next_ ? ReadStep::kCodePoint : ReadStep::kMalformed;
+    }
+
+private:
+    typedef typename Encoding::Unit Unit;
+
+    const Unit *next_;
+    const Unit *end_;
+    bool endsInUnit_;
+};
+
+template <typename Encoding>
+struct PlainWriter {
+    template <template <typename> class TargetOf>
+    class On
+    {
+    public:
+        typedef TargetOf<typename Encoding::Unit> Target;
+
+        explicit On(const Target &target) : target_(target) {}
+
+        /// False when the target is full.
+        bool Put(uint32_t codePoint)
+        {
+            typename Encoding::Unit units[Encoding::kLongest] = {};
+            const auto *const end = Encoding::Encode(units, codePoint);
+            for (const auto *unit = units; unit != end; unit++) {
+                if (!target_.Append(*unit))
+                    return false;
             }
+            return true;
         }
+
+        /// Writes what is still to be written; false when the target is full.
+        bool Finish() { return true; }
+
+        uint64_t Size() const { return target_.Size(); }
+
+    private:
+        Target target_;
+    };
+};
+
+template <typename Reader, typename Writer>
+OrvResult TranscodeThrough(Reader reader, Writer writer, uint64_t &converted)
+{
+    for (;;) {
         uint32_t codePoint = 0;
         const ReadStep step = reader.Read(codePoint);
         if (step == ReadStep::kMalformed)
             return ORV_E_INVALID_DATA;
-        if (step == ReadStep::kEnd)
-            return writer.Finish() ? ORV_S_OK : ORV_E_BUFFER_TOO_SMALL;
-        if (!writer.Put(codePoint))
+        const bool written = step == ReadStep::kEnd ? writer.Finish() : writer.Put(codePoint);
+        if (!written)
             return ORV_E_BUFFER_TOO_SMALL;
+        if (step == ReadStep::kEnd)
+            break;
     }
+    converted = writer.Size();
+    return ORV_S_OK;
 }
 
 } // namespace detail

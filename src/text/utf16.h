@@ -1,5 +1,4 @@
-// UTF-16, little-endian, in bytes that may stand at any address. A surrogate without its other half, and half
-// a unit at the end, are no text.
+// UTF-16, little-endian, at any address. A surrogate without its other half is no text.
 
 #pragma once
 
@@ -8,68 +7,41 @@
 namespace detail
 {
 
-class Utf16Reader
-{
-public:
-    static constexpr uint32_t kPlainLimit = 0x100;
-
-    Utf16Reader(const uint8_t *bytes, uint32_t size)
-        : source_(bytes, size), halfUnit_(size % sizeof(wchar_t) != 0)
-    {
-    }
-
-    SourceUnits<wchar_t> &Source() { return source_; }
-
-    ReadStep Read(uint32_t &codePoint)
-    {
-        if (source_.Left() == 0)
-            return halfUnit_ ? ReadStep::kMalformed : ReadStep::kEnd;
-        const uint32_t unit = source_.Peek();
-        if (!IsSurrogate(unit)) {
-            codePoint = unit;
-            source_.Skip(1);
-            return ReadStep::kCodePoint;
-        }
-        if (!IsHighSurrogate(unit) || source_.Left() < 2 || !IsLowSurrogate(source_.Peek(1)))
-            return ReadStep::kMalformed;
-        codePoint = CombineSurrogates(unit, source_.Peek(1));
-        source_.Skip(2);
-        return ReadStep::kCodePoint;
-    }
-
-private:
-    SourceUnits<wchar_t> source_;
-    const bool halfUnit_;
-};
-
-/// The low unit of a packed pair is the first one.
+/// Two units in one number, the low half first.
 constexpr uint32_t SurrogatePair(uint32_t codePoint)
 {
     const uint32_t offset = codePoint - kFirstSupplementary;
     return (0xD800 | offset >> 10) | (0xDC00 | (offset & 0x3FF)) << 16;
 }
 
-template <template <typename> class TargetOf>
-class Utf16Writer
-{
-public:
+struct Utf16 {
+    typedef wchar_t Unit;
     static constexpr uint32_t kPlainLimit = 0x100;
+    static constexpr uint32_t kLongest = 2;
 
-    explicit Utf16Writer(const TargetOf<wchar_t> &target) : target_(target) {}
-
-    TargetOf<wchar_t> &Target() { return target_; }
-
-    bool Put(uint32_t codePoint)
+    static __forceinline const wchar_t *Decode(const wchar_t *at, uint32_t &codePoint)
     {
-        if (codePoint < kFirstSupplementary)
-            return target_.Append(codePoint, 1);
-        return target_.Append(SurrogatePair(codePoint), 2);
+        codePoint = LoadUnit(at);
+        if (!IsSurrogate(codePoint))
+            return at + 1;
+        const uint32_t low = LoadUnit(at + 1);
+        if (!IsHighSurrogate(codePoint) || !IsLowSurrogate(low))
+            return nullptr;
+        codePoint = CombineSurrogates(codePoint, low);
+        return at + 2;
     }
 
-    bool Finish() { return true; }
+    static __forceinline wchar_t *Encode(wchar_t *at, uint32_t codePoint)
+    {
+        if (codePoint < kFirstSupplementary) {
+            StoreUnit(at, static_cast<wchar_t>(codePoint));
+            return at + 1;
+        }
+        StoreUnit(reinterpret_cast<uint32_t *>(at), SurrogatePair(codePoint));
+        return at + 2;
+    }
 
-private:
-    TargetOf<wchar_t> target_;
+    static uint32_t Length(uint32_t codePoint) { return codePoint < kFirstSupplementary ? 1 : 2; }
 };
 
 } // namespace detail

@@ -54,9 +54,7 @@ constexpr Utf7Alphabet kUtf7Alphabet;
 class Utf7Reader
 {
 public:
-    static constexpr uint32_t kPlainLimit = 0;
-
-    Utf7Reader(const uint8_t *bytes, uint32_t size) : source_(bytes, size) {}
+    Utf7Reader(const uint8_t *bytes, uint32_t size) : next_(bytes), end_(bytes + size) {}
 
     ReadStep Read(uint32_t &codePoint)
     {
@@ -73,19 +71,19 @@ public:
 private:
     ReadStep ReadUnit(uint32_t &unit)
     {
-        while (source_.Left() != 0) {
-            const uint32_t character = source_.Peek();
+        while (next_ != end_) {
+            const uint32_t character = *next_;
             if (character >= 0x80)
                 return ReadStep::kMalformed;
             if (!inShift_) {
-                source_.Skip(1);
+                next_++;
                 unit = character;
                 if (character != '+' || TakeMinus())
                     return ReadStep::kCodePoint;
                 if (!OpenShift())
                     return ReadStep::kMalformed;
             } else if (kUtf7Alphabet.values[character] >= 0) {
-                source_.Skip(1);
+                next_++;
                 if (TakeDigit(static_cast<uint32_t>(kUtf7Alphabet.values[character]), unit))
                     return ReadStep::kCodePoint;
             } else {
@@ -99,15 +97,15 @@ private:
 
     bool TakeMinus()
     {
-        if (source_.Left() == 0 || source_.Peek() != '-')
+        if (next_ == end_ || *next_ != '-')
             return false;
-        source_.Skip(1);
+        next_++;
         return true;
     }
 
     bool OpenShift()
     {
-        inShift_ = source_.Left() != 0 && source_.Peek() < 0x80 && kUtf7Alphabet.values[source_.Peek()] >= 0;
+        inShift_ = next_ != end_ && *next_ < 0x80 && kUtf7Alphabet.values[*next_] >= 0;
         return inShift_;
     }
 
@@ -134,66 +132,69 @@ private:
         return padding;
     }
 
-    SourceUnits<uint8_t> source_;
+    const uint8_t *next_;
+    const uint8_t *end_;
     bool inShift_ = false;
     uint32_t bits_ = 0; ///< of the unit in the making, `bitCount_` of them
     uint32_t bitCount_ = 0;
 };
 
-template <template <typename> class TargetOf>
-class Utf7Writer
-{
-public:
-    static constexpr uint32_t kPlainLimit = 0;
-
-    explicit Utf7Writer(const TargetOf<uint8_t> &target) : target_(target) {}
-
-    TargetOf<uint8_t> &Target() { return target_; }
-
-    bool Put(uint32_t codePoint)
+struct Utf7Writer {
+    template <template <typename> class TargetOf>
+    class On
     {
-        if (codePoint < 0x80 && kUtf7Alphabet.direct[codePoint])
-            return Finish() &&
-                   (codePoint == '+' ? target_.Append('+' | '-' << 8, 2) : target_.Append(codePoint, 1));
-        if (!inShift_ && !target_.Append('+', 1))
-            return false;
-        inShift_ = true;
-        if (codePoint < kFirstSupplementary)
-            return PutUnit(codePoint);
-        const uint32_t pair = SurrogatePair(codePoint);
-        return PutUnit(pair & 0xFFFF) && PutUnit(pair >> 16);
-    }
+    public:
+        explicit On(const TargetOf<uint8_t> &target) : target_(target) {}
 
-    /// Closes the shift that is open.
-    bool Finish()
-    {
-        if (!inShift_)
-            return true;
-        inShift_ = false;
-        const uint32_t pending = bitCount_;
-        bitCount_ = 0;
-        return (pending == 0 || target_.Append(Digit(bits_ << (6 - pending)), 1)) && target_.Append('-', 1);
-    }
-
-private:
-    bool PutUnit(uint32_t unit)
-    {
-        bits_ = bits_ << 16 | unit;
-        bitCount_ += 16;
-        while (bitCount_ >= 6) {
-            bitCount_ -= 6;
-            if (!target_.Append(Digit(bits_ >> bitCount_), 1))
+        bool Put(uint32_t codePoint)
+        {
+            if (codePoint < 0x80 && kUtf7Alphabet.direct[codePoint])
+                return Finish() && target_.Append(codePoint) && (codePoint != '+' || target_.Append('-'));
+            if (!inShift_ && !target_.Append('+'))
                 return false;
+            inShift_ = true;
+            if (codePoint < kFirstSupplementary)
+                return PutUnit(codePoint);
+            const uint32_t pair = SurrogatePair(codePoint);
+            return PutUnit(pair & 0xFFFF) && PutUnit(pair >> 16);
         }
-        return true;
-    }
 
-    static uint32_t Digit(uint32_t value) { return static_cast<uint8_t>(kUtf7Alphabet.digits[value & 0x3F]); }
+        /// Closes the shift that is open.
+        bool Finish()
+        {
+            if (!inShift_)
+                return true;
+            inShift_ = false;
+            const uint32_t pending = bitCount_;
+            bitCount_ = 0;
+            return (pending == 0 || target_.Append(Digit(bits_ << (6 - pending)))) && target_.Append('-');
+        }
 
-    TargetOf<uint8_t> target_;
-    bool inShift_ = false;
-    uint32_t bits_ = 0; ///< the lowest `bitCount_` of them are still to be written
-    uint32_t bitCount_ = 0;
+        uint64_t Size() const { return target_.Size(); }
+
+    private:
+        bool PutUnit(uint32_t unit)
+        {
+            bits_ = bits_ << 16 | unit;
+            bitCount_ += 16;
+            while (bitCount_ >= 6) {
+                bitCount_ -= 6;
+                if (!target_.Append(Digit(bits_ >> bitCount_)))
+                    return false;
+            }
+            return true;
+        }
+
+        static uint32_t Digit(uint32_t value)
+        {
+            return static_cast<uint8_t>(kUtf7Alphabet.digits[value & 0x3F]);
+        }
+
+        TargetOf<uint8_t> target_;
+        bool inShift_ = false;
+        uint32_t bits_ = 0; ///< the lowest `bitCount_` of them are still to be written
+        uint32_t bitCount_ = 0;
+    };
 };
 
 } // namespace detail

@@ -8,90 +8,62 @@
 namespace detail
 {
 
-class Utf8Reader
-{
-public:
+struct Utf8 {
+    typedef uint8_t Unit;
     static constexpr uint32_t kPlainLimit = 0x80;
+    static constexpr uint32_t kLongest = 4;
 
-    Utf8Reader(const uint8_t *bytes, uint32_t size) : source_(bytes, size) {}
-
-    SourceUnits<uint8_t> &Source() { return source_; }
-
-    ReadStep Read(uint32_t &codePoint)
+    static __forceinline const uint8_t *Decode(const uint8_t *at, uint32_t &codePoint)
     {
-        if (source_.Left() == 0)
-            return ReadStep::kEnd;
-        const uint32_t lead = source_.Peek();
-        if (lead < 0x80) {
-            codePoint = lead;
-            source_.Skip(1);
-            return ReadStep::kCodePoint;
+        const uint32_t lead = at[0];
+        const uint32_t second = at[1] ^ 0x80u; // a continuation byte is its six bits now, any other more
+        if (lead < 0xE0) {
+            codePoint = lead < 0x80 ? lead : (lead & 0x1F) << 6 | second;
+            if (lead < 0x80)
+                return at + 1;
+            // A continuation byte, or the lead of an overlong form, leads nothing.
+            return lead >= 0xC2 && second < 0x40 ? at + 2 : nullptr;
         }
-        if (lead < 0xC2) // a continuation byte, or the lead of an overlong form
-            return ReadStep::kMalformed;
-        if (lead < 0xE0)
-            return ReadSequence<2>(lead & 0x1F, codePoint);
+        const uint32_t third = at[2] ^ 0x80u;
         if (lead < 0xF0) {
-            const ReadStep step = ReadSequence<3>(lead & 0x0F, codePoint);
-            return codePoint < 0x800 || IsSurrogate(codePoint) ? ReadStep::kMalformed : step;
+            codePoint = (lead & 0x0F) << 12 | second << 6 | third;
+            const bool text = (second | third) < 0x40 && codePoint >= 0x800 && !IsSurrogate(codePoint);
+            return text ? at + 3 : nullptr;
         }
-        if (lead > 0xF4)
-            return ReadStep::kMalformed;
-        const ReadStep step = ReadSequence<4>(lead & 0x07, codePoint);
-        return codePoint < kFirstSupplementary || codePoint > kLastCodePoint ? ReadStep::kMalformed : step;
+        const uint32_t fourth = at[3] ^ 0x80u;
+        codePoint = (lead & 0x07) << 18 | second << 12 | third << 6 | fourth;
+        const bool text = lead < 0xF8 && (second | third | fourth) < 0x40 &&
+                          codePoint >= kFirstSupplementary && codePoint <= kLastCodePoint;
+        return text ? at + 4 : nullptr;
     }
 
-private:
-    template <uint32_t kLength>
-    ReadStep ReadSequence(uint32_t value, uint32_t &codePoint)
+    static __forceinline uint8_t *Encode(uint8_t *at, uint32_t codePoint)
     {
-        if (source_.Left() < kLength)
-            return ReadStep::kMalformed;
-        uint32_t faults = 0;
-        for (uint32_t i = 1; i < kLength; i++) {
-            const uint32_t continuation = source_.Peek(i) ^ 0x80;
-            faults |= continuation;
-            value = value << 6 | (continuation & 0x3F);
-        }
-        codePoint = value;
-        if (faults > 0x3F)
-            return ReadStep::kMalformed;
-        source_.Skip(kLength);
-        return ReadStep::kCodePoint;
-    }
-
-    SourceUnits<uint8_t> source_;
-};
-
-template <template <typename> class TargetOf>
-class Utf8Writer
-{
-public:
-    static constexpr uint32_t kPlainLimit = 0x80;
-
-    explicit Utf8Writer(const TargetOf<uint8_t> &target) : target_(target) {}
-
-    TargetOf<uint8_t> &Target() { return target_; }
-
-    bool Put(uint32_t codePoint)
-    {
-        // Bits 6 to 11 and so on, where the byte that carries them stands.
+        // Six bits of the code point, where the byte that carries them stands.
         const auto bits = [codePoint](uint32_t from, uint32_t byte) {
             return (codePoint >> from & 0x3F) << 8 * byte;
         };
-        if (codePoint < 0x80)
-            return target_.Append(codePoint, 1);
-        if (codePoint < 0x800)
-            return target_.Append(0x80C0 | codePoint >> 6 | bits(0, 1), 2);
-        if (codePoint < kFirstSupplementary)
-            return target_.Append(0x8080E0 | codePoint >> 12 | bits(6, 1) | bits(0, 2), 3);
-        return target_.Append(0x808080F0 | codePoint >> 18 | bits(12, 1) | bits(6, 2) | bits(0, 3), 4);
+        const auto store = [at](uint32_t bytes) { StoreUnit(reinterpret_cast<uint32_t *>(at), bytes); };
+        if (codePoint < 0x80) {
+            *at = static_cast<uint8_t>(codePoint);
+            return at + 1;
+        }
+        if (codePoint < 0x800) {
+            store(0x80C0 | codePoint >> 6 | bits(0, 1));
+            return at + 2;
+        }
+        if (codePoint < kFirstSupplementary) {
+            store(0x8080E0 | codePoint >> 12 | bits(6, 1) | bits(0, 2));
+            return at + 3;
+        }
+        store(0x808080F0 | codePoint >> 18 | bits(12, 1) | bits(6, 2) | bits(0, 3));
+        return at + 4;
     }
 
-    bool Finish() { return true; }
-
-private:
-    TargetOf<uint8_t> target_;
+    static uint32_t Length(uint32_t codePoint)
+    {
+        return 1u + (codePoint >= 0x80) + (codePoint >= 0x800) + (codePoint >= kFirstSupplementary);
+    }
 };
 
 } // namespace detail

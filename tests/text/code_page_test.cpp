@@ -349,8 +349,8 @@ TEST_CASE(RunsOfEveryLengthAndPlace)
     const wchar_t *const characters[] = {L"\x00E9", L"\x20AC", L"\xD83D\xDE00", L"\x00FF", L"+"};
     test::Generator generator;
     for (uint32_t round = 0; round < 6000; round++) {
-        wchar_t text[96];
-        char bytes[sizeof text * 4];
+        wchar_t text[96] = {};
+        char bytes[sizeof text * 4] = {};
         const OrvCodePage page = kOwnPages[round % 2 * 2]; // Latin-1 and UTF-8
         uint32_t length = 0;
         uint32_t size = 0;
@@ -358,8 +358,8 @@ TEST_CASE(RunsOfEveryLengthAndPlace)
             const uint32_t count = OrvGetStringSizeInElements(character);
             uint32_t added = 0;
             CHECK_EQUAL(OrvConvertUtf162MbString(bytes + size, 8, character, page, &added, count), ORV_S_OK);
-            for (uint32_t i = 0; i < count; i++)
-                text[length++] = character[i];
+            while (*character)
+                text[length++] = *character++;
             size += added;
         };
         while (length < 60) {

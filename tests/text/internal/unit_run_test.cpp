@@ -21,15 +21,14 @@ void Check(wchar_t end)
             Source *const source = sourcePage.Place<Source>(count, slack);
             for (uint32_t i = 0; i < count; i++)
                 detail::StoreUnit(source + i, static_cast<Source>(i == endAt ? end : (i * 37 + 1) % kLimit));
+            const uint32_t length = detail::plain::CountRun<kLimit>(source, count);
+            CHECK_EQUAL(detail::CountRun<kLimit>(source, count), length);
             targetPage.Fill(0xCC);
             Target *const target = targetPage.Place<Target>(count, slack);
-            Target plain[kMostUnits];
-            const uint32_t length = detail::plain::CopyRun<kLimit>(source, plain, count);
-            CHECK_EQUAL(detail::CountRun<kLimit>(source, count), length);
-            CHECK_EQUAL(detail::plain::CountRun<kLimit>(source, count), length);
-            CHECK_EQUAL(detail::CopyRun<kLimit>(source, target, count), length);
-            for (uint32_t i = 0; i < length; i++)
-                CHECK_EQUAL(detail::LoadUnit(target + i), plain[i]);
+            const uint32_t copied = detail::CopyBlocks<kLimit>(source, target, count);
+            CHECK_EQUAL(copied, length / 16 * 16);
+            for (uint32_t i = 0; i < copied; i++)
+                CHECK_EQUAL(uint32_t(detail::LoadUnit(target + i)), uint32_t(detail::LoadUnit(source + i)));
             for (uint32_t i = 0; i < slack; i++)
                 CHECK_EQUAL(reinterpret_cast<const uint8_t *>(target + count)[i], uint8_t(0xCC));
         }
