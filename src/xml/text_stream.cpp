@@ -40,13 +40,13 @@ OrvResult OrvBasTextStreamImpl::Append(const wchar_t *first, const wchar_t *last
 OrvResult OrvBasTextStreamImpl::Encode(const wchar_t *units, uint32_t count)
 {
     for (;;) {
-        Utf16Reader reader(reinterpret_cast<const uint8_t *>(units), count * sizeof *units);
-        Utf8Writer<TargetArray> writer(TargetArray<uint8_t>(bytes_ + size_, kCapacity - size_));
-        const OrvResult encoded = Transcode(reader, writer);
-        if (encoded != ORV_E_BUFFER_TOO_SMALL) {
-            size_ += OrvSucceeded(encoded) ? static_cast<uint32_t>(writer.Target().Size()) : 0;
-            return encoded;
-        }
+        uint64_t encoded = 0;
+        const OrvResult result =
+            Transcode<Utf16, Utf8>(reinterpret_cast<const uint8_t *>(units), count * sizeof *units,
+                                   bytes_ + size_, kCapacity - size_, encoded);
+        size_ += static_cast<uint32_t>(encoded); // 0 on failure
+        if (result != ORV_E_BUFFER_TOO_SMALL)
+            return result;
         const OrvResult flushed = FlushBytes();
         if (OrvFailed(flushed))
             return flushed;
