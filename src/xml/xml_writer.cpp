@@ -10,6 +10,7 @@
 #include "orv/text/heap_buffer.h"
 #include "orv/text/string.h"
 #include "runtime/heap.h"
+#include "xml/escape.h"
 #include "xml/name_stack.h"
 #include "xml/text_stream.h"
 
@@ -32,58 +33,6 @@ Text Counted(const Text &text)
 {
     return text.length == OrvTerminated ? Text(text.characters, OrvGetStringSizeInElements(text.characters))
                                         : text;
-}
-
-/// What to write in place of a character, and where: null where it stays. Only characters below 0x40 have
-/// one.
-struct Replacement {
-    const wchar_t *inText;
-    const wchar_t *inAttribute;
-};
-
-Replacement ReplacementOf(wchar_t character)
-{
-    switch (character) {
-    case L'&':
-        return {L"&amp;", L"&amp;"};
-    case L'<':
-        return {L"&lt;", L"&lt;"};
-    case L'>':
-        return {L"&gt;", L"&gt;"};
-    case L'"':
-        return {nullptr, L"&quot;"};
-    case L'\'':
-        return {nullptr, L"&apos;"};
-    default:
-        return {nullptr, nullptr};
-    }
-}
-
-/// How a character below 0x40 is written.
-enum Escape : uint8_t { kPlain, kInAttributes, kAlways, kAsNumber };
-
-struct EscapeTable {
-    Escape escapes[0x40];
-
-    constexpr EscapeTable() : escapes{}
-    {
-        for (uint32_t c = 0; c < 0x20; c++)
-            escapes[c] = c == '\t' || c == '\n' || c == '\r' ? kPlain : kAsNumber;
-        escapes[L'&'] = escapes[L'<'] = escapes[L'>'] = kAlways;
-        escapes[L'"'] = escapes[L'\''] = kInAttributes;
-    }
-};
-
-constexpr EscapeTable kEscapes;
-
-Escape EscapeOf(wchar_t character)
-{
-    if (character < 0x40)
-        return kEscapes.escapes[character];
-    if (character < 0xD800)
-        return kPlain;
-    // Surrogates go one by one; the last two code points of the plane are no characters.
-    return character <= 0xDFFF || character >= 0xFFFE ? kAsNumber : kPlain;
 }
 
 class Writer final : public OrvBasXmlWriter::Impl
@@ -243,23 +192,23 @@ public:
     {
         constexpr uint32_t kLengthBits = 0x7FFFFFFF;
         const Text counted = Counted(text);
-        const wchar_t *run = counted.characters;
-        const wchar_t *const last = run + (counted.length & kLengthBits);
-        for (const wchar_t *next = run; next != last && OrvSucceeded(result_); next++) {
-            const Escape escape = EscapeOf(*next);
-            if (escape == kPlain || (escape == kInAttributes && !attribute))
-                continue;
-            Put(Text(run, static_cast<uint32_t>(next - run)));
-            if (escape == kAsNumber) {
-                if (OrvSucceeded(result_))
-                    Keep(OrvBasAppendFormat(text_, L"&#x%x;", *next));
-            } else {
-                const Replacement replacement = ReplacementOf(*next);
-                Put(attribute ? replacement.inAttribute : replacement.inText);
-            }
-            run = next + 1;
+        const wchar_t *next = counted.characters;
+        uint32_t left = counted.length & kLengthBits;
+        while (left && OrvSucceeded(result_)) {
+            const uint32_t run = detail::CountUnescaped(next, left, attribute);
+            Put(Text(next, run));
+            next += run;
+            left -= run;
+            if (left == 0 || OrvFailed(result_))
+                break;
+            if (const wchar_t *const entity = detail::EntityOf(*next))
+                Put(entity);
+            else
+                Keep(OrvBasAppendFormat(text_, L"&#x%x;", *next));
+            next++;
+            left--;
         }
-        return Put(Text(run, static_cast<uint32_t>(last - run)));
+        return result_;
     }
 
 private:
