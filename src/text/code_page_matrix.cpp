@@ -6,6 +6,7 @@
 #include "text/utf16.h"
 #include "text/utf7.h"
 #include "text/utf8.h"
+#include "text/utf8_run.h"
 
 namespace detail
 {

@@ -121,6 +121,17 @@ uint32_t CopyPlain(const From *from, uint32_t left, To *to, uint32_t room)
     return kBlockUnits + CopyBlocks<kLimit>(from + kBlockUnits, to + kBlockUnits, count);
 }
 
+/// A faster way over a run of what is not plain, for pairs of encodings that have one: it moves both places
+/// and is true when it got anywhere.
+template <typename From, typename To>
+struct RunEncoder {
+    static bool Encode(const typename From::Unit *&, const typename From::Unit *, typename To::Unit *&,
+                       const typename To::Unit *)
+    {
+        return false;
+    }
+};
+
 /// Converts `size` bytes into at most `room`; `converted` is the size of the result in bytes.
 template <typename From, typename To>
 OrvResult Transcode(const uint8_t *source, uint32_t size, uint8_t *target, uint32_t room, uint64_t &converted)
@@ -151,6 +162,8 @@ OrvResult Transcode(const uint8_t *source, uint32_t size, uint8_t *target, uint3
             from++;
             continue;
         }
+        if (RunEncoder<From, To>::Encode(from, fromEnd, to, toEnd))
+            continue;
         from = DecodeWithin<From>(from, fromEnd, codePoint);
         if (!from)
             return ORV_E_INVALID_DATA;

@@ -2,8 +2,7 @@
 
 #include "xml/text_stream.h"
 
-#include "text/utf16.h"
-#include "text/utf8.h"
+#include "text/utf8_run.h"
 
 namespace detail
 {
@@ -13,11 +12,14 @@ OrvResult OrvBasTextStreamImpl::Append(const wchar_t *first, const wchar_t *last
     if (first == last)
         return ORV_S_OK;
     if (highSurrogate_) {
-        const wchar_t pair[] = {highSurrogate_, *first++};
-        highSurrogate_ = 0;
-        const OrvResult result = Encode(pair, 2);
+        if (!IsLowSurrogate(*first))
+            return ORV_E_INVALID_DATA;
+        const OrvResult result = size_ + Utf8::kLongest > kCapacity ? FlushBytes() : ORV_S_OK;
         if (OrvFailed(result))
             return result;
+        size_ = static_cast<uint32_t>(
+            Utf8::Encode(bytes_ + size_, CombineSurrogates(highSurrogate_, *first++)) - bytes_);
+        highSurrogate_ = 0;
     }
     if (first != last && IsHighSurrogate(last[-1]))
         highSurrogate_ = *--last;
