@@ -13,8 +13,8 @@ namespace
 {
 
 const Command *const kCommands[] = {
-    &kInfoCommand,   &kResultCommand, &kEventCommand, &kMutexCommand,  &kSemaphoreCommand,
-    &kBase64Command, &kGuidCommand,   &kMatchCommand, &kNumberCommand, &kRandomCommand,
+    &kInfoCommand, &kResultCommand, &kEventCommand,  &kMutexCommand,  &kSemaphoreCommand, &kBase64Command,
+    &kGuidCommand, &kMatchCommand,  &kNumberCommand, &kRandomCommand, &kConvertCommand,   &kHashCommand,
 };
 
 constexpr wchar_t kExitCodes[] = L"\n"
