@@ -34,6 +34,12 @@ extern const Command kNumberCommand;
 extern const Command kRandomCommand;
 extern const Command kConvertCommand;
 extern const Command kHashCommand;
+extern const Command kDeflateCommand;
+extern const Command kInflateCommand;
+extern const Command kBzip2Command;
+extern const Command kBunzip2Command;
+extern const Command kXmlCommand;
+extern const Command kTimeCommand;
 
 /// Says on standard error what is wrong with the arguments and where help is. `what` may be null.
 ExitCode UsageError(const Command &command, Console &console, const wchar_t *problem, const wchar_t *what);

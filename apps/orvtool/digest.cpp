@@ -103,7 +103,10 @@ OrvResult Digester::Digest(const Algorithm &algorithm, Stream &error, Input &inp
 {
     if (!piece_)
         return ORV_E_OUT_OF_MEMORY;
-    Progress progress(error, input.Size());
+    const uint64_t size = input.Size();
+    if (size > algorithm.limit)
+        return ORV_E_BAD_LENGTH;
+    Progress progress(error, size);
     return algorithm.digest(input, progress, piece_.Get(), algorithm.limit, digest);
 }
 
