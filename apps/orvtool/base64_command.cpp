@@ -150,19 +150,16 @@ ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments
             decodes = true;
         } else if (arguments.TakeOption(L"--strict")) {
             isStrict = true;
-        } else if (arguments.IsAtOption()) {
-            return UsageError(command, console, L"there is no option", arguments.Peek());
         } else {
-            const wchar_t *const argument = arguments.Take();
-            if (argument && path)
-                return UsageError(command, console, L"one argument too many:", argument);
-            path = argument ? argument : path;
+            const ExitCode usage = TakePath(command, console, arguments, path);
+            if (usage != kExitSuccess)
+                return usage;
         }
     }
     Input input;
-    const OrvResult result = input.Open(path);
-    if (OrvFailed(result))
-        return ReportFailure(command, console, L"opening the file", result);
+    const ExitCode opened = OpenInput(command, console, path, input);
+    if (opened != kExitSuccess)
+        return opened;
     if (!decodes)
         return Encode(command, console, input);
     return Decode(command, console, input, isStrict ? OrvBase64IgnoreNothing : OrvBase64IgnoreWhiteSpace);

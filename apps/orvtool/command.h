@@ -32,12 +32,22 @@ extern const Command kGuidCommand;
 extern const Command kMatchCommand;
 extern const Command kNumberCommand;
 extern const Command kRandomCommand;
+extern const Command kConvertCommand;
+extern const Command kHashCommand;
+extern const Command kDeflateCommand;
+extern const Command kInflateCommand;
+extern const Command kBzip2Command;
+extern const Command kBunzip2Command;
+extern const Command kXmlCommand;
+extern const Command kTimeCommand;
 
 /// Says on standard error what is wrong with the arguments and where help is. `what` may be null.
 ExitCode UsageError(const Command &command, Console &console, const wchar_t *problem, const wchar_t *what);
 
-/// Says on standard error what failed and with which result, and gives the exit code for it.
-ExitCode ReportFailure(const Command &command, Console &console, const wchar_t *action, OrvResult result);
+/// Says on standard error what failed and with which result, and gives the exit code for it. `what`, such as
+/// a file's name, may be null.
+ExitCode ReportFailure(const Command &command, Console &console, const wchar_t *action, OrvResult result,
+                       const wchar_t *what = nullptr);
 
 /// The constant's name of a result code, or null when it has none.
 const wchar_t *NameOfResult(OrvResult result);

@@ -5,11 +5,12 @@
 #include "nt/programs.h"
 #include "orv/runtime/kernel32_entry_points.h"
 #include "orv/runtime/result.h"
+#include "orv/text/code_page.h"
 
 namespace orvtool
 {
 
-bool Stream::IsConsole(HANDLE handle)
+bool Stream::DetectConsole(HANDLE handle)
 {
     IO_STATUS_BLOCK status;
     FILE_FS_DEVICE_INFORMATION device = {};
@@ -45,15 +46,34 @@ OrvResult Stream::Flush()
     // A pair must not be split between two conversions.
     const bool keepsHalf = length_ > 1 && (characters_[length_ - 1] & 0xFC00) == 0xD800;
     const uint32_t count = keepsHalf ? length_ - 1 : length_;
-    char bytes[kCapacity * 3];
-    ULONG size = 0;
-    const NTSTATUS status =
-        isConsole_ ? RtlUnicodeToOemN(bytes, sizeof bytes, &size, characters_, count * sizeof(wchar_t))
-                   : RtlUnicodeToUTF8N(bytes, sizeof bytes, &size, characters_, count * sizeof(wchar_t));
-    result_ = NT_SUCCESS(status) ? Write(bytes, size) : ORV_E_INVALID_DATA;
+    const OrvCodePage page = isConsole_ ? OrvCodePageOem : OrvCodePageUtf8;
+    char bytes[kCapacity * 3 + 1];
+    uint32_t size = 0;
+    result_ = OrvConvertUtf162MbString(bytes, sizeof bytes, characters_, page, &size, count);
+    if (result_ == ORV_E_INVALID_DATA) { // names of files may be no text
+        ReplaceLoneSurrogates(count);
+        result_ = OrvConvertUtf162MbString(bytes, sizeof bytes, characters_, page, &size, count);
+    }
+    if (OrvSucceeded(result_))
+        result_ = Write(bytes, size);
     characters_[0] = characters_[count];
     length_ -= count;
     return result_;
+}
+
+void Stream::ReplaceLoneSurrogates(uint32_t count)
+{
+    constexpr wchar_t kReplacement = 0xFFFD;
+    for (uint32_t i = 0; i < count; i++) {
+        if ((characters_[i] & 0xF800) != 0xD800)
+            continue;
+        const bool isPair =
+            (characters_[i] & 0xFC00) == 0xD800 && i + 1 < count && (characters_[i + 1] & 0xFC00) == 0xDC00;
+        if (isPair)
+            i++;
+        else
+            characters_[i] = kReplacement;
+    }
 }
 
 OrvResult Stream::WriteBytes(const void *bytes, uint32_t count)

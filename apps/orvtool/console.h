@@ -1,5 +1,6 @@
 // The program's standard output and error: UTF-16 text in, bytes out. A console gets the OEM page that it
-// shows; a pipe or a file gets UTF-8.
+// shows; a pipe or a file gets UTF-8, in which a surrogate without its other half is the replacement
+// character.
 
 #pragma once
 
@@ -13,7 +14,7 @@ namespace orvtool
 class Stream final : public OrvBasAppendable<wchar_t>
 {
 public:
-    explicit Stream(HANDLE handle) : handle_(handle), isConsole_(IsConsole(handle)) {}
+    explicit Stream(HANDLE handle) : handle_(handle), isConsole_(DetectConsole(handle)) {}
     Stream(const Stream &) = delete;
     Stream &operator=(const Stream &) = delete;
     ~Stream() { Flush(); }
@@ -29,10 +30,13 @@ public:
     /// Returns 0 or the first failure of the stream.
     OrvResult Flush();
 
+    bool IsConsole() const { return isConsole_; }
+
 private:
     static constexpr uint32_t kCapacity = 2048;
 
-    static bool IsConsole(HANDLE handle);
+    static bool DetectConsole(HANDLE handle);
+    void ReplaceLoneSurrogates(uint32_t count);
     OrvResult Write(const char *bytes, uint32_t count);
 
     HANDLE handle_;

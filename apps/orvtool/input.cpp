@@ -6,6 +6,7 @@
 #include "nt/teb.h"
 #include "orv/runtime/kernel32_entry_points.h"
 #include "orv/runtime/result.h"
+#include "text_bounds.h"
 
 namespace orvtool
 {
@@ -88,6 +89,36 @@ OrvResult Input::ReadSome(void *bytes, uint32_t capacity, uint32_t &count)
     return IsEnd(result) ? ORV_S_OK : result;
 }
 
+uint64_t Input::Size() const
+{
+    IO_STATUS_BLOCK status;
+    FILE_FS_DEVICE_INFORMATION device = {};
+    FILE_STANDARD_INFORMATION information = {};
+    const bool isFile = NT_SUCCESS(NtQueryVolumeInformationFile(handle_, &status, &device, sizeof device,
+                                                                FileFsDeviceInformation)) &&
+                        device.DeviceType != FILE_DEVICE_NAMED_PIPE &&
+                        NT_SUCCESS(NtQueryInformationFile(handle_, &status, &information, sizeof information,
+                                                          FileStandardInformation));
+    return isFile ? static_cast<uint64_t>(information.EndOfFile) : 0;
+}
+
+ExitCode TakePath(const Command &command, Console &console, ArgumentReader &arguments, const wchar_t *&path)
+{
+    if (arguments.IsAtOption())
+        return UsageError(command, console, L"there is no option", arguments.Peek());
+    const wchar_t *const argument = arguments.Take();
+    if (argument && path)
+        return UsageError(command, console, L"one argument too many:", argument);
+    path = argument ? argument : path;
+    return kExitSuccess;
+}
+
+ExitCode OpenInput(const Command &command, Console &console, const wchar_t *path, Input &input)
+{
+    const OrvResult result = input.Open(path);
+    return OrvFailed(result) ? ReportFailure(command, console, L"opening the file", result) : kExitSuccess;
+}
+
 OrvResult LineReader::Refill()
 {
     next_ = 0;
@@ -121,13 +152,35 @@ OrvResult LineReader::Take(OrvUtf16CharHeapBuffer &line, bool &found)
     uint32_t length = collected_.GetInternal().length;
     if (length && collected_[length - 1] == '\r')
         length--;
-    // No text has more UTF-16 units than UTF-8 bytes. What is no UTF-8 becomes the replacement character.
-    const OrvResult result = line.Resize(length);
-    if (OrvFailed(result))
+    return Convert(line, length);
+}
+
+OrvResult LineReader::Convert(OrvUtf16CharHeapBuffer &line, uint32_t length)
+{
+    // No text has more UTF-16 units than UTF-8 bytes.
+    OrvResult result = line.Resize(length);
+    if (length == 0)
         return result;
-    ULONG size = 0;
-    RtlUTF8ToUnicodeN(line.GetBuffer(), length * sizeof(wchar_t), &size, collected_.GetBuffer(), length);
-    return line.Resize(size / sizeof(wchar_t));
+    uint32_t size = 0;
+    const char *next = collected_.GetBuffer();
+    for (const char *const last = next + length; OrvSucceeded(result);) {
+        const auto left = static_cast<uint32_t>(last - next);
+        wchar_t *const target = line.GetBuffer() + size;
+        uint32_t units = 0;
+        result =
+            OrvConvertMb2Utf16String(target, line.GetCapacity() - size, next, OrvCodePageUtf8, &units, left);
+        if (result != ORV_E_INVALID_DATA) {
+            size += units;
+            break;
+        }
+        const uint32_t valid = FindFault(next, left, OrvCodePageUtf8);
+        result =
+            OrvConvertMb2Utf16String(target, line.GetCapacity() - size, next, OrvCodePageUtf8, &units, valid);
+        line[size + units] = 0xFFFD;
+        size += units + 1;
+        next += valid + 1;
+    }
+    return OrvFailed(result) ? result : line.Resize(size);
 }
 
 } // namespace orvtool

@@ -30,12 +30,22 @@ public:
     /// Returns as Read does.
     OrvResult ReadSome(void *bytes, uint32_t capacity, uint32_t &count);
 
+    /// The size of a file in bytes; 0 when the input is none, such as a pipe.
+    uint64_t Size() const;
+
 private:
     HANDLE handle_ = nullptr;
     bool isOwned_ = false;
 };
 
-/// The lines of an input, as UTF-16, without their line ends. The last line may have none.
+/// Takes the next argument as the command's only FILE. kExitSuccess, or the usage error has been reported.
+ExitCode TakePath(const Command &command, Console &console, ArgumentReader &arguments, const wchar_t *&path);
+
+/// Opens FILE. kExitSuccess, or the failure has been reported.
+ExitCode OpenInput(const Command &command, Console &console, const wchar_t *path, Input &input);
+
+/// The lines of an input, as UTF-16, without their line ends. The last line may have none. A byte that
+/// belongs to no UTF-8 character becomes the replacement character.
 class LineReader
 {
 public:
@@ -47,6 +57,7 @@ public:
 
 private:
     OrvResult Refill();
+    OrvResult Convert(OrvUtf16CharHeapBuffer &line, uint32_t length);
 
     Input &input_;
     OrvMbCharHeapBuffer collected_;

@@ -112,9 +112,11 @@ ExitCode UsageError(const Command &command, Console &console, const wchar_t *pro
     return kExitUsage;
 }
 
-ExitCode ReportFailure(const Command &command, Console &console, const wchar_t *action, OrvResult result)
+ExitCode ReportFailure(const Command &command, Console &console, const wchar_t *action, OrvResult result,
+                       const wchar_t *what)
 {
-    console.error.Print(L"orvtool %s: %s failed: ", command.name, action);
+    console.error.Print(what ? L"orvtool %s: %s '%s' failed: " : L"orvtool %s: %s failed: ", command.name,
+                        action, what);
     PrintNamedResult(console.error, result);
     return result == ORV_W_TIMEOUT ? kExitTimedOut : kExitFailed;
 }

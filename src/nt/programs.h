@@ -31,7 +31,19 @@ struct FILE_FS_DEVICE_INFORMATION {
 };
 
 constexpr ULONG FileFsDeviceInformation = 4;
+constexpr ULONG FILE_DEVICE_NAMED_PIPE = 0x11;
 constexpr ULONG FILE_DEVICE_CONSOLE = 0x50;
+
+struct FILE_STANDARD_INFORMATION {
+    LONGLONG AllocationSize;
+    LONGLONG EndOfFile;
+    ULONG NumberOfLinks;
+    BOOLEAN DeletePending;
+    BOOLEAN Directory;
+};
+static_assert(sizeof(FILE_STANDARD_INFORMATION) == 24);
+
+constexpr ULONG FileStandardInformation = 5;
 
 constexpr ACCESS_MASK FILE_GENERIC_READ = 0x120089;
 constexpr ULONG FILE_OPEN = 1;
@@ -101,6 +113,8 @@ NTSYSAPI BOOLEAN NTAPI RtlDosPathNameToNtPathName_U(const WCHAR *path, UNICODE_S
 NTSYSAPI void NTAPI RtlFreeUnicodeString(UNICODE_STRING *counted);
 NTSYSAPI NTSTATUS NTAPI NtQueryVolumeInformationFile(HANDLE file, IO_STATUS_BLOCK *status, PVOID information,
                                                      ULONG size, ULONG informationClass);
+NTSYSAPI NTSTATUS NTAPI NtQueryInformationFile(HANDLE file, IO_STATUS_BLOCK *status, PVOID information,
+                                               ULONG size, ULONG informationClass);
 NTSYSAPI NTSTATUS NTAPI NtQuerySystemTime(LONGLONG *time);
 NTSYSAPI NTSTATUS NTAPI NtAllocateVirtualMemory(HANDLE process, PVOID *base, ULONG zeroBits, ULONG *size,
                                                 ULONG type, ULONG protection);

@@ -1,0 +1,113 @@
+// One loop for every algorithm; they differ in how they hand out what they found.
+
+#include "digest.h"
+
+#include "orv/hash/crc32.h"
+#include "orv/hash/md4.h"
+#include "orv/hash/md5.h"
+#include "orv/hash/sha1.h"
+#include "orv/hash/sha256.h"
+#include "orv/hash/sha512.h"
+#include "orv/hash/super_fast_hash.h"
+#include "orv/runtime/result.h"
+
+namespace orvtool
+{
+
+namespace
+{
+
+void Store(uint8_t *digest, uint32_t checksum)
+{
+    for (int shift = 24; shift >= 0; shift -= 8)
+        *digest++ = static_cast<uint8_t>(checksum >> shift);
+}
+
+template <typename HashType>
+void Store(uint8_t *digest, const HashType &hash)
+{
+    for (const uint8_t byte : hash.bytes)
+        *digest++ = byte;
+}
+
+template <typename Hash>
+void Finish(Hash &hash, uint8_t *digest)
+{
+    Store(digest, hash.Get());
+}
+
+void Finish(OrvMiniHashMd4 &hash, uint8_t *digest)
+{
+    uint8_t bytes[16];
+    hash.Get(bytes);
+    for (const uint8_t byte : bytes)
+        *digest++ = byte;
+}
+
+template <typename Hash>
+OrvResult DigestInput(Input &input, Progress &progress, uint8_t *piece, uint64_t limit, uint8_t *digest)
+{
+    Hash hash;
+    uint64_t length = 0;
+    for (uint32_t count = Digester::kPieceSize; count == Digester::kPieceSize;) {
+        const OrvResult result = input.Read(piece, Digester::kPieceSize, count);
+        if (OrvFailed(result))
+            return result;
+        length += count;
+        if (length > limit)
+            return ORV_E_BAD_LENGTH;
+        hash.Add(piece, count);
+        progress.Advance(count);
+    }
+    Finish(hash, digest);
+    return ORV_S_OK;
+}
+
+constexpr uint64_t kNoLimit = UINT64_MAX;
+constexpr uint64_t kLimitOf32BitLength = (512u << 20) - 1;
+
+/// Among those with digests of one size the best known comes first.
+constexpr Algorithm kAlgorithms[] = {
+    {L"crc32", 4, kNoLimit, DigestInput<OrvMiniHashCrc32>},
+    {L"crc32c", 4, kNoLimit, DigestInput<OrvMiniHashCrc32C>},
+    {L"superfast", 4, kNoLimit, DigestInput<OrvMiniSuperFastHash>},
+    {L"md5", 16, kNoLimit, DigestInput<OrvMiniHashMd5>},
+    {L"md4", 16, kNoLimit, DigestInput<OrvMiniHashMd4>},
+    {L"sha1", 20, kLimitOf32BitLength, DigestInput<OrvMiniHashSha1>},
+    {L"sha256", 32, kLimitOf32BitLength, DigestInput<OrvMiniHashSha256>},
+    {L"sha512", kLongestDigest, kNoLimit, DigestInput<OrvMiniHashSha512>},
+};
+
+} // namespace
+
+const Algorithm *FindAlgorithm(const wchar_t *name)
+{
+    for (const Algorithm &algorithm : kAlgorithms) {
+        if (Equal(algorithm.name, name))
+            return &algorithm;
+    }
+    return nullptr;
+}
+
+const Algorithm *FindAlgorithm(uint32_t digestSize)
+{
+    for (const Algorithm &algorithm : kAlgorithms) {
+        if (algorithm.digestSize == digestSize)
+            return &algorithm;
+    }
+    return nullptr;
+}
+
+OrvResult Digester::Digest(const Algorithm &algorithm, Stream &error, Input &input,
+                           uint8_t (&digest)[kLongestDigest])
+{
+    if (!piece_)
+        return ORV_E_OUT_OF_MEMORY;
+    const uint64_t size = input.Size();
+    if (size > algorithm.limit)
+        return ORV_E_BAD_LENGTH;
+    Progress progress(error, size);
+    return algorithm.digest(input, progress, piece_.Get(), algorithm.limit, digest);
+}
+
+} // namespace orvtool

@@ -1,0 +1,48 @@
+// The library's checksums and digests by their names, and what one says of a whole input.
+
+#pragma once
+
+#include "input.h"
+#include "progress.h"
+
+#include "runtime/heap.h"
+
+namespace orvtool
+{
+
+constexpr uint32_t kLongestDigest = 64;
+
+/// An algorithm, and how it digests an input in pieces.
+struct Algorithm {
+    const wchar_t *name;
+    uint32_t digestSize; ///< in bytes
+    uint64_t limit;      ///< a longer input would get a digest that is not the standard one
+    OrvResult (*digest)(Input &input, Progress &progress, uint8_t *piece, uint64_t limit, uint8_t *digest);
+};
+
+/// Null when there is none by that name.
+const Algorithm *FindAlgorithm(const wchar_t *name);
+
+/// The best known one with digests of so many bytes; null when there is none.
+const Algorithm *FindAlgorithm(uint32_t digestSize);
+
+/// Digests inputs with one buffer for all.
+class Digester
+{
+public:
+    Digester() : piece_(detail::HeapArray<uint8_t>::Allocate(kPieceSize)) {}
+
+    /// Stores the digest of everything in the input; a checksum is stored with its high byte first.
+    ///
+    /// Returns 0; ORV_E_OUT_OF_MEMORY; ORV_E_BAD_LENGTH when the input is too long for the algorithm; the
+    /// input's failure.
+    OrvResult Digest(const Algorithm &algorithm, Stream &error, Input &input,
+                     uint8_t (&digest)[kLongestDigest]);
+
+    static constexpr uint32_t kPieceSize = 256 * 1024;
+
+private:
+    detail::HeapArray<uint8_t> piece_;
+};
+
+} // namespace orvtool
