@@ -40,7 +40,7 @@ differs() {
 # said LOG "LINES" WORDS: the output is just that, line endings aside; then say what it means.
 said() {
     local actual
-    actual=$(tr -d '\r' <"$work/$1" | grep -v '^orvtool ')
+    actual=$(tr -d '\r' <"$work/$1" | grep -v '^orvtool ') || true # grep fails when there is nothing
     if [ "$actual" = "$2" ]; then
         printf '  %s\n' "$3"
     else

@@ -41,6 +41,7 @@ APT::Architectures { "$arch"; };
 APT::Sandbox::User "root";
 Acquire::Languages "none";
 Acquire::Retries "3";
+APT::Update::Error-Mode "any";
 Dir::State "$dir";
 Dir::State::lists "$dir/lists";
 Dir::State::status "$dir/status";

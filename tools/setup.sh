@@ -20,6 +20,7 @@ needs lld-14 lld-link-14 lld-link
 needs llvm-14 llvm-dlltool-14 llvm-dlltool
 needs python3 python3
 needs patchelf patchelf
+needs dpkg-dev dpkg-source
 if [ "${1:-}" = host ]; then
     needs clang-14 clang++-14
     [ -e /usr/include/i386-linux-gnu/sys/cdefs.h ] || [ -e /usr/include/sys/cdefs.h ] || missing+=(libc6-dev-i386)
