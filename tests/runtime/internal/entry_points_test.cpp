@@ -5,7 +5,7 @@
 #include "orv/runtime/result.h"
 
 #include "harness/test.h"
-#include "nt/nt.h"
+#include "nt/programs.h"
 #include "nt/teb.h"
 #include "runtime/entry_table.h"
 #include "runtime/startup.h"
@@ -30,19 +30,55 @@ TEST_CASE(EmptyTablesAnswerAndFallBack)
     const uint64_t before = uint64_t(shared.TickCountLow) * shared.TickCountMultiplier >> 24;
     CHECK(OrvGetTimestamp() - static_cast<uint32_t>(before) < 1000);
 
-    CHECK_EQUAL(detail::AttachProcess(), ORV_S_OK);
+    OrvKernel32ForceInitialize(); // brings the ntdll table too
     CHECK(OrvNtdllIsTableInitialized());
+    CHECK(OrvKernel32IsTableInitialized());
     CHECK(OrvNtdllIsFnLoaded_NtGetTickCount());
     CHECK(OrvKernel32IsFnLoaded_ReadFile());
     for (const auto &sample : samples)
         CHECK_EQUAL(OrvNtdll_RtlDowncaseUnicodeChar(sample[0]), sample[1]);
 }
 
-TEST_CASE(KernelTableBringsTheNtdllTable)
+TEST_CASE(AttachingFillsWhatIsEmpty)
 {
+    CHECK_EQUAL(detail::AttachProcess(), ORV_S_OK);
+    CHECK(OrvKernel32IsTableInitialized());
     OrvNtdllTableDestroy();
     OrvKernel32ForceInitialize(); // the kernel32 table is filled already: nothing happens
-    CHECK(OrvKernel32IsTableInitialized());
+    CHECK(!OrvNtdllIsTableInitialized());
+    CHECK_EQUAL(detail::AttachProcess(), ORV_S_OK);
+    CHECK(OrvNtdllIsTableInitialized());
+}
+
+TEST_CASE(FailureWithoutAReasonIsZero)
+{
+    // No function of the platform fails and says no reason, so this one is made to for a moment.
+    const uint8_t returnFalse[] = {0x31, 0xC0, 0xC2, 20, 0}; // xor eax, eax; ret 20
+    constexpr ULONG kSize = sizeof returnFalse;
+    const UNICODE_STRING moduleName = detail::CountedLiteral(L"kernel32.dll");
+    const ANSI_STRING name = detail::EntryName("ReadFile");
+    PVOID module = nullptr;
+    PVOID code = nullptr;
+    CHECK_EQUAL(detail::AttachProcess(), ORV_S_OK);
+    CHECK_EQUAL(LdrGetDllHandle(nullptr, nullptr, &moduleName, &module), STATUS_SUCCESS);
+    CHECK_EQUAL(LdrGetProcedureAddress(module, &name, 0, &code), STATUS_SUCCESS);
+    PVOID page = code;
+    ULONG pageSize = kSize;
+    ULONG protection = 0;
+    CHECK_EQUAL(
+        NtProtectVirtualMemory(NtCurrentProcess(), &page, &pageSize, PAGE_EXECUTE_READWRITE, &protection),
+        STATUS_SUCCESS);
+    uint8_t original[kSize];
+    memmove(original, code, kSize);
+    memmove(code, returnFalse, kSize);
+    OrvWinSetLastError(0);
+    const OrvResult withoutReason = OrvKernel32_ReadFile(nullptr, nullptr, 0, nullptr, nullptr);
+    OrvWinSetLastError(5);
+    const OrvResult withReason = OrvKernel32_ReadFile(nullptr, nullptr, 0, nullptr, nullptr);
+    memmove(code, original, kSize);
+    NtProtectVirtualMemory(NtCurrentProcess(), &page, &pageSize, protection, &protection);
+    CHECK_EQUAL(withoutReason, ORV_S_OK);
+    CHECK_EQUAL(withReason, ORV_E_ACCESS_DENIED);
 }
 
 TEST_CASE(MissingNamesBecomeNullEntries)
