@@ -35,7 +35,7 @@ template <typename T>
 OrvResult CopyRange(T *destination, uint32_t capacity, const T *source, uint32_t start, uint32_t count,
                     uint32_t sourceLength)
 {
-    if (capacity == 0 || !destination || detail::ResolveLength(source, sourceLength) < count)
+    if (capacity == 0 || !destination || detail::ResolveLengthUpTo(source, sourceLength, count) < count)
         return ORV_E_INVALID_ARGUMENT;
     return Copy(destination, capacity, count ? source + start : source, count);
 }
