@@ -20,8 +20,11 @@ void Explain(Stream &out, OrvResult result)
     out.Print(L"0x%08X  %s\n", bits, name ? name : L"(no name)");
     out.Print(L"  severity  %u, %s: %s\n", severity, kSeverities[severity],
               OrvFailed(result) ? L"a failure" : L"not a failure");
-    out.Print(L"  facility  %u%s\n", bits >> 16 & 0xFFF,
-              bits >> 29 & 1 ? L", a code of the library's own" : L"");
+    const uint32_t facility = bits >> 16 & 0xFFF;
+    out.Print(L"  facility  %u%s\n", facility,
+              facility == 7    ? L", a Win32 error number"
+              : bits >> 29 & 1 ? L", a code of the library's own"
+                               : L"");
     out.Print(L"  code      0x%04X (%u)\n", bits & 0xFFFF, bits & 0xFFFF);
     uint32_t win32Error = 0;
     if (OrvCreateWin32CodeFromErrorCode(win32Error, result))
