@@ -2,9 +2,8 @@
 //
 // SSE2 is always there: the library is compiled for it. A loop must stay correct when the text ends just
 // before a page that cannot be read, so it matters which vectors it loads:
-//   counted text      only vectors that lie inside the count; what is left of a vector at the end is covered
-//   by
-//                     one that overlaps the one before, or unit by unit;
+//   counted text      only vectors that lie inside the count; what is left of a vector at the end is
+//                     covered by one that overlaps the one before, or unit by unit;
 //   terminated text   vectors that lie in one page with a unit that is known to belong to the text: aligned
 //                     ones, or others after a look at the address.
 // Text may stand at any address, UTF-16 text at an odd one too, so single units are loaded and stored through

@@ -39,10 +39,10 @@ ORV_API void OrvNtdllTableDestroy();
 /// The module handle of ntdll.dll, or null while the table is empty.
 ORV_API void *OrvGetNtdllModuleHandle();
 
-/// Whether ntdll.dll exports `name` (terminated). False while the table is empty.
+/// Whether ntdll.dll exports `name` (terminated). False for null, and while the table is empty.
 ORV_API bool OrvNtdll_FunctionExists(const char *name);
 
-/// Whether this 32-bit process runs on a 64-bit system.
+/// Whether this 32-bit process runs on a 64-bit system. False while the table is empty.
 ORV_API bool OrvIsWOW64Process();
 
 /// Milliseconds since the system started; wraps after 49.7 days. The same operation as

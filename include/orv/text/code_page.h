@@ -34,9 +34,8 @@
 //
 // What all conversions return beside 0:
 //   ORV_E_BUFFER_TOO_SMALL  The target cannot hold the result and its terminator; it then holds an empty
-//   text.
-//                           (Towards or from a page of the platform it may hold the beginning of the result,
-//                           terminated: long texts are converted in pieces of 32766 characters.)
+//                           text. (Towards or from a page of the platform it may hold the beginning of the
+//                           result, terminated: long texts are converted in pieces of 32766 characters.)
 //   ORV_E_INVALID_DATA      The source is malformed, however small the target; it then holds an empty text.
 //   ORV_E_NOT_PROVIDED      A page value outside the table. Nothing is written.
 //   ORV_E_BAD_LENGTH        The result is so long that 32 bits cannot count it and its terminator.

@@ -5,9 +5,9 @@
 //
 //   flags       any of  - (left-justify)  + and space (sign)  0 (pad with zeros)  # (radix prefix)
 //   width       decimal digits, or * for the next 32-bit argument; below zero it left-justifies
-//   precision   a point and decimal digits, or .* for the next 32-bit argument; below zero it counts as not
-//   given.
-//               At least so many digits of an integer (32 at most), at most so many characters of a string
+//   precision   a point and decimal digits, or .* for the next 32-bit argument; below zero it counts as
+//               not given. At least so many digits of an integer (32 at most), at most so many characters
+//               of a string
 //   modifier    hh (8 bits)  h (16)  l, I32, I, z (32)  ll, I64 (64)
 //   conversion  d i      signed decimal
 //               u o x X  unsigned decimal, octal, hexadecimal

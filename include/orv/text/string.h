@@ -2,15 +2,15 @@
 //
 // What holds for all of them:
 // - Lengths, counts and capacities are in characters of the type's own width: bytes, or UTF-16 code units.
-// The
-//   text may stand at any address.
+//   The text may stand at any address.
 // - OrvTerminated as a count means that the text is terminated and is counted up to its terminator. Any other
 //   count is exact, and terminators inside are characters like others. A null text is empty, whatever its
 //   count.
 // - A capacity counts the terminator. A result that does not fit together with its terminator is never cut:
 //   functions that write to an array leave an empty string in it, functions that write to a descriptor leave
 //   the descriptor and its characters as they were. A capacity of 0, or a null array, is refused with
-//   ORV_E_INVALID_ARGUMENT before anything is written.
+//   ORV_E_INVALID_ARGUMENT before anything is written; only copying and appending to a descriptor of
+//   capacity 0 answers ORV_E_BUFFER_TOO_SMALL, so that the required size can be asked for.
 
 #pragma once
 
