@@ -436,12 +436,17 @@ TEST_CASE(BadTargetsAreRefused)
 TEST_CASE(HeapBuffersDoubleUntilTheTextFits)
 {
     struct {
+        uint32_t reserved; ///< before, when not 0
         uint32_t width;
         uint32_t capacity;
-    } const cases[] = {{1, 258}, {257, 258}, {258, 514}, {300, 514}, {513, 514}, {514, 1026}, {5000, 8194}};
+    } const cases[] = {{0, 1, 258},     {0, 257, 258},  {0, 258, 514},   {0, 300, 514},
+                       {0, 513, 514},   {0, 514, 1026}, {0, 5000, 8194}, {255, 1, 258},
+                       {256, 257, 258}, {299, 1, 301},  {299, 301, 600}};
     for (const auto &c : cases) {
         test::Note("width", c.width);
         OrvUtf16CharHeapBuffer buffer;
+        if (c.reserved)
+            CHECK_EQUAL(buffer.ReserveElements(c.reserved), ORV_S_OK);
         CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, buffer, L"%*d", c.width, 7), ORV_S_OK);
         CHECK_EQUAL(buffer.GetInternal().length, c.width);
         CHECK_EQUAL(buffer.GetCapacity(), c.capacity);
@@ -451,8 +456,15 @@ TEST_CASE(HeapBuffersDoubleUntilTheTextFits)
 
     OrvUtf16CharHeapBuffer buffer;
     CHECK_EQUAL(buffer.Assign(L"xy", OrvTerminated), ORV_S_OK);
+    {
+        const test::RefusingHeap refusing;
+        CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, buffer, L"z"), ORV_E_OUT_OF_MEMORY);
+        CHECK_TEXT(buffer.GetValue(), L"xy"); // nothing was written yet
+    }
     CHECK_EQUAL(OrvAppendFormatString(OrvCodePageUtf8, buffer, L"z"), ORV_S_OK);
     CHECK_TEXT(buffer.GetValue(), L"z");
+    CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, buffer, L"lost %hs", "\xC0"), ORV_E_INVALID_DATA);
+    CHECK_TEXT(buffer.GetValue(), L"");
 }
 
 TEST_CASE(ReferencesGrowAndRollBack)
