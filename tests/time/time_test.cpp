@@ -16,12 +16,12 @@ bool SameExact(const OrvTimeStruct &a, const OrvTimeStruct &b)
     return a.Equal(b, OrvTimeStruct::ResolutionNanosecond) && a.dayOfWeek == b.dayOfWeek;
 }
 
-OrvTimeStruct Date(uint16_t year, uint32_t month, uint16_t day)
+constexpr OrvTimeStruct Date(uint16_t year, uint32_t month, uint16_t day)
 {
     return OrvTimeStruct(year, static_cast<OrvMonth>(month), day, OrvSunday, 0, 0, 0, 0, 0, 0);
 }
 
-const OrvTimeStruct kEndStruct = Date(1600, 12, 31);
+constexpr OrvTimeStruct kEndStruct = Date(1600, 12, 31);
 
 } // namespace
 
