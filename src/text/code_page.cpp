@@ -234,6 +234,9 @@ OrvResult OrvGetMb2MbStringSize(uint32_t &size, const char *source, OrvCodePage 
     if (sourcePage == targetPage || (IsNativeTowardsUtf16(sourcePage) && IsNativeTowardsUtf16(targetPage)))
         return StoreSize(size, count);
     if (IsNativeTowardsUtf16(sourcePage) || IsNative(targetPage)) {
+        // The conversion would not ask for the page of an empty text.
+        if (!IsNativeTowardsUtf16(sourcePage) && !detail::FindCodePageConverter(sourcePage, OrvCodePageUtf16))
+            return ORV_E_NOT_PROVIDED;
         detail::ConvertedText<wchar_t> text;
         const OrvResult result = text.Convert(source, sourcePage, count);
         return OrvFailed(result) ? result
