@@ -94,9 +94,13 @@ Bytes BytesOf(const wchar_t *text, uint32_t count)
 template <typename T>
 OrvResult RunConverter(CodePageConverter convert, Bytes source, T *target, uint32_t room, uint64_t &length)
 {
-    // A caller may name a capacity that goes on behind the end of the address space.
+    // A caller may name a capacity that goes on behind the end of the address space, and pointers must not go
+    // there: not to the end of the room when that is far behind all that the source can become.
+    constexpr uint64_t kMostGrowth = 8; // bytes for a byte; a single one is five in UTF-7
     const uint32_t mostRoom = (UINTPTR_MAX - reinterpret_cast<uintptr_t>(target)) / sizeof(T);
-    const uint32_t roomBytes = (room < mostRoom ? room : mostRoom) * sizeof(T);
+    const uint64_t largest = uint64_t{room < mostRoom ? room : mostRoom} * sizeof(T);
+    const uint64_t enough = source.size * kMostGrowth;
+    const auto roomBytes = static_cast<uint32_t>(largest < enough ? largest : enough);
     uint64_t size = 0;
     const OrvResult result =
         convert(source.first, source.size, reinterpret_cast<uint8_t *>(target), roomBytes, size);
@@ -234,6 +238,9 @@ OrvResult OrvGetMb2MbStringSize(uint32_t &size, const char *source, OrvCodePage 
     if (sourcePage == targetPage || (IsNativeTowardsUtf16(sourcePage) && IsNativeTowardsUtf16(targetPage)))
         return StoreSize(size, count);
     if (IsNativeTowardsUtf16(sourcePage) || IsNative(targetPage)) {
+        // The conversion would not ask for the page of an empty text.
+        if (!IsNativeTowardsUtf16(sourcePage) && !detail::FindCodePageConverter(sourcePage, OrvCodePageUtf16))
+            return ORV_E_NOT_PROVIDED;
         detail::ConvertedText<wchar_t> text;
         const OrvResult result = text.Convert(source, sourcePage, count);
         return OrvFailed(result) ? result

@@ -3,12 +3,12 @@
 #include "orv/text/number.h"
 
 #include "orv/runtime/result.h"
-#include "orv/text/string.h"
 #include "text/decimal_to_double.h"
 #include "text/divide.h"
 #include "text/double_parts.h"
 #include "text/format_float.h"
 #include "text/integer_digits.h"
+#include "text/length.h"
 
 namespace
 {
@@ -149,7 +149,7 @@ __declspec(noinline) OrvResult
     ReadNumber(uint64_t &bits, const Limits &limits, const T *text, uint32_t length, int radix, const T **end)
 {
     const T *next = text;
-    const T *const last = next + (length == OrvTerminated ? OrvGetStringSizeInElements(text) : length);
+    const T *const last = next + detail::ResolveLength(text, length);
     const bool negative = next != last && *next == '-';
     next += negative;
     const bool hasPrefix = last - next >= 2 && next[0] == '0' && (next[1] == 'x' || next[1] == 'X');
@@ -211,8 +211,7 @@ OrvResult StringToDouble(double &value, const T *text, uint32_t length, const T 
         *end = nullptr;
     if (mode != OrvString2DoubleDecimal)
         return ORV_E_INVALID_ARGUMENT;
-    if (length == OrvTerminated)
-        length = OrvGetStringSizeInElements(text);
+    length = detail::ResolveLength(text, length);
     return Finish(detail::ParseDouble(text, length, value), text + length, end);
 }
 

@@ -214,6 +214,26 @@ TEST_CASE(BytesThroughUtf16)
     CHECK_TEXT(bytes, "\xC2\x80");
 }
 
+TEST_CASE(CapacitiesMayReachBehindTheAddressSpace)
+{
+    constexpr uint32_t kEndless = 0xFFFFFFFF;
+    for (uint32_t i = OrvCodePageDefault; i <= OrvCodePageUtf16; i++) {
+        test::Note("page", i);
+        const auto page = static_cast<OrvCodePage>(i);
+        uint32_t size = 0;
+        uint32_t length = 0;
+        char utf8[3];
+        CHECK_EQUAL(OrvConvertUtf162MbString(bytes, kEndless, L"ab", page, &size), ORV_S_OK);
+        CHECK_EQUAL(OrvConvertMb2Utf16String(text, kEndless, bytes, page, &length, size), ORV_S_OK);
+        CHECK_TEXT(text, L"ab");
+        CHECK_EQUAL(length, 2u);
+        CHECK_EQUAL(OrvConvertMb2MbString(utf8, kEndless, bytes, page, OrvCodePageUtf8, &length, size),
+                    ORV_S_OK);
+        CHECK_TEXT(utf8, "ab");
+        CHECK_EQUAL(length, 2u);
+    }
+}
+
 TEST_CASE(Utf8IsThePlatforms)
 {
     // Every sequence of one and two bytes, and random ones of up to six: what we take the platform takes

@@ -407,6 +407,8 @@ TEST_CASE(PagesOutsideTheTable)
         test::Note("page", known);
         CHECK_EQUAL(OrvGetMb2MbStringSize(size, "a", page, known), ORV_E_NOT_PROVIDED);
         CHECK_EQUAL(OrvGetMb2MbStringSize(size, "a", known, page), ORV_E_NOT_PROVIDED);
+        CHECK_EQUAL(OrvGetMb2MbStringSize(size, "", page, known), ORV_E_NOT_PROVIDED);
+        CHECK_EQUAL(OrvGetMb2MbStringSize(size, "", known, page), ORV_E_NOT_PROVIDED);
         CHECK_EQUAL(OrvConvertMb2MbString(bytes, 4, "a", page, known, &size), ORV_E_NOT_PROVIDED);
         CHECK_EQUAL(OrvConvertMb2MbString(bytes, 0, "a", known, page, &size), ORV_E_NOT_PROVIDED);
     }

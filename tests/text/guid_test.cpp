@@ -58,6 +58,10 @@ TEST_CASE(GuidsArePrinted)
     const test::RefusingHeap refusing;
     CHECK_EQUAL(OrvGuidUtils::GetStringAppend(guid, OrvMakeMutableStringRef(empty)), ORV_E_OUT_OF_MEMORY);
     CHECK(empty.IsEmpty());
+    CHECK_EQUAL(OrvGuidUtils::GetString(guid, OrvMakeMutableStringRef(empty)), ORV_E_OUT_OF_MEMORY);
+    text = {99, 0, room};
+    CHECK_EQUAL(OrvGuidUtils::GetString(guid, text), ORV_E_INVALID_ARGUMENT);
+    CHECK_TEXT(room, L"00112233-4455-6677-8899-aabbccddeef");
 }
 
 TEST_CASE(GuidsAreParsed)

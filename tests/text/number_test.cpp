@@ -147,8 +147,14 @@ TEST_CASE(ReadingStopsWhereItMust)
     CHECK_EQUAL(value, 12);
     CHECK_EQUAL(OrvConvertString2Number(value, "123", 2, 10), ORV_S_OK);
     CHECK_EQUAL(value, 12);
-    CHECK_EQUAL(OrvConvertString2Number(value, static_cast<const char *>(nullptr), 0, 10), ORV_S_OK);
-    CHECK_EQUAL(value, 0);
+    const uint32_t nullLengths[] = {0, 5, OrvTerminated};
+    for (const uint32_t length : nullLengths) {
+        value = 5;
+        double real = 5;
+        CHECK_EQUAL(OrvConvertString2Number(value, static_cast<const char *>(nullptr), length, 10), ORV_S_OK);
+        CHECK_EQUAL(OrvConvertString2Double(real, static_cast<const wchar_t *>(nullptr), length), ORV_S_OK);
+        CHECK(value == 0 && real == 0);
+    }
     const int badRadixes[] = {-1, 1, 37};
     for (const int radix : badRadixes) {
         value = 5;

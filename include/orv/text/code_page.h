@@ -33,14 +33,15 @@
 //   taken from the heap, and only for more than 255 characters.
 //
 // What all conversions return beside 0:
-//   ORV_E_BUFFER_TOO_SMALL  The target cannot hold the result and its terminator; it then holds an empty
-//                           text. (Towards or from a page of the platform it may hold the beginning of the
-//                           result, terminated: long texts are converted in pieces of 32766 characters.)
+//   ORV_E_BUFFER_TOO_SMALL  The target cannot hold the result and its terminator. It then holds no text, or,
+//                           towards or from a page of the platform, perhaps the beginning of the result:
+//                           long texts are converted in pieces of 32766 characters. Both are terminated.
 //   ORV_E_INVALID_DATA      The source is malformed, however small the target; it then holds an empty text.
 //   ORV_E_NOT_PROVIDED      A page value outside the table. Nothing is written.
 //   ORV_E_BAD_LENGTH        The result is so long that 32 bits cannot count it and its terminator.
 //   another failure         The platform's own conversion failed, and this is its status as a result code.
 // The size queries return the same, except ORV_E_BUFFER_TOO_SMALL, and leave `size` alone when they fail.
+// They refuse a page value outside the table for an empty source too.
 
 #pragma once
 

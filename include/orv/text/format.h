@@ -5,15 +5,20 @@
 //
 //   flags       any of  - (left-justify)  + and space (sign)  0 (pad with zeros)  # (radix prefix)
 //   width       decimal digits, or * for the next 32-bit argument; below zero it left-justifies
-//   precision   a point and decimal digits, or .* for the next 32-bit argument; below zero it counts as
-//               not given. At least so many digits of an integer (32 at most), at most so many characters
-//               of a string
+//   precision   a point and decimal digits, or .* for the next 32-bit argument, which counts as not given
+//               below zero: at least so many digits of an integer (32 at most), exactly so many of a double
+//               (6 where none is given), at most so many characters of a string
 //   modifier    hh (8 bits)  h (16)  l, I32, I, z (32)  ll, I64 (64)
 //   conversion  d i      signed decimal
 //               u o x X  unsigned decimal, octal, hexadecimal
 //               p        a pointer: hexadecimal in lower case, padded with zeros
+//               e E      a double with an exponent of at least two digits: d.dddddde+dd
+//               f        a double without exponent
+//               g G      a double in the shorter of both forms, with the precision's significant digits;
+//                        trailing zeros go, but for the flag #
 //               c        one character, from the low bits of a 32-bit argument
-//               s        text of the engine's own width; a null pointer prints "(null)"
+//               s        text of the engine's own width; as in all forms of text, a null pointer prints
+//                        "(null)"
 //               ls       UTF-16 text, in the forms that take a code page
 //               hs       byte text, in the forms that take a code page
 //               wZ       a counted UTF-16 string (UNICODE_STRING)
@@ -26,13 +31,15 @@
 // conversion refuses (ORV_E_INVALID_DATA, ORV_E_NOT_PROVIDED, ORV_E_OUT_OF_MEMORY, see orv/text/code_page.h)
 // ends formatting and is the result.
 //
-// Sign, prefix and padding stand where C's printf puts them. A directive with any other conversion or
-// modifier is copied to the output as it stands and takes no argument; an integer conversion with the
-// modifier w prints nothing and takes none; a percent sign that starts no directive is written as it is.
+// Sign, prefix and padding stand where C's printf puts them. Doubles are exact, and rounded half to even at
+// any precision; infinities and NaN print as inf and nan, in capitals for E and G, and are padded with spaces
+// only. A directive with any other conversion or modifier is copied to the output as it stands and takes no
+// argument; an integer conversion with the modifier w prints nothing and takes none; a percent sign that
+// starts no directive is written as it is.
 //
 // Arguments travel as the compiler passes them to a function with an ellipsis: four bytes each, eight for
-// 64-bit integers. They must not point into the target. Every form returns ORV_E_INVALID_ARGUMENT, and writes
-// nothing, for a null format.
+// 64-bit integers and doubles. They must not point into the target. Every form returns
+// ORV_E_INVALID_ARGUMENT, and writes nothing, for a null format.
 
 #pragma once
 

@@ -60,7 +60,8 @@ ORV_API OrvResult OrvConvertFileSize2String(wchar_t *target, uint32_t capacity, 
                                             unsigned int *written = nullptr);
 
 /// Reads a number at the start of a text of `length` characters (OrvTerminated: counted up to its
-/// terminator): an optional minus sign, then digits. Blanks and a plus sign are no part of a number.
+/// terminator): an optional minus sign, then digits. Blanks and a plus sign are no part of a number. A null
+/// text is empty.
 ///
 /// Radix 0 reads hexadecimal behind "0x" or "0X" when something follows it, and decimal otherwise; radix 16
 /// skips such a prefix. Hexadecimal text may spell any bit pattern of a signed type: FFFFFFFF is -1 as an
