@@ -150,7 +150,7 @@ is 1 'a\n+AOk-+2D0-x' "a\n\xc3\xa9$(fault 7)" convert --from utf-7 --to utf-8
 is 2 '' "orvtool convert: there is no page 'utf-9'. $(see convert)" convert --from utf-9 --to utf-8
 is 2 '' "orvtool convert: --from PAGE and --to PAGE are wanted. $(see convert)" convert --from utf-8
 # One long line, in which a piece of the input would end inside a character; then the same with a fault behind it.
-yes 'é€😀x' | head -n 20000 | tr -d '\n' >"$work/line"
+printf 'é€😀x%.0s' $(seq 20000) >"$work/line"
 run convert --from utf-8 --to utf-16 "$work/line" >"$work/line16"
 if have iconv; then
     iconv -f utf-8 -t utf-16le "$work/line" >"$work/expected"
@@ -170,7 +170,7 @@ while read -r algorithm digest; do
 done <<'DIGESTS'
 crc32 cbf43926
 crc32c e3069283
-superfast 90d43b2c
+superfast e4fc1670
 md4 2ae523785d0caf4d2fb557c12016185c
 md5 25f9e794323b453885f5181f1b624d0b
 sha1 f7c3bc1d808e04732adf679965ccc34ca7ae3441
@@ -181,7 +181,8 @@ foo=2c26b46b68ffc68ff99b453c1d30413413422d706483bfa0f98a5e886266e7ae
 none="orvtool hash: reading '$work/none' failed: 0xE001003D (ORV_E_FILE_NOT_FOUND)\n"
 is 1 'foo' "$foo  -\n$foo  $work/file\n$none" hash - "$work/none" "$work/file"
 is 0 "$foo  $work/file\r\n$foo *$work/file\n" "$work/file: OK\n$work/file: OK\n" hash -c -
-is 0 "\\\\\\\\$foo  ${work////\\\\\\\\\\\\\\\\}\\\\\\\\\\\\\\\\file" "${work////\\\\\\\\}\\\\\\\\file: OK\n" hash -c -
+windows=$(printf '%s' "$work/file" | sed 's#/#\\\\\\\\#g') # each backslash as a sum tool writes it, for printf
+is 0 "\\\\$foo  $windows\n" "${windows//\\\\\\\\/\\\\}: OK\n" hash -c -
 is 1 "ab  x\n${foo/2/3}  $work/file\n$foo  $work/none\n${foo/2/4}  $work/file" \
     "$work/file: FAILED\n$work/none: FAILED open or read\n$work/file: FAILED
 ${none}orvtool hash: 1 line lists no digest
@@ -200,7 +201,7 @@ is 0 '' '\x78\x9c\x03\x00\x00\x00\x00\x01' deflate
 is 0 "$z" 'foo' inflate
 is 0 '\x4b\xcb\xcf\x07\x00' 'foo' inflate --raw
 is 1 "${z}x" 'fooorvtool inflate: other data follows the stream, at offset 11\n' inflate
-is 1 "${z%??}\x46" 'fooorvtool inflate: the data is corrupt at offset 11\n' inflate
+is 1 "${z%\\x45}\x46" 'fooorvtool inflate: the data is corrupt at offset 11\n' inflate
 is 1 "${z%\\x45}" 'fooorvtool inflate: the data ends at offset 10, before its stream does\n' inflate
 is 1 'foo' 'orvtool inflate: the data is corrupt at offset 2\n' inflate
 is 1 '' 'orvtool inflate: the data ends at offset 0, before its stream does\n' inflate
@@ -225,10 +226,10 @@ small=$(find /usr/share -path '*/cmake*/Modules/FindPkgConfig.cmake' 2>/dev/null
 for file in "$small" "$big"; do
     for algorithm in md5 sha1 sha256 sha512; do
         have ${algorithm}sum || continue
-        ${algorithm}sum "$file" >"$work/expected"
+        ${algorithm}sum "$file" >"$work/sums"
         run hash -a $algorithm "$file" >"$work/out"
-        same "hash -a $algorithm" "$work/out" "$work/expected"
-        is 0 '' "$file: OK\n" hash -c "$work/expected"
+        same "hash -a $algorithm" "$work/out" "$work/sums"
+        is 0 '' "$file: OK\n" hash -c "$work/sums"
     done
     for level in -1 -9; do
         run deflate $level "$file" >"$work/packed"
@@ -274,12 +275,18 @@ is 0 '<a/>' '' xml check -
 is 2 '' "orvtool xml: there is no action 'x'. $(see xml)" xml x
 is 2 '' "orvtool xml: a file is missing, or '-' for standard input. $(see xml)" xml check
 document=$(find /usr/share/xml /usr/share/cmake* /usr/share -name '*.xml' -size +8k 2>/dev/null | head -n 1) || true
-if [ -e "$document" ] && have xmllint; then
+if [ -e "$document" ] && have xmllint && have python3; then
     run xml format "$document" >"$work/once"
     run xml format "$work/once" >"$work/out"
     same 'xml format of what it wrote' "$work/out" "$work/once"
-    xmllint --dropdtd --nocdata "$work/once" >"$work/out"
-    is 0 '' '' xml check "$work/out"
+    # What another parser makes of both documents, without the white space between elements.
+    canonical='import sys, xml.etree.ElementTree as tree; print(tree.canonicalize(from_file=sys.argv[1], strip_text=True))'
+    python3 -c "$canonical" "$document" >"$work/expected"
+    python3 -c "$canonical" "$work/once" >"$work/out"
+    same 'xml format, read by another parser' "$work/out" "$work/expected"
+    xmllint --format "$work/once" >"$work/expected"
+    run xml format "$work/expected" >"$work/out"
+    same 'xml format of what xmllint wrote' "$work/out" "$work/once"
 fi
 
 like 0 '[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}\.[0-9]{9}Z ' time
@@ -290,7 +297,7 @@ while read -r form value back; do
     is 0 '' "$back\n" time convert "$value" --from "$form"
 done <<FORMS
 iso $instant $instant
-orvtime 134396402111234567 $instant
+orvtime 134397258111234567 $instant
 filetime 01DD7998:1C81B207 $instant
 unix 1795252211 2026-11-21T09:10:11.000000000Z
 variant 4.6347382073188157e+04 2026-11-21T09:10:11.123456000Z
