@@ -49,7 +49,7 @@ like() {
 says() {
     local code=0 expected=$1
     shift
-    run "$@" >/dev/null || code=$?
+    run "$@" >/dev/null 2>&1 || code=$?
     if [ "$code" -eq 1 ] && [ "$(said)" = "$expected" ]; then
         passed=$((passed + 1))
         return
@@ -68,7 +68,12 @@ same() {
     printf '%s: the bytes differ\n' "$1"
 }
 
-run() { "$root/tools/run_wine.sh" "$tool" "$@" 2>"$work/error"; }
+# run ARGUMENT...: orvtool with the streams that it is given.
+run() {
+    "$root/tools/run_wine.sh" "$tool" "$@" 2>"$work/error" && return
+    printf 'orvtool %s failed: %s\n' "$*" "$(said)" >&2
+    return 1
+}
 
 have() { command -v "$1" >/dev/null; }
 
@@ -258,8 +263,10 @@ for file in "$small" "$big"; do
     fi
 done
 # Work of more than a second says nothing of its progress to a pipe.
-cat "$big" "$big" "$big" | run bzip2 2>&1 >/dev/null | tr -dc '%' >"$work/out"
-printf '' | cmp - "$work/out" || failed=$((failed + 1))
+for ((i = 0; i < 3; i++)); do cat "$big"; done >"$work/long"
+run bzip2 "$work/long" >/dev/null
+grep -aE '%|MB' "$work/error" >"$work/out" || true
+same 'progress that nobody sees' "$work/out" /dev/null
 
 is 0 '<a>\r\n<b x="1"/> <c>t</c>\n\n</a>' "$declaration<a>\n  <b x=\"1\"/>\n  <c>t</c>\n</a>\n" xml format -
 is 0 '<p>mixed <i>it</i> <u/> tail</p>' "$declaration<p>mixed <i>it</i> <u/> tail</p>\n" xml format -
