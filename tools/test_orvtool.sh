@@ -120,6 +120,7 @@ is 0 '' 'A.TXT\n' match -i '*.txt' A.TXT b
 is 1 '' '' match '*.txt' A.TXT
 is 0 'a.txt\r\nb.c\n\nd.txt' 'a.txt\nd.txt\n' match '*.txt'
 is 0 '\xc3\xa9t\xc3\xa9\n' '\xc3\xa9t\xc3\xa9\n' match --ignore-case '?T?'
+is 0 '\na\xff\xe2\x82b\n' 'a\xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbdb\n' match 'a???b'
 is 1 '' '' match '*'
 is 0 '' '-i\n' match -- -i -i
 is 2 '' "orvtool match: a pattern is missing. $(see match)" match -i

@@ -26,8 +26,8 @@ bool Equal(const OrvBasXmlSaxHandlerBase::Text &text, const wchar_t *terminated)
     return OrvCompareString(text.characters, terminated, text.length) == 0;
 }
 
-/// What to write in place of a character that the writer's escapes would not bring through: white space that a
-/// reader would turn into other white space, and the halves of a pair. Empty for all others.
+/// What to write in place of a character that the writer's escapes would not bring through: white space that
+/// a reader would turn into other white space, and the halves of a pair. Empty for all others.
 OrvBasXmlSaxHandlerBase::Text RawFormOf(const wchar_t &character, bool isAttribute)
 {
     if (character == L'\r')
