@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The main job, on a real NT interface: separate processes that meet through named objects. Says in plain words what
-# happened, and ends with exit code 1 when anything was not as it must be.
+# The main job, on a real NT interface: separate processes that meet through named objects, and work on real files of
+# this machine. Says in plain words what happened, and ends with exit code 1 when anything was not as it must be.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -113,7 +113,61 @@ mutex_is_abandoned() {
         'the owner is killed, and the next one gets it with 0x60010003'
 }
 
+# holds FILE FILE WORDS: both have the same bytes; then say what it means.
+holds() {
+    if [ -s "$1" ] && cmp -s "$1" "$2"; then
+        printf '  %s\n' "$3"
+    else
+        differs "$3, but the bytes differ"
+    fi
+}
+
+# filters OUTPUT ARGUMENT...: what orvtool makes of a file
+filters() {
+    local output=$work/$1
+    shift
+    orvtool "$@" >"$output" 2>"$work/error" || differs "orvtool $*: $(grep -a '^orvtool ' "$work/error")"
+}
+
+file_is_packed() {
+    local file
+    file=$(command -v cmake)
+    printf 'A file of this machine, %s, %s bytes:\n' "$file" "$(wc -c <"$file")"
+    sha512sum "$file" >"$work/theirs"
+    filters ours hash -a sha512 "$file"
+    holds "$work/ours" "$work/theirs" 'its SHA-512 is what sha512sum says'
+    filters checked hash -c "$work/theirs"
+    printf '%s: OK\n' "$file" >"$work/expected"
+    holds "$work/checked" "$work/expected" 'the list that sha512sum wrote is checked: OK'
+    filters deflated deflate "$file"
+    filters inflated inflate "$work/deflated"
+    holds "$work/inflated" "$file" "deflated to $(wc -c <"$work/deflated") bytes and inflated, it is the same"
+    filters packed bzip2 "$file"
+    filters unpacked bunzip2 "$work/packed"
+    holds "$work/unpacked" "$file" "packed to $(wc -c <"$work/packed") bytes with bzip2 and unpacked, it is the same"
+}
+
+document_is_formatted() {
+    local document
+    for document in $(find /usr/share -name '*.xml' -size +4k 2>/dev/null | sort) none; do
+        [ "$document" != none ] || fail 'there is no XML document under /usr/share' 'install any package with one'
+        orvtool xml check "$document" >/dev/null 2>&1 && break
+    done
+    printf 'An XML document of this machine, %s, %s bytes:\n' "$document" "$(wc -c <"$document")"
+    filters formatted.xml xml format "$document"
+    filters checked xml check "$work/formatted.xml"
+    printf '  formatted to %s lines, it is well-formed\n' "$(wc -l <"$work/formatted.xml")"
+    filters again.xml xml format "$work/formatted.xml"
+    holds "$work/again.xml" "$work/formatted.xml" 'formatted once more, it stays as it is'
+    (cat "$work/formatted.xml" && printf '<more>') >"$work/broken.xml"
+    runs complaint 1 xml check "$work/broken.xml"
+    grep -q 'not well-formed' "$work/complaint" || differs 'a document with a tag too many was taken'
+    printf '  with a tag too many it is refused at byte %s\n' "$(sed -n 's/.*: byte \([0-9]*\),.*/\1/p' "$work/complaint")"
+}
+
 orvtool info
+file_is_packed
+document_is_formatted
 events_meet session
 events_meet global
 semaphore_counts

@@ -10,6 +10,9 @@ trap 'rm -rf "$work"' EXIT
 passed=0
 failed=0
 
+# What orvtool said on standard error, without what Wine says there.
+said() { grep -aE '^(orvtool|[^ ]*: byte )' "$work/error" | tr -d '\r' || true; }
+
 # is CODE INPUT OUTPUT ARGUMENT...: orvtool, given INPUT, prints OUTPUT and ends with CODE. INPUT and OUTPUT may have
 # escapes of printf; what orvtool says on standard error stands behind what it prints.
 is() {
@@ -18,7 +21,7 @@ is() {
     printf '%b' "$3" >"$work/expected"
     shift 3
     "$root/tools/run_wine.sh" "$tool" "$@" <"$work/in" >"$work/out" 2>"$work/error" || code=$?
-    grep -a '^orvtool' "$work/error" | tr -d '\r' >>"$work/out" || true
+    said >>"$work/out"
     if [ "$code" -eq "$expected" ] && cmp -s "$work/out" "$work/expected"; then
         passed=$((passed + 1))
         return
@@ -42,6 +45,38 @@ like() {
     printf 'orvtool %s: exit code %s, not %s, or no match: %s\n' "$*" "$code" "$expected" "$(cat "$work/out")"
 }
 
+# says TEXT ARGUMENT...: ends with exit code 1 and says just that, whatever it prints.
+says() {
+    local code=0 expected=$1
+    shift
+    run "$@" >/dev/null 2>&1 || code=$?
+    if [ "$code" -eq 1 ] && [ "$(said)" = "$expected" ]; then
+        passed=$((passed + 1))
+        return
+    fi
+    failed=$((failed + 1))
+    printf 'orvtool %s: exit code %s, or it said: %s\n' "$*" "$code" "$(said)"
+}
+
+# same WORDS FILE FILE: both hold the same bytes.
+same() {
+    if cmp "$2" "$3"; then
+        passed=$((passed + 1))
+        return
+    fi
+    failed=$((failed + 1))
+    printf '%s: the bytes differ\n' "$1"
+}
+
+# run ARGUMENT...: orvtool with the streams that it is given.
+run() {
+    "$root/tools/run_wine.sh" "$tool" "$@" 2>"$work/error" && return
+    printf 'orvtool %s failed: %s\n' "$*" "$(said)" >&2
+    return 1
+}
+
+have() { command -v "$1" >/dev/null; }
+
 repeat() { # repeat TEXT TIMES
     local i
     for ((i = 0; i < $2; i++)); do printf '%s' "$1"; done
@@ -50,6 +85,7 @@ repeat() { # repeat TEXT TIMES
 see() { printf "See 'orvtool %s --help'.\\\\n" "$1"; }
 
 printf 'foo' >"$work/file"
+declaration='<?xml version="1.0" encoding="utf-8"?>\n'
 
 is 0 '' '\n' base64
 is 0 'f' 'Zg==\n' base64
@@ -84,6 +120,7 @@ is 0 '' 'A.TXT\n' match -i '*.txt' A.TXT b
 is 1 '' '' match '*.txt' A.TXT
 is 0 'a.txt\r\nb.c\n\nd.txt' 'a.txt\nd.txt\n' match '*.txt'
 is 0 '\xc3\xa9t\xc3\xa9\n' '\xc3\xa9t\xc3\xa9\n' match --ignore-case '?T?'
+is 0 '\na\xff\xe2\x82b\n' 'a\xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbdb\n' match 'a???b'
 is 1 '' '' match '*'
 is 0 '' '-i\n' match -- -i -i
 is 2 '' "orvtool match: a pattern is missing. $(see match)" match -i
@@ -100,7 +137,196 @@ is 2 '' "orvtool number: the radix is 2 to 36, or 0, not '37'. $(see number)" nu
 is 0 '' '89400484\n976015093\n' random -n 2
 like 2 '' random x
 
-for command in base64 guid match number random; do
+is 0 'a\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80' 'a\x00\xe9\x00\xac\x20\x3d\xd8\x00\xde' convert --from utf-8 --to utf-16
+is 0 'a\x00\xe9\x00\xac\x20\x3d\xd8\x00\xde' 'a\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80' convert --from utf-16 --to utf-8 -
+is 0 'a\xe9+' 'a+AOk-+-' convert --from=ansi --to=utf-7
+is 0 '+AOk-+-\n+IKw' '\xe9+\n?' convert --from utf-7 --to ansi
+is 0 '+2D0-+3gA-' '\xf0\x9f\x98\x80' convert --from utf-7 --to utf-8
+is 0 'plain' 'plain' convert --from oem --to default
+is 0 '' '' convert --from utf-8 --to utf-16
+is 0 '' 'foo' convert --from utf-8 --to utf-7 "$work/file"
+fault() { printf 'orvtool convert: the input is malformed at offset %s\\n' "$1"; }
+is 1 'ab\xc3\xa9\xed\xa0\x80x' "ab\xc3\xa9$(fault 4)" convert --from utf-8 --to utf-8
+is 1 'ab\xc3' "a\x00b\x00$(fault 2)" convert --from utf-8 --to utf-16
+is 1 '\xff' "$(fault 0)" convert --from utf-8 --to ansi
+is 1 'a\x00\x00\xdc' "a$(fault 2)" convert --from utf-16 --to utf-8
+is 1 'a\x00\x3d\xd8b\x00' "a$(fault 2)" convert --from utf-16 --to default
+is 1 'a\x00b' "a\x00$(fault 2)" convert --from utf-16 --to utf-16
+is 1 'a\n+AOk-+2D0-x' "a\n\xc3\xa9$(fault 7)" convert --from utf-7 --to utf-8
+is 2 '' "orvtool convert: there is no page 'utf-9'. $(see convert)" convert --from utf-9 --to utf-8
+is 2 '' "orvtool convert: --from PAGE and --to PAGE are wanted. $(see convert)" convert --from utf-8
+# One long line, in which a piece of the input would end inside a character; then the same with a fault behind it.
+printf 'é€😀x%.0s' $(seq 20000) >"$work/line"
+run convert --from utf-8 --to utf-16 "$work/line" >"$work/line16"
+if have iconv; then
+    iconv -f utf-8 -t utf-16le "$work/line" >"$work/expected"
+    same 'convert to UTF-16, beside iconv' "$work/line16" "$work/expected"
+    run convert --from utf-8 --to utf-7 "$work/line" | iconv -f utf-7 -t utf-8 >"$work/out" || true
+    same 'convert to UTF-7, read by iconv' "$work/out" "$work/line"
+fi
+run convert --from utf-16 --to utf-8 "$work/line16" >"$work/out"
+same 'convert from UTF-16' "$work/out" "$work/line"
+printf '\x00\xdc' >>"$work/line16"
+printf '\xc3' >>"$work/line"
+says 'orvtool convert: the input is malformed at offset 200000' convert --from utf-8 --to utf-16 "$work/line"
+says 'orvtool convert: the input is malformed at offset 200000' convert --from utf-16 --to utf-8 "$work/line16"
+
+while read -r algorithm digest; do
+    is 0 '123456789' "$digest  -\n" hash -a "$algorithm" -
+done <<'DIGESTS'
+crc32 cbf43926
+crc32c e3069283
+superfast e4fc1670
+md4 2ae523785d0caf4d2fb557c12016185c
+md5 25f9e794323b453885f5181f1b624d0b
+sha1 f7c3bc1d808e04732adf679965ccc34ca7ae3441
+sha256 15e2b0d3c33891ebb0f1ef609ec419420c20e320ce94c65fbc8c3312448eb225
+sha512 d9e6762dd1c8eaf6d61b3c6192fc408d4d6d5f1176d0c29169bc24e71c3f274ad27fcd5811b313d681f7e55ec02d73d499c95455b6b5bb503acf574fba8ffe85
+DIGESTS
+foo=2c26b46b68ffc68ff99b453c1d30413413422d706483bfa0f98a5e886266e7ae
+none="orvtool hash: reading '$work/none' failed: 0xE001003D (ORV_E_FILE_NOT_FOUND)\n"
+is 1 'foo' "$foo  -\n$foo  $work/file\n$none" hash - "$work/none" "$work/file"
+is 0 "$foo  $work/file\r\n$foo *$work/file\n" "$work/file: OK\n$work/file: OK\n" hash -c -
+windows=$(printf '%s' "$work/file" | sed 's#/#\\\\\\\\#g') # each backslash as a sum tool writes it, for printf
+is 0 "\\\\$foo  $windows\n" "${windows//\\\\\\\\/\\\\}: OK\n" hash -c -
+is 1 "ab  x\n${foo/2/3}  $work/file\n$foo  $work/none\n${foo/2/4}  $work/file" \
+    "$work/file: FAILED\n$work/none: FAILED open or read\n$work/file: FAILED
+${none}orvtool hash: 1 line lists no digest
+orvtool hash: 1 listed file cannot be read
+orvtool hash: 2 digests do not match\n" hash -c -
+is 1 'abc' "orvtool hash: '-' lists no file with a digest that can be checked\n" hash -c -
+is 1 "$foo  $work/file" "orvtool hash: '-' lists no file with a digest that can be checked\n" hash -c -a md5 -
+is 2 '' "orvtool hash: there is no algorithm 'sha3'. $(see hash)" hash -a sha3 -
+is 2 '' "orvtool hash: a file is missing, or '-' for standard input. $(see hash)" hash -c
+
+z='\x78\x9c\x4b\xcb\xcf\x07\x00\x02\x82\x01\x45' # "foo" as zlib's default level writes it
+is 0 'foo' "$z" deflate
+is 0 'foo' '\x4b\xcb\xcf\x07\x00' deflate --raw -6
+is 0 'foo' '\x78\x01\x01\x03\x00\xfc\xfffoo\x02\x82\x01\x45' deflate --level 0
+is 0 '' '\x78\x9c\x03\x00\x00\x00\x00\x01' deflate
+is 0 "$z" 'foo' inflate
+is 0 '\x4b\xcb\xcf\x07\x00' 'foo' inflate --raw
+is 1 "${z}x" 'fooorvtool inflate: other data follows the stream, at offset 11\n' inflate
+is 1 "${z%\\x45}\x46" 'fooorvtool inflate: the data is corrupt at offset 11\n' inflate
+is 1 "${z%\\x45}" 'fooorvtool inflate: the data ends at offset 10, before its stream does\n' inflate
+is 1 'foo' 'orvtool inflate: the data is corrupt at offset 2\n' inflate
+is 1 '' 'orvtool inflate: the data ends at offset 0, before its stream does\n' inflate
+is 1 '' 'orvtool bunzip2: the data ends at offset 0, before its stream does\n' bunzip2
+is 1 'foo' 'orvtool bunzip2: the data is corrupt at offset 1\n' bunzip2
+is 2 '' "orvtool deflate: a level is 0 to 9, not '10'. $(see deflate)" deflate --level 10
+is 2 '' "orvtool bzip2: there is no option '-0'. $(see bzip2)" bzip2 -0
+is 2 '' "orvtool inflate: there is no option '-1'. $(see inflate)" inflate -1
+run bzip2 "$work/file" >"$work/foo.bz2"
+size=$(wc -c <"$work/foo.bz2")
+cat "$work/foo.bz2" "$work/foo.bz2" >"$work/twice.bz2"
+(cat "$work/twice.bz2" && printf 'x') >"$work/tail.bz2"
+is 0 '' 'foofoo' bunzip2 "$work/twice.bz2"
+is 1 '' "foofooorvtool bunzip2: other data follows the stream, at offset $((2 * size))\n" bunzip2 "$work/tail.bz2"
+head -c $((size + 20)) "$work/twice.bz2" >"$work/cut.bz2"
+is 1 '' "fooorvtool bunzip2: the data ends at offset $((size + 20)), before its stream does\n" bunzip2 "$work/cut.bz2"
+
+# Real files, to the machine's own tools and back.
+big=$(command -v cmake)
+small=$(find /usr/share -path '*/cmake*/Modules/FindPkgConfig.cmake' 2>/dev/null | head -n 1) || true
+[ -e "$small" ] || small=$root/README.md
+for file in "$small" "$big"; do
+    for algorithm in md5 sha1 sha256 sha512; do
+        have ${algorithm}sum || continue
+        ${algorithm}sum "$file" >"$work/sums"
+        run hash -a $algorithm "$file" >"$work/out"
+        same "hash -a $algorithm" "$work/out" "$work/sums"
+        is 0 '' "$file: OK\n" hash -c "$work/sums"
+    done
+    for level in -1 -9; do
+        run deflate $level "$file" >"$work/packed"
+        run inflate "$work/packed" >"$work/out"
+        same "deflate $level and inflate" "$work/out" "$file"
+        run bzip2 $level "$file" >"$work/packed.bz2"
+        run bunzip2 "$work/packed.bz2" >"$work/out"
+        same "bzip2 $level and bunzip2" "$work/out" "$file"
+    done
+    if have python3; then
+        crc=$(python3 -c 'import binascii, sys; print("%08x" % binascii.crc32(open(sys.argv[1], "rb").read()))' "$file")
+        is 0 '' "$crc  $file\n" hash -a crc32 "$file"
+        python3 -c 'import sys, zlib; sys.stdout.buffer.write(zlib.decompress(sys.stdin.buffer.read()))' \
+            <"$work/packed" >"$work/out"
+        same 'deflate, read by zlib' "$work/out" "$file"
+        python3 -c 'import sys, zlib; sys.stdout.buffer.write(zlib.compress(sys.stdin.buffer.read()))' \
+            <"$file" >"$work/packed"
+        run inflate - <"$work/packed" >"$work/out"
+        same 'inflate of what zlib wrote' "$work/out" "$file"
+    fi
+    if have bzip2; then
+        bzip2 -dc "$work/packed.bz2" >"$work/out"
+        same 'bzip2, read by bzip2' "$work/out" "$file"
+        bzip2 -c "$file" | run bunzip2 >"$work/out"
+        same 'bunzip2 of what bzip2 wrote' "$work/out" "$file"
+    fi
+done
+# Work of more than a second says nothing of its progress to a pipe.
+for ((i = 0; i < 3; i++)); do cat "$big"; done >"$work/long"
+run bzip2 "$work/long" >/dev/null
+grep -aE '%|MB' "$work/error" >"$work/out" || true
+same 'progress that nobody sees' "$work/out" /dev/null
+
+is 0 '<a>\r\n<b x="1"/> <c>t</c>\n\n</a>' "$declaration<a>\n  <b x=\"1\"/>\n  <c>t</c>\n</a>\n" xml format -
+is 0 '<p>mixed <i>it</i> <u/> tail</p>' "$declaration<p>mixed <i>it</i> <u/> tail</p>\n" xml format -
+is 0 '<a><s xml:space="preserve"> <q/></s><b> </b></a>' \
+    "$declaration<a>\n  <s xml:space=\"preserve\"> <q/></s>\n  <b> </b>\n</a>\n" xml format -
+is 0 "<!DOCTYPE a [<!ENTITY e \"xy\">]><a b='1&#10;\"\t&lt;'><!-- c -->&e;&#13;&#x1F600;]]&gt;</a>" \
+    "$declaration<a b=\"1&#10;&quot; &lt;\">xy&#13;\xf0\x9f\x98\x80]]&gt;</a>\n" xml format -
+is 0 '\xff\xfe<\x00\xe9\x00/\x00>\x00' "$declaration<\xc3\xa9/>\n" xml format -
+is 1 '<a>\n <b></a>' '-: byte 10, line 2, column 7: not well-formed\n' xml format -
+is 1 '<a>\n <b></a>' '-: byte 10, line 2, column 7: not well-formed\n' xml check -
+is 1 '' '-: byte 0, line 1, column 1: not well-formed\n' xml check -
+is 0 '<a/>' '' xml check -
+is 2 '' "orvtool xml: there is no action 'x'. $(see xml)" xml x
+is 2 '' "orvtool xml: a file is missing, or '-' for standard input. $(see xml)" xml check
+document=$(find /usr/share/xml /usr/share/cmake* /usr/share -name '*.xml' -size +8k 2>/dev/null | head -n 1) || true
+if [ -e "$document" ] && have xmllint && have python3; then
+    run xml format "$document" >"$work/once"
+    run xml format "$work/once" >"$work/out"
+    same 'xml format of what it wrote' "$work/out" "$work/once"
+    # What another parser makes of both documents, without the white space between elements.
+    canonical='import sys, xml.etree.ElementTree as tree; print(tree.canonicalize(from_file=sys.argv[1], strip_text=True))'
+    python3 -c "$canonical" "$document" >"$work/expected"
+    python3 -c "$canonical" "$work/once" >"$work/out"
+    same 'xml format, read by another parser' "$work/out" "$work/expected"
+    xmllint --format "$work/once" >"$work/expected"
+    run xml format "$work/expected" >"$work/out"
+    same 'xml format of what xmllint wrote' "$work/out" "$work/once"
+fi
+
+like 0 '[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}\.[0-9]{9}Z ' time
+like 0 '[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}\.[0-9]{9} ' time --local
+instant=2026-11-21T09:10:11.123456700Z
+while read -r form value back; do
+    is 0 '' "$value\n" time convert $instant --to "$form"
+    is 0 '' "$back\n" time convert "$value" --from "$form"
+done <<FORMS
+iso $instant $instant
+orvtime 134397258111234567 $instant
+filetime 01DD7998:1C81B207 $instant
+unix 1795252211 2026-11-21T09:10:11.000000000Z
+variant 4.6347382073188157e+04 2026-11-21T09:10:11.123456000Z
+dos 5D75:4945 2026-11-21T09:10:10.000000000Z
+FORMS
+is 0 '' "$instant\n" time convert 0x01DD79981C81B207 --from filetime
+is 0 '' '116444735950000000\n' time convert -5 --from unix --to orvtime
+is 0 '' '1600-12-31T00:00:00.000000000Z\n' time convert 0xFFFFFFFFFFFFFFFF --from orvtime
+range='failed: 0xE0010064 (ORV_E_TIME_OUT_OF_RANGE)'
+is 1 '' "orvtool time: converting to 'iso' $range\n" time convert -5 --from unix
+is 1 '' "orvtool time: converting '9223372036854775807' $range\n" time convert 9223372036854775807 --from unix
+is 1 '' "orvtool time: converting '2026-02-30T00:00:00Z' failed: 0xE0010002 (ORV_E_INVALID_ARGUMENT)\n" \
+    time convert 2026-02-30T00:00:00Z
+for value in 2026-11-21 2026-11-21T09:10:11.Z 2026-11-21T09:10:11z ''; do
+    is 2 '' "orvtool time: the value is not of the form that --from says: '$value'. $(see time)" time convert "$value"
+done
+is 2 '' "orvtool time: the value is not of the form that --from says: '5D75:+1'. $(see time)" \
+    time convert 5D75:+1 --from dos
+is 2 '' "orvtool time: there is no form 'x'. $(see time)" time convert 1 --to x
+
+for command in base64 bunzip2 bzip2 convert deflate guid hash inflate match number random time xml; do
     like 0 "Usage: orvtool $command .*" $command --help
 done
 

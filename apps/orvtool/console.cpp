@@ -56,7 +56,8 @@ OrvResult Stream::Flush()
     }
     if (OrvSucceeded(result_))
         result_ = Write(bytes, size);
-    characters_[0] = characters_[count];
+    if (keepsHalf)
+        characters_[0] = characters_[count];
     length_ -= count;
     return result_;
 }

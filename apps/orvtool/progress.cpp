@@ -13,7 +13,7 @@ namespace
 constexpr uint64_t kFirstMs = 1000;
 constexpr uint64_t kIntervalMs = 200;
 constexpr uint64_t kMegabyte = 1000000;
-constexpr uint32_t kWidth = 20;
+constexpr uint32_t kWidth = 15;
 
 } // namespace
 
@@ -42,9 +42,9 @@ void Progress::Show()
     // A file that grows meanwhile is not more than done.
     const uint64_t percent = done_ < total_ ? done_ * 100 / total_ : 100;
     if (total_)
-        stream_.Print(L"\r%3I64u%% %11I64u MB ", percent, done_ / kMegabyte);
+        stream_.Print(L"\r%3I64u%% %6I64u MB ", percent, done_ / kMegabyte);
     else
-        stream_.Print(L"\r     %11I64u MB ", done_ / kMegabyte);
+        stream_.Print(L"\r     %6I64u MB ", done_ / kMegabyte);
     stream_.Flush();
     isShown_ = true;
     nextShow_ = OrvGetTimestamp64() + kIntervalMs;
