@@ -1,7 +1,7 @@
 # Front door. Every target sets up what it needs; nothing here is clever, the work is in CMake and in tools/.
 
 .DEFAULT_GOAL := build
-.PHONY: build demo test lint bench fuzz install clean help
+.PHONY: build platform demo test lint bench fuzz install clean help
 
 help:
 	@echo 'make build    orvsys.dll and orvtool.exe, in build/release/bin'
@@ -16,10 +16,15 @@ help:
 build:
 	@tools/build.sh release
 
-demo: build
+demo: platform build
 	@tools/demo.sh
 
-test:
+# Asked for first where it is needed, so that a missing Wine is known before anything is built.
+platform:
+	@tools/setup.sh
+	@tools/get_wine.sh >/dev/null
+
+test: platform
 	@tools/build.sh release debug host
 	@tools/test.sh release debug host
 

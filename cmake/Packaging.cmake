@@ -12,7 +12,6 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/orv DESTINATION include)
 install(EXPORT OrvSysTargets NAMESPACE OrvSys:: DESTINATION lib/cmake/OrvSys FILE OrvSysTargets.cmake)
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/OrvSysConfig.cmake.in
   ${PROJECT_BINARY_DIR}/OrvSysConfig.cmake INSTALL_DESTINATION lib/cmake/OrvSys)
-write_basic_package_version_file(${PROJECT_BINARY_DIR}/OrvSysConfigVersion.cmake COMPATIBILITY SameMajorVersion
-  ARCH_INDEPENDENT)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/OrvSysConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/OrvSysConfig.cmake ${PROJECT_BINARY_DIR}/OrvSysConfigVersion.cmake
   DESTINATION lib/cmake/OrvSys)

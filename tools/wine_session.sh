@@ -14,7 +14,7 @@ prepare() {
     mkdir -p "$(dirname "$WINEPREFIX")"
     # Making the prefix is a program's first run; what that prints about fonts and drivers is of no use here.
     timeout 120 "$wine" cmd /c exit >"$WINEPREFIX.log" 2>&1 ||
-        fail "Wine does not start ($(tail -n 1 "$WINEPREFIX.log"))" 'see the README on ORV_WINE'
+        fail "Wine does not start ($(tail -n 1 "$WINEPREFIX.log" | grep . || echo it says nothing))" 'see the README on ORV_WINE'
 }
 
 case ${1:-} in

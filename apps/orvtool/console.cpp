@@ -29,7 +29,7 @@ OrvResult Stream::Append(const wchar_t *first, const wchar_t *last)
     return result_;
 }
 
-void Stream::Print(const wchar_t *format, ...)
+OrvResult Stream::Print(const wchar_t *format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
@@ -37,6 +37,7 @@ void Stream::Print(const wchar_t *format, ...)
     va_end(arguments);
     if (OrvSucceeded(result) && isConsole_ && length_ && characters_[length_ - 1] == L'\n')
         Flush();
+    return result_;
 }
 
 OrvResult Stream::Flush()

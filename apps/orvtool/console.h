@@ -21,8 +21,9 @@ public:
 
     OrvResult Append(const wchar_t *first, const wchar_t *last) override;
 
-    /// Formats as the library does, then flushes complete lines when the stream is a console.
-    void Print(const wchar_t *format, ...);
+    /// Formats as the library does, then flushes complete lines when the stream is a console. Returns 0 or
+    /// the first failure of the stream, for those who print much.
+    OrvResult Print(const wchar_t *format, ...);
 
     /// Bytes as they are, behind the text so far. Returns 0 or the first failure of the stream.
     OrvResult WriteBytes(const void *bytes, uint32_t count);

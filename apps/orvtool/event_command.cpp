@@ -25,6 +25,9 @@ ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments
     const bool reset = Equal(options.action, L"reset");
     if (!create && !wait && !set && !reset)
         return UsageError(command, console, L"there is no action", options.action);
+    if (!create && (options.manual || options.set || options.wait))
+        return UsageError(command, console, L"--manual, --set and --wait belong to create, not to",
+                          options.action);
 
     OrvBasWinEvent event;
     ExitCode code =

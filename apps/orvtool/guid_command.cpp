@@ -17,7 +17,8 @@ ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments
     while (!arguments.IsAtEnd()) {
         bool isCount = false;
         if (!TakeCount(arguments, count, isCount))
-            return UsageError(command, console, L"a count is missing behind -n", nullptr);
+            return UsageError(command, console,
+                              L"a count, a number from 0 to 4294967295, must stand behind -n", nullptr);
         if (arguments.TakeOption(L"--random"))
             isRandom = true;
         else if (!isCount)
@@ -32,7 +33,8 @@ ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments
             result = OrvGuidUtils::GetString(guid, text);
         if (OrvFailed(result))
             return ReportFailure(command, console, L"making a GUID", result);
-        console.out.Print(L"%s\n", room);
+        if (OrvFailed(console.out.Print(L"%s\n", room)))
+            return kExitFailed;
     }
     return kExitSuccess;
 }

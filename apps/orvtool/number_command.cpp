@@ -37,9 +37,12 @@ ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments
     uint32_t texts = 0;
     for (ArgumentReader options = arguments; !options.IsAtEnd();) {
         const wchar_t *value = nullptr;
-        if (!options.TakeValueOption(L"--radix", value))
+        const wchar_t *const shown = options.Peek();
+        if (!options.TakeValueOption(L"--radix", value)) {
+            if (options.IsAtOption() && shown[1] == L'-') // "-5" is a number and no option
+                return UsageError(command, console, L"there is no option", shown);
             texts += options.Take() != nullptr;
-        else if (!value || !ParseNumber(value, radix) || radix == 1 || radix > kMostRadix)
+        } else if (!value || !ParseNumber(value, radix) || radix == 1 || radix > kMostRadix)
             return UsageError(command, console, L"the radix is 2 to 36, or 0, not", value ? value : L"");
     }
     const auto print = [&console, radix](const wchar_t *text, uint32_t line) {
@@ -51,7 +54,7 @@ ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments
         const wchar_t *value = nullptr;
         if (arguments.TakeValueOption(L"--radix", value))
             continue;
-        const wchar_t *const text = arguments.Take(); // "-5" is a number and no option
+        const wchar_t *const text = arguments.Take();
         if (text && !print(text, 0))
             return kExitFailed;
     }

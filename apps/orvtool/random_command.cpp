@@ -16,13 +16,14 @@ ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments
     while (!arguments.IsAtEnd()) {
         bool isCount = false;
         if (!TakeCount(arguments, count, isCount))
-            return UsageError(command, console, L"a count is missing behind -n", nullptr);
+            return UsageError(command, console,
+                              L"a count, a number from 0 to 4294967295, must stand behind -n", nullptr);
         if (!isCount)
             return UsageError(command, console, L"no such argument is wanted:", arguments.Peek());
     }
-    for (; count; count--)
-        console.out.Print(L"%u\n", OrvGenerateRandomDWord());
-    return kExitSuccess;
+    while (count && OrvSucceeded(console.out.Print(L"%u\n", OrvGenerateRandomDWord())))
+        count--;
+    return count ? kExitFailed : kExitSuccess;
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "nt/nt.h"
 #include "nt/teb.h"
 #include "orv/random/random.h"
+#include "orv/runtime/result.h"
 #include "orv/sync/spin_lock.h"
 #include "random/guid_source.h"
 #include "runtime/entropy.h"
@@ -92,7 +93,7 @@ OrvResult CreateGuid(_OrvGuid &guid)
     if (time == 0 || detail::IsZero(parts.node))
         parts = detail::TakeGuidParts();
     guid = detail::MakeGuid(parts);
-    return 0;
+    return ORV_S_OK;
 }
 
 OrvResult CreateLuid(_OrvGuid &guid)
@@ -102,7 +103,7 @@ OrvResult CreateLuid(_OrvGuid &guid)
     OrvGenerateRandomBuffer(guid.bytes, sizeof guid.bytes);
     guid.bytes[6] = (guid.bytes[6] & 0x0F) | kVersion;
     guid.bytes[8] = (guid.bytes[8] & 0x3F) | kVariant;
-    return 0;
+    return ORV_S_OK;
 }
 
 } // namespace OrvGuidUtils

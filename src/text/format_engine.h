@@ -15,6 +15,7 @@
 #include "orv/text/string.h"
 #include "text/converted_text.h"
 #include "text/format_directive.h"
+#include "text/format_field.h"
 #include "text/format_float.h"
 #include "text/format_number.h"
 
@@ -209,18 +210,15 @@ private:
         const bool padWithZeros = directive.zeroPad && !directive.leftJustify;
         if (padWithZeros)
             zeros += padding;
-        OrvResult result = ORV_S_OK;
+        FormatField<Sink> field(sink_);
         if (!padWithZeros && !directive.leftJustify)
-            result = Fill(' ', padding);
-        if (OrvSucceeded(result))
-            result = Write(number.prefix, number.prefix + number.prefixLength);
-        if (OrvSucceeded(result))
-            result = Fill('0', zeros);
-        if (OrvSucceeded(result))
-            result = Write(number.Digits(), number.Digits() + number.digitCount);
-        if (OrvSucceeded(result) && directive.leftJustify)
-            result = Fill(' ', padding);
-        return result;
+            field.Fill(' ', padding);
+        field.Write(number.prefix, number.prefixLength);
+        field.Fill('0', zeros);
+        field.Write(number.Digits(), number.digitCount);
+        if (directive.leftJustify)
+            field.Fill(' ', padding);
+        return field.Finish();
     }
 
     __declspec(noinline) OrvResult WriteFloat(FormatDirective &directive)
@@ -231,37 +229,22 @@ private:
         const uint32_t padding =
             directive.width > length ? directive.width - static_cast<uint32_t>(length) : 0;
         const bool padWithZeros = directive.zeroPad && !directive.leftJustify && number.isNumber;
-        OrvResult result = ORV_S_OK;
+        FormatField<Sink> field(sink_);
         if (!padWithZeros && !directive.leftJustify)
-            result = Fill(' ', padding);
-        if (OrvSucceeded(result) && number.sign)
-            result = Fill(number.sign, 1);
-        if (OrvSucceeded(result) && padWithZeros)
-            result = Fill('0', padding);
-        for (uint32_t i = 0; i < number.pieceCount && OrvSucceeded(result); i++) {
+            field.Fill(' ', padding);
+        field.WriteNarrow(&number.sign, number.sign ? 1 : 0);
+        if (padWithZeros)
+            field.Fill('0', padding);
+        for (uint32_t i = 0; i < number.pieceCount; i++) {
             const FloatText::Piece &piece = number.pieces[i];
-            result = piece.text ? WriteNarrow(piece.text, piece.length) : Fill('0', piece.length);
+            if (piece.text)
+                field.WriteNarrow(piece.text, piece.length);
+            else
+                field.Fill('0', piece.length);
         }
-        if (OrvSucceeded(result) && directive.leftJustify)
-            result = Fill(' ', padding);
-        return result;
-    }
-
-    /// ASCII text in the engine's width.
-    OrvResult WriteNarrow(const char *text, uint32_t length)
-    {
-        constexpr uint32_t kChunk = 64;
-        OrvResult result = ORV_S_OK;
-        while (length && OrvSucceeded(result)) {
-            T chunk[kChunk];
-            const uint32_t count = length < kChunk ? length : kChunk;
-            for (uint32_t i = 0; i < count; i++)
-                chunk[i] = static_cast<T>(text[i]);
-            result = Write(chunk, chunk + count);
-            text += count;
-            length -= count;
-        }
-        return result;
+        if (directive.leftJustify)
+            field.Fill(' ', padding);
+        return field.Finish();
     }
 
     OrvResult WriteTerminated(FormatDirective &directive)
@@ -335,12 +318,15 @@ private:
         WritePadded(const FormatDirective &directive, const T *text, uint32_t length)
     {
         const uint32_t padding = directive.width > length ? directive.width - length : 0;
-        OrvResult result = directive.leftJustify ? ORV_S_OK : Fill(' ', padding);
-        if (OrvSucceeded(result))
-            result = Write(text, text + length);
-        if (OrvSucceeded(result) && directive.leftJustify)
-            result = Fill(' ', padding);
-        return result;
+        if (padding == 0)
+            return Write(text, text + length);
+        FormatField<Sink> field(sink_);
+        if (!directive.leftJustify)
+            field.Fill(' ', padding);
+        field.Write(text, length);
+        if (directive.leftJustify)
+            field.Fill(' ', padding);
+        return field.Finish();
     }
 
     Sink &sink_;

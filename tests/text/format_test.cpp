@@ -501,6 +501,7 @@ TEST_CASE(SinksGetPiecesAndStopTheEngine)
     CHECK_EQUAL(OrvBasAppendFormat(all, "%40d|%s|%S|%-3s|", 7, "abc", "z"), ORV_S_OK);
     CHECK_TEXT(all.text, "                                       7|abc|%S|z  |");
 
+    CHECK_EQUAL(all.pieces, 8u); // one for each directive and each bar
     for (uint32_t piece = 1; piece <= all.pieces; piece++) {
         test::Note("piece", piece);
         Collector<char> failing;

@@ -90,8 +90,9 @@ ORV_API OrvResult OrvFormatStringV(const OrvMutableStringRefBase2<wchar_t, 0> &t
 ORV_API OrvResult OrvAppendFormatStringV(const OrvMutableStringRefBase2<wchar_t, 0> &target,
                                          const wchar_t *format, va_list arguments);
 
-/// Hands each piece of the text to the sink. Returns 0, or the first failure of the sink or of a conversion,
-/// which ends formatting.
+/// Hands the text to the sink piece by piece: each run of literal text, each directive's output (in several
+/// pieces when it is longer than 128 characters), each directive that is copied. Returns 0, or the first
+/// failure of the sink or of a conversion, which ends formatting.
 ORV_API OrvResult OrvBasAppendFormatV(OrvBasAppendable<char> &target, const char *format, va_list arguments);
 ORV_API OrvResult OrvBasAppendFormatV(OrvBasAppendable<wchar_t> &target, const wchar_t *format,
                                       va_list arguments);
