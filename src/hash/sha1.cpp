@@ -19,6 +19,8 @@ void Compress(uint32_t (&chain)[5], const uint8_t *blocks, uint32_t count)
         detail::plain::CompressSha1(chain, blocks, count);
 }
 
+typedef detail::ShaState<uint32_t, 5, detail::kSha1Block> State;
+
 } // namespace
 
 OrvMiniHashSha1::OrvMiniHashSha1() : buffer_{}
@@ -28,33 +30,18 @@ OrvMiniHashSha1::OrvMiniHashSha1() : buffer_{}
 
 void OrvMiniHashSha1::Initialize()
 {
-    length_ = 0;
-    finalized_ = 0;
-    for (uint32_t i = 0; i < 5; i++)
-        chain_[i] = kInitial[i];
+    State{length_, buffer_, chain_, finalized_}.Start(kInitial);
 }
 
 OrvResult OrvMiniHashSha1::Add(const uint8_t *data, uint32_t length)
 {
-    if (finalized_) // the chaining values are the digest now
-        return length > UINT32_MAX - length_ ? ORV_E_INVALID_DATA : ORV_S_OK;
-    return detail::AddSha(length_, buffer_, data, length,
-                          [this](const uint8_t *blocks, uint32_t count) { Compress(chain_, blocks, count); });
+    return State{length_, buffer_, chain_, finalized_}.Add(data, length, Compress);
 }
 
 void OrvMiniHashSha1::Finish()
 {
-    if (finalized_)
-        return;
     // The product keeps 32 bits, and the upper half of the length stays 0.
-    detail::PadSha<8>(length_, length_ * 8, buffer_,
-                      [this](const uint8_t *blocks, uint32_t count) { Compress(chain_, blocks, count); });
-    for (uint32_t &chainWord : chain_) {
-        const uint32_t word = chainWord;
-        auto *const bytes = reinterpret_cast<uint8_t *>(&chainWord);
-        detail::StoreBig32(bytes, word);
-    }
-    finalized_ = 1;
+    State{length_, buffer_, chain_, finalized_}.Finish(length_ * 8, Compress);
 }
 
 void OrvMiniHashSha1::Get(HashType &digest)

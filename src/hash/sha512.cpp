@@ -17,6 +17,8 @@ void Compress(uint64_t (&chain)[8], const uint8_t *blocks, uint32_t count)
     detail::CompressSha512InVectors(chain, blocks, count);
 }
 
+typedef detail::ShaState<uint64_t, 8, detail::kSha512Block> State;
+
 } // namespace
 
 OrvMiniHashSha512::OrvMiniHashSha512() : buffer_{}
@@ -26,33 +28,18 @@ OrvMiniHashSha512::OrvMiniHashSha512() : buffer_{}
 
 void OrvMiniHashSha512::Initialize()
 {
-    length_ = 0;
-    finalized_ = 0;
-    for (uint32_t i = 0; i < 8; i++)
-        chain_[i] = kInitial[i];
+    State{length_, buffer_, chain_, finalized_}.Start(kInitial);
 }
 
 OrvResult OrvMiniHashSha512::Add(const uint8_t *data, uint32_t length)
 {
-    if (finalized_) // the chaining values are the digest now
-        return length > UINT32_MAX - length_ ? ORV_E_INVALID_DATA : ORV_S_OK;
-    return detail::AddSha(length_, buffer_, data, length,
-                          [this](const uint8_t *blocks, uint32_t count) { Compress(chain_, blocks, count); });
+    return State{length_, buffer_, chain_, finalized_}.Add(data, length, Compress);
 }
 
 void OrvMiniHashSha512::Finish()
 {
-    if (finalized_)
-        return;
-    detail::PadSha<16>(length_, static_cast<uint64_t>(length_) * 8, buffer_,
-                       [this](const uint8_t *blocks, uint32_t count) { Compress(chain_, blocks, count); });
-    for (uint64_t &chainWord : chain_) {
-        const uint64_t word = chainWord;
-        auto *const bytes = reinterpret_cast<uint8_t *>(&chainWord);
-        detail::StoreBig32(bytes, static_cast<uint32_t>(word >> 32));
-        detail::StoreBig32(bytes + 4, static_cast<uint32_t>(word));
-    }
-    finalized_ = 1;
+    // All bits of the length are kept.
+    State{length_, buffer_, chain_, finalized_}.Finish(static_cast<uint64_t>(length_) * 8, Compress);
 }
 
 void OrvMiniHashSha512::Get(HashType &digest)

@@ -1,4 +1,6 @@
-// What the SHA classes share: how input is counted and buffered, and how a message ends.
+// What the SHA classes share: how a message starts, how input is counted and buffered, and how it ends. What
+// differs is the compression function, the size of its words, and how many bits of the length the digest
+// takes in.
 
 #pragma once
 
@@ -9,36 +11,66 @@
 namespace detail
 {
 
-/// Adds to a message whose length must stay within 32 bits.
-template <uint32_t blockSize, typename Compress>
-OrvResult AddSha(uint32_t &messageLength, uint8_t (&buffer)[blockSize], const uint8_t *data, uint32_t length,
-                 Compress compress)
-{
-    if (length > UINT32_MAX - messageLength)
-        return ORV_E_INVALID_DATA;
-    const uint32_t index = messageLength % blockSize;
-    messageLength += length;
-    AddToBlocks(buffer, index, data, length, compress);
-    return ORV_S_OK;
-}
+/// The state of one class, where it is kept.
+template <typename Word, uint32_t words, uint32_t blockSize>
+struct ShaState {
+    uint32_t &length;
+    uint8_t (&buffer)[blockSize];
+    Word (&chain)[words];
+    uint32_t &finalized;
 
-/// Pads the message with 0x80, zeros and `bitLength` in the last eight bytes, and takes the last blocks in.
-/// `lengthSize` is the room that the standard keeps for the length.
-template <uint32_t lengthSize, uint32_t blockSize, typename Compress>
-void PadSha(uint32_t messageLength, uint64_t bitLength, uint8_t (&buffer)[blockSize], Compress compress)
-{
-    uint32_t index = messageLength % blockSize;
-    buffer[index++] = 0x80;
-    if (index > blockSize - lengthSize) {
-        memset(buffer + index, 0, blockSize - index);
-        compress(buffer, 1);
-        index = 0;
+    typedef void Compress(Word (&chain)[words], const uint8_t *blocks, uint32_t count);
+
+    void Start(const Word (&initial)[words]) const
+    {
+        length = 0;
+        finalized = 0;
+        for (uint32_t i = 0; i < words; i++)
+            chain[i] = initial[i];
     }
-    memset(buffer + index, 0, blockSize - 8 - index);
-    StoreBig32(buffer + blockSize - 8, static_cast<uint32_t>(bitLength >> 32));
-    StoreBig32(buffer + blockSize - 4, static_cast<uint32_t>(bitLength));
-    compress(buffer, 1);
-}
+
+    /// The length stays within 32 bits. Behind the end of the message nothing is added: the chaining values
+    /// are the digest then.
+    OrvResult Add(const uint8_t *data, uint32_t count, Compress *compress) const
+    {
+        if (count > UINT32_MAX - length)
+            return ORV_E_INVALID_DATA;
+        if (finalized)
+            return ORV_S_OK;
+        const uint32_t index = length % blockSize;
+        length += count;
+        AddToBlocks(buffer, index, data, count, [this, compress](const uint8_t *blocks, uint32_t blockCount) {
+            compress(chain, blocks, blockCount);
+        });
+        return ORV_S_OK;
+    }
+
+    /// Pads the message with 0x80, zeros and `bitLength`, takes the last blocks in, and makes the chaining
+    /// values the digest. The standard keeps a room of two words for the length.
+    void Finish(uint64_t bitLength, Compress *compress) const
+    {
+        if (finalized)
+            return;
+        uint32_t index = length % blockSize;
+        buffer[index++] = 0x80;
+        if (index > blockSize - 2 * sizeof(Word)) {
+            memset(buffer + index, 0, blockSize - index);
+            compress(chain, buffer, 1);
+            index = 0;
+        }
+        memset(buffer + index, 0, blockSize - 8 - index);
+        StoreBig32(buffer + blockSize - 8, static_cast<uint32_t>(bitLength >> 32));
+        StoreBig32(buffer + blockSize - 4, static_cast<uint32_t>(bitLength));
+        compress(chain, buffer, 1);
+        for (Word &word : chain)
+            word = ToBigEndian(word);
+        finalized = 1;
+    }
+
+private:
+    static uint32_t ToBigEndian(uint32_t word) { return __builtin_bswap32(word); }
+    static uint64_t ToBigEndian(uint64_t word) { return __builtin_bswap64(word); }
+};
 
 inline uint32_t RotateRight(uint32_t word, uint32_t bits)
 {
