@@ -32,7 +32,7 @@ struct Bzip2 : OrvBZ2Context {
 
 struct Bytes {
     unsigned char data[kRoom];
-    uint32_t size = 0;
+    uint32_t size;
 };
 
 Bytes source;
