@@ -33,7 +33,9 @@ target_compile_definitions(orv_expat
 add_library(orv_dependencies INTERFACE)
 foreach(library zlib bzip2 expat)
   target_include_directories(orv_${library} PRIVATE ${PROJECT_SOURCE_DIR}/src/crt/include)
-  target_compile_options(orv_${library} PRIVATE /clang:-ffile-prefix-map=${ORV_SOURCES}=.)
+  # Aligned loops run alike wherever the linker puts them.
+  target_compile_options(orv_${library} PRIVATE /clang:-ffile-prefix-map=${ORV_SOURCES}=. /clang:-falign-functions=32
+    /clang:-falign-loops=32)
   target_link_libraries(orv_dependencies INTERFACE orv_${library})
 endforeach()
 target_include_directories(orv_dependencies SYSTEM INTERFACE ${zlib} ${bzip2} ${expat} ${PROJECT_SOURCE_DIR}/src/crt/include)
