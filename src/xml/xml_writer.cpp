@@ -28,11 +28,12 @@ enum class State : uint8_t {
     kAttribute, // in an attribute's value: its closing quote is not written
 };
 
-/// A view whose length is a count.
+/// A view whose length is a count. A null one is empty.
 Text Counted(const Text &text)
 {
-    return text.length == OrvTerminated ? Text(text.characters, OrvGetStringSizeInElements(text.characters))
-                                        : text;
+    if (text.length != OrvTerminated)
+        return text;
+    return Text(text.characters, text.characters ? OrvGetStringSizeInElements(text.characters) : 0);
 }
 
 class Writer final : public OrvBasXmlWriter::Impl

@@ -25,7 +25,8 @@ struct OrvBasXmlWriter {
 };
 
 /// Unless it says otherwise an operation returns 0 or the writer's first failure: what the stream returned,
-/// or ORV_E_INVALID_DATA for a surrogate without its other half in a name, an indent or a fragment.
+/// ORV_E_WRITE_FAULT for a stream that claims to have written nothing or more than it was given, or
+/// ORV_E_INVALID_DATA for a surrogate without its other half in a name, an indent or a fragment.
 class OrvBasXmlWriter::Impl
 {
 public:
