@@ -28,12 +28,11 @@ enum class State : uint8_t {
     kAttribute, // in an attribute's value: its closing quote is not written
 };
 
-/// A view whose length is a count. A null one is empty.
+/// A view whose length is a count.
 Text Counted(const Text &text)
 {
-    if (text.length != OrvTerminated)
-        return text;
-    return Text(text.characters, text.characters ? OrvGetStringSizeInElements(text.characters) : 0);
+    return text.length == OrvTerminated ? Text(text.characters, OrvGetStringSizeInElements(text.characters))
+                                        : text;
 }
 
 class Writer final : public OrvBasXmlWriter::Impl
@@ -50,7 +49,7 @@ public:
     {
         if (lineEnd > LineEndCrLf)
             return ORV_E_INVALID_ARGUMENT;
-        const Text counted = Counted(indent);
+        const Text counted = indent.characters ? Counted(indent) : Text(); // a null view is empty
         const OrvResult result = indent_.Assign(counted.characters, counted.length);
         if (OrvFailed(result))
             return result;

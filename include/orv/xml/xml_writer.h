@@ -46,7 +46,7 @@ public:
     ORV_API OrvResult GetError() const;
 
     /// Breaks lines with CR LF and indents each by the depth of its element. Without it the document is one
-    /// line. Returns also ORV_E_OUT_OF_MEMORY, and nothing is changed.
+    /// line. A null view stands for an empty one. Returns also ORV_E_OUT_OF_MEMORY, and nothing is changed.
     ORV_API OrvResult SetIndent(const Text &indent);
 
     /// The same with another line end; ORV_E_INVALID_ARGUMENT for a value outside its enumeration.
