@@ -114,7 +114,7 @@ OrvResult Parse(const Parser &parser, IOrvStream &stream, OrvBasXmlSaxHandlerBas
         if (OrvFailed(result))
             return result;
     }
-    return ORV_S_OK;
+    return context.result; // it may be a remark
 }
 
 } // namespace

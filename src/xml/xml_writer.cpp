@@ -49,7 +49,7 @@ public:
     {
         if (lineEnd > LineEndCrLf)
             return ORV_E_INVALID_ARGUMENT;
-        const Text counted = Counted(indent);
+        const Text counted = indent.characters ? Counted(indent) : Text(); // a null view is empty
         const OrvResult result = indent_.Assign(counted.characters, counted.length);
         if (OrvFailed(result))
             return result;

@@ -140,6 +140,7 @@ void CheckDamage(bool hasChecksum)
         // A bit that the format does not use may change unseen; the data may not, where there is a checksum.
         CHECK(result != ORV_S_END_OF_DATA || !hasChecksum || UnpackedIsSource());
         CHECK(result == ORV_S_END_OF_DATA || result == ORV_E_NOT_PRODUCED || !damaged.IsFinished());
+        CHECK(i > 0 || !hasChecksum || result == ORV_E_NOT_PRODUCED); // the header's first byte
 
         test::Note("truncated at", i);
         Context truncated;

@@ -72,8 +72,25 @@ TEST_CASE(IndentationBreaksLines)
         writer.WriteText(L"tail");
         writer.WriteEndElement();
     });
+    // Lines that the caller asks for; the start of one is no place for text.
+    CheckDocument("<a>t\n.u\nx\n.<b/>\n</a>\n", [](Impl &writer) {
+        CHECK_EQUAL(writer.Indent(3), ORV_S_OK); // not before SetIndent
+        writer.SetIndent(L".", LineEndLf);
+        writer.WriteStartElement(L"a");
+        writer.WriteText(L"t");
+        writer.Indent(1);
+        writer.WriteText(L"u");
+        writer.Indent(0);
+        CHECK_EQUAL(writer.Indent(0), ORV_S_OK);
+        CHECK_EQUAL(writer.WriteText(L"t"), ORV_E_NOT_PROVIDED);
+        writer.WriteXmlFragment(L"x");
+        writer.Indent(0);
+        writer.WriteStartElement(L"b");
+        writer.WriteEndElement();
+        writer.WriteEndElement();
+    });
     CheckDocument("<a>\r<b/>\r</a>\r", [](Impl &writer) {
-        writer.SetIndent(OrvStringRefBase<wchar_t>(), LineEndCr);
+        writer.SetIndent(static_cast<const wchar_t *>(nullptr), LineEndCr);
         writer.WriteStartElement(L"a");
         writer.WriteElement(L"b", L"");
         writer.WriteEndElement();
@@ -206,6 +223,14 @@ TEST_CASE(MisuseIsRefused)
     CHECK_EQUAL(writer->WriteStartElement(L"a"), ORV_S_OK);
     CHECK_EQUAL(writer->WriteXmlFragment(high), ORV_S_OK);
     CHECK_EQUAL(writer->Flush(), ORV_E_INVALID_DATA);
+    Impl::Delete(writer);
+
+    // A stream that takes nothing would be asked for ever.
+    test::SlowStream full(0);
+    writer = Impl::New(full);
+    CHECK_EQUAL(writer->WriteStartElement(L"a"), ORV_S_OK);
+    CHECK_EQUAL(writer->Flush(), ORV_E_WRITE_FAULT);
+    CHECK_EQUAL(full.writes, 1u);
     Impl::Delete(writer);
 
     writer = Impl::New(stream);

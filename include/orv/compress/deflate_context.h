@@ -14,9 +14,8 @@ struct OrvDeflateStream;
 ///   0                    the step was taken
 ///   ORV_S_END_OF_DATA    the stream is complete
 ///   ORV_E_OUT_OF_MEMORY  the heap refused
-///   ORV_E_NOT_PRODUCED   anything else that zlib answers: corrupt data, no progress possible because both
-///   ranges are
-///                        at their end, a step in the wrong direction or without a stream
+///   ORV_E_NOT_PRODUCED   anything else that zlib answers: corrupt data, or no progress because a range is at
+///                        its end; and a step in the wrong direction or without a stream
 ///
 /// After a failed step the stream is as zlib left it: destroy it.
 class OrvDeflateContext : public OrvStreamContext<OrvDeflateStream>

@@ -45,8 +45,8 @@ ORV_API OrvResult OrvTimeStructApplyDifference(OrvTimeStruct &structure, int64_t
 /// The day of the week of a date. From 1753 to 9999 no calendar is asked: any day from 1 to 31 is taken, so
 /// that 31 February reads as the day that many days after 1 February.
 ///
-/// Returns 0; outside those years and days ORV_E_TIME_OUT_OF_RANGE before 1970 and ORV_E_INVALID_ARGUMENT for
-/// a date that does not exist.
+/// Returns 0; outside those years and days ORV_E_TIME_OUT_OF_RANGE before 1970, ORV_E_INVALID_ARGUMENT for a
+/// date that does not exist, and ORV_S_END_OF_TIME with Sunday for the date of the end marker's structure.
 ORV_API OrvResult OrvGetDayOfWeek(OrvDayOfWeek &dayOfWeek, uint16_t year, OrvMonth month, uint16_t day);
 
 /// The same of a structure's year, month and day.

@@ -40,8 +40,9 @@ struct OrvBasXmlSaxError {
 /// Reads a document from the stream to its end and hands its events to the handler, on the calling thread.
 /// External entities are not followed, and a document whose entities multiply beyond measure is refused.
 ///
-/// Returns 0; ORV_E_OUT_OF_MEMORY; ORV_E_INVALID_DATA when the document is not well-formed XML; the first
-/// failure of the stream (other than the end of its data) or of the handler.
+/// Returns 0, or the remark that the handler's last call returned; ORV_E_OUT_OF_MEMORY; ORV_E_INVALID_DATA
+/// when the document is not well-formed XML; the first failure of the stream (other than the end of its data)
+/// or of the handler; ORV_E_READ_FAULT for a stream that claims to have read more than it was asked for.
 ORV_API OrvResult OrvBasXmlSaxParse(IOrvStream &stream, OrvBasXmlSaxHandlerBase &handler);
 
 /// The same; when the document is not well-formed, `error` says where. Otherwise it is untouched.

@@ -25,7 +25,8 @@ struct OrvBasXmlWriter {
 };
 
 /// Unless it says otherwise an operation returns 0 or the writer's first failure: what the stream returned,
-/// or ORV_E_INVALID_DATA for a surrogate without its other half in a name, an indent or a fragment.
+/// ORV_E_WRITE_FAULT for a stream that claims to have written nothing or more than it was given, or
+/// ORV_E_INVALID_DATA for a surrogate without its other half in a name, an indent or a fragment.
 class OrvBasXmlWriter::Impl
 {
 public:
@@ -45,7 +46,7 @@ public:
     ORV_API OrvResult GetError() const;
 
     /// Breaks lines with CR LF and indents each by the depth of its element. Without it the document is one
-    /// line. Returns also ORV_E_OUT_OF_MEMORY, and nothing is changed.
+    /// line. A null view stands for an empty one. Returns also ORV_E_OUT_OF_MEMORY, and nothing is changed.
     ORV_API OrvResult SetIndent(const Text &indent);
 
     /// The same with another line end; ORV_E_INVALID_ARGUMENT for a value outside its enumeration.
