@@ -16,6 +16,8 @@ template <uint32_t blockSize, typename Compress>
 void AddToBlocks(uint8_t (&buffer)[blockSize], uint32_t index, const uint8_t *data, uint32_t length,
                  Compress compress)
 {
+    if (length == 0) // the data may be null then
+        return;
     if (index) {
         const uint32_t room = blockSize - index;
         if (length < room) {
@@ -32,8 +34,7 @@ void AddToBlocks(uint8_t (&buffer)[blockSize], uint32_t index, const uint8_t *da
         data += blocks * blockSize;
         length %= blockSize;
     }
-    if (length) // the data may be null when there are none
-        memcpy(buffer, data, length);
+    memcpy(buffer, data, length);
 }
 
 inline uint32_t LoadLittle32(const uint8_t *bytes)
