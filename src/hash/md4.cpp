@@ -31,14 +31,20 @@ void Compress(uint32_t (&chain)[4], const uint8_t *blocks, uint32_t count)
                 mixed = d ^ (b & (c ^ d));
                 word = place;
             } else if (round == 1) {
-                mixed = (b & (c | d)) | (c & d); // b is the word that comes last
+                mixed =
+                    b &
+                    (c ^
+                     d); // half of the majority: the other, c & d, has no bit in common and is ready early
                 word = place % 4 * 4 + place / 4;
             } else {
                 mixed = b ^ c ^ d;
                 word = kThirdOrder[place];
             }
             // What does not wait for the step before is added first.
-            const uint32_t ready = a + detail::LoadLittle32(blocks + 4 * word) + kConstants[round];
+            uint32_t ready = a + detail::LoadLittle32(blocks + 4 * word) + kConstants[round];
+            if (round == 1)
+                ready += c & d;
+            __asm__("" : "+r"(ready)); // or the compiler adds in an order that waits for b
             a = RotateLeft(ready + mixed, kShifts[round][step % 4]);
         }
         for (uint32_t i = 0; i < 4; i++)

@@ -43,7 +43,8 @@ void Compress(uint32_t (&chain)[4], const uint8_t *blocks, uint32_t count)
                 mixed = d ^ (b & (c ^ d));
                 word = step;
             } else if (round == 1) {
-                mixed = (d & b) + (c & ~d); // no bit is in both
+                mixed =
+                    d & b; // half of the choice: the other, c & ~d, has no bit in common and is ready early
                 word = 5 * step + 1;
             } else if (round == 2) {
                 mixed = b ^ c ^ d;
@@ -53,7 +54,10 @@ void Compress(uint32_t (&chain)[4], const uint8_t *blocks, uint32_t count)
                 word = 7 * step;
             }
             // What does not wait for the step before is added first.
-            const uint32_t ready = a + detail::LoadLittle32(blocks + 4 * (word % 16)) + kSines[step];
+            uint32_t ready = a + detail::LoadLittle32(blocks + 4 * (word % 16)) + kSines[step];
+            if (round == 1)
+                ready += c & ~d;
+            __asm__("" : "+r"(ready)); // or the compiler adds in an order that waits for b
             a = b + RotateLeft(ready + mixed, kShifts[round][step % 4]);
         }
         for (uint32_t i = 0; i < 4; i++)
