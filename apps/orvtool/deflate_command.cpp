@@ -60,33 +60,20 @@ auto BeginOf(const Options &options, bool compresses)
     };
 }
 
-ExitCode RunDeflate(const Command &command, Console &console, ArgumentReader &arguments)
+template <bool compresses>
+ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments)
 {
     Options options;
-    const ExitCode usage = ReadOptions(command, console, arguments, true, options);
+    const ExitCode usage = ReadOptions(command, console, arguments, compresses, options);
     if (usage != kExitSuccess)
         return usage;
     Input input;
     const ExitCode opened = OpenInput(command, console, options.path, input);
     if (opened != kExitSuccess)
         return opened;
-    const auto begin = BeginOf(options, true);
-    return CompressionFilter<OrvDeflateContext, decltype(begin)>(command, console, input, begin).Compress();
-}
-
-ExitCode RunInflate(const Command &command, Console &console, ArgumentReader &arguments)
-{
-    Options options;
-    const ExitCode usage = ReadOptions(command, console, arguments, false, options);
-    if (usage != kExitSuccess)
-        return usage;
-    Input input;
-    const ExitCode opened = OpenInput(command, console, options.path, input);
-    if (opened != kExitSuccess)
-        return opened;
-    const auto begin = BeginOf(options, false);
-    return CompressionFilter<OrvDeflateContext, decltype(begin)>(command, console, input, begin)
-        .Decompress(false);
+    const auto begin = BeginOf(options, compresses);
+    CompressionFilter<OrvDeflateContext, decltype(begin)> filter(command, console, input, begin);
+    return compresses ? filter.Compress() : filter.Decompress(false);
 }
 
 } // namespace
@@ -103,7 +90,7 @@ const Command kDeflateCommand = {
     L"  -1 .. -9        from fast to small\n"
     L"  --level LEVEL   the same as a number; 0 only stores\n"
     L"  --raw           without the header and the checksum (RFC 1951)\n",
-    RunDeflate,
+    Run<true>,
 };
 
 const Command kInflateCommand = {
@@ -117,7 +104,7 @@ const Command kInflateCommand = {
     L"printed.\n"
     L"\n"
     L"  --raw   the data has neither header nor checksum (RFC 1951)\n",
-    RunInflate,
+    Run<false>,
 };
 
 } // namespace orvtool

@@ -109,9 +109,15 @@ constexpr double kExactPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,
                                         1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 constexpr int32_t kLargestExactPowerOfTen = 22;
 
-/// The nearest double's bits to digits * 10^exponent, where the exponent lies in the table of powers. False
-/// when the error of the power could tip the rounding.
-bool ScaleToBits(uint64_t digits, int32_t exponent, uint64_t &bits)
+/// digits * 10^exponent, where the exponent lies in the table of powers: the bits of the double that it
+/// rounds down to, and what was cut off. With an error in the power that double may be one too low, and the
+/// rest is then unknown.
+struct ScaledBits {
+    uint64_t lower;
+    Remainder rest;
+};
+
+ScaledBits Scale(uint64_t digits, int32_t exponent)
 {
     const int zeros = LeadingZeros(digits);
     const Product192 product(digits << zeros, PowerOfFiveFor(exponent));
@@ -122,31 +128,24 @@ bool ScaleToBits(uint64_t digits, int32_t exponent, uint64_t &bits)
     const int lowest =
         top - kMantissaBits > kSmallestBinaryExponent ? top - kMantissaBits : kSmallestBinaryExponent;
     const int shift = lowest - scale;
-    if (shift > 192) { // less than half of the smallest subnormal
-        bits = 0;
-        return true;
-    }
-    uint64_t mantissa = product.ShiftRight(static_cast<uint32_t>(shift));
-    const bool exact = exponent >= 0 && exponent <= kLargestExactPower;
-    switch (JudgeRemainder(product, static_cast<uint32_t>(shift), exact)) {
-    case Remainder::kUnknown:
-        return false;
-    case Remainder::kHalf:
-        mantissa += mantissa & 1;
-        break;
-    case Remainder::kAboveHalf:
-        mantissa++;
-        break;
-    case Remainder::kBelowHalf:
-        break;
-    }
-    // A mantissa that rounds up to 2^53 carries into the exponent, and a subnormal to the first normal, by
-    // itself.
+    if (shift > 192) // less than half of the smallest subnormal
+        return {0, Remainder::kBelowHalf};
+    // The mantissa's own leading bit, which a subnormal lacks, carries into the exponent.
     const auto biasedLessOne = static_cast<uint64_t>(lowest - kSmallestBinaryExponent);
-    bits = (biasedLessOne << kMantissaBits) + mantissa;
-    if (bits > kInfinityBits)
-        bits = kInfinityBits;
-    return true;
+    const bool exact = exponent >= 0 && exponent <= kLargestExactPower;
+    return {(biasedLessOne << kMantissaBits) + product.ShiftRight(static_cast<uint32_t>(shift)),
+            JudgeRemainder(product, static_cast<uint32_t>(shift), exact)};
+}
+
+/// Half to even; a mantissa that rounds up to 2^53 carries into the exponent by itself.
+uint64_t RoundKnown(const ScaledBits &scaled)
+{
+    uint64_t bits = scaled.lower;
+    if (scaled.rest == Remainder::kAboveHalf)
+        bits++;
+    else if (scaled.rest == Remainder::kHalf)
+        bits += bits & 1;
+    return bits < kInfinityBits ? bits : kInfinityBits;
 }
 
 /// Decides between the doubles of `lower` and `lower` + 1: compares text * 10^exponent with the point
@@ -200,20 +199,6 @@ int32_t CollectDigits(const ParsedDecimal<T> &decimal, BigNumber &text)
     return exponent;
 }
 
-/// The largest double not above digits * 10^exponent, or one below that: the product rounded down.
-uint64_t LowerNeighbour(uint64_t digits, int32_t exponent)
-{
-    const int zeros = LeadingZeros(digits);
-    const Product192 product(digits << zeros, PowerOfFiveFor(exponent));
-    const int scale = ScaleOfPowerOfFive(exponent) + exponent - zeros;
-    const int top = scale + (product.limbs[5] >> 31 ? 191 : 190);
-    const int lowest =
-        top - kMantissaBits > kSmallestBinaryExponent ? top - kMantissaBits : kSmallestBinaryExponent;
-    const int shift = lowest - scale;
-    const uint64_t mantissa = shift > 192 ? 0 : product.ShiftRight(static_cast<uint32_t>(shift));
-    return (static_cast<uint64_t>(lowest - kSmallestBinaryExponent) << kMantissaBits) + mantissa;
-}
-
 template <typename T>
 uint64_t NearestBits(const ParsedDecimal<T> &decimal)
 {
@@ -222,18 +207,20 @@ uint64_t NearestBits(const ParsedDecimal<T> &decimal)
         return 0;
     if (decimal.exponent > kLargestPowerOfFive - 30)
         return kInfinityBits;
-    uint64_t bits = 0;
-    if (ScaleToBits(decimal.digits, decimal.exponent, bits)) {
-        uint64_t above = bits;
-        if (!decimal.truncated || (ScaleToBits(decimal.digits + 1, decimal.exponent, above) && above == bits))
+    const ScaledBits scaled = Scale(decimal.digits, decimal.exponent);
+    if (scaled.rest != Remainder::kUnknown) {
+        const uint64_t bits = RoundKnown(scaled);
+        if (!decimal.truncated)
+            return bits;
+        const ScaledBits above = Scale(decimal.digits + 1, decimal.exponent);
+        if (above.rest != Remainder::kUnknown && RoundKnown(above) == bits)
             return bits;
     }
-    const uint64_t lower = LowerNeighbour(decimal.digits, decimal.exponent);
-    if (lower >= kInfinityBits)
+    if (scaled.lower >= kInfinityBits)
         return kInfinityBits;
     BigNumber text(0);
     const int32_t exponent = CollectDigits(decimal, text);
-    return CompareWithHalfWay(text, exponent, lower);
+    return CompareWithHalfWay(text, exponent, scaled.lower);
 }
 
 } // namespace

@@ -260,3 +260,21 @@ TEST_CASE(MessagesStayBelowFourGigabytes)
     for (const auto &c : cases)
         CHECK_EQUAL(c.actual, c.same);
 }
+
+TEST_CASE(LengthInBitsCarriesIntoItsHighWord)
+{
+    // Both words of the length stand behind the chaining values. One object passes 2^32 bits by adding a
+    // block, the other is told so.
+    constexpr uint32_t kLowWord = 4;
+    OrvMiniHashMd5 passing;
+    auto *const words = reinterpret_cast<uint32_t *>(&passing);
+    words[kLowWord] = 0u - 512;
+    passing.Add(kMessage.bytes, 64);
+    CHECK_EQUAL(words[kLowWord], 0u);
+    CHECK_EQUAL(words[kLowWord + 1], 1u);
+    OrvMiniHashMd5 told;
+    told.Add(kMessage.bytes, 64);
+    reinterpret_cast<uint32_t *>(&told)[kLowWord] = 0;
+    reinterpret_cast<uint32_t *>(&told)[kLowWord + 1] = 1;
+    CHECK(__builtin_memcmp(&passing.Get(), &told.Get(), sizeof(OrvMiniHashMd5::HashType)) == 0);
+}

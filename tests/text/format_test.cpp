@@ -8,24 +8,14 @@
 #include "nt/nt.h"
 #include "orv/runtime/result.h"
 #include "orv/text/string.h"
+#include "text/wide.h"
 
 namespace
 {
 
 constexpr uint32_t kRoom = 1024;
 
-/// A row's text in UTF-16.
-struct Wide {
-    wchar_t text[kRoom];
-
-    explicit Wide(const char *bytes)
-    {
-        uint32_t i = 0;
-        do
-            text[i] = static_cast<uint8_t>(bytes[i]);
-        while (bytes[i++]);
-    }
-};
+using test::Wide;
 
 /// Formats in both widths with the same arguments; the results and texts must be the same.
 OrvResult FormatBoth(char (&out)[kRoom], const char *format, ...)

@@ -6,23 +6,14 @@
 #include "harness/memory.h"
 #include "harness/test.h"
 #include "orv/runtime/result.h"
+#include "text/wide.h"
 
 namespace
 {
 
 constexpr uint32_t kRoom = 512;
 
-struct Wide {
-    wchar_t text[kRoom];
-
-    explicit Wide(const char *bytes)
-    {
-        uint32_t i = 0;
-        do
-            text[i] = static_cast<uint8_t>(bytes[i]);
-        while (bytes[i++]);
-    }
-};
+using test::Wide;
 
 /// Reads in both widths, with and without an end position, which must agree. `stop` is the index where
 /// reading stops, kRoom when the whole text is read.
