@@ -306,6 +306,23 @@ static_assert(sizeof(EVENT_BASIC_INFORMATION) == 8);
 
 constexpr ULONG EventBasicInformation = 0;
 
+// Security.
+
+constexpr ULONG ACL_REVISION = 2;
+constexpr UCHAR SYSTEM_MANDATORY_LABEL_ACE_TYPE = 0x11;
+constexpr ACCESS_MASK SYSTEM_MANDATORY_LABEL_NO_WRITE_UP = 1;
+
+/// The absolute form.
+struct SECURITY_DESCRIPTOR {
+    UCHAR Revision;
+    UCHAR Sbz1;
+    USHORT Control;
+    PVOID Owner;
+    PVOID Group;
+    _ACL *Sacl;
+    _ACL *Dacl;
+};
+
 extern "C" {
 
 // Modules.
@@ -386,6 +403,17 @@ NTSYSAPI NTSTATUS NTAPI ZwDelayExecution(BOOLEAN alertable, const LONGLONG *inte
 NTSYSAPI NTSTATUS NTAPI ZwQueryPerformanceCounter(LONGLONG *counter, LONGLONG *frequency);
 /// Allocates a range of times, in 100 ns; `node` receives six bytes.
 NTSYSAPI NTSTATUS NTAPI ZwAllocateUuids(ULONGLONG *time, ULONG *range, ULONG *sequence, UCHAR *node);
+
+// Security. The lists and the descriptor are the caller's; sizes are in bytes.
+
+NTSYSAPI NTSTATUS NTAPI RtlCreateAcl(_ACL *list, ULONG size, ULONG revision);
+NTSYSAPI NTSTATUS NTAPI RtlAddAccessAllowedAce(_ACL *list, ULONG revision, ACCESS_MASK access, PVOID sid);
+NTSYSAPI NTSTATUS NTAPI RtlAddAce(_ACL *list, ULONG revision, ULONG index, const void *entries, ULONG size);
+NTSYSAPI NTSTATUS NTAPI RtlCreateSecurityDescriptor(PVOID descriptor, ULONG revision);
+NTSYSAPI NTSTATUS NTAPI RtlSetDaclSecurityDescriptor(PVOID descriptor, BOOLEAN present, _ACL *list,
+                                                     BOOLEAN defaulted);
+NTSYSAPI NTSTATUS NTAPI RtlSetSaclSecurityDescriptor(PVOID descriptor, BOOLEAN present, _ACL *list,
+                                                     BOOLEAN defaulted);
 
 // Devices and files.
 

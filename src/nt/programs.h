@@ -129,6 +129,8 @@ NTSYSAPI HANDLE NTAPI RtlDestroyHeap(HANDLE heap);
 NTSYSAPI size_t NTAPI RtlSizeHeap(HANDLE heap, ULONG flags, const void *block);
 NTSYSAPI NTSTATUS NTAPI NtQueryObject(HANDLE handle, ULONG informationClass, PVOID information, ULONG size,
                                       ULONG *returnedSize);
+NTSYSAPI NTSTATUS NTAPI NtQuerySecurityObject(HANDLE handle, ULONG parts, PVOID descriptor, ULONG size,
+                                              ULONG *needed);
 NTSYSAPI NTSTATUS NTAPI RtlCreateUserThread(HANDLE process, PVOID securityDescriptor, BOOLEAN suspended,
                                             ULONG zeroBits, size_t maximumStack, size_t committedStack,
                                             ULONG(NTAPI *start)(PVOID), PVOID argument, HANDLE *thread,

@@ -1,0 +1,35 @@
+// A set of flags of one enumeration, as wide as a register, so that it travels by value.
+
+#pragma once
+
+#include <stdint.h>
+
+/// The enumerators of `T` are single bits, or groups of bits, and combine with |.
+template <typename T>
+class OrvFlags
+{
+public:
+    constexpr OrvFlags() : bits_(0) {}
+    constexpr OrvFlags(T flag) : bits_(static_cast<uint32_t>(flag)) {} // NOLINT(google-explicit-constructor)
+    constexpr explicit OrvFlags(uint32_t bits) : bits_(bits) {}
+
+    constexpr uint32_t GetBits() const { return bits_; }
+
+    /// Whether every bit of `flag` is set.
+    constexpr bool Has(T flag) const
+    {
+        return (bits_ & static_cast<uint32_t>(flag)) == static_cast<uint32_t>(flag);
+    }
+
+    constexpr OrvFlags operator|(OrvFlags other) const { return OrvFlags(bits_ | other.bits_); }
+    constexpr OrvFlags &operator|=(OrvFlags other)
+    {
+        bits_ |= other.bits_;
+        return *this;
+    }
+    constexpr bool operator==(OrvFlags other) const { return bits_ == other.bits_; }
+    constexpr bool operator!=(OrvFlags other) const { return bits_ != other.bits_; }
+
+private:
+    uint32_t bits_;
+};

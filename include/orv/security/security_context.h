@@ -1,0 +1,69 @@
+// Who may do what with an object that is about to be created, said in the terms of everyday use: well-known
+// groups, rights, an integrity level. It yields the native descriptor that creation wants.
+//
+// A context is filled first and used afterwards, as often as one likes. It holds its descriptor itself, so
+// nothing is allocated and nothing has to be released; the descriptors that it gives out live as long as it.
+
+#pragma once
+
+#include "orv/base.h"
+#include "orv/security/security_descriptor.h"
+
+/// Whom an entry speaks of.
+enum OrvWellKnownGroup : uint32_t {
+    OrvGroupEveryone = 0,           ///< S-1-1-0
+    OrvGroupAnonymous = 1,          ///< S-1-5-7, whom Everyone does not include
+    OrvGroupAuthenticatedUsers = 2, ///< S-1-5-11
+    OrvGroupLocalSystem = 3,        ///< S-1-5-18
+    OrvGroupAdministrators = 4,     ///< S-1-5-32-544
+};
+
+/// The least integrity that a process needs to write to the object.
+enum OrvMandatoryLevel : uint32_t {
+    OrvMandatoryUntrusted = 0,
+    OrvMandatoryLow = 1,
+    OrvMandatoryMedium = 2,
+    OrvMandatoryHigh = 3,
+    OrvMandatorySystem = 4,
+};
+
+class OrvSecurityCtx
+{
+public:
+    /// Says nothing: the object gets the descriptor that the platform gives by default.
+    ORV_API OrvSecurityCtx() : OrvSecurityCtx(nullptr) {}
+
+    /// Yields `native`, a descriptor of the caller that must outlive this object, until an entry or a level
+    /// is added; null stands for none.
+    ORV_API explicit OrvSecurityCtx(void *native);
+    OrvSecurityCtx(const OrvSecurityCtx &) = delete;
+    OrvSecurityCtx &operator=(const OrvSecurityCtx &) = delete;
+
+    /// Grants `rights`, a native access mask, to the group. Once there is an entry, whoever has none has no
+    /// right. There is room for ten entries at least.
+    ///
+    /// Returns 0; ORV_E_INVALID_ARGUMENT for an unknown group; the converted status when there is no room. On
+    /// failure the context is as it was.
+    ORV_API OrvResult Allow(OrvWellKnownGroup group, uint32_t rights);
+
+    /// Labels the object, so that processes of a lower level cannot write to it. A second call replaces the
+    /// level of the first.
+    ///
+    /// Returns 0; ORV_S_NOT_SUPPORTED, having done nothing, on systems without labels; ORV_E_INVALID_ARGUMENT
+    /// for an unknown level.
+    ORV_API OrvResult SetMandatoryLevel(OrvMandatoryLevel level);
+
+    /// Gives the descriptor, built from what was said so far, through `descriptor`. It belongs to the
+    /// context.
+    ///
+    /// Returns 0 or the converted status; on failure `descriptor` is null.
+    ORV_API OrvResult GetSecurityDescriptor(OrvWinSecurityDescriptor *&descriptor);
+
+private:
+    OrvWinSecurityDescriptor descriptor_;
+    bool hasEntries_ = false;
+    bool hasLabel_ = false;
+    uint32_t native_[5]; ///< the absolute native descriptor, which refers to the two lists
+    uint32_t entries_[64];
+    uint32_t label_[8];
+};

@@ -1,0 +1,91 @@
+#include "orv/security/security_context.h"
+
+#include "orv/runtime/ntdll_entry_points.h"
+#include "orv/runtime/result.h"
+#include "runtime/status.h"
+#include "security/well_known_sid.h"
+
+namespace
+{
+
+// In the order of OrvWellKnownGroup.
+constexpr detail::WellKnownSid kGroups[] = {
+    detail::MakeSid(detail::kWorldAuthority, 0),    detail::MakeSid(detail::kNtAuthority, 7),
+    detail::MakeSid(detail::kNtAuthority, 11),      detail::MakeSid(detail::kNtAuthority, 18),
+    detail::MakeSid(detail::kNtAuthority, 32, 544),
+};
+
+/// The sub-authority of a level is its number times this.
+constexpr ULONG kMandatoryStep = 0x1000;
+
+/// A mandatory label as a list holds it. It is added as it is, because platforms differ in the order of the
+/// arguments of their function for it.
+struct LabelEntry {
+    UCHAR type;
+    UCHAR flags;
+    USHORT size; ///< of the whole entry, in bytes
+    ACCESS_MASK policy;
+    detail::WellKnownSid sid;
+};
+constexpr USHORT kLabelSize = offsetof(LabelEntry, sid) + 12; ///< one sub-authority
+static_assert(kLabelSize == 20);
+
+} // namespace
+
+static_assert(sizeof(SECURITY_DESCRIPTOR) == sizeof(uint32_t[5]));
+
+OrvSecurityCtx::OrvSecurityCtx(void *native) : descriptor_(native) {}
+
+OrvResult OrvSecurityCtx::Allow(OrvWellKnownGroup group, uint32_t rights)
+{
+    if (group >= sizeof(kGroups) / sizeof(kGroups[0]))
+        return ORV_E_INVALID_ARGUMENT;
+    const auto list = reinterpret_cast<_ACL *>(entries_);
+    if (!hasEntries_) {
+        const OrvResult result = detail::ResultFromCall(RtlCreateAcl(list, sizeof(entries_), ACL_REVISION));
+        if (OrvFailed(result))
+            return result;
+    }
+    detail::WellKnownSid sid = kGroups[group];
+    const OrvResult result = detail::ResultFromCall(RtlAddAccessAllowedAce(list, ACL_REVISION, rights, &sid));
+    if (OrvSucceeded(result))
+        hasEntries_ = true;
+    return result;
+}
+
+OrvResult OrvSecurityCtx::SetMandatoryLevel(OrvMandatoryLevel level)
+{
+    if (level > OrvMandatorySystem)
+        return ORV_E_INVALID_ARGUMENT;
+    if (!OrvNtdllIsFnLoaded_RtlAddMandatoryAce())
+        return ORV_S_NOT_SUPPORTED;
+    const auto list = reinterpret_cast<_ACL *>(label_);
+    OrvResult result = detail::ResultFromCall(RtlCreateAcl(list, sizeof(label_), ACL_REVISION));
+    if (OrvFailed(result))
+        return result;
+    const LabelEntry entry = {SYSTEM_MANDATORY_LABEL_ACE_TYPE, 0, kLabelSize,
+                              SYSTEM_MANDATORY_LABEL_NO_WRITE_UP,
+                              detail::MakeSid(detail::kMandatoryLabelAuthority, level * kMandatoryStep)};
+    result = detail::ResultFromCall(RtlAddAce(list, ACL_REVISION, 0, &entry, entry.size));
+    hasLabel_ = OrvSucceeded(result);
+    return result;
+}
+
+OrvResult OrvSecurityCtx::GetSecurityDescriptor(OrvWinSecurityDescriptor *&descriptor)
+{
+    descriptor = nullptr;
+    if (hasEntries_ || hasLabel_) {
+        OrvResult result = detail::ResultFromCall(RtlCreateSecurityDescriptor(native_, 1));
+        if (OrvSucceeded(result) && hasEntries_)
+            result = detail::ResultFromCall(
+                RtlSetDaclSecurityDescriptor(native_, true, reinterpret_cast<_ACL *>(entries_), false));
+        if (OrvSucceeded(result) && hasLabel_)
+            result = detail::ResultFromCall(
+                RtlSetSaclSecurityDescriptor(native_, true, reinterpret_cast<_ACL *>(label_), false));
+        if (OrvFailed(result))
+            return result;
+        descriptor_ = OrvWinSecurityDescriptor(native_);
+    }
+    descriptor = &descriptor_;
+    return 0;
+}
