@@ -56,6 +56,10 @@ constexpr NTSTATUS STATUS_INVALID_PARAMETER = static_cast<NTSTATUS>(0xC000000D);
 constexpr NTSTATUS STATUS_END_OF_FILE = static_cast<NTSTATUS>(0xC0000011);
 constexpr NTSTATUS STATUS_OBJECT_NAME_INVALID = static_cast<NTSTATUS>(0xC0000033);
 constexpr NTSTATUS STATUS_OBJECT_NAME_NOT_FOUND = static_cast<NTSTATUS>(0xC0000034);
+constexpr NTSTATUS STATUS_OBJECT_PATH_NOT_FOUND = static_cast<NTSTATUS>(0xC000003A);
+constexpr NTSTATUS STATUS_FILE_LOCK_CONFLICT = static_cast<NTSTATUS>(0xC0000054);
+constexpr NTSTATUS STATUS_LOCK_NOT_GRANTED = static_cast<NTSTATUS>(0xC0000055);
+constexpr NTSTATUS STATUS_CANCELLED = static_cast<NTSTATUS>(0xC0000120);
 constexpr NTSTATUS STATUS_PIPE_BROKEN = static_cast<NTSTATUS>(0xC000014B);
 
 // Win32 error numbers.
@@ -130,6 +134,11 @@ enum : ULONG {
     OBJ_KERNEL_HANDLE = 0x200,
 };
 
+inline HANDLE NtCurrentProcess()
+{
+    return reinterpret_cast<HANDLE>(-1);
+}
+
 struct _IO_STATUS_BLOCK {
     union {
         NTSTATUS Status;
@@ -148,8 +157,39 @@ typedef _CLIENT_ID CLIENT_ID;
 // Devices and files.
 
 constexpr ACCESS_MASK FILE_READ_DATA = 0x0001;
+constexpr ACCESS_MASK FILE_READ_ATTRIBUTES = 0x0080;
+constexpr ACCESS_MASK GENERIC_READ = 0x80000000;
+constexpr ACCESS_MASK GENERIC_WRITE = 0x40000000;
+constexpr ULONG FILE_SHARE_READ = 0x1;
+constexpr ULONG FILE_SHARE_WRITE = 0x2;
 constexpr ULONG FILE_SHARE_ALL = 0x7; ///< to read, to write and to delete
+constexpr ULONG FILE_OPEN = 1;
+constexpr ULONG FILE_OPEN_IF = 3;
 constexpr ULONG FILE_SYNCHRONOUS_IO_NONALERT = 0x20;
+constexpr ULONG FILE_OPEN_FOR_BACKUP_INTENT = 0x4000;
+constexpr ULONG FILE_ATTRIBUTE_NORMAL = 0x80;
+
+constexpr ULONG FileInternalInformation = 6;
+constexpr ULONG FileIdInformation = 59;
+constexpr ULONG FileFsVolumeInformation = 1;
+
+struct FILE_INTERNAL_INFORMATION {
+    ULONGLONG IndexNumber;
+};
+
+struct FILE_ID_INFORMATION {
+    ULONGLONG VolumeSerialNumber;
+    ULONGLONG FileId[2];
+};
+
+struct FILE_FS_VOLUME_INFORMATION {
+    LONGLONG VolumeCreationTime;
+    ULONG VolumeSerialNumber;
+    ULONG VolumeLabelLength;
+    BOOLEAN SupportsObjects;
+    WCHAR VolumeLabel[1];
+};
+static_assert(sizeof(FILE_FS_VOLUME_INFORMATION) == 24);
 
 /// Fills the output buffer from the kernel's generator of random numbers.
 constexpr ULONG IOCTL_KSEC_RNG = 0x390004;
@@ -306,6 +346,16 @@ static_assert(sizeof(EVENT_BASIC_INFORMATION) == 8);
 
 constexpr ULONG EventBasicInformation = 0;
 
+// Sections.
+
+constexpr ACCESS_MASK SECTION_MAP_WRITE = 0x0002;
+constexpr ACCESS_MASK SECTION_MAP_READ = 0x0004;
+constexpr ACCESS_MASK SECTION_SHARED_ACCESS = 0xF0007; ///< all but to execute and to extend
+constexpr ULONG SEC_COMMIT = 0x8000000;
+constexpr ULONG PAGE_READONLY = 0x02;
+constexpr ULONG PAGE_READWRITE = 0x04;
+constexpr ULONG ViewUnmap = 2; ///< child processes do not inherit the view
+
 // Security.
 
 constexpr ULONG ACL_REVISION = 2;
@@ -422,6 +472,41 @@ NTSYSAPI NTSTATUS NTAPI ZwOpenFile(HANDLE *handle, ACCESS_MASK access, const OBJ
 NTSYSAPI NTSTATUS NTAPI ZwDeviceIoControlFile(HANDLE device, HANDLE event, PVOID routine, PVOID context,
                                               IO_STATUS_BLOCK *status, ULONG code, const void *input,
                                               ULONG inputSize, void *output, ULONG outputSize);
+NTSYSAPI NTSTATUS NTAPI ZwCreateFile(HANDLE *handle, ACCESS_MASK access, const OBJECT_ATTRIBUTES *attributes,
+                                     IO_STATUS_BLOCK *status, const LONGLONG *allocationSize,
+                                     ULONG fileAttributes, ULONG share, ULONG disposition, ULONG options,
+                                     PVOID extended, ULONG extendedSize);
+NTSYSAPI NTSTATUS NTAPI ZwCancelIoFile(HANDLE file, IO_STATUS_BLOCK *status);
+NTSYSAPI NTSTATUS NTAPI NtLockFile(HANDLE file, HANDLE event, PVOID routine, PVOID context,
+                                   IO_STATUS_BLOCK *status, const LONGLONG *offset, const LONGLONG *count,
+                                   ULONG key, BOOLEAN failAtOnce, BOOLEAN exclusive);
+NTSYSAPI NTSTATUS NTAPI NtUnlockFile(HANDLE file, IO_STATUS_BLOCK *status, const LONGLONG *offset,
+                                     const LONGLONG *count, ULONG key);
+NTSYSAPI NTSTATUS NTAPI NtQueryVolumeInformationFile(HANDLE file, IO_STATUS_BLOCK *status, PVOID information,
+                                                     ULONG size, ULONG informationClass);
+NTSYSAPI NTSTATUS NTAPI NtQueryInformationFile(HANDLE file, IO_STATUS_BLOCK *status, PVOID information,
+                                               ULONG size, ULONG informationClass);
+
+// Paths. What the platform makes is freed with RtlFreeUnicodeString.
+
+NTSYSAPI BOOLEAN NTAPI RtlDosPathNameToNtPathName_U(const WCHAR *path, UNICODE_STRING *nativePath,
+                                                    WCHAR **filePart, PVOID relative);
+NTSYSAPI void NTAPI RtlFreeUnicodeString(UNICODE_STRING *counted);
+
+// Sections.
+
+NTSYSAPI NTSTATUS NTAPI ZwCreateSection(HANDLE *handle, ACCESS_MASK access,
+                                        const OBJECT_ATTRIBUTES *attributes, const LONGLONG *maximumSize,
+                                        ULONG protection, ULONG allocation, HANDLE file);
+NTSYSAPI NTSTATUS NTAPI ZwOpenSection(HANDLE *handle, ACCESS_MASK access,
+                                      const OBJECT_ATTRIBUTES *attributes);
+NTSYSAPI NTSTATUS NTAPI ZwMapViewOfSection(HANDLE section, HANDLE process, PVOID *base, ULONG zeroBits,
+                                           ULONG commit, LONGLONG *offset, ULONG *size, ULONG inherit,
+                                           ULONG allocation, ULONG protection);
+NTSYSAPI NTSTATUS NTAPI ZwUnmapViewOfSection(HANDLE process, PVOID base);
+NTSYSAPI NTSTATUS NTAPI ZwDuplicateObject(HANDLE sourceProcess, HANDLE source, HANDLE targetProcess,
+                                          HANDLE *target, ACCESS_MASK access, ULONG attributes,
+                                          ULONG options);
 
 // Character classes of the default locale.
 

@@ -20,11 +20,6 @@ struct _EXCEPTION_POINTERS {
 };
 typedef _EXCEPTION_POINTERS EXCEPTION_POINTERS;
 
-inline HANDLE NtCurrentProcess()
-{
-    return reinterpret_cast<HANDLE>(-1);
-}
-
 struct FILE_FS_DEVICE_INFORMATION {
     ULONG DeviceType;
     ULONG Characteristics;
@@ -46,13 +41,23 @@ static_assert(sizeof(FILE_STANDARD_INFORMATION) == 24);
 constexpr ULONG FileStandardInformation = 5;
 
 constexpr ACCESS_MASK FILE_GENERIC_READ = 0x120089;
-constexpr ULONG FILE_OPEN = 1;
 constexpr ULONG FILE_NON_DIRECTORY_FILE = 0x40;
+
+constexpr ULONG ProcessHandleCount = 20;
+
+struct MEMORY_BASIC_INFORMATION {
+    PVOID BaseAddress;
+    PVOID AllocationBase;
+    ULONG AllocationProtect;
+    ULONG RegionSize;
+    ULONG State;
+    ULONG Protect;
+    ULONG Type;
+};
 
 constexpr ULONG MEM_COMMIT = 0x1000;
 constexpr ULONG MEM_RESERVE = 0x2000;
 constexpr ULONG PAGE_NOACCESS = 0x01;
-constexpr ULONG PAGE_READWRITE = 0x04;
 constexpr ULONG PAGE_EXECUTE_READWRITE = 0x40;
 
 struct OBJECT_BASIC_INFORMATION {
@@ -109,13 +114,12 @@ NTSYSAPI NTSTATUS NTAPI NtCreateFile(HANDLE *handle, ACCESS_MASK access, const O
                                      IO_STATUS_BLOCK *status, const LONGLONG *allocationSize,
                                      ULONG fileAttributes, ULONG share, ULONG disposition, ULONG options,
                                      PVOID extended, ULONG extendedSize);
-NTSYSAPI BOOLEAN NTAPI RtlDosPathNameToNtPathName_U(const WCHAR *path, UNICODE_STRING *nativePath,
-                                                    WCHAR **filePart, PVOID relative);
-NTSYSAPI void NTAPI RtlFreeUnicodeString(UNICODE_STRING *counted);
-NTSYSAPI NTSTATUS NTAPI NtQueryVolumeInformationFile(HANDLE file, IO_STATUS_BLOCK *status, PVOID information,
-                                                     ULONG size, ULONG informationClass);
-NTSYSAPI NTSTATUS NTAPI NtQueryInformationFile(HANDLE file, IO_STATUS_BLOCK *status, PVOID information,
-                                               ULONG size, ULONG informationClass);
+NTSYSAPI NTSTATUS NTAPI NtDeleteFile(const OBJECT_ATTRIBUTES *attributes);
+NTSYSAPI NTSTATUS NTAPI NtQueryInformationProcess(HANDLE process, ULONG informationClass, PVOID information,
+                                                  ULONG size, ULONG *returnedSize);
+NTSYSAPI NTSTATUS NTAPI NtQueryVirtualMemory(HANDLE process, const void *address, ULONG informationClass,
+                                             PVOID information, ULONG size, ULONG *returnedSize);
+NTSYSAPI BOOLEAN NTAPI RtlValidateHeap(HANDLE heap, ULONG flags, const void *block);
 NTSYSAPI NTSTATUS NTAPI NtQuerySystemTime(LONGLONG *time);
 NTSYSAPI NTSTATUS NTAPI NtAllocateVirtualMemory(HANDLE process, PVOID *base, ULONG zeroBits, ULONG *size,
                                                 ULONG type, ULONG protection);

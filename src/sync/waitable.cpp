@@ -4,7 +4,6 @@
 
 #include "nt/nt.h"
 #include "orv/runtime/result.h"
-#include "runtime/heap.h"
 #include "runtime/status.h"
 
 namespace
@@ -50,16 +49,6 @@ OrvResult OrvBasWaitable::Destroy()
 OrvBasWaitable::~OrvBasWaitable()
 {
     FreeResource();
-}
-
-void *OrvBasWaitable::operator new(size_t size) noexcept
-{
-    return detail::AllocateBytes(size);
-}
-
-void OrvBasWaitable::operator delete(void *block) noexcept
-{
-    detail::FreeBytes(block);
 }
 
 OrvResult OrvBasWaitable::FreeResource()

@@ -6,7 +6,8 @@
 
 enum OrvBasSyncObjectNameSpace : uint32_t {
     OrvBasSyncGlobal = 0,  ///< shared by all sessions
-    OrvBasSyncSession = 1, ///< the caller's session; any other value means the same
+    OrvBasSyncSession = 1, ///< the caller's session; as a name's place any other value means the same
+    OrvBasSyncProcess = 2, ///< for shared memory: the process itself, where no name is needed
 };
 
 /// An object id and where its name stands. The name is made when it is asked for.

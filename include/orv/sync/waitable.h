@@ -11,6 +11,7 @@
 #pragma once
 
 #include "orv/base.h"
+#include "orv/runtime/heap_object.h"
 
 enum OrvBasWaitableResourceType : uint32_t {
     OrvBasWaitableNone = 0,
@@ -30,7 +31,7 @@ protected:
     ~OrvBasSelfWaiting() = default;
 };
 
-class OrvBasWaitable
+class OrvBasWaitable : public OrvHeapObject
 {
 public:
     /// An empty waitable.
@@ -44,14 +45,6 @@ public:
 
     /// FreeResource, whose result is lost.
     ORV_API virtual ~OrvBasWaitable();
-
-    /// Waitables live on the process heap, whichever module allocates or deletes them. `new` gives null when
-    /// the heap refuses. There is no array form, because the virtual destructor frees one object.
-    ORV_API static void *operator new(size_t size) noexcept;
-    static void *operator new(size_t, void *place) noexcept { return place; }
-    static void *operator new[](size_t size) = delete;
-    ORV_API static void operator delete(void *block) noexcept;
-    static void operator delete(void *, void *) noexcept {}
 
     /// Closes an owned handle, forgets any other resource, and leaves the waitable empty.
     ///

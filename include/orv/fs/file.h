@@ -1,0 +1,40 @@
+// An open file: the native handle and what it was opened for.
+
+#pragma once
+
+#include "orv/base.h"
+
+enum OrvFileAccessMode : uint32_t {
+    OrvFileNotOpen = 0,
+    OrvFileReadOnly = 1,
+    OrvFileReadWrite = 3,
+};
+
+/// Owns at most one handle.
+class OrvWinFile
+{
+public:
+    OrvWinFile() = default;
+    OrvWinFile(const OrvWinFile &) = delete;
+    OrvWinFile &operator=(const OrvWinFile &) = delete;
+    ORV_API ~OrvWinFile();
+
+    bool IsOpen() const { return accessMode_ != OrvFileNotOpen; }
+
+    /// Closes the file that is open and takes the handle over.
+    ORV_API void Attach(void *handle, OrvFileAccessMode accessMode);
+
+    /// Returns 0, also when nothing is open, or the converted status; the file is then still open.
+    ORV_API OrvResult Close();
+
+    /// The native handle, or the invalid handle 0xFFFFFFFF.
+    void *GetHandle() const { return handle_; }
+
+    OrvFileAccessMode GetAccessMode() const { return accessMode_; }
+
+private:
+    void *handle_ = reinterpret_cast<void *>(-1);
+    OrvFileAccessMode accessMode_ = OrvFileNotOpen;
+};
+
+static_assert(sizeof(OrvWinFile) == 8, "fixed layout");

@@ -1,0 +1,56 @@
+// A range of shared memory in the address space.
+
+#pragma once
+
+#include "orv/shm/shared_memory.h"
+
+/// Shows at most one range. The memory object must outlive a view of a heap block.
+class OrvSharedMemoryView : public OrvHeapObject
+{
+public:
+    ORV_API OrvSharedMemoryView();
+    OrvSharedMemoryView(const OrvSharedMemoryView &) = delete;
+    OrvSharedMemoryView &operator=(const OrvSharedMemoryView &) = delete;
+
+    /// Detach.
+    ORV_API virtual ~OrvSharedMemoryView();
+
+    /// Shows `size` bytes from `offset` on, or all up to the end when the size is 0, in place of the range
+    /// shown before.
+    ///
+    /// Of a heap block, exactly that range. Of a section, whole pages, and the offset has to be a multiple of
+    /// the allocation granularity (64 KiB); the view may be written to unless `readOnly` is set or the memory
+    /// object does not allow it.
+    ///
+    /// Returns 0; ORV_E_END_OF_DATA when the range, of a heap block, does not lie within it, be it that the
+    /// offset is negative; otherwise the converted status: ORV_E_INVALID_HANDLE when the memory object holds
+    /// nothing, ORV_E_ACCESS_DENIED, and what the platform says of an offset or a size that it does not take.
+    /// On failure the view is as it was.
+    ORV_API OrvResult Attach(OrvSharedMemoryBase &memory, int64_t offset, unsigned int size, bool readOnly);
+
+    /// The same with `readOnly` false.
+    ORV_API OrvResult Attach(OrvSharedMemoryBase &memory, int64_t offset, unsigned int size);
+
+    /// Shows nothing any longer. Returns 0, also when nothing was shown, or the converted status; nothing is
+    /// shown in either case.
+    ORV_API OrvResult Detach();
+
+    /// The first byte; null when nothing is shown.
+    ORV_API void *GetPointer() const;
+
+    /// The size of the range in bytes, as the system rounded it up when it is a section's. After a range of a
+    /// heap block was detached its size is still given. Always returns 0.
+    ORV_API OrvResult GetSize(unsigned int &size) const;
+
+private:
+    void Show(OrvSharedMemoryBase &memory, int64_t offset, void *pointer, uint32_t size, bool fromHeap);
+    OrvResult AttachHeap(OrvSharedMemoryBase &memory, int64_t offset, uint32_t size);
+
+    OrvSharedMemoryBase *memory_ = nullptr;
+    int64_t offset_ = 0;
+    void *pointer_ = nullptr;
+    uint32_t size_ = 0;
+    uint32_t fromHeap_ = 0;
+};
+
+static_assert(sizeof(OrvSharedMemoryView) == 40, "fixed layout");

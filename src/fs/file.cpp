@@ -1,0 +1,28 @@
+#include "orv/fs/file.h"
+
+#include "nt/nt.h"
+#include "runtime/status.h"
+
+OrvWinFile::~OrvWinFile()
+{
+    Close();
+}
+
+void OrvWinFile::Attach(void *handle, OrvFileAccessMode accessMode)
+{
+    Close();
+    handle_ = handle;
+    accessMode_ = accessMode;
+}
+
+OrvResult OrvWinFile::Close()
+{
+    if (!IsOpen())
+        return 0;
+    const OrvResult result = detail::ResultFromCall(ZwClose(handle_));
+    if (OrvFailed(result))
+        return result;
+    handle_ = INVALID_HANDLE_VALUE;
+    accessMode_ = OrvFileNotOpen;
+    return 0;
+}

@@ -1,0 +1,113 @@
+// Identities come from the 64-bit volume number and the 128-bit file number where the system has them, as the
+// short numbers of old are not unique on the largest volumes, and from the short ones otherwise. Whichever it
+// is, it is the same for every process of the system.
+
+#include "orv/fs/file_id.h"
+
+#include "crt/memory.h"
+#include "fs/nt_path.h"
+#include "nt/nt.h"
+#include "orv/hash/md5.h"
+#include "orv/runtime/result.h"
+#include "runtime/status.h"
+
+namespace
+{
+
+/// The handle of a file that is open for its attributes only.
+class AttributesHandle
+{
+public:
+    AttributesHandle() = default;
+    AttributesHandle(const AttributesHandle &) = delete;
+    AttributesHandle &operator=(const AttributesHandle &) = delete;
+    ~AttributesHandle()
+    {
+        if (handle_)
+            ZwClose(handle_);
+    }
+
+    NTSTATUS Open(detail::NtPath &path)
+    {
+        const OBJECT_ATTRIBUTES attributes = path.Attributes();
+        IO_STATUS_BLOCK status = {};
+        return ZwOpenFile(&handle_, FILE_READ_ATTRIBUTES | SYNCHRONIZE, &attributes, &status, FILE_SHARE_ALL,
+                          FILE_SYNCHRONOUS_IO_NONALERT | FILE_OPEN_FOR_BACKUP_INTENT);
+    }
+
+    HANDLE Get() const { return handle_; }
+
+private:
+    HANDLE handle_ = nullptr;
+};
+
+bool QueryLongNumbers(HANDLE file, FILE_ID_INFORMATION &numbers)
+{
+    IO_STATUS_BLOCK status = {};
+    return NT_SUCCESS(NtQueryInformationFile(file, &status, &numbers, sizeof numbers, FileIdInformation));
+}
+
+NTSTATUS QueryShortNumbers(HANDLE file, FILE_ID_INFORMATION &numbers)
+{
+    IO_STATUS_BLOCK status = {};
+    FILE_INTERNAL_INFORMATION internal = {};
+    const NTSTATUS result =
+        NtQueryInformationFile(file, &status, &internal, sizeof internal, FileInternalInformation);
+    if (!NT_SUCCESS(result))
+        return result;
+    // The label, which may be longer than the room for it, is of no use here: a warning says that it was cut.
+    FILE_FS_VOLUME_INFORMATION volume = {};
+    const NTSTATUS volumeResult =
+        NtQueryVolumeInformationFile(file, &status, &volume, sizeof volume, FileFsVolumeInformation);
+    if (!NT_SUCCESS(volumeResult) && volumeResult != STATUS_BUFFER_OVERFLOW)
+        return volumeResult;
+    numbers = {volume.VolumeSerialNumber, {internal.IndexNumber, 0}};
+    return STATUS_SUCCESS;
+}
+
+} // namespace
+
+OrvResult OrvFileIdUtils::GetId(OrvFileId &id, const wchar_t *path)
+{
+    detail::NtPath nativePath;
+    const OrvResult result = nativePath.Build(path);
+    if (OrvFailed(result))
+        return result;
+    AttributesHandle file;
+    NTSTATUS status = file.Open(nativePath);
+    if (!NT_SUCCESS(status))
+        return detail::ResultFromStatus(status);
+
+    FILE_ID_INFORMATION numbers = {};
+    if (!QueryLongNumbers(file.Get(), numbers)) {
+        status = QueryShortNumbers(file.Get(), numbers);
+        if (!NT_SUCCESS(status))
+            return detail::ResultFromStatus(status);
+    }
+    if (numbers.FileId[0] == 0 && numbers.FileId[1] == 0)
+        return ORV_E_NOT_SUPPORTED;
+
+    OrvMiniHashMd5 digest;
+    digest.Add(reinterpret_cast<const uint8_t *>(&numbers), sizeof numbers);
+    const OrvMiniHashMd5::HashType &bytes = digest.Get();
+    static_assert(sizeof id.bytes == sizeof bytes.bytes);
+    memcpy(id.bytes, bytes.bytes, sizeof id.bytes);
+    return 0;
+}
+
+OrvResult OrvFileIdUtils::GetString(const OrvFileId &id, _ORV_UTF16CHAR_STR &text)
+{
+    constexpr uint32_t kLength = 2 * sizeof id.bytes;
+    if (!text.characters)
+        return ORV_E_INVALID_ARGUMENT;
+    if (text.capacity <= kLength)
+        return ORV_E_BUFFER_TOO_SMALL;
+    wchar_t *next = text.characters;
+    for (const uint8_t byte : id.bytes) {
+        *next++ = L"0123456789abcdef"[byte >> 4];
+        *next++ = L"0123456789abcdef"[byte & 15];
+    }
+    *next = 0;
+    text.length = kLength;
+    return 0;
+}

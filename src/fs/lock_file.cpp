@@ -1,0 +1,97 @@
+#include "orv/fs/lock_file.h"
+
+#include "orv/fs/file_id.h"
+#include "orv/runtime/result.h"
+#include "orv/security/security_context.h"
+
+namespace
+{
+
+/// The name of the file's mutex: its identity as text.
+struct MutexName {
+    wchar_t text[2 * sizeof(OrvFileId) + 1];
+
+    OrvResult Make(const wchar_t *path)
+    {
+        OrvFileId id;
+        const OrvResult result = OrvFileIdUtils::GetId(id, path);
+        if (OrvFailed(result))
+            return result;
+        _ORV_UTF16CHAR_STR name = {0, sizeof text / sizeof *text, text};
+        return OrvFileIdUtils::GetString(id, name);
+    }
+};
+
+/// What whoever may wait has to be allowed: as much as creating asks for.
+constexpr OrvWinMutexRights kSharedRights =
+    OrvWinMutexSynchronize | OrvWinMutexDelete | OrvWinMutexQueryState;
+static_assert(kSharedRights == 0x110001);
+
+OrvResult Describe(OrvSecurityCtx &context)
+{
+    OrvResult result = context.Allow(OrvGroupEveryone, kSharedRights);
+    if (OrvSucceeded(result))
+        result = context.Allow(OrvGroupAnonymous, kSharedRights);
+    if (OrvSucceeded(result))
+        result = context.SetMandatoryLevel(OrvMandatoryMedium);
+    return result;
+}
+
+} // namespace
+
+OrvBasWinLockFile::OrvBasWinLockFile() = default;
+
+OrvBasWinLockFile::~OrvBasWinLockFile() = default;
+
+OrvResult OrvBasWinLockFile::Create(const wchar_t *path, bool initialOwner)
+{
+    MutexName name;
+    OrvResult result = name.Make(path);
+    if (OrvFailed(result))
+        return result;
+    OrvSecurityCtx context;
+    OrvWinSecurityDescriptor *descriptor = nullptr;
+    result = Describe(context);
+    if (OrvSucceeded(result))
+        result = context.GetSecurityDescriptor(descriptor);
+    if (OrvFailed(result))
+        return result;
+    result = OrvBasWinMutex::Create(initialOwner, name.text, OrvBasWinSyncGlobal, descriptor);
+    if (result == ORV_E_ALREADY_EXISTS)
+        result = Open(name.text, OrvBasWinSyncGlobal, OrvWinMutexAllAccess);
+    return result;
+}
+
+OrvResult OrvBasWinLockFile::Close()
+{
+    return IsInitialized() ? Destroy() : 0;
+}
+
+OrvBasWinLockFileHolder::OrvBasWinLockFileHolder(OrvBasWinLockFile *lockFile, int timeoutMs)
+    : lockFile_(nullptr), held_(false)
+{
+    static_assert(offsetof(OrvBasWinLockFileHolder, held_) == 4);
+    Lock(lockFile, timeoutMs);
+}
+
+OrvBasWinLockFileHolder::~OrvBasWinLockFileHolder()
+{
+    Release();
+}
+
+OrvResult OrvBasWinLockFileHolder::Lock(OrvBasWinLockFile *lockFile, int timeoutMs)
+{
+    const OrvResult result = lockFile ? lockFile->InternalWait(timeoutMs) : ORV_E_INVALID_ARGUMENT;
+    Release();
+    lockFile_ = lockFile;
+    held_ = OrvSucceeded(result);
+    return result;
+}
+
+void OrvBasWinLockFileHolder::Release()
+{
+    if (held_)
+        lockFile_->Release();
+    lockFile_ = nullptr;
+    held_ = false;
+}

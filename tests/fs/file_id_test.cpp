@@ -1,0 +1,58 @@
+#include "orv/fs/file_id.h"
+
+#include "fs/test_file.h"
+#include "orv/runtime/result.h"
+
+namespace
+{
+
+constexpr wchar_t kFile[] = L"C:\\windows\\temp\\orv-file-id-test.tmp";
+
+} // namespace
+
+TEST_CASE(EveryPathToAFileGivesOneIdentity)
+{
+    const TestFile file(kFile);
+    const struct {
+        const wchar_t *path;
+        OrvResult result;
+        bool isSame;
+    } cases[] = {
+        {kFile, 0, true},
+        {L"c:\\WINDOWS\\Temp\\ORV-FILE-ID-TEST.TMP", 0, true},
+        {L"C:/windows/system32/..//temp/./orv-file-id-test.tmp", 0, true},
+        {L"\\\\?\\C:\\windows\\temp\\orv-file-id-test.tmp", 0, true},
+        {L"C:\\windows\\temp", 0, false},
+        {L"C:\\windows", 0, false},
+        {L"C:\\windows\\system32\\ntdll.dll", 0, false},
+        {L"C:\\windows\\temp\\orv-no-such-file.tmp", ORV_E_FILE_NOT_FOUND, false},
+        {L"C:\\windows\\orv-no-such-folder\\file", ORV_E_PATH_NOT_FOUND, false},
+        {L"", ORV_E_INVALID_ARGUMENT, false},
+        {nullptr, ORV_E_INVALID_ARGUMENT, false},
+    };
+    OrvFileId first;
+    CHECK_EQUAL(OrvFileIdUtils::GetId(first, kFile), ORV_S_OK);
+    for (const auto &c : cases) {
+        test::Note("case", &c - cases);
+        OrvFileId id = {};
+        CHECK_EQUAL(OrvFileIdUtils::GetId(id, c.path), c.result);
+        CHECK_EQUAL(memcmp(&id, &first, sizeof id) == 0, c.isSame);
+        const OrvFileId untouched = {};
+        CHECK(c.result == 0 || memcmp(&id, &untouched, sizeof id) == 0);
+    }
+}
+
+TEST_CASE(IdentityIsWrittenAsDigitsOrNotAtAll)
+{
+    const OrvFileId id = {{0x00, 0x12, 0xAB, 0xFF, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 0xF0}};
+    wchar_t characters[33] = L"before";
+    _ORV_UTF16CHAR_STR text = {6, 32, characters};
+    CHECK_EQUAL(OrvFileIdUtils::GetString(id, text), ORV_E_BUFFER_TOO_SMALL);
+    CHECK_TEXT(static_cast<const wchar_t *>(characters), L"before");
+    text.capacity = 33;
+    CHECK_EQUAL(OrvFileIdUtils::GetString(id, text), ORV_S_OK);
+    CHECK_EQUAL(text.length, 32u);
+    CHECK_TEXT(static_cast<const wchar_t *>(characters), L"0012abff0405060708090a0b0c0d0ef0");
+    text.characters = nullptr;
+    CHECK_EQUAL(OrvFileIdUtils::GetString(id, text), ORV_E_INVALID_ARGUMENT);
+}

@@ -1,0 +1,237 @@
+// Servers, clients and views, in both storages.
+
+#include "orv/shm/shared_memory_view.h"
+
+#include "harness/memory.h"
+#include "harness/test.h"
+#include "nt/programs.h"
+#include "nt/teb.h"
+#include "orv/runtime/result.h"
+
+namespace
+{
+
+constexpr unsigned long kId = 0x0A7E57;
+constexpr uint32_t kPage = 0x1000;
+constexpr uint32_t kGranularity = 0x10000;
+
+uint32_t SizeOf(const OrvSharedMemoryView &view)
+{
+    unsigned int size = 1;
+    CHECK_EQUAL(view.GetSize(size), ORV_S_OK);
+    return size;
+}
+
+char *BytesOf(const OrvSharedMemoryView &view)
+{
+    return static_cast<char *>(view.GetPointer());
+}
+
+OrvFlags<OrvAccessFlagsValues> ReadAndWrite()
+{
+    return OrvFlags<OrvAccessFlagsValues>(OrvAccessRead) | OrvAccessWrite;
+}
+
+ULONG HandleCount()
+{
+    ULONG count = 0;
+    CHECK_EQUAL(
+        NtQueryInformationProcess(NtCurrentProcess(), ProcessHandleCount, &count, sizeof count, nullptr), 0);
+    return count;
+}
+
+} // namespace
+
+TEST_CASE(SectionIsSharedByItsId)
+{
+    const ULONG handles = HandleCount();
+    constexpr OrvBasSyncObjectNameSpace kNameSpaces[] = {OrvBasSyncGlobal, OrvBasSyncSession};
+    for (const auto nameSpace : kNameSpaces) {
+        test::Note("name space", nameSpace);
+        OrvSharedMemoryServer server;
+        OrvSharedMemoryClient client;
+        CHECK_EQUAL(client.Open(kId, nameSpace, ReadAndWrite()), ORV_E_FILE_NOT_FOUND);
+        CHECK(!client.IsInitialized());
+        CHECK_EQUAL(server.Create(3 * kGranularity + 1, kId, nameSpace, nullptr), ORV_S_OK);
+        CHECK(server.IsInitialized() && !server.IsStorageHeap());
+        CHECK_EQUAL(client.Open(kId, nameSpace, ReadAndWrite()), ORV_S_OK);
+        OrvSharedMemoryServer other;
+        CHECK_EQUAL(other.Create(1, kId, nameSpace, nullptr), ORV_S_ALREADY_EXISTS);
+
+        OrvSharedMemoryView whole;
+        OrvSharedMemoryView end;
+        OrvSharedMemoryView others;
+        CHECK_EQUAL(whole.Attach(server, 0, 0), ORV_S_OK);
+        CHECK_EQUAL(SizeOf(whole), 3 * kGranularity + kPage);
+        CHECK_EQUAL(end.Attach(client, 3 * kGranularity, 0, true), ORV_S_OK);
+        CHECK_EQUAL(SizeOf(end), kPage);
+        CHECK_EQUAL(others.Attach(other, 2 * kGranularity, 1), ORV_S_OK);
+        CHECK_EQUAL(SizeOf(others), kPage);
+        CHECK_EQUAL(BytesOf(end)[0], 0);
+        BytesOf(whole)[3 * kGranularity] = 'e';
+        BytesOf(others)[0] = 'o';
+        CHECK_EQUAL(BytesOf(end)[0], 'e');
+        CHECK_EQUAL(BytesOf(whole)[2 * kGranularity], 'o');
+
+        // The views keep the section, and its name, while nobody has a handle to it.
+        CHECK_EQUAL(server.Destroy(), ORV_S_OK);
+        CHECK_EQUAL(other.Destroy(), ORV_S_OK);
+        CHECK_EQUAL(client.Close(), ORV_S_OK);
+        CHECK_EQUAL(BytesOf(end)[0], 'e');
+        CHECK_EQUAL(end.Detach(), ORV_S_OK);
+        CHECK_EQUAL(end.Detach(), ORV_S_OK);
+        CHECK(!end.GetPointer() && SizeOf(end) == 0);
+    }
+    CHECK_EQUAL(HandleCount(), handles);
+}
+
+TEST_CASE(SectionStandsInTheSessionsDirectory)
+{
+    OrvSharedMemoryServer server;
+    CHECK_EQUAL(server.Create(1, 0x1A2B, OrvBasSyncSession, nullptr), ORV_S_OK);
+    OrvBasSyncNamed named(0x1A2B, OrvBasSyncSession);
+    UNICODE_STRING name;
+    RtlInitUnicodeString(&name, named.GetConstructedWinObjectName(OrvBasSyncNamed::SessionRoot));
+    const OBJECT_ATTRIBUTES attributes = {sizeof attributes, nullptr, &name, 0, nullptr, nullptr};
+    HANDLE handle = nullptr;
+    CHECK_EQUAL(ZwOpenSection(&handle, SECTION_MAP_READ, &attributes), 0);
+    OrvSharedMemoryClient client;
+    client.AttachToSection(handle);
+    OrvSharedMemoryView view; // `access` is still that of an object that opened nothing
+    CHECK_EQUAL(view.Attach(client, 0, 0), ORV_S_OK);
+    CHECK(client.DetachFromSection() == handle);
+    CHECK(!client.IsInitialized() && client.DetachFromSection() == INVALID_HANDLE_VALUE);
+    CHECK_EQUAL(ZwClose(handle), 0);
+}
+
+TEST_CASE(SessionWithoutADirectoryUsesTheBase)
+{
+    ULONG &session = NtCurrentPeb()->SessionId;
+    const ULONG own = session;
+    session = 4711;
+    OrvSharedMemoryServer server;
+    OrvSharedMemoryClient client;
+    const OrvResult created = server.Create(1, kId, OrvBasSyncSession, nullptr);
+    const OrvResult opened = client.Open(kId, OrvBasSyncSession, OrvAccessRead);
+    OrvBasSyncNamed named(kId, OrvBasSyncSession);
+    UNICODE_STRING name;
+    RtlInitUnicodeString(&name, named.GetConstructedWinObjectName(OrvBasSyncNamed::BaseRoot));
+    const OBJECT_ATTRIBUTES attributes = {sizeof attributes, nullptr, &name, 0, nullptr, nullptr};
+    HANDLE handle = nullptr;
+    const NTSTATUS status = ZwOpenSection(&handle, SECTION_MAP_READ, &attributes);
+    session = own;
+    CHECK_EQUAL(created, ORV_S_OK);
+    CHECK_EQUAL(opened, ORV_S_OK);
+    CHECK_EQUAL(status, 0);
+    ZwClose(handle);
+}
+
+TEST_CASE(ClientsHaveTheRightsThatTheyAskedFor)
+{
+    OrvSharedMemoryServer server;
+    CHECK_EQUAL(server.Create(kPage, kId, OrvBasSyncSession, nullptr), ORV_S_OK);
+    OrvSharedMemoryClient reader;
+    CHECK_EQUAL(reader.Open(kId, OrvBasSyncSession, OrvAccessRead), ORV_S_OK);
+    OrvSharedMemoryView view;
+    CHECK_EQUAL(view.Attach(reader, 0, 0), ORV_E_ACCESS_DENIED);
+    CHECK(!view.GetPointer());
+    CHECK_EQUAL(view.Attach(reader, 0, 0, true), ORV_S_OK);
+
+    OrvSharedMemoryClient connected;
+    CHECK_EQUAL(connected.Connect(server), ORV_S_OK);
+    void *const shown = view.GetPointer();
+    const struct {
+        int64_t offset;
+        uint32_t size;
+    } refused[] = {
+        {1, 0}, {-1, 0}, {-0x10000, 1}, {kGranularity, 0}, {0, 2 * kPage}, {0x7FFFFFFFFFFF0000, 0}};
+    for (const auto &c : refused) {
+        test::Note("offset", c.offset);
+        CHECK(OrvFailed(view.Attach(connected, c.offset, c.size)));
+        CHECK(view.GetPointer() == shown && SizeOf(view) == kPage);
+    }
+    CHECK_EQUAL(view.Attach(connected, 0, 0), ORV_S_OK);
+    MEMORY_BASIC_INFORMATION information = {};
+    CHECK_EQUAL(NtQueryVirtualMemory(NtCurrentProcess(), view.GetPointer(), 0, &information,
+                                     sizeof information, nullptr),
+                0);
+    CHECK_EQUAL(information.Protect, PAGE_READONLY);
+}
+
+TEST_CASE(UnnamedSectionsAreTheirOwn)
+{
+    OrvSharedMemoryServer a;
+    OrvSharedMemoryServer b;
+    CHECK_EQUAL(a.Create(1, 0, OrvBasSyncSession, nullptr), ORV_S_OK);
+    CHECK_EQUAL(b.Create(1, 0, OrvBasSyncSession, nullptr), ORV_S_OK);
+    OrvSharedMemoryClient client;
+    CHECK(OrvFailed(client.Open(0, OrvBasSyncSession, OrvAccessRead)));
+    CHECK_EQUAL(client.Open(kId, OrvBasSyncProcess, OrvAccessRead), ORV_E_NOT_PROVIDED);
+    CHECK_EQUAL(a.Create(0, 0, OrvBasSyncSession, nullptr), ORV_E_INVALID_ARGUMENT);
+    CHECK(!a.IsInitialized());
+    OrvSharedMemoryView view;
+    CHECK_EQUAL(view.Attach(a, 0, 0), ORV_E_INVALID_HANDLE);
+    CHECK_EQUAL(client.Connect(a), ORV_E_INVALID_HANDLE);
+    CHECK(!client.IsInitialized());
+}
+
+TEST_CASE(HeapRangesLieWithinTheBlock)
+{
+    OrvSharedMemoryServer server;
+    CHECK_EQUAL(server.Create(100, kId, OrvBasSyncProcess, nullptr), ORV_S_OK);
+    CHECK(server.IsStorageHeap());
+    OrvSharedMemoryView whole;
+    CHECK_EQUAL(whole.Attach(server, 0, 0), ORV_S_OK);
+    const struct {
+        int64_t offset;
+        uint32_t size;
+        uint32_t shown; ///< 0: refused
+    } cases[] = {
+        {0, 0, 100}, {0, 100, 100}, {0, 101, 0}, {99, 0, 1},          {99, 1, 1},          {99, 2, 0},
+        {100, 0, 0}, {100, 1, 0},   {-1, 0, 0},  {-1, 1, 0},          {50, 0xFFFFFFFF, 0}, {1, 0xFFFFFFFF, 0},
+        {40, 7, 7},  {101, 0, 0},   {1, 100, 0}, {0x100000000, 1, 0}, {INT64_MIN, 1, 0},   {INT64_MAX, 1, 0},
+    };
+    OrvSharedMemoryView view;
+    uint32_t lastSize = 0;
+    for (const auto &c : cases) {
+        test::Note("case", &c - cases);
+        CHECK_EQUAL(view.Attach(server, c.offset, c.size), c.shown ? ORV_S_OK : ORV_E_END_OF_DATA);
+        if (c.shown) {
+            CHECK(BytesOf(view) == BytesOf(whole) + c.offset);
+            lastSize = c.shown;
+        }
+        CHECK_EQUAL(SizeOf(view), lastSize);
+    }
+    CHECK_EQUAL(view.Detach(), ORV_S_OK);
+    CHECK(!view.GetPointer() && SizeOf(view) == lastSize);
+
+    CHECK_EQUAL(server.Create(0, kId, OrvBasSyncProcess, nullptr), ORV_S_OK);
+    CHECK(server.IsInitialized());
+    CHECK_EQUAL(view.Attach(server, 0, 0), ORV_E_END_OF_DATA);
+}
+
+TEST_CASE(HeapBlockLivesAsLongAsItsLastHolder)
+{
+    const auto heap = NtCurrentPeb()->ProcessHeap;
+    OrvSharedMemoryServer server;
+    OrvSharedMemoryClient first;
+    OrvSharedMemoryClient second;
+    CHECK_EQUAL(server.Create(4, kId, OrvBasSyncProcess, nullptr), ORV_S_OK);
+    CHECK_EQUAL(first.Connect(server), ORV_S_OK);
+    CHECK_EQUAL(second.Connect(server), ORV_S_OK);
+    OrvSharedMemoryView view;
+    CHECK_EQUAL(view.Attach(server, 0, 0), ORV_S_OK);
+    BytesOf(view)[3] = 'h';
+    const auto block = BytesOf(view) - 8;
+    CHECK_EQUAL(server.Destroy(), ORV_S_OK);
+    CHECK_EQUAL(first.Close(), ORV_S_OK);
+    CHECK_EQUAL(view.Attach(second, 3, 1), ORV_S_OK);
+    CHECK_EQUAL(BytesOf(view)[0], 'h');
+    CHECK(RtlValidateHeap(heap, 0, block));
+    CHECK_EQUAL(second.Connect(server), ORV_E_INVALID_HANDLE); // the last holder closes first
+    CHECK(!RtlValidateHeap(heap, 0, block));
+    CHECK_EQUAL(server.Create(0xFFFFFFFF, kId, OrvBasSyncProcess, nullptr), ORV_E_OUT_OF_MEMORY);
+    const test::RefusingHeap refusing;
+    CHECK_EQUAL(server.Create(4, kId, OrvBasSyncProcess, nullptr), ORV_E_OUT_OF_MEMORY);
+    CHECK(!server.IsInitialized());
+}
