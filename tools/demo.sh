@@ -113,6 +113,44 @@ mutex_is_abandoned() {
         'the owner is killed, and the next one gets it with 0x60010003'
 }
 
+memory_is_shared() {
+    printf 'Shared memory of two processes that both add to one number, guarded by a named mutex:\n'
+    start server shm serve 0xDE30 --size 4096 --hold 60000
+    local server=$started
+    until_said server create:
+    start one shm count 0xDE30 --times 1000000 --mutex OrvDemoSum
+    local one=$started
+    start two shm count 0xDE30 --times 1000000 --mutex OrvDemoSum
+    local two=$started
+    ended "$one" 0
+    ended "$two" 0
+    runs sum 0 shm read 0xDE30 --size 8
+    if [ "$(od -An -tu8 "$work/sum" | tr -d ' ')" = 2000000 ]; then
+        printf '  each added a million, and the sum is 2000000\n'
+    else
+        differs "the sum is $(od -An -tu8 "$work/sum")"
+    fi
+    kill -9 "$server"
+    wait "$server" 2>/dev/null || true
+}
+
+lock_file_excludes() { # lock_file_excludes WORDS OPTION...
+    local words=$1 holder
+    shift
+    printf 'A file locked by its %s:\n' "$words"
+    start holder lock "$@" "$work/demo.lock" -- "$tool" event create OrvDemoLocked --hold 60000
+    holder=$started
+    until_said holder create:
+    runs refused 3 lock "$@" --timeout 300 "$work/demo.lock" -- "$tool" number 17
+    grep -q 0x11 "$work/refused" && differs 'the command ran all the same'
+    printf '  a second process is kept out and ends with exit code 3\n'
+    start heir lock "$@" --timeout 20000 "$work/demo.lock" -- "$tool" number 17
+    kill -9 "$holder"
+    wait "$holder" 2>/dev/null || true
+    ended "$started" 0
+    said heir '17 0x11' 'the first one is killed, and the next one gets the lock'
+}
+
 # holds FILE FILE WORDS: both have the same bytes; then say what it means.
 holds() {
     if [ -s "$1" ] && cmp -s "$1" "$2"; then
@@ -172,6 +210,9 @@ events_meet session
 events_meet global
 semaphore_counts
 mutex_is_abandoned
+memory_is_shared
+lock_file_excludes mutex
+lock_file_excludes 'reader/writer lock' --exclusive
 
 if [ "$differences" -gt 0 ]; then
     printf '%s differences\n' "$differences"

@@ -326,7 +326,32 @@ is 2 '' "orvtool time: the value is not of the form that --from says: '5D75:+1'.
     time convert 5D75:+1 --from dos
 is 2 '' "orvtool time: there is no form 'x'. $(see time)" time convert 1 --to x
 
-for command in base64 bunzip2 bzip2 convert deflate guid hash inflate match number random time xml; do
+is 0 '' '17 0x11\n' lock "$work/lock" -- "$tool" number 17
+is 1 '' 'orvtool number: this is no number at offset 0: '"'"'a b"c\\\\'"'"'\n' \
+    lock -x "$work/lock" -- "$tool" number 'a b"c\\' # quoted on its way
+is 3 '' "orvtool lock: locking '$work/lock' failed: 0xA0010004 (ORV_W_TIMEOUT)\n" \
+    lock -x "$work/lock" -- "$tool" lock -s --timeout 50 "$work/lock" -- "$tool" number 17
+is 0 '' '17 0x11\n' lock -s "$work/lock" "$tool" lock --timeout=50 -s "$work/lock" -- "$tool" number 17
+is 3 '' "orvtool lock: locking '$work/lock' failed: 0xA0010004 (ORV_W_TIMEOUT)\n" \
+    lock "$work/lock" -- "$tool" lock --timeout 50 "$work/lock" -- "$tool" number 17
+is 1 '' "orvtool lock: starting the command failed: 0xE001003D (ORV_E_FILE_NOT_FOUND)\n" lock "$work/lock" none
+is 2 '' "orvtool lock: a command is missing behind --. $(see lock)" lock "$work/lock" --
+is 2 '' "orvtool lock: --timeout wants milliseconds, not 'x'. $(see lock)" lock --timeout x "$work/lock"
+
+is 1 '' 'orvtool shm: opening the memory failed: 0xE001003D (ORV_E_FILE_NOT_FOUND)\n' shm read 0x7E57
+ORV_RUN_SECONDS=60 "$root/tools/run_wine.sh" "$tool" shm serve 0x7E57 --size 5000 --hold 60000 >"$work/server" 2>/dev/null &
+until grep -q create "$work/server"; do sleep 0.1; done
+is 0 abc '3\n' shm write 0x7E57 --offset 4000
+is 0 '' 'abc' shm read 0x7E57 --offset 4000 --size 3
+is 1 abc 'orvtool shm: the input goes on behind the 2 bytes that were written\n' shm write 0x7E57 --size 2
+is 1 '' 'orvtool shm: the memory has 8192 bytes, in whole pages\n' shm read 0x7E57 --offset 8192 --size 1
+is 0 '' '1000\n' shm count 0x7E57 --offset 8 --times 1000
+is 2 '' "orvtool shm: the number must stand at a multiple of 8. $(see shm)" shm count 0x7E57 --offset 4
+is 2 '' "orvtool shm: one ID, a number from 1 to 0xFFFFFFFF, is wanted, not '0'. $(see shm)" shm read 0
+kill %1
+wait
+
+for command in base64 bunzip2 bzip2 convert deflate guid hash inflate lock match number random shm time xml; do
     like 0 "Usage: orvtool $command .*" $command --help
 done
 

@@ -27,6 +27,8 @@ extern const Command kResultCommand;
 extern const Command kEventCommand;
 extern const Command kMutexCommand;
 extern const Command kSemaphoreCommand;
+extern const Command kLockCommand;
+extern const Command kShmCommand;
 extern const Command kBase64Command;
 extern const Command kGuidCommand;
 extern const Command kMatchCommand;

@@ -43,7 +43,30 @@ constexpr ULONG FileStandardInformation = 5;
 constexpr ACCESS_MASK FILE_GENERIC_READ = 0x120089;
 constexpr ULONG FILE_NON_DIRECTORY_FILE = 0x40;
 
+constexpr ULONG ProcessBasicInformation = 0;
 constexpr ULONG ProcessHandleCount = 20;
+
+struct PROCESS_BASIC_INFORMATION {
+    NTSTATUS ExitStatus;
+    PEB *PebBaseAddress;
+    ULONG AffinityMask;
+    LONG BasePriority;
+    ULONG UniqueProcessId;
+    ULONG InheritedFromUniqueProcessId;
+};
+
+struct _STARTUPINFOW {
+    ULONG cb;
+    PVOID Reserved[16]; ///< all zeros: the new process has the streams of this one
+};
+static_assert(sizeof(_STARTUPINFOW) == 68);
+
+struct _PROCESS_INFORMATION {
+    HANDLE hProcess;
+    HANDLE hThread;
+    ULONG dwProcessId;
+    ULONG dwThreadId;
+};
 
 struct MEMORY_BASIC_INFORMATION {
     PVOID BaseAddress;

@@ -1,0 +1,136 @@
+// orvtool lock: a command that runs while a file is locked.
+
+#include "child_process.h"
+#include "command.h"
+
+#include "orv/fs/lock_file.h"
+#include "orv/fs/lock_file_resource.h"
+#include "orv/runtime/result.h"
+
+namespace orvtool
+{
+
+namespace
+{
+
+enum class Kind { Mutex, Shared, Exclusive };
+
+struct Options {
+    const wchar_t *path = nullptr;
+    Kind kind = Kind::Mutex;
+    int timeoutMs = -1;
+};
+
+ExitCode ReadOptions(const Command &command, Console &console, ArgumentReader &arguments, Options &options)
+{
+    while (arguments.IsAtOption()) {
+        const wchar_t *value = nullptr;
+        const wchar_t *const shown = arguments.Peek();
+        if (arguments.TakeOption(L"--shared", L"-s")) {
+            options.kind = Kind::Shared;
+        } else if (arguments.TakeOption(L"--exclusive", L"-x")) {
+            options.kind = Kind::Exclusive;
+        } else if (arguments.TakeValueOption(L"--timeout", value)) {
+            uint32_t number = 0;
+            if (!value || *value == L'-' || !ParseNumber(value, number) || number > INT32_MAX)
+                return UsageError(command, console, L"--timeout wants milliseconds, not",
+                                  value ? value : L"");
+            options.timeoutMs = static_cast<int>(number);
+        } else {
+            return UsageError(command, console, L"there is no option", shown);
+        }
+    }
+    return kExitSuccess;
+}
+
+/// Whatever locks the file; it is let go of at the end of the program.
+class Lock
+{
+public:
+    OrvResult Take(const Options &options)
+    {
+        const bool exclusive = options.kind == Kind::Exclusive;
+        // Opening is what makes the file, whichever kind of lock is wanted.
+        OrvResult result = resource_.OpenOrCreate(options.path, nullptr, exclusive);
+        if (OrvFailed(result))
+            return result;
+        if (options.kind == Kind::Mutex) {
+            result = mutex_.Create(options.path, false);
+            return OrvSucceeded(result) ? mutex_.Acquire(options.timeoutMs) : result;
+        }
+        return exclusive ? resource_.AcquireExclusive(options.timeoutMs)
+                         : resource_.AcquireShared(options.timeoutMs);
+    }
+
+    void Release(Kind kind)
+    {
+        if (kind == Kind::Mutex)
+            mutex_.Release();
+        else
+            resource_.Release();
+    }
+
+private:
+    OrvBasWinLockFileResource resource_;
+    OrvBasWinLockFile mutex_;
+};
+
+ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments)
+{
+    Options options;
+    ExitCode usage = ReadOptions(command, console, arguments, options);
+    if (usage != kExitSuccess)
+        return usage;
+    options.path = arguments.Take();
+    if (!options.path)
+        return UsageError(command, console, L"FILE is missing", nullptr);
+    usage = ReadOptions(command, console, arguments, options);
+    if (usage != kExitSuccess)
+        return usage;
+
+    OrvUtf16CharHeapBuffer line;
+    while (const wchar_t *const argument = arguments.Take()) {
+        const OrvResult result = AppendArgument(line, argument);
+        if (OrvFailed(result))
+            return ReportFailure(command, console, L"reading the command", result);
+    }
+    if (line.IsEmpty())
+        return UsageError(command, console, L"a command is missing behind --", nullptr);
+
+    Lock lock;
+    OrvResult result = lock.Take(options);
+    if (OrvFailed(result))
+        return ReportFailure(command, console, L"locking", result, options.path);
+    int exitCode = 0;
+    result = RunProcess(line, exitCode);
+    lock.Release(options.kind);
+    if (OrvFailed(result))
+        return ReportFailure(command, console, L"starting the command", result);
+    return static_cast<ExitCode>(exitCode);
+}
+
+} // namespace
+
+const Command kLockCommand = {
+    L"lock",
+    L"runs a command while a file is locked",
+    L"Usage: orvtool lock [OPTION...] FILE [--] COMMAND [ARGUMENT...]\n"
+    L"\n"
+    L"Waits until no other process has locked FILE, which is made when it does not exist, runs COMMAND, and "
+    L"lets\n"
+    L"go of the lock when that has ended. The file's contents are not touched. The exit code is that of "
+    L"COMMAND.\n"
+    L"\n"
+    L"  -s, --shared     lock out only those who lock it exclusively\n"
+    L"  -x, --exclusive  lock out those who lock it shared or exclusively\n"
+    L"  --timeout MS     wait no longer than that, and end with exit code 3 then (for ever)\n"
+    L"\n"
+    L"Without -s and -x it is the mutex of the file, whatever path leads to it, on this machine. With one of "
+    L"them\n"
+    L"it is a byte-range lock, which other programs and machines that share the file respect; such locks and "
+    L"the\n"
+    L"mutex do not see each other.\n",
+    Run,
+};
+
+} // namespace orvtool
