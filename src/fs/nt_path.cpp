@@ -1,6 +1,6 @@
 #include "fs/nt_path.h"
 
-#include "orv/runtime/result.h"
+#include "orv/fs/dos_path.h"
 
 namespace detail
 {
@@ -13,9 +13,7 @@ NtPath::~NtPath()
 
 OrvResult NtPath::Build(const WCHAR *path)
 {
-    if (!path || !*path)
-        return ORV_E_INVALID_ARGUMENT;
-    return RtlDosPathNameToNtPathName_U(path, &native_, nullptr, nullptr) ? ORV_S_OK : ORV_E_NOT_PRODUCED;
+    return OrvNtdll_RtlDosPathNameToNtPathName_U_EliminateDosDevice(path, &native_);
 }
 
 } // namespace detail

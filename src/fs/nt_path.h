@@ -8,7 +8,8 @@
 namespace detail
 {
 
-/// Owns the native form of a path, which the platform makes against the current directory.
+/// Owns the native form of a path, which the platform makes against the current directory. No name in it is a
+/// device's.
 class NtPath
 {
 public:
@@ -17,8 +18,8 @@ public:
     NtPath &operator=(const NtPath &) = delete;
     ~NtPath();
 
-    /// Makes the native form of a terminated path; an object makes one. Returns 0, ORV_E_INVALID_ARGUMENT for
-    /// a null or empty path, or ORV_E_NOT_PRODUCED when the platform makes none.
+    /// Makes the native form of a terminated path; an object makes one. Returns 0, or as
+    /// OrvNtdll_RtlDosPathNameToNtPathName_U_EliminateDosDevice.
     OrvResult Build(const WCHAR *path);
 
     /// Attributes to open the path with, in any letter case. They refer to this object.

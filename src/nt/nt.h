@@ -50,10 +50,12 @@ constexpr NTSTATUS STATUS_TIMEOUT = 0x102;
 constexpr NTSTATUS STATUS_PENDING = 0x103;
 constexpr NTSTATUS STATUS_OBJECT_NAME_EXISTS = 0x40000000;
 constexpr NTSTATUS STATUS_BUFFER_OVERFLOW = static_cast<NTSTATUS>(0x80000005);
+constexpr NTSTATUS STATUS_NO_MORE_FILES = static_cast<NTSTATUS>(0x80000006);
 constexpr NTSTATUS STATUS_NOT_IMPLEMENTED = static_cast<NTSTATUS>(0xC0000002);
 constexpr NTSTATUS STATUS_INVALID_HANDLE = static_cast<NTSTATUS>(0xC0000008);
 constexpr NTSTATUS STATUS_INVALID_PARAMETER = static_cast<NTSTATUS>(0xC000000D);
 constexpr NTSTATUS STATUS_END_OF_FILE = static_cast<NTSTATUS>(0xC0000011);
+constexpr NTSTATUS STATUS_BUFFER_TOO_SMALL = static_cast<NTSTATUS>(0xC0000023);
 constexpr NTSTATUS STATUS_OBJECT_NAME_INVALID = static_cast<NTSTATUS>(0xC0000033);
 constexpr NTSTATUS STATUS_OBJECT_NAME_NOT_FOUND = static_cast<NTSTATUS>(0xC0000034);
 constexpr NTSTATUS STATUS_OBJECT_PATH_NOT_FOUND = static_cast<NTSTATUS>(0xC000003A);
@@ -157,6 +159,7 @@ typedef _CLIENT_ID CLIENT_ID;
 // Devices and files.
 
 constexpr ACCESS_MASK FILE_READ_DATA = 0x0001;
+constexpr ACCESS_MASK FILE_LIST_DIRECTORY = 0x0001;
 constexpr ACCESS_MASK FILE_READ_ATTRIBUTES = 0x0080;
 constexpr ACCESS_MASK GENERIC_READ = 0x80000000;
 constexpr ACCESS_MASK GENERIC_WRITE = 0x40000000;
@@ -165,13 +168,33 @@ constexpr ULONG FILE_SHARE_WRITE = 0x2;
 constexpr ULONG FILE_SHARE_ALL = 0x7; ///< to read, to write and to delete
 constexpr ULONG FILE_OPEN = 1;
 constexpr ULONG FILE_OPEN_IF = 3;
+constexpr ULONG FILE_DIRECTORY_FILE = 0x1;
 constexpr ULONG FILE_SYNCHRONOUS_IO_NONALERT = 0x20;
 constexpr ULONG FILE_OPEN_FOR_BACKUP_INTENT = 0x4000;
 constexpr ULONG FILE_ATTRIBUTE_NORMAL = 0x80;
 
+constexpr ULONG FileBothDirectoryInformation = 3;
 constexpr ULONG FileInternalInformation = 6;
 constexpr ULONG FileIdInformation = 59;
 constexpr ULONG FileFsVolumeInformation = 1;
+
+struct FILE_BOTH_DIR_INFORMATION {
+    ULONG NextEntryOffset;
+    ULONG FileIndex;
+    LONGLONG CreationTime;
+    LONGLONG LastAccessTime;
+    LONGLONG LastWriteTime;
+    LONGLONG ChangeTime;
+    LONGLONG EndOfFile;
+    LONGLONG AllocationSize;
+    ULONG FileAttributes;
+    ULONG FileNameLength; ///< in bytes, as the other lengths
+    ULONG EaSize;
+    char ShortNameLength;
+    WCHAR ShortName[12];
+    WCHAR FileName[1];
+};
+static_assert(offsetof(FILE_BOTH_DIR_INFORMATION, FileName) == 94);
 
 struct FILE_INTERNAL_INFORMATION {
     ULONGLONG IndexNumber;
@@ -487,7 +510,21 @@ NTSYSAPI NTSTATUS NTAPI NtQueryVolumeInformationFile(HANDLE file, IO_STATUS_BLOC
 NTSYSAPI NTSTATUS NTAPI NtQueryInformationFile(HANDLE file, IO_STATUS_BLOCK *status, PVOID information,
                                                ULONG size, ULONG informationClass);
 
-// Paths. What the platform makes is freed with RtlFreeUnicodeString.
+NTSYSAPI NTSTATUS NTAPI ZwQueryDirectoryFile(HANDLE file, HANDLE event, PVOID routine, PVOID context,
+                                             IO_STATUS_BLOCK *status, PVOID information, ULONG size,
+                                             ULONG informationClass, BOOLEAN singleEntry,
+                                             const UNICODE_STRING *pattern, BOOLEAN restart);
+
+// Paths and the environment. What the platform makes is freed with RtlFreeUnicodeString; sizes are in bytes.
+// A null environment is the process's.
+
+NTSYSAPI ULONG NTAPI RtlGetFullPathName_U(const WCHAR *path, ULONG size, WCHAR *fullPath, WCHAR **filePart);
+NTSYSAPI ULONG NTAPI RtlGetCurrentDirectory_U(ULONG size, WCHAR *directory);
+NTSYSAPI BOOLEAN NTAPI RtlCreateUnicodeString(UNICODE_STRING *copy, const WCHAR *source);
+NTSYSAPI NTSTATUS NTAPI RtlQueryEnvironmentVariable_U(const WCHAR *environment, const UNICODE_STRING *name,
+                                                      UNICODE_STRING *value);
+NTSYSAPI NTSTATUS NTAPI RtlExpandEnvironmentStrings_U(const WCHAR *environment, const UNICODE_STRING *source,
+                                                      UNICODE_STRING *target, ULONG *needed);
 
 NTSYSAPI BOOLEAN NTAPI RtlDosPathNameToNtPathName_U(const WCHAR *path, UNICODE_STRING *nativePath,
                                                     WCHAR **filePart, PVOID relative);

@@ -137,6 +137,9 @@ NTSYSAPI NTSTATUS NTAPI NtCreateFile(HANDLE *handle, ACCESS_MASK access, const O
                                      IO_STATUS_BLOCK *status, const LONGLONG *allocationSize,
                                      ULONG fileAttributes, ULONG share, ULONG disposition, ULONG options,
                                      PVOID extended, ULONG extendedSize);
+NTSYSAPI NTSTATUS NTAPI RtlSetCurrentDirectory_U(const UNICODE_STRING *directory);
+NTSYSAPI NTSTATUS NTAPI RtlSetEnvironmentVariable(WCHAR **environment, const UNICODE_STRING *name,
+                                                  const UNICODE_STRING *value);
 NTSYSAPI NTSTATUS NTAPI NtDeleteFile(const OBJECT_ATTRIBUTES *attributes);
 NTSYSAPI NTSTATUS NTAPI NtQueryInformationProcess(HANDLE process, ULONG informationClass, PVOID information,
                                                   ULONG size, ULONG *returnedSize);

@@ -1,0 +1,41 @@
+// From DOS paths to the paths of the native interface, and environment variables in texts.
+//
+// The forms that end in _T give a text of the library, those that end in _U a counted string of the platform.
+// "EliminateDosDevice" means that a name such as "CON" is a file's, not a device's.
+
+#pragma once
+
+#include "orv/base.h"
+#include "orv/text/heap_buffer.h"
+
+struct _UNICODE_STRING;
+
+/// Whether a path is one of the native interface: it starts with "\??\", "\Device\", "\DosDevices\" or
+/// "\GLOBAL??\", in any letter case.
+ORV_API bool OrvWinIsNtFilePath(const wchar_t *path, uint32_t length = OrvTerminated);
+
+/// Makes the native path of a DOS path (terminated), which the platform completes with the current directory.
+///
+/// Returns 0; ORV_E_INVALID_ARGUMENT for a null or empty path; ORV_E_NOT_PRODUCED when the platform makes
+/// none; ORV_E_OUT_OF_MEMORY. On failure the buffer is as it was.
+ORV_API OrvResult OrvNtdll_RtlDosPathNameToNtPathName_T(const wchar_t *dosPath,
+                                                        OrvUtf16CharHeapBuffer &ntPath);
+
+/// The same, no name in the path being taken for a device's. A path of the native interface stays as it is.
+///
+/// Returns as the other form, and as OrvBasPath::WinEliminateDosDeviceAliasPath.
+ORV_API OrvResult OrvNtdll_RtlDosPathNameToNtPathName_T_EliminateDosDevice(const wchar_t *dosPath,
+                                                                           OrvUtf16CharHeapBuffer &ntPath);
+
+/// The same into a counted string, whose buffer is allocated: RtlFreeUnicodeString frees it. What the string
+/// held before is not freed.
+ORV_API OrvResult OrvNtdll_RtlDosPathNameToNtPathName_U_EliminateDosDevice(const wchar_t *dosPath,
+                                                                           _UNICODE_STRING *ntPath);
+
+/// Replaces each "%NAME%" by the value of the process's variable of that name; one that is not set stays as
+/// it is. `source` is terminated and may stand in the buffer.
+///
+/// Returns 0; ORV_E_INVALID_ARGUMENT for a text of more than 32,766 characters; ORV_E_OUT_OF_MEMORY;
+/// otherwise the converted status, ORV_E_BUFFER_TOO_SMALL when a value grew meanwhile or the result has more
+/// than 32,766 characters. On failure the buffer is as it was.
+ORV_API OrvResult OrvNtdll_RtlExpandEnvironmentStrings_T(const wchar_t *source, OrvUtf16CharHeapBuffer &out);

@@ -1,0 +1,175 @@
+// Paths with each of their names as the file system has it.
+
+#include "fs/directory_enumerator.h"
+#include "fs/path_text.h"
+
+namespace
+{
+
+using detail::DirectoryEntry;
+using detail::DirectoryEnumerator;
+using detail::PathPieces;
+using detail::PathText;
+using detail::WritePath;
+
+enum class Names { Normalized, Long, Alternate };
+
+bool Separates(wchar_t character, Names names)
+{
+    return character == L'\\' || (character == L'/' && names != Names::Normalized);
+}
+
+bool IsDots(const PathText &name)
+{
+    return name[0] == L'.' && (name.length == 1 || (name.length == 2 && name[1] == L'.'));
+}
+
+/// At most eight characters, or as many before the last "." and three behind it.
+bool CouldBeShortName(const PathText &name)
+{
+    constexpr uint32_t kLongestBase = 8;
+    constexpr uint32_t kLongestExtension = 3;
+    if (name.length <= kLongestBase)
+        return true;
+    if (name.length > kLongestBase + 1 + kLongestExtension)
+        return false;
+    for (uint32_t i = name.length; i > 0; i--) {
+        if (name[i - 1] == L'.')
+            return i - 1 <= kLongestBase && name.length - i <= kLongestExtension;
+    }
+    return false;
+}
+
+bool HasWildcard(const PathText &name)
+{
+    for (uint32_t i = 0; i < name.length; i++) {
+        if (name[i] == L'*' || name[i] == L'?')
+            return true;
+    }
+    return false;
+}
+
+/// Appends the name that the last component of `path` has in the file system.
+OrvResult AppendFoundName(const PathText &path, bool alternate, OrvUtf16CharHeapBuffer &out)
+{
+    DirectoryEnumerator enumerator;
+    DirectoryEntry entry;
+    OrvResult result = enumerator.Open(path);
+    if (OrvSucceeded(result))
+        result = enumerator.Next(entry);
+    if (OrvFailed(result))
+        return result;
+    const PathText &name = alternate && !entry.shortName.IsEmpty() ? entry.shortName : entry.name;
+    return out.Append(name.characters, name.length);
+}
+
+/// Appends the component, the last of `path`.
+OrvResult AppendName(const PathText &path, const PathText &component, Names names,
+                     OrvUtf16CharHeapBuffer &out)
+{
+    if (!IsDots(component)) {
+        if (names == Names::Normalized) {
+            if (CouldBeShortName(component) && OrvSucceeded(AppendFoundName(path, false, out)))
+                return 0;
+        } else {
+            if (HasWildcard(component))
+                return ORV_E_INVALID_NAME; // it would find some name or other
+            return AppendFoundName(path, names == Names::Alternate, out);
+        }
+    }
+    return out.Append(component.characters, component.length);
+}
+
+OrvResult BuildPath(const PathText &path, Names names, OrvUtf16CharHeapBuffer &out)
+{
+    constexpr uint32_t kRoomForLongerNames = 64;
+    if (path.IsEmpty())
+        return ORV_E_INVALID_ARGUMENT;
+    const uint32_t rootLength = OrvBasPath::GetPathRootLength(path.characters, path.length);
+    OrvResult result = path.length < OrvTerminated - 1 - kRoomForLongerNames
+                           ? out.ReserveElements(path.length + kRoomForLongerNames)
+                           : ORV_E_OUT_OF_MEMORY;
+    if (OrvSucceeded(result) && rootLength)
+        result = out.Append(path.characters, rootLength);
+    for (uint32_t position = rootLength; OrvSucceeded(result) && position < path.length;) {
+        if (Separates(path[position], names)) {
+            const wchar_t last = out.IsEmpty() ? L'\\' : out[out.GetInternal().length - 1];
+            if (!Separates(last, names))
+                result = out.Append(L'\\');
+            position++;
+            continue;
+        }
+        uint32_t end = position;
+        while (end < path.length && !Separates(path[end], names))
+            end++;
+        result = AppendName(path.UpTo(end), path.UpTo(end).From(position), names, out);
+        position = end;
+    }
+    return result;
+}
+
+template <typename Out, typename... Required>
+OrvResult NamedPath(Out &out, const PathText &path, Names names, Required... required)
+{
+    OrvUtf16CharHeapBuffer built;
+    const OrvResult result = BuildPath(path, names, built);
+    if (OrvFailed(result))
+        return result;
+    return WritePath(out, PathPieces(PathText(built.GetValue(), built.GetInternal().length)), required...);
+}
+
+} // namespace
+
+namespace OrvBasPath
+{
+
+OrvResult GetNormalizedPath(_ORV_UTF16CHAR_STR &out, const wchar_t *path, uint32_t length,
+                            unsigned int *required)
+{
+    return NamedPath(out, PathText(path, length), Names::Normalized, required);
+}
+
+OrvResult GetNormalizedPath(OrvUtf16CharHeapBuffer &out, const wchar_t *path, uint32_t length)
+{
+    return NamedPath(out, PathText(path, length), Names::Normalized);
+}
+
+OrvResult GetNormalizedPath(const OrvMutableStringRefBase2<wchar_t> &out,
+                            const OrvStringRefBase<wchar_t> &path)
+{
+    return NamedPath(out, PathText(path), Names::Normalized);
+}
+
+OrvResult GetLongPath(_ORV_UTF16CHAR_STR &out, const wchar_t *path, uint32_t length, unsigned int *required)
+{
+    return NamedPath(out, PathText(path, length), Names::Long, required);
+}
+
+OrvResult GetLongPath(OrvUtf16CharHeapBuffer &out, const wchar_t *path, uint32_t length)
+{
+    return NamedPath(out, PathText(path, length), Names::Long);
+}
+
+OrvResult GetLongPath(const OrvMutableStringRefBase2<wchar_t> &out, const OrvStringRefBase<wchar_t> &path)
+{
+    return NamedPath(out, PathText(path), Names::Long);
+}
+
+OrvResult GetAlternatePath(_ORV_UTF16CHAR_STR &out, const wchar_t *path, uint32_t length,
+                           unsigned int *required)
+{
+    return NamedPath(out, PathText(path, length), Names::Alternate, required);
+}
+
+OrvResult GetAlternatePath(OrvUtf16CharHeapBuffer &out, const wchar_t *path, uint32_t length)
+{
+    return NamedPath(out, PathText(path, length), Names::Alternate);
+}
+
+OrvResult GetAlternatePath(const OrvMutableStringRefBase2<wchar_t> &out,
+                           const OrvStringRefBase<wchar_t> &path)
+{
+    return NamedPath(out, PathText(path), Names::Alternate);
+}
+
+} // namespace OrvBasPath

@@ -1,0 +1,310 @@
+// Paths that the platform has to be asked about.
+
+#include "orv/fs/dos_path.h"
+#include "orv/fs/path.h"
+
+#include "fs/path_forms.h"
+#include "fs/test_file.h"
+#include "text/texts.h"
+
+namespace
+{
+
+using namespace OrvBasPath;
+typedef OrvMutableStringRefBase2<wchar_t> Reference;
+
+typedef OrvResult (*Naming)(OrvUtf16CharHeapBuffer &, const wchar_t *, uint32_t);
+
+/// Sets the current directory, and takes it back.
+class CurrentDirectory
+{
+public:
+    explicit CurrentDirectory(const wchar_t *path)
+    {
+        RtlGetCurrentDirectory_U(sizeof before_, before_);
+        Set(path);
+    }
+    CurrentDirectory(const CurrentDirectory &) = delete;
+    CurrentDirectory &operator=(const CurrentDirectory &) = delete;
+    ~CurrentDirectory() { Set(before_); }
+
+private:
+    static void Set(const wchar_t *path)
+    {
+        UNICODE_STRING counted;
+        RtlInitUnicodeString(&counted, path);
+        CHECK_EQUAL(RtlSetCurrentDirectory_U(&counted), 0);
+    }
+
+    wchar_t before_[300];
+};
+
+void SetVariable(const wchar_t *name, const wchar_t *value)
+{
+    UNICODE_STRING countedName;
+    UNICODE_STRING countedValue;
+    RtlInitUnicodeString(&countedName, name);
+    RtlInitUnicodeString(&countedValue, value);
+    RtlSetEnvironmentVariable(nullptr, &countedName, value ? &countedValue : nullptr);
+}
+
+void CheckFullPath(const wchar_t *path, const wchar_t *expected)
+{
+    test::CheckForms(
+        expected, 0,
+        [&](_ORV_UTF16CHAR_STR &out, unsigned int *required) {
+            return GetFullPath(out, path, OrvTerminated, required);
+        },
+        [&](OrvUtf16CharHeapBuffer &out) { return GetFullPath(out, path); },
+        [&](const Reference &out) { return GetFullPath(out, path); });
+}
+
+/// A path of so many characters: "C:\aaaa...".
+void MakeLong(OrvUtf16CharHeapBuffer &path, uint32_t length)
+{
+    path.Resize(length);
+    for (uint32_t i = 0; i < length; i++)
+        path[i] = i < 3 ? L"C:\\"[i] : i % 200 == 199 ? L'\\' : L'a';
+}
+
+} // namespace
+
+TEST_CASE(FullPathsAreThePlatforms)
+{
+    const CurrentDirectory directory(L"C:\\windows");
+    CheckFullPath(L"a/../b\\.\\c", L"C:\\windows\\b\\c");
+    CheckFullPath(L"\\x", L"C:\\x");
+    test::Generator generator;
+    const wchar_t alphabet[] = L"C:\\/.a ?";
+    for (uint32_t i = 0; i < 3000; i++) {
+        test::Note("path", i);
+        wchar_t path[16] = {};
+        const uint32_t length = generator.Below(13);
+        for (uint32_t k = 0; k < length; k++)
+            path[k] = alphabet[generator.Below(8)];
+        wchar_t expected[600];
+        const uint32_t count = RtlGetFullPathName_U(path, sizeof expected, expected, nullptr) / 2;
+        wchar_t array[600];
+        _ORV_UTF16CHAR_STR out = {0, 600, array};
+        const wchar_t *const unterminated = test::GuardedCopy(path, length);
+        CHECK_EQUAL(GetFullPath(out, unterminated, length), count ? ORV_S_OK : ORV_E_NOT_PRODUCED);
+        if (count) {
+            CHECK(out.length == count && test::IsText(out, expected));
+            unsigned int required = 0;
+            out.capacity = count;
+            CHECK_EQUAL(GetFullPath(out, path, OrvTerminated, &required), ORV_E_BUFFER_TOO_SMALL);
+            CHECK_EQUAL(required, count + 1);
+        }
+    }
+}
+
+TEST_CASE(LongPathsFitOrAreRefused)
+{
+    const uint32_t lengths[] = {258, 259, 260, 5000, 32760};
+    for (const uint32_t length : lengths) {
+        test::Note("length", length);
+        OrvUtf16CharHeapBuffer path;
+        OrvUtf16CharHeapBuffer out;
+        MakeLong(path, length);
+        CHECK_EQUAL(GetFullPath(out, path.GetValue()), ORV_S_OK);
+        CHECK_TEXT(out.GetValue(), path.GetValue());
+        CHECK_EQUAL(GetFullPath(out, path.GetValue(), length), ORV_S_OK);
+        CHECK_TEXT(out.GetValue(), path.GetValue());
+        const test::RefusingHeap refusing;
+        OrvUtf16CharHeapBuffer empty;
+        CHECK_EQUAL(GetFullPath(empty, path.GetValue(), length), ORV_E_OUT_OF_MEMORY);
+    }
+    OrvUtf16CharHeapBuffer path;
+    OrvUtf16CharHeapBuffer out;
+    MakeLong(path, 32767);
+    CHECK_EQUAL(GetFullPath(out, path.GetValue()), ORV_E_NOT_PRODUCED);
+    CHECK_EQUAL(GetFullPath(out, L""), ORV_E_NOT_PRODUCED);
+    CHECK_EQUAL(GetFullPath(out, nullptr), ORV_E_NOT_PRODUCED);
+}
+
+TEST_CASE(NamesAreFoundInTheFileSystem)
+{
+    const TestFile file(L"C:\\windows\\temp\\orv path test, a long name.tmp");
+    OrvUtf16CharHeapBuffer alternate;
+    CHECK_EQUAL(GetAlternatePath(alternate, L"C:\\windows\\temp\\ORV path test, a long name.tmp"), ORV_S_OK);
+    OrvUtf16CharHeapBuffer shortName;
+    CHECK_EQUAL(GetFilename(shortName, alternate.GetValue()), ORV_S_OK);
+    CHECK(shortName.GetInternal().length <= 12);
+    OrvUtf16CharHeapBuffer doubled;
+    CHECK_EQUAL(CombinePaths(doubled, L"C:\\\\WINDOWS\\\\\\temp\\.\\", shortName.GetValue()), ORV_S_OK);
+
+    const Naming normalized = GetNormalizedPath; // imports, whose addresses are no constants
+    const Naming toLong = GetLongPath;
+    const Naming toAlternate = GetAlternatePath;
+    const wchar_t *const longName = L"C:\\windows\\temp\\orv path test, a long name.tmp";
+    const struct {
+        Naming operation;
+        const wchar_t *path;
+        const wchar_t *expected; ///< null: not found
+    } cases[] = {
+        {toLong, alternate.GetValue(), longName},
+        {normalized, alternate.GetValue(), longName},
+        {toLong, doubled.GetValue(), L"C:\\windows\\temp\\.\\orv path test, a long name.tmp"},
+        {normalized, doubled.GetValue(), L"C:\\windows\\temp\\.\\orv path test, a long name.tmp"},
+        {toLong, L"c:/WINDOWS/System32/", L"c:/windows\\system32\\"},
+        {normalized, L"c:\\WINDOWS\\no-such.dir\\x\\", L"c:\\windows\\no-such.dir\\x\\"},
+        {normalized, L"c:\\windows\\ORV PATH TEST", L"c:\\windows\\ORV PATH TEST"},
+        {normalized, L"\\\\no-server\\share\\\\a", L"\\\\no-server\\share\\a"},
+        {normalized, L"\\\\?\\C:\\\\WINDOWS", L"\\\\?\\C:\\windows"},
+        {normalized, L"C:\\", L"C:\\"},
+        {normalized, L"..\\.", L"..\\."},
+        {toLong, L"C:\\windows\\no-such-file", nullptr},
+        {toAlternate, L"C:\\windows\\no-such-dir\\x", nullptr},
+        {toAlternate, L"C:\\", L"C:\\"},
+    };
+    for (const auto &c : cases) {
+        test::Note("case", &c - cases);
+        OrvUtf16CharHeapBuffer out;
+        out.Assign(L"before");
+        CHECK_EQUAL(c.operation(out, c.path, OrvTerminated), c.expected ? ORV_S_OK : ORV_E_FILE_NOT_FOUND);
+        CHECK_TEXT(out.GetValue(), c.expected ? c.expected : L"before");
+        if (!c.expected || c.operation == toAlternate)
+            continue;
+        const bool isLong = c.operation == toLong;
+        test::CheckForms(
+            c.expected, 0,
+            [&](_ORV_UTF16CHAR_STR &text, unsigned int *required) {
+                return isLong ? GetLongPath(text, c.path, OrvTerminated, required)
+                              : GetNormalizedPath(text, c.path, OrvTerminated, required);
+            },
+            [&](OrvUtf16CharHeapBuffer &text) { return c.operation(text, c.path, OrvTerminated); },
+            [&](const Reference &text) {
+                return isLong ? GetLongPath(text, c.path) : GetNormalizedPath(text, c.path);
+            });
+    }
+    OrvUtf16CharHeapBuffer out;
+    CHECK_EQUAL(GetLongPath(out, L"C:\\windows\\*"), ORV_E_INVALID_NAME);
+    CHECK_EQUAL(GetNormalizedPath(out, L""), ORV_E_INVALID_ARGUMENT);
+    CHECK_EQUAL(GetLongPath(out, nullptr), ORV_E_INVALID_ARGUMENT);
+    const test::RefusingHeap refusing;
+    OrvUtf16CharHeapBuffer empty;
+    CHECK_EQUAL(GetNormalizedPath(empty, L"C:\\windows"), ORV_E_OUT_OF_MEMORY);
+}
+
+TEST_CASE(DeviceNamesAreEliminated)
+{
+    const CurrentDirectory directory(L"C:\\windows");
+    const struct {
+        const wchar_t *path;
+        const wchar_t *expected; ///< null: left alone
+        const wchar_t *native;
+    } cases[] = {
+        {L"C:\\con", L"\\\\?\\C:\\con", L"\\??\\C:\\con"},
+        {L"C:/a/../nul.txt", L"\\\\?\\C:\\nul.txt", L"\\??\\C:\\nul.txt"},
+        {L"\\aux", L"\\\\?\\C:\\aux", L"\\??\\C:\\aux"},
+        {L"x\\y", nullptr, L"\\??\\C:\\windows\\x\\y"},
+        {L"\\\\srv\\share\\f", nullptr, L"\\??\\UNC\\srv\\share\\f"},
+        {L"\\\\?\\C:\\prn", nullptr, L"\\??\\C:\\prn"},
+        {L"\\??\\C:\\lpt1", L"\\\\?\\C:\\??\\C:\\lpt1", L"\\??\\C:\\lpt1"},
+        {L"\\device\\x", L"\\\\?\\C:\\device\\x", L"\\device\\x"},
+    };
+    for (const auto &c : cases) {
+        test::Note("case", &c - cases);
+        OrvUtf16CharHeapBuffer buffer;
+        const wchar_t *path = c.path;
+        CHECK_EQUAL(WinEliminateDosDeviceAliasPath(path, buffer), ORV_S_OK);
+        CHECK(c.expected ? path == buffer.GetValue() : path == c.path);
+        CHECK_TEXT(path, c.expected ? c.expected : c.path);
+
+        wchar_t array[64];
+        UNICODE_STRING counted = {0, 4, array};
+        unsigned int required = 0;
+        CHECK_EQUAL(WinEliminateDosDeviceAliasPathU(c.path, &counted, &required), ORV_E_BUFFER_TOO_SMALL);
+        counted.MaximumLength = static_cast<USHORT>(required * 2);
+        CHECK_EQUAL(WinEliminateDosDeviceAliasPathU(c.path, &counted, &required), ORV_S_OK);
+        CHECK_EQUAL(counted.Length, required * 2 - 2);
+        CHECK_TEXT(const_cast<const wchar_t *>(array), c.expected ? c.expected : c.path);
+
+        CHECK_EQUAL(OrvNtdll_RtlDosPathNameToNtPathName_T_EliminateDosDevice(c.path, buffer), ORV_S_OK);
+        CHECK_TEXT(buffer.GetValue(), c.native);
+    }
+    OrvUtf16CharHeapBuffer buffer;
+    CHECK_EQUAL(OrvNtdll_RtlDosPathNameToNtPathName_T(L"x", buffer), ORV_S_OK);
+    CHECK_TEXT(buffer.GetValue(), L"\\??\\C:\\windows\\x");
+    CHECK_EQUAL(OrvNtdll_RtlDosPathNameToNtPathName_T(L"", buffer), ORV_E_INVALID_ARGUMENT);
+    CHECK_EQUAL(OrvNtdll_RtlDosPathNameToNtPathName_T_EliminateDosDevice(nullptr, buffer),
+                ORV_E_INVALID_ARGUMENT);
+    CHECK(OrvWinIsNtFilePath(L"\\GLOBAL??\\x") && !OrvWinIsNtFilePath(L"\\??") &&
+          !OrvWinIsNtFilePath(nullptr));
+}
+
+TEST_CASE(EnvironmentNamesTheTemporaryDirectory)
+{
+    OrvUtf16CharHeapBuffer longValue;
+    MakeLong(longValue, 400);
+    const struct {
+        const wchar_t *tmp;
+        const wchar_t *temp;
+        const wchar_t *profile;
+        const wchar_t *expected;
+        OrvResult result;
+    } cases[] = {
+        {L"C:\\t\\.\\mp", L"C:\\e", L"C:\\p", L"C:\\t\\mp", 0},
+        {nullptr, L"C:/e", L"C:\\p", L"C:\\e", 0},
+        {nullptr, nullptr, longValue.GetValue(), longValue.GetValue(), 0},
+        {nullptr, nullptr, nullptr, L"", ORV_E_PATH_NOT_FOUND},
+    };
+    for (const auto &c : cases) {
+        test::Note("case", &c - cases);
+        SetVariable(L"TMP", c.tmp);
+        SetVariable(L"TEMP", c.temp);
+        SetVariable(L"USERPROFILE", c.profile);
+        if (OrvSucceeded(c.result))
+            test::CheckForms(
+                c.expected, 0,
+                [](_ORV_UTF16CHAR_STR &out, unsigned int *required) { return GetTempDirPath(out, required); },
+                [](OrvUtf16CharHeapBuffer &out) { return GetTempDirPath(out); },
+                [](const Reference &out) { return GetTempDirPath(out); });
+        OrvUtf16CharHeapBuffer buffer;
+        CHECK_EQUAL(GetTempDirPath(buffer), c.result);
+    }
+    SetVariable(L"TMP", L"");
+    OrvUtf16CharHeapBuffer buffer;
+    CHECK_EQUAL(GetTempDirPath(buffer), ORV_E_NOT_PRODUCED);
+
+    SetVariable(L"TMP", longValue.GetValue());
+    CHECK_EQUAL(OrvNtdll_RtlExpandEnvironmentStrings_T(L"<%tmp%|%ORV_NOT_SET%>", buffer), ORV_S_OK);
+    CHECK_EQUAL(buffer.GetInternal().length, 400u + 16);
+    CHECK_TEXT(buffer.GetValue() + 401, L"|%ORV_NOT_SET%>");
+    CHECK_EQUAL(OrvNtdll_RtlExpandEnvironmentStrings_T(nullptr, buffer), ORV_S_OK);
+    CHECK_TEXT(buffer.GetValue(), L"");
+}
+
+TEST_CASE(RandomNamesHaveTheirForm)
+{
+    wchar_t array[64];
+    wchar_t previous[64] = {};
+    for (uint32_t i = 0; i < 100; i++) {
+        _ORV_UTF16CHAR_STR out = {0, 45, array};
+        CHECK_EQUAL(GetRandomTempFileName(out), ORV_S_OK);
+        CHECK_EQUAL(out.length, GetRandomTempFileNameSize());
+        CHECK(memcmp(array, L"orv-", 8) == 0 && memcmp(array + 40, L".tmp", 10) == 0);
+        CHECK_EQUAL(array[4 + 14], L'4');
+        CHECK(array[4 + 19] == L'8' || array[4 + 19] == L'9' || array[4 + 19] == L'a' ||
+              array[4 + 19] == L'b');
+        CHECK(memcmp(array, previous, 80) != 0);
+        for (uint32_t k = 0; k < 44; k++)
+            previous[k] = array[k];
+    }
+    unsigned int required = 0;
+    _ORV_UTF16CHAR_STR out = {0, 40, array};
+    CHECK_EQUAL(GetRandomName(out, &required), ORV_E_BUFFER_TOO_SMALL);
+    CHECK_EQUAL(required, GetRandomNameSize() + 1);
+    out.capacity = required;
+    CHECK_EQUAL(GetRandomName(out, &required), ORV_S_OK);
+    out.capacity = 44;
+    CHECK_EQUAL(GetRandomTempFileName(out, &required), ORV_E_BUFFER_TOO_SMALL);
+    CHECK_EQUAL(required, 44u);
+    OrvUtf16CharHeapBuffer buffer;
+    CHECK_EQUAL(GetRandomName(buffer), ORV_S_OK);
+    CHECK_EQUAL(buffer.GetCapacity(), 41u);
+    CHECK_EQUAL(GetRandomTempFileName(OrvMakeMutableStringRef(buffer)), ORV_S_OK);
+    CHECK_EQUAL(buffer.GetInternal().length, 44u);
+    CHECK_EQUAL(GetRandomName(OrvMakeMutableStringRef(buffer)), ORV_S_OK);
+    CHECK_EQUAL(buffer.GetInternal().length, 40u);
+}

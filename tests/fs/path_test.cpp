@@ -1,0 +1,361 @@
+// Paths as text: tables of each rule, and rules that hold for every path.
+
+#include "orv/fs/path.h"
+
+#include "fs/path_forms.h"
+#include "text/texts.h"
+
+namespace
+{
+
+using namespace OrvBasPath;
+typedef OrvMutableStringRefBase2<wchar_t> Reference;
+
+struct Case {
+    const wchar_t *path;
+    const wchar_t *expected;
+};
+
+/// The forms of an operation that takes a path and gives a text.
+struct Operation {
+    OrvResult (*counted)(_ORV_UTF16CHAR_STR &, const wchar_t *, uint32_t, unsigned int *);
+    OrvResult (*heap)(OrvUtf16CharHeapBuffer &, const wchar_t *, uint32_t);
+    OrvResult (*reference)(const Reference &, const OrvStringRefBase<wchar_t> &);
+};
+
+uint32_t LengthOf(const wchar_t *text)
+{
+    uint32_t length = 0;
+    while (text[length])
+        length++;
+    return length;
+}
+
+template <uint32_t N>
+void CheckAll(const Case (&cases)[N], const Operation &operation, bool needsNoRoomWhenEmpty = false)
+{
+    for (const Case &c : cases) {
+        test::Note("case", &c - cases);
+        const uint32_t length = LengthOf(c.path);
+        const wchar_t *const unterminated = test::GuardedCopy(c.path, length);
+        test::CheckForms(
+            c.expected, 0,
+            [&](_ORV_UTF16CHAR_STR &out, unsigned int *required) {
+                return operation.counted(out, unterminated, length, required);
+            },
+            [&](OrvUtf16CharHeapBuffer &out) { return operation.heap(out, c.path, OrvTerminated); },
+            [&](const Reference &out) {
+                return operation.reference(out, {unterminated, length});
+            },
+            needsNoRoomWhenEmpty);
+        // In place: the path stands where the result goes.
+        OrvUtf16CharHeapBuffer own;
+        own.Assign(c.path);
+        CHECK_EQUAL(operation.heap(own, own.GetValue(), OrvTerminated), ORV_S_OK);
+        CHECK_TEXT(own.GetValue(), c.expected);
+    }
+}
+
+/// A path over an alphabet in which everything that matters is frequent.
+template <uint32_t N>
+const wchar_t *Generate(test::Generator &generator, wchar_t (&path)[N], const wchar_t *alphabet,
+                        uint32_t limit)
+{
+    const uint32_t length = generator.Below(limit + 1);
+    const uint32_t letters = LengthOf(alphabet);
+    for (uint32_t i = 0; i < length; i++)
+        path[i] = alphabet[generator.Below(letters)];
+    path[length] = 0;
+    return path;
+}
+
+bool IsSeparator(wchar_t character)
+{
+    return character == L'\\' || character == L'/';
+}
+
+} // namespace
+
+TEST_CASE(RootsAreMeasured)
+{
+    const struct {
+        const wchar_t *path;
+        uint32_t length;
+    } cases[] = {
+        {L"", 0},
+        {L"a", 0},
+        {L"a\\b", 0},
+        {L"/", 1},
+        {L"\\", 1},
+        {L"\\a", 1},
+        {L"D:", 2},
+        {L"D:x", 2},
+        {L"D:\\", 3},
+        {L"D:/x", 3},
+        {L"::\\x", 3},
+        {L"\\:x", 2},
+        {L"\\\\", 2},
+        {L"\\\\srv", 5},
+        {L"\\\\srv\\", 6},
+        {L"\\\\srv\\sh", 8},
+        {L"//srv/sh", 8},
+        {L"\\/srv\\sh\\", 8},
+        {L"\\\\srv\\sh\\d", 8},
+        {L"\\\\?\\D:\\x", 6},
+        {L"\\\\\\", 3},
+        {L"\\\\\\\\x", 3},
+        {L"\\\\\\s\\x", 4},
+    };
+    for (const auto &c : cases) {
+        test::Note("case", &c - cases);
+        const uint32_t length = LengthOf(c.path);
+        CHECK_EQUAL(GetPathRootLength(test::GuardedCopy(c.path, length), length), c.length);
+        CHECK_EQUAL(GetPathRootLength(c.path), c.length);
+        CHECK_EQUAL(IsPathRooted(c.path), c.length != 0);
+        wchar_t root[16] = {};
+        for (uint32_t i = 0; i < c.length; i++)
+            root[i] = c.path[i];
+        test::CheckForms(
+            root, 0,
+            [&](_ORV_UTF16CHAR_STR &out, unsigned int *required) {
+                return GetPathRoot(out, c.path, required);
+            },
+            [&](OrvUtf16CharHeapBuffer &out) { return GetPathRoot(out, c.path); },
+            [&](const Reference &out) { return GetPathRoot(out, c.path); });
+    }
+    CHECK_EQUAL(GetPathRootLength(nullptr), 0u);
+}
+
+TEST_CASE(VolumesStandBeforeTheColon)
+{
+    const struct {
+        const wchar_t *path;
+        const wchar_t *expected;
+        OrvResult result;
+    } cases[] = {
+        {L"D:\\x", L"D:\\", 0},
+        {L"D:", L"D:\\", 0},
+        {L":", L":\\", 0},
+        {L"long:x:y", L"long:\\", 0},
+        {L"", L"", ORV_E_INVALID_DATA},
+        {L"D\\x", L"", ORV_E_INVALID_DATA},
+    };
+    for (const auto &c : cases) {
+        test::Note("case", &c - cases);
+        test::CheckForms(
+            c.expected, c.result,
+            [&](_ORV_UTF16CHAR_STR &out, unsigned int *required) {
+                return GetVolumeFromPath(out, c.path, OrvTerminated, required);
+            },
+            [&](OrvUtf16CharHeapBuffer &out) { return GetVolumeFromPath(out, c.path); },
+            [&](const Reference &out) { return GetVolumeFromPath(out, c.path); }, true);
+    }
+}
+
+TEST_CASE(PathsAreSplit)
+{
+    const Case names[] = {
+        {L"", L""},          {L"a", L"a"},         {L"D:", L""},   {L"z:", L""},
+        {L"1:", L"1:"},      {L"D:foo", L"D:foo"}, {L"dir/", L""}, {L"D:\\a\\b.c", L"b.c"},
+        {L"a/b\\c/d", L"d"}, {L"\\", L""},
+    };
+    const Case extensions[] = {
+        {L"", L""},        {L"a", L""},      {L"a.txt", L".txt"}, {L"a.", L""},
+        {L"a.b.c", L".c"}, {L"d.x\\f", L""}, {L"d.x/f", L""},     {L"c.x:f", L""},
+        {L".a", L".a"},    {L".", L""},      {L"a..", L""},       {L"x\\.b", L".b"},
+    };
+    const Case bases[] = {
+        {L"", L""},        {L"a.txt", L"a"},      {L".profile", L""}, {L"a.b.c", L"a.b"},
+        {L"d.x\\f", L"f"}, {L"D:\\d\\f.c", L"f"}, {L"D:f.c", L"f"},   {L"a.", L"a"},
+        {L"dir\\", L""},   {L"d.x/", L""},
+    };
+    const Case directories[] = {
+        {L"", L""},
+        {L"foo", L""},
+        {L"\\foo", L"\\"},
+        {L"/foo", L"/"},
+        {L"D:\\foo", L"D:\\"},
+        {L"D:/foo", L"D:\\"},
+        {L"D:\\a\\\\b", L"D:\\a"},
+        {L"D:\\foo\\", L"D:\\foo"},
+        {L"\\\\srv\\share\\f", L"\\\\srv\\share"},
+        {L"\\\\foo", L"\\"},
+        {L"\\", L"\\"},
+        {L"a\\", L"a"},
+        {L"a/b/c", L"a/b"},
+        {L"D:\\", L"D:\\"},
+        {L":\\x", L":"},
+        {L"\\\\\\\\x", L"\\"},
+    };
+    CheckAll(names, {GetFilename, GetFilename, GetFilename});
+    CheckAll(extensions, {GetFilenameExtension, GetFilenameExtension, GetFilenameExtension});
+    CheckAll(bases, {GetFilenameWithoutExtension, GetFilenameWithoutExtension, GetFilenameWithoutExtension});
+    CheckAll(directories,
+             {GetDirectoryPathFromFilenamePath, GetDirectoryPathFromFilenamePath,
+              GetDirectoryPathFromFilenamePath},
+             true);
+    for (const Case &c : extensions)
+        CHECK_EQUAL(HasExtension(c.path), *c.expected != 0);
+
+    unsigned int required = 99;
+    _ORV_UTF16CHAR_STR none = {0, 0, nullptr};
+    CHECK_EQUAL(GetDirectoryPathFromFilenamePath(none, L"", 0, &required), ORV_S_OK);
+    CHECK_EQUAL(required, 0u);
+    none.capacity = 8;
+    CHECK_EQUAL(GetFilename(none, L"x"), ORV_E_INVALID_ARGUMENT);
+}
+
+TEST_CASE(PathsAreCombinedAndExtensionsChanged)
+{
+    const struct {
+        const wchar_t *first;
+        const wchar_t *second;
+        const wchar_t *combined;
+        const wchar_t *changed;
+    } cases[] = {
+        {L"", L"", L"", nullptr},
+        {L"", L"b", L"b", nullptr},
+        {L"a", L"", L"a", L"a."},
+        {L"D:\\a\\", L"b", L"D:\\a\\b", L"D:\\a\\"},
+        {L"D:\\a", L"E:\\b", L"E:\\b", L"D:\\a.E:\\b"},
+        {L"D:\\a", L"E:", L"E:", L"D:\\a.E:"},
+        {L"D:\\a", L"E:b", L"D:\\a\\E:b", L"D:\\a.E:b"},
+        {L"rel", L"\\x", L"\\x", L"rel.\\x"},
+        {L"D:\\dir", L"\\x", L"D:\\x", L"D:\\dir.\\x"},
+        {L"D:", L"/x", L"D:/x", L"D:"},
+        {L"D:x", L"\\y", L"\\y", L"D:x.\\y"},
+        {L"\\\\s\\h", L"\\y", L"\\y", L"\\\\s\\h.\\y"},
+        {L"D:\\dir", L"\\", L"D:\\", L"D:\\dir.\\"},
+        {L"D:\\dir", L"\\\\s", L"\\\\s", L"D:\\dir.\\\\s"},
+        {L"a/", L".\\..\\b", L"a/.\\..\\b", L"a/"},
+        {L"a", L".b", L"a\\.b", L"a.b"},
+        {L"a.txt", L"", L"a.txt", L"a."},
+        {L"a.b.c", L"d", L"a.b.c\\d", L"a.b.d"},
+        {L"d.x\\f", L"txt", L"d.x\\f\\txt", L"d.x\\f.txt"},
+        {L"dir\\", L"txt", L"dir\\txt", L"dir\\"},
+        {L"d.x:", L"t", L"d.x:\\t", L"d.x:"},
+        {L".", L"x", L".\\x", L".x"},
+    };
+    for (const auto &c : cases) {
+        test::Note("case", &c - cases);
+        const uint32_t firstLength = LengthOf(c.first);
+        const uint32_t secondLength = LengthOf(c.second);
+        const wchar_t *const first = test::GuardedCopy(c.first, firstLength);
+        const wchar_t *const second = test::GuardedCopy(c.second, secondLength);
+        test::CheckForms(
+            c.combined, 0,
+            [&](_ORV_UTF16CHAR_STR &out, unsigned int *required) {
+                return CombinePaths(out, first, second, firstLength, secondLength, required);
+            },
+            [&](OrvUtf16CharHeapBuffer &out) { return CombinePaths(out, c.first, c.second); },
+            [&](const Reference &out) { return CombinePaths(out, c.first, c.second); });
+        if (c.changed)
+            test::CheckForms(
+                c.changed, 0,
+                [&](_ORV_UTF16CHAR_STR &out, unsigned int *required) {
+                    return ChangeExtension(out, first, second, firstLength, secondLength, required);
+                },
+                [&](OrvUtf16CharHeapBuffer &out) { return ChangeExtension(out, c.first, c.second); },
+                [&](const Reference &out) { return ChangeExtension(out, c.first, c.second); });
+
+        // Either text may stand in the buffer that is written to.
+        OrvUtf16CharHeapBuffer buffer;
+        buffer.Assign(c.first);
+        CHECK_EQUAL(CombinePaths(buffer, buffer.GetValue(), c.second), ORV_S_OK);
+        CHECK_TEXT(buffer.GetValue(), c.combined);
+        buffer.ReserveElements(40);
+        buffer.Assign(c.second);
+        CHECK_EQUAL(CombinePaths(OrvMakeMutableStringRef(buffer), c.first, buffer.GetValue()), ORV_S_OK);
+        CHECK_TEXT(buffer.GetValue(), c.combined);
+        buffer.Assign(c.second);
+        CHECK_EQUAL(CombinePaths(buffer, c.first, buffer.GetValue()), ORV_S_OK);
+        CHECK_TEXT(buffer.GetValue(), c.combined);
+    }
+    wchar_t untouched[] = L"as it was";
+    _ORV_UTF16CHAR_STR out = {9, 10, untouched};
+    CHECK_EQUAL(ChangeExtension(out, L"", L"x"), ORV_S_OK);
+    CHECK(test::IsText(out, L"as it was"));
+}
+
+TEST_CASE(PartsAreAppended)
+{
+    const struct {
+        const wchar_t *text;
+        const wchar_t *part;
+        const wchar_t *expected;
+    } cases[] = {
+        {L"", L"a", L"a"},     {L"a", L"b", L"a\\b"}, {L"a\\", L"\\b", L"a\\\\b"},
+        {L"a/", L"b", L"a/b"}, {L"a", L"", L"a\\"},   {L"", L"\\b", L"\\b"},
+    };
+    for (const auto &c : cases) {
+        OrvUtf16CharHeapBuffer buffer;
+        buffer.Assign(c.text);
+        CHECK_EQUAL(AppendPath(buffer, c.part), ORV_S_OK);
+        CHECK_TEXT(buffer.GetValue(), c.expected);
+    }
+    OrvUtf16CharHeapBuffer own;
+    own.Assign(L"ab");
+    CHECK_EQUAL(AppendPath(own, own.GetValue() + 1), ORV_S_OK);
+    CHECK_TEXT(own.GetValue(), L"ab\\b");
+}
+
+TEST_CASE(RulesHoldForGeneratedPaths)
+{
+    test::Generator generator;
+    wchar_t path[32];
+    wchar_t name[8];
+    for (uint32_t i = 0; i < 4000; i++) {
+        test::Note("path", i);
+        Generate(generator, path, L"D:\\/.a\\", 20);
+        OrvUtf16CharHeapBuffer root;
+        OrvUtf16CharHeapBuffer directory;
+        OrvUtf16CharHeapBuffer file;
+        OrvUtf16CharHeapBuffer base;
+        OrvUtf16CharHeapBuffer extension;
+        OrvUtf16CharHeapBuffer joined;
+        const uint32_t length = LengthOf(path);
+
+        // A root is a prefix, and the root of itself; nothing of a root is left behind it.
+        CHECK_EQUAL(GetPathRoot(root, path), ORV_S_OK);
+        const uint32_t rootLength = root.GetInternal().length;
+        CHECK(rootLength <= length && GetPathRootLength(root.GetValue()) == rootLength);
+
+        // The name ends the path, and base and extension make it up.
+        CHECK_EQUAL(GetFilename(file, path), ORV_S_OK);
+        CHECK_EQUAL(GetFilenameExtension(extension, path), ORV_S_OK);
+        CHECK_EQUAL(GetFilenameWithoutExtension(base, path), ORV_S_OK);
+        const uint32_t made = base.GetInternal().length + extension.GetInternal().length;
+        bool hasColon = false;
+        for (const wchar_t *c = file.GetValue(); *c; c++)
+            hasColon = hasColon || *c == L':';
+        const bool endsWithDot = length && path[length - 1] == L'.';
+        if (!hasColon && length != 2)
+            CHECK_EQUAL(made + endsWithDot, file.GetInternal().length);
+
+        // What a name was combined with, but for separators at its end, is the directory of the whole.
+        Generate(generator, name, L"abc.", 6);
+        if (*name) {
+            CHECK_EQUAL(CombinePaths(joined, path, name), ORV_S_OK);
+            CHECK_EQUAL(GetFilename(file, joined.GetValue()), ORV_S_OK);
+            CHECK_TEXT(file.GetValue(), const_cast<const wchar_t *>(name));
+            CHECK_EQUAL(GetDirectoryPathFromFilenamePath(directory, joined.GetValue()), ORV_S_OK);
+            const wchar_t *d = directory.GetValue();
+            uint32_t same = 0;
+            while (d[same] && same < length && d[same] == path[same])
+                same++;
+            // A drive's root is written with its separator, whether or not there was one.
+            CHECK(!d[same] || (d[same - 1] == L':' && d[same] == L'\\' && !d[same + 1]));
+            for (uint32_t rest = same; rest < length; rest++)
+                CHECK(IsSeparator(path[rest]));
+        }
+
+        // A changed extension is the extension.
+        joined.Assign(L"?");
+        CHECK_EQUAL(ChangeExtension(joined, path, L"new"), ORV_S_OK);
+        const bool isDirectory = length && (IsSeparator(path[length - 1]) || path[length - 1] == L':');
+        if (length && !isDirectory) {
+            CHECK_EQUAL(GetFilenameExtension(extension, joined.GetValue()), ORV_S_OK);
+            CHECK_TEXT(extension.GetValue(), L".new");
+        }
+    }
+}
