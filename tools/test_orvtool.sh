@@ -351,7 +351,21 @@ is 2 '' "orvtool shm: one ID, a number from 1 to 0xFFFFFFFF, is wanted, not '0'.
 kill %1
 wait
 
-for command in base64 bunzip2 bzip2 convert deflate guid hash inflate lock match number random shm time xml; do
+is 0 '' 'D:\\\n' path root 'D:\a\b.c'
+is 0 '' 'D:\\a\n' path directory 'D:\a\b.c'
+is 0 '' 'b.c\n' path name 'D:/a/b.c'
+is 0 '' 'b\n' path base 'D:\a\b.c'
+is 0 '' '.c\n' path extension 'D:\a\b.c'
+is 0 '' 'D:\\x\n' path combine 'D:\a' '\x'
+is 0 '' 'C:\\b\n' path full 'C:\a\..\b'
+is 0 '' 'c:\\windows\\x\n' path normalized 'c:\\WINDOWS\x'
+is 1 '' 'orvtool path: long failed: 0xE001003D (ORV_E_FILE_NOT_FOUND)\n' path long 'C:\no such file'
+like 0 '[A-Z]:\\[^ ].* ' path temp
+is 2 '' "orvtool path: a path is missing behind 'combine'. $(see path)" path combine
+is 2 '' "orvtool path: there is no action 'x'. $(see path)" path x y
+is 2 '' "orvtool path: one argument too many: 'b'. $(see path)" path name a b
+
+for command in base64 bunzip2 bzip2 convert deflate guid hash inflate lock match number path random shm time xml; do
     like 0 "Usage: orvtool $command .*" $command --help
 done
 

@@ -29,6 +29,7 @@ extern const Command kMutexCommand;
 extern const Command kSemaphoreCommand;
 extern const Command kLockCommand;
 extern const Command kShmCommand;
+extern const Command kPathCommand;
 extern const Command kBase64Command;
 extern const Command kGuidCommand;
 extern const Command kMatchCommand;

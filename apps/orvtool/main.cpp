@@ -13,10 +13,10 @@ namespace
 {
 
 const Command *const kCommands[] = {
-    &kInfoCommand,    &kResultCommand,  &kEventCommand,  &kMutexCommand,   &kSemaphoreCommand,
-    &kLockCommand,    &kShmCommand,     &kBase64Command, &kBunzip2Command, &kBzip2Command,
-    &kConvertCommand, &kDeflateCommand, &kGuidCommand,   &kHashCommand,    &kInflateCommand,
-    &kMatchCommand,   &kNumberCommand,  &kRandomCommand, &kTimeCommand,    &kXmlCommand,
+    &kInfoCommand,   &kResultCommand, &kEventCommand,   &kMutexCommand, &kSemaphoreCommand, &kLockCommand,
+    &kShmCommand,    &kBase64Command, &kBunzip2Command, &kBzip2Command, &kConvertCommand,   &kDeflateCommand,
+    &kGuidCommand,   &kHashCommand,   &kInflateCommand, &kMatchCommand, &kNumberCommand,    &kPathCommand,
+    &kRandomCommand, &kTimeCommand,   &kXmlCommand,
 };
 
 constexpr wchar_t kExitCodes[] = L"\n"

@@ -132,24 +132,30 @@ OrvResult AskCurrentDirectory(TextArray &array, uint32_t &length)
     return ORV_E_BUFFER_TOO_SMALL;
 }
 
+/// Gives what the prefix makes of a full path: with the prefix, nothing in it is a device's name any longer,
+/// and nothing but this resolves "/", "." and ".." in it.
+OrvResult WritePrefixed(OrvUtf16CharHeapBuffer &buffer, const PathText &root, const PathText &path)
+{
+    PathPieces pieces(PathText(kPrefix, kPrefixLength));
+    pieces.Add(root);
+    pieces.Add(path);
+    TerminatedText prefixed;
+    const OrvResult result = prefixed.Set(pieces);
+    return OrvSucceeded(result) ? WriteFullPath(buffer, prefixed.Get()) : result;
+}
+
 /// A path from the root of the current drive. `isChanged` stays false when that drive is a server's share.
 OrvResult PrefixRoot(const PathText &path, OrvUtf16CharHeapBuffer &buffer, bool &isChanged)
 {
     TextArray array;
     uint32_t length = 0;
-    OrvResult result = AskCurrentDirectory(array, length);
+    const OrvResult result = AskCurrentDirectory(array, length);
     if (OrvFailed(result))
         return result;
     const PathText current(array.Get(), length);
     const PathText root = current.UpTo(OrvBasPath::GetPathRootLength(current.characters, length));
-    if (root.IsEmpty() || !IsSeparator(root.Last()))
-        return 0;
-    PathPieces pieces(PathText(kPrefix, kPrefixLength));
-    pieces.Add(root);
-    pieces.Add(path.From(1));
-    result = WritePath(buffer, pieces);
-    isChanged = OrvSucceeded(result);
-    return result;
+    isChanged = !root.IsEmpty() && IsSeparator(root.Last());
+    return isChanged ? WritePrefixed(buffer, root, path.From(1)) : 0;
 }
 
 } // namespace
@@ -195,17 +201,12 @@ OrvResult WinEliminateDosDeviceAliasPath(const wchar_t *&path, OrvUtf16CharHeapB
     if (IsAbsolute(text)) {
         if (text[0] == L'\\')
             return 0;
-        PathPieces pieces(PathText(kPrefix, kPrefixLength));
-        pieces.Add(text);
-        TerminatedText prefixed;
-        result = prefixed.Set(pieces);
-        if (OrvSucceeded(result))
-            result = WriteFullPath(buffer, prefixed.Get());
-        isChanged = OrvSucceeded(result);
+        result = WritePrefixed(buffer, PathText(), text);
+        isChanged = true;
     } else if (!text.IsEmpty() && IsSeparator(text[0])) {
         result = PrefixRoot(text, buffer, isChanged);
     }
-    if (isChanged)
+    if (isChanged && OrvSucceeded(result))
         path = buffer.GetValue();
     return result;
 }

@@ -212,7 +212,7 @@ struct FILE_FS_VOLUME_INFORMATION {
     BOOLEAN SupportsObjects;
     WCHAR VolumeLabel[1];
 };
-static_assert(sizeof(FILE_FS_VOLUME_INFORMATION) == 24);
+static_assert(offsetof(FILE_FS_VOLUME_INFORMATION, VolumeLabel) == 18);
 
 /// Fills the output buffer from the kernel's generator of random numbers.
 constexpr ULONG IOCTL_KSEC_RNG = 0x390004;

@@ -17,6 +17,7 @@ OrvSharedMemoryView::OrvSharedMemoryView()
     static_assert(offsetof(OrvSharedMemoryView, pointer_) == 24);
     static_assert(offsetof(OrvSharedMemoryView, size_) == 28);
     static_assert(offsetof(OrvSharedMemoryView, fromHeap_) == 32);
+    static_assert(sizeof(OrvSharedMemoryView) == 40);
 }
 
 OrvSharedMemoryView::~OrvSharedMemoryView()

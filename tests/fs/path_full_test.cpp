@@ -197,6 +197,7 @@ TEST_CASE(DeviceNamesAreEliminated)
         {L"C:\\con", L"\\\\?\\C:\\con", L"\\??\\C:\\con"},
         {L"C:/a/../nul.txt", L"\\\\?\\C:\\nul.txt", L"\\??\\C:\\nul.txt"},
         {L"\\aux", L"\\\\?\\C:\\aux", L"\\??\\C:\\aux"},
+        {L"/aux/./b/../c", L"\\\\?\\C:\\aux\\c", L"\\??\\C:\\aux\\c"},
         {L"x\\y", nullptr, L"\\??\\C:\\windows\\x\\y"},
         {L"\\\\srv\\share\\f", nullptr, L"\\??\\UNC\\srv\\share\\f"},
         {L"\\\\?\\C:\\prn", nullptr, L"\\??\\C:\\prn"},

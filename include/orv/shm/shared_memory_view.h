@@ -52,5 +52,3 @@ private:
     uint32_t size_ = 0;
     uint32_t fromHeap_ = 0;
 };
-
-static_assert(sizeof(OrvSharedMemoryView) == 40, "fixed layout");
