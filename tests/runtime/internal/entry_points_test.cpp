@@ -3,12 +3,12 @@
 #include "orv/runtime/kernel32_entry_points.h"
 #include "orv/runtime/ntdll_entry_points.h"
 #include "orv/runtime/result.h"
+#include "orv/runtime/startup.h"
 
 #include "harness/test.h"
 #include "nt/programs.h"
 #include "nt/teb.h"
 #include "runtime/entry_table.h"
-#include "runtime/startup.h"
 
 TEST_CASE(EmptyTablesAnswerAndFallBack)
 {
@@ -39,14 +39,16 @@ TEST_CASE(EmptyTablesAnswerAndFallBack)
         CHECK_EQUAL(OrvNtdll_RtlDowncaseUnicodeChar(sample[0]), sample[1]);
 }
 
-TEST_CASE(AttachingFillsWhatIsEmpty)
+TEST_CASE(StartUpFillsWhatIsEmpty)
 {
-    CHECK_EQUAL(detail::AttachProcess(), ORV_S_OK);
+    CHECK_EQUAL(InternalInitializeOrvSysDll(), ORV_S_OK);
     CHECK(OrvKernel32IsTableInitialized());
+    InternalDestroyOrvSysDll();
+    CHECK(OrvNtdllIsTableInitialized()); // teardown counts and nothing else
     OrvNtdllTableDestroy();
     OrvKernel32ForceInitialize(); // the kernel32 table is filled already: nothing happens
     CHECK(!OrvNtdllIsTableInitialized());
-    CHECK_EQUAL(detail::AttachProcess(), ORV_S_OK);
+    CHECK_EQUAL(InternalInitializeOrvSysDll(), ORV_S_OK);
     CHECK(OrvNtdllIsTableInitialized());
 }
 
@@ -59,7 +61,7 @@ TEST_CASE(FailureWithoutAReasonIsZero)
     const ANSI_STRING name = detail::EntryName("ReadFile");
     PVOID module = nullptr;
     PVOID code = nullptr;
-    CHECK_EQUAL(detail::AttachProcess(), ORV_S_OK);
+    CHECK_EQUAL(InternalInitializeOrvSysDll(), ORV_S_OK);
     CHECK_EQUAL(LdrGetDllHandle(nullptr, nullptr, &moduleName, &module), STATUS_SUCCESS);
     CHECK_EQUAL(LdrGetProcedureAddress(module, &name, 0, &code), STATUS_SUCCESS);
     PVOID page = code;
