@@ -46,7 +46,29 @@ static_assert(sizeof(OBJECT_BASIC_INFORMATION) == 56);
 
 constexpr ULONG ObjectBasicInformation = 0;
 constexpr ULONG ProcessBasicInformation = 0;
-constexpr ULONG ProcessHandleCount = 20;
+
+struct PROCESS_BASIC_INFORMATION {
+    NTSTATUS ExitStatus;
+    PEB *PebBaseAddress;
+    ULONG AffinityMask;
+    LONG BasePriority;
+    ULONG UniqueProcessId;
+    ULONG InheritedFromUniqueProcessId;
+};
+static_assert(sizeof(PROCESS_BASIC_INFORMATION) == 24);
+
+struct SYSTEM_HANDLE_TABLE_ENTRY_INFO {
+    USHORT UniqueProcessId;
+    USHORT CreatorBackTraceIndex;
+    UCHAR ObjectTypeIndex;
+    UCHAR HandleAttributes;
+    USHORT HandleValue;
+    PVOID Object;
+    ACCESS_MASK GrantedAccess;
+};
+static_assert(sizeof(SYSTEM_HANDLE_TABLE_ENTRY_INFO) == 16);
+
+constexpr ULONG SystemHandleInformation = 16;
 
 /// One step of a walk over a heap; all zeros starts it.
 struct RTL_HEAP_WALK_ENTRY {
@@ -120,6 +142,8 @@ NTSYSAPI PVOID NTAPI RtlAddVectoredExceptionHandler(ULONG first, LONG(NTAPI *han
 NTSYSAPI HANDLE NTAPI RtlCreateHeap(ULONG flags, PVOID base, size_t reserve, size_t commit, PVOID lock,
                                     PVOID parameters);
 NTSYSAPI HANDLE NTAPI RtlDestroyHeap(HANDLE heap);
+NTSYSAPI NTSTATUS NTAPI NtQuerySystemInformation(ULONG informationClass, PVOID information, ULONG size,
+                                                 ULONG *returnedSize);
 NTSYSAPI NTSTATUS NTAPI RtlWalkHeap(HANDLE heap, RTL_HEAP_WALK_ENTRY *entry);
 NTSYSAPI size_t NTAPI RtlSizeHeap(HANDLE heap, ULONG flags, const void *block);
 NTSYSAPI NTSTATUS NTAPI NtQueryInformationProcess(HANDLE process, ULONG informationClass, PVOID information,
