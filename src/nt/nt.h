@@ -412,6 +412,15 @@ struct THREAD_BASIC_INFORMATION {
 };
 static_assert(sizeof(THREAD_BASIC_INFORMATION) == 28);
 
+/// The registers of a thread: which are meant, and the rest as nobody here reads it.
+struct CONTEXT {
+    ULONG ContextFlags;
+    uint8_t Registers[0x2C8];
+};
+static_assert(sizeof(CONTEXT) == 0x2CC);
+
+constexpr ULONG CONTEXT_CONTROL = 0x10001;
+
 enum THREADINFOCLASS : ULONG {
     ThreadBasicInformation = 0,
     ThreadBasePriority = 3,
@@ -566,6 +575,7 @@ NTSYSAPI NTSTATUS NTAPI ZwOpenThread(HANDLE *handle, ACCESS_MASK access, const O
                                      const CLIENT_ID *clientId);
 NTSYSAPI NTSTATUS NTAPI ZwSuspendThread(HANDLE thread, ULONG *previousCount);
 NTSYSAPI NTSTATUS NTAPI ZwResumeThread(HANDLE thread, ULONG *previousCount);
+NTSYSAPI NTSTATUS NTAPI ZwGetContextThread(HANDLE thread, CONTEXT *context);
 NTSYSAPI NTSTATUS NTAPI ZwTerminateThread(HANDLE thread, NTSTATUS exitStatus);
 NTSYSAPI NTSTATUS NTAPI ZwQueryInformationThread(HANDLE thread, ULONG informationClass, PVOID information,
                                                  ULONG size, ULONG *returnedSize);

@@ -92,6 +92,21 @@ OrvResult QueryThread(HANDLE thread, THREAD_BASIC_INFORMATION &information)
         ZwQueryInformationThread(thread, ThreadBasicInformation, &information, sizeof information, nullptr));
 }
 
+bool HasEnded(HANDLE thread)
+{
+    THREAD_BASIC_INFORMATION information = {};
+    return OrvSucceeded(QueryThread(thread, information)) && information.ExitStatus != STATUS_PENDING;
+}
+
+/// A thread that was just suspended, or made so, may still be on its way to where it halts, on its stack.
+/// Asking for its registers waits for it.
+void WaitUntilItHalts(HANDLE thread)
+{
+    CONTEXT context;
+    context.ContextFlags = CONTEXT_CONTROL;
+    ZwGetContextThread(thread, &context);
+}
+
 /// Gives the stack back, ends the thread and waits for its end. The thread is suspended.
 OrvResult Terminate(HANDLE thread, const TEB &teb, int exitCode)
 {
@@ -110,8 +125,9 @@ OrvResult SuspendAndTerminate(HANDLE thread, int exitCode)
     const NTSTATUS status = ZwSuspendThread(thread, nullptr);
     if (status == STATUS_THREAD_IS_TERMINATING)
         return ORV_S_OK;
-    if (!NT_SUCCESS(status))
-        return detail::ResultFromStatus(status);
+    if (!NT_SUCCESS(status)) // platforms differ in what they answer for an ended thread
+        return HasEnded(thread) ? ORV_S_OK : detail::ResultFromStatus(status);
+    WaitUntilItHalts(thread);
     THREAD_BASIC_INFORMATION information = {};
     const OrvResult result = QueryThread(thread, information);
     if (OrvSucceeded(result) && information.ExitStatus == STATUS_PENDING && information.TebBaseAddress)
@@ -241,6 +257,7 @@ OrvResult OrvBasThread::StartThread(OrvPriority priority, OrvSecurityCtx *securi
     if (!flags.Has(ThreadStartsSuspended)) {
         status = ZwResumeThread(thread, nullptr);
         if (!NT_SUCCESS(status)) {
+            WaitUntilItHalts(thread);
             ZwTerminateThread(thread, 0);
             Destroy();
             return detail::ResultFromStatus(status);
@@ -329,11 +346,8 @@ OrvResult OrvBasThread::ForcefullyTerminate(int exitCode)
     const NTSTATUS status = ZwOpenThread(
         &thread, SYNCHRONIZE | THREAD_TERMINATE | THREAD_SUSPEND_RESUME | THREAD_QUERY_INFORMATION,
         &kAttributes, &clientId);
-    if (!NT_SUCCESS(status)) {
-        // Not every platform knows the id of an ended thread, but our handle tells that it has ended.
-        int code = 0;
-        return OrvSucceeded(GetThreadExitCode(code)) ? ORV_S_OK : detail::ResultFromStatus(status);
-    }
+    if (!NT_SUCCESS(status)) // an ended thread may have lost its id
+        return HasEnded(GetHandle()) ? ORV_S_OK : detail::ResultFromStatus(status);
     const OrvResult result = SuspendAndTerminate(thread, exitCode);
     ZwClose(thread);
     return result;
