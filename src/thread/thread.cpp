@@ -107,6 +107,24 @@ void WaitUntilItHalts(HANDLE thread)
     ZwGetContextThread(thread, &context);
 }
 
+/// Opens a thread of this process.
+NTSTATUS OpenThread(unsigned long threadId, ACCESS_MASK access, HANDLE &thread)
+{
+    static constexpr OBJECT_ATTRIBUTES kAttributes = {
+        sizeof kAttributes, nullptr, nullptr, 0, nullptr, nullptr};
+    const CLIENT_ID clientId = {NtCurrentTeb()->ClientId.UniqueProcess, reinterpret_cast<HANDLE>(threadId)};
+    return ZwOpenThread(&thread, access, &kAttributes, &clientId);
+}
+
+void WaitUntilItHalts(unsigned long threadId)
+{
+    HANDLE thread = nullptr;
+    if (!NT_SUCCESS(OpenThread(threadId, THREAD_GET_CONTEXT, thread)))
+        return;
+    WaitUntilItHalts(thread);
+    ZwClose(thread);
+}
+
 /// Gives the stack back, ends the thread and waits for its end. The thread is suspended.
 OrvResult Terminate(HANDLE thread, const TEB &teb, int exitCode)
 {
@@ -120,14 +138,14 @@ OrvResult Terminate(HANDLE thread, const TEB &teb, int exitCode)
 }
 
 /// Suspends the thread and ends it, unless it has ended.
-OrvResult SuspendAndTerminate(HANDLE thread, int exitCode)
+OrvResult SuspendAndTerminate(HANDLE thread, unsigned long threadId, int exitCode)
 {
     const NTSTATUS status = ZwSuspendThread(thread, nullptr);
     if (status == STATUS_THREAD_IS_TERMINATING)
         return ORV_S_OK;
     if (!NT_SUCCESS(status)) // platforms differ in what they answer for an ended thread
         return HasEnded(thread) ? ORV_S_OK : detail::ResultFromStatus(status);
-    WaitUntilItHalts(thread);
+    WaitUntilItHalts(threadId);
     THREAD_BASIC_INFORMATION information = {};
     const OrvResult result = QueryThread(thread, information);
     if (OrvSucceeded(result) && information.ExitStatus == STATUS_PENDING && information.TebBaseAddress)
@@ -339,16 +357,12 @@ OrvResult OrvBasThread::ForcefullyTerminate(int exitCode)
 {
     if (threadId_ == GetCurrentThreadId())
         return ORV_E_INVALID_OPERATION; // it would suspend itself, and that for ever
-    const CLIENT_ID clientId = {NtCurrentTeb()->ClientId.UniqueProcess, reinterpret_cast<HANDLE>(threadId_)};
-    static constexpr OBJECT_ATTRIBUTES kAttributes = {
-        sizeof kAttributes, nullptr, nullptr, 0, nullptr, nullptr};
     HANDLE thread = nullptr;
-    const NTSTATUS status = ZwOpenThread(
-        &thread, SYNCHRONIZE | THREAD_TERMINATE | THREAD_SUSPEND_RESUME | THREAD_QUERY_INFORMATION,
-        &kAttributes, &clientId);
+    const NTSTATUS status = OpenThread(
+        threadId_, SYNCHRONIZE | THREAD_TERMINATE | THREAD_SUSPEND_RESUME | THREAD_QUERY_INFORMATION, thread);
     if (!NT_SUCCESS(status)) // an ended thread may have lost its id
         return HasEnded(GetHandle()) ? ORV_S_OK : detail::ResultFromStatus(status);
-    const OrvResult result = SuspendAndTerminate(thread, exitCode);
+    const OrvResult result = SuspendAndTerminate(thread, threadId_, exitCode);
     ZwClose(thread);
     return result;
 }

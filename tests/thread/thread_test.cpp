@@ -22,6 +22,7 @@ struct Worker : OrvBasThread {
     int Run() override
     {
         ranOn = GetCurrentThreadId();
+        stackBase = NtCurrentTeb()->StackBase;
         stage = 1;
         if (waits)
             WaitForStopRequest(-1);
@@ -47,6 +48,7 @@ struct Worker : OrvBasThread {
     int exitCode = 0;
     volatile int stage = 0; ///< 1 in Run, 2 after Cleanup
     volatile unsigned long ranOn = 0;
+    const void *volatile stackBase = nullptr;
 };
 
 } // namespace
@@ -169,6 +171,18 @@ NTSTATUS NTAPI WatchSetting(HANDLE, ULONG informationClass, const void *value, U
     askedValue = *static_cast<const LONG *>(value);
     askedTimes++;
     return settingAnswer;
+}
+
+const void *freedFrom;
+const void *freed; ///< up to here
+
+NTSTATUS NTAPI WatchFree(HANDLE, PVOID *base, ULONG *size, ULONG type)
+{
+    if (type != MEM_RELEASE)
+        return STATUS_INVALID_PARAMETER;
+    freedFrom = *base;
+    freed = static_cast<uint8_t *>(*base) + *size;
+    return STATUS_SUCCESS;
 }
 
 volatile uint32_t announcedEnds;
@@ -333,12 +347,26 @@ TEST_CASE(ThreadsEndByForce)
         CHECK_EQUAL(thread.StopThread(-1), ORV_S_OK);
     }
     CHECK_EQUAL(test::CountUsage().handles, before.handles);
-    CHECK_EQUAL(test::CountUsage().blocks, before.blocks);
+
+    // Its stack goes first.
+    Worker victim;
+    int exitCode = 0;
+    victim.waits = true;
+    CHECK_EQUAL(victim.Start(), ORV_S_OK);
+    while (victim.stage != 1)
+        test::Sleep(0);
+    CHECK_EQUAL(victim.FreeResource(), ORV_S_OK); // found by its id
+    {
+        const test::ReplacedFunction watched(kNtdll, "ZwFreeVirtualMemory", WatchFree);
+        CHECK_EQUAL(victim.ForcefullyTerminate(1), ORV_S_OK);
+    }
+    CHECK_EQUAL(freed, static_cast<const void *>(victim.stackBase));
+    CHECK(freedFrom < freed);
+    CHECK_EQUAL(victim.ForcefullyTerminate(1), ORV_E_INVALID_ARGUMENT); // and gone with its last handle
 
     struct : Worker {
         int Run() override { return ForcefullyTerminate(3); }
     } itself;
-    int exitCode = 0;
     CHECK_EQUAL(itself.Start(), ORV_S_OK);
     CHECK_EQUAL(itself.WaitForThreadToStop(-1), ORV_S_OK);
     CHECK_EQUAL(itself.GetThreadExitCode(exitCode), ORV_S_OK);

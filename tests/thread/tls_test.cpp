@@ -9,6 +9,7 @@
 #include "harness/usage.h"
 #include "nt/teb.h"
 #include "orv/runtime/result.h"
+#include "orv/thread/thread.h"
 
 namespace
 {
@@ -162,6 +163,19 @@ TEST_CASE(FailuresChangeNothing)
     CHECK_EQUAL(results[1], ORV_S_OK);
     CHECK_EQUAL(results[2], ORV_S_OK);
     CHECK_USAGE(before); // the thread's room went with it
+
+    // In a thread of ours it goes before the clean-up.
+    struct : OrvBasThread {
+        int Run() override { return key->SetValue(key); }
+        void Cleanup() override { hasRoom = NtCurrentTeb()->TlsExpansionSlots != nullptr; }
+        OrvTls *key = nullptr;
+        bool hasRoom = true;
+    } thread;
+    thread.key = &high;
+    CHECK_EQUAL(thread.StartThread(OrvPriorityNormal, nullptr, {}, nullptr), ORV_S_OK);
+    CHECK_EQUAL(thread.WaitForThreadToStop(-1), ORV_S_OK);
+    CHECK(!thread.hasRoom);
+    CHECK_EQUAL(test::CountUsage().blocks, before.blocks);
 
     // A key that cannot be emptied is not given out again.
     const uint32_t index = high.GetIndex();
