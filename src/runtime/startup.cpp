@@ -22,7 +22,7 @@
 namespace
 {
 
-OrvSpinLock startUpLock = {0, 1}; // waiters sleep 1 ms: the first start-up takes about that long
+OrvSpinLock startUpLock = {0, 1}; // waiters sleep 1 ms, so that a holder of a lower priority gets its turn
 int32_t startUpCount;
 bool isAttached;
 
