@@ -45,17 +45,6 @@ struct OBJECT_BASIC_INFORMATION {
 static_assert(sizeof(OBJECT_BASIC_INFORMATION) == 56);
 
 constexpr ULONG ObjectBasicInformation = 0;
-constexpr ULONG ProcessBasicInformation = 0;
-
-struct PROCESS_BASIC_INFORMATION {
-    NTSTATUS ExitStatus;
-    PEB *PebBaseAddress;
-    ULONG AffinityMask;
-    LONG BasePriority;
-    ULONG UniqueProcessId;
-    ULONG InheritedFromUniqueProcessId;
-};
-static_assert(sizeof(PROCESS_BASIC_INFORMATION) == 24);
 
 struct SYSTEM_HANDLE_TABLE_ENTRY_INFO {
     USHORT UniqueProcessId;
@@ -146,8 +135,6 @@ NTSYSAPI NTSTATUS NTAPI NtQuerySystemInformation(ULONG informationClass, PVOID i
                                                  ULONG *returnedSize);
 NTSYSAPI NTSTATUS NTAPI RtlWalkHeap(HANDLE heap, RTL_HEAP_WALK_ENTRY *entry);
 NTSYSAPI size_t NTAPI RtlSizeHeap(HANDLE heap, ULONG flags, const void *block);
-NTSYSAPI NTSTATUS NTAPI NtQueryInformationProcess(HANDLE process, ULONG informationClass, PVOID information,
-                                                  ULONG size, ULONG *returnedSize);
 NTSYSAPI NTSTATUS NTAPI NtQueryObject(HANDLE handle, ULONG informationClass, PVOID information, ULONG size,
                                       ULONG *returnedSize);
 NTSYSAPI NTSTATUS NTAPI NtQuerySecurityObject(HANDLE handle, ULONG parts, PVOID descriptor, ULONG size,

@@ -308,20 +308,19 @@ TEST_CASE(EndsAreAnnouncedUnlessTheyAreNot)
 
 TEST_CASE(ThousandThreadsLeaveNothing)
 {
-    const auto start = [](uint32_t count, uint32_t flags) {
+    const auto start = [](uint32_t count) {
         Worker workers[10];
         for (uint32_t i = 0; i < count; i++) {
             Worker &worker = workers[i % 10];
             worker.WaitForThreadToStop(-1);
-            worker.exitCode = static_cast<int>(i);
-            CHECK_EQUAL(worker.Start(OrvFlags<OrvBasThread::ThreadFlag>(flags)), ORV_S_OK);
+            CHECK_EQUAL(worker.Start(), ORV_S_OK);
         }
         for (Worker &worker : workers)
             worker.WaitForThreadToStop(-1);
     };
-    start(10, 0);
+    start(10);
     const test::Usage before = test::CountUsage();
-    start(1000, 0);
+    start(1000);
     CHECK_USAGE(before);
 }
 
@@ -405,12 +404,12 @@ namespace
 {
 
 constexpr ULONG kRaised = 0x8000BAD0; // no error, or the harness would take it
-volatile ULONG filtered;
+volatile uint32_t filtered;
 LONG filterAnswer;
 
 LONG NTAPI Filter(EXCEPTION_POINTERS *exception)
 {
-    filtered = exception->ExceptionRecord->ExceptionCode;
+    filtered = filtered + (exception->ExceptionRecord->ExceptionCode == kRaised);
     return filterAnswer;
 }
 
@@ -424,74 +423,46 @@ struct Raiser : OrvBasThread {
     }
 };
 
-/// Runs this program again with other arguments and returns its exit status.
-NTSTATUS RunAgain(const wchar_t *arguments)
+NTSTATUS NTAPI WatchProcessEnd(HANDLE process, NTSTATUS exitStatus)
 {
-    struct {
-        HANDLE process;
-        HANDLE thread;
-        ULONG ids[2];
-    } child = {};
-    ULONG startup[17] = {sizeof startup};
-    const UNICODE_STRING &image = NtCurrentPeb()->ProcessParameters->ImagePathName;
-    wchar_t line[600];
-    uint32_t length = 0;
-    line[length++] = L'"';
-    for (uint32_t i = 0; i < image.Length / sizeof(wchar_t) && length < 500; i++)
-        line[length++] = image.Buffer[i];
-    line[length++] = L'"';
-    while (*arguments)
-        line[length++] = *arguments++;
-    line[length] = 0;
-    if (OrvFailed(OrvKernel32_CreateProcessW(nullptr, line, nullptr, nullptr, false, 0, nullptr, nullptr,
-                                             reinterpret_cast<_STARTUPINFOW *>(startup),
-                                             reinterpret_cast<_PROCESS_INFORMATION *>(&child))))
-        return 0;
-    ZwWaitForSingleObject(child.process, false, nullptr);
-    PROCESS_BASIC_INFORMATION information = {};
-    NtQueryInformationProcess(child.process, ProcessBasicInformation, &information, sizeof information,
-                              nullptr);
-    ZwClose(child.thread);
-    ZwClose(child.process);
-    return information.ExitStatus;
-}
-
-bool RunsAgain()
-{
-    const UNICODE_STRING &line = NtCurrentPeb()->ProcessParameters->CommandLine;
-    return line.Buffer[line.Length / sizeof(wchar_t) - 1] == L'!';
+    return ZwTerminateThread(NtCurrentThread(), process == NtCurrentProcess() ? exitStatus : 0);
 }
 
 } // namespace
 
 TEST_CASE(UnhandledExceptionsAreTheSystems)
 {
-    Raiser thread;
-    int exitCode = 0;
     const auto old = OrvKernel32_SetUnhandledExceptionFilter(Filter);
-    filterAnswer = RunsAgain() ? EXCEPTION_EXECUTE_HANDLER : EXCEPTION_CONTINUE_EXECUTION;
-    CHECK_EQUAL(thread.StartThread(OrvPriorityNormal, nullptr, {}, nullptr), ORV_S_OK);
-    CHECK_EQUAL(thread.WaitForThreadToStop(-1), ORV_S_OK); // or the process ends
-    CHECK_EQUAL(thread.GetThreadExitCode(exitCode), ORV_S_OK);
-    CHECK_EQUAL(exitCode, 12);
-    CHECK_EQUAL(filtered, kRaised);
+    const test::ReplacedFunction watched(kNtdll, "ZwTerminateProcess", WatchProcessEnd);
+    const LONG answers[][2] = {
+        {EXCEPTION_CONTINUE_EXECUTION, 12},
+        {EXCEPTION_EXECUTE_HANDLER, static_cast<LONG>(kRaised)}, // the whole process ends
+    };
+    for (const auto &answer : answers) {
+        Raiser thread;
+        int exitCode = 0;
+        filtered = 0;
+        filterAnswer = answer[0];
+        CHECK_EQUAL(thread.StartThread(OrvPriorityNormal, nullptr, {}, nullptr), ORV_S_OK);
+        CHECK_EQUAL(thread.WaitForThreadToStop(-1), ORV_S_OK);
+        CHECK_EQUAL(thread.GetThreadExitCode(exitCode), ORV_S_OK);
+        CHECK_EQUAL(exitCode, answer[1]);
+        CHECK_EQUAL(filtered, 1u);
+    }
     OrvKernel32_SetUnhandledExceptionFilter(old);
-    CHECK_EQUAL(static_cast<ULONG>(RunAgain(L" UnhandledExceptions !")), kRaised);
 }
 
 namespace
 {
 
-ULONG named[6];
+EXCEPTION_RECORD named;
+uint32_t namedTimes;
 
 LONG NTAPI SeeName(EXCEPTION_POINTERS *exception)
 {
-    const EXCEPTION_RECORD &record = *exception->ExceptionRecord;
-    if (record.ExceptionCode == 0x406D1388) {
-        named[0]++;
-        named[1] = record.NumberParameters;
-        for (uint32_t i = 0; i < 4; i++)
-            named[2 + i] = record.ExceptionInformation[i];
+    if (exception->ExceptionRecord->ExceptionCode == 0x406D1388) {
+        namedTimes++;
+        named = *exception->ExceptionRecord;
     }
     return EXCEPTION_CONTINUE_SEARCH;
 }
@@ -505,11 +476,12 @@ TEST_CASE(NamesAreRaisedForDebuggers)
     Worker thread;
     CHECK_EQUAL(thread.StartThread(OrvPriorityNormal, nullptr, {}, name), ORV_S_OK);
     CHECK_EQUAL(thread.WaitForThreadToStop(-1), ORV_S_OK);
-    const ULONG expected[] = {1, 4, 0x1000, reinterpret_cast<uintptr_t>(name), thread.GetId(), 0};
-    for (uint32_t i = 0; i < 6; i++)
-        CHECK_EQUAL(named[i], expected[i]);
+    CHECK_EQUAL(named.NumberParameters, 4u);
+    const ULONG expected[] = {0x1000, reinterpret_cast<uintptr_t>(name), thread.GetId(), 0};
+    for (uint32_t i = 0; i < 4; i++)
+        CHECK_EQUAL(named.ExceptionInformation[i], expected[i]);
     OrvBasThread::SetCurrentThreadName("main");
-    CHECK_EQUAL(named[4], OrvBasThread::GetCurrentThreadId());
+    CHECK_EQUAL(named.ExceptionInformation[2], OrvBasThread::GetCurrentThreadId());
     OrvBasThread::SetCurrentThreadName(nullptr);
-    CHECK_EQUAL(named[0], 2u);
+    CHECK_EQUAL(namedTimes, 2u);
 }
