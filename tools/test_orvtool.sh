@@ -297,6 +297,7 @@ if [ -e "$document" ] && have xmllint && have python3; then
     same 'xml format of what xmllint wrote' "$work/out" "$work/once"
 fi
 
+like 0 'system +Windows [0-9]+\.[0-9]+\.[0-9]+.*, (x86|x64) suites .* processors +[1-9][0-9]* memory +pages of 4096 bytes, reserved in steps of 65536 .*' info
 like 0 '[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}\.[0-9]{9}Z ' time
 like 0 '[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}\.[0-9]{9} ' time --local
 instant=2026-11-21T09:10:11.123456700Z

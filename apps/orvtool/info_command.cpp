@@ -3,6 +3,8 @@
 #include "command.h"
 
 #include "nt/teb.h"
+#include "orv/env/machine_info.h"
+#include "orv/env/os_info.h"
 #include "orv/runtime/kernel32_entry_points.h"
 #include "orv/runtime/ntdll_entry_points.h"
 
@@ -67,15 +69,15 @@ ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments
     if (!arguments.IsAtEnd())
         return UsageError(command, console, L"no argument is wanted:", arguments.Peek());
     Stream &out = console.out;
-    OSVERSIONINFOW version = {};
-    version.dwOSVersionInfoSize = sizeof version;
-    OrvNtdll_RtlGetVersion(&version);
-    const PEB &peb = *NtCurrentPeb();
-    out.Print(L"system            %u.%u, build %u\n", version.dwMajorVersion, version.dwMinorVersion,
-              version.dwBuildNumber);
+    const OrvEnvironment::OsFacts &os = OrvEnvironment::OsInfo::GetFacts();
+    const OrvEnvironment::MachineFacts &machine = OrvEnvironment::MachineInfo::GetFacts();
+    out.Print(L"system            %s\n", OrvEnvironment::OsInfo::GetVersionString());
+    out.Print(L"suites            %#x\n", os.suiteMask);
     out.Print(L"64-bit system     %s\n", OrvIsWOW64Process() ? L"yes" : L"no");
-    out.Print(L"session           %u\n", peb.SessionId);
-    out.Print(L"processors        %u\n", peb.NumberOfProcessors);
+    out.Print(L"session           %u\n", NtCurrentPeb()->SessionId);
+    out.Print(L"processors        %u\n", machine.processorCount);
+    out.Print(L"memory            pages of %u bytes, reserved in steps of %u\n", machine.pageSize,
+              machine.allocationGranularity);
     out.Print(L"since start-up    %u ms\n", OrvGetTimestamp());
     PrintTables(out);
     return kExitSuccess;
@@ -88,8 +90,8 @@ const Command kInfoCommand = {
     L"what the library found on this system",
     L"Usage: orvtool info\n"
     L"\n"
-    L"Prints the system's version, the session, the number of processors, and the state of the tables of\n"
-    L"optional entry points with the names that are missing.\n",
+    L"Prints the system's version and suites, the session, the processors and memory units, and the state\n"
+    L"of the tables of optional entry points with the names that are missing.\n",
     Run,
 };
 

@@ -31,6 +31,18 @@ typedef uint64_t ULONGLONG;
 
 #define INVALID_HANDLE_VALUE (reinterpret_cast<HANDLE>(-1))
 
+constexpr ULONG HEAP_ZERO_MEMORY = 0x8;
+
+inline HANDLE NtCurrentProcess()
+{
+    return reinterpret_cast<HANDLE>(-1);
+}
+
+inline HANDLE NtCurrentThread()
+{
+    return reinterpret_cast<HANDLE>(-2);
+}
+
 constexpr bool NT_SUCCESS(NTSTATUS status)
 {
     return status >= 0;
@@ -51,6 +63,7 @@ constexpr NTSTATUS STATUS_PENDING = 0x103;
 constexpr NTSTATUS STATUS_OBJECT_NAME_EXISTS = 0x40000000;
 constexpr NTSTATUS STATUS_BUFFER_OVERFLOW = static_cast<NTSTATUS>(0x80000005);
 constexpr NTSTATUS STATUS_NO_MORE_FILES = static_cast<NTSTATUS>(0x80000006);
+constexpr NTSTATUS STATUS_UNSUCCESSFUL = static_cast<NTSTATUS>(0xC0000001);
 constexpr NTSTATUS STATUS_NOT_IMPLEMENTED = static_cast<NTSTATUS>(0xC0000002);
 constexpr NTSTATUS STATUS_INVALID_HANDLE = static_cast<NTSTATUS>(0xC0000008);
 constexpr NTSTATUS STATUS_INVALID_PARAMETER = static_cast<NTSTATUS>(0xC000000D);
@@ -62,6 +75,8 @@ constexpr NTSTATUS STATUS_OBJECT_PATH_NOT_FOUND = static_cast<NTSTATUS>(0xC00000
 constexpr NTSTATUS STATUS_FILE_LOCK_CONFLICT = static_cast<NTSTATUS>(0xC0000054);
 constexpr NTSTATUS STATUS_LOCK_NOT_GRANTED = static_cast<NTSTATUS>(0xC0000055);
 constexpr NTSTATUS STATUS_CANCELLED = static_cast<NTSTATUS>(0xC0000120);
+constexpr NTSTATUS STATUS_THREAD_IS_TERMINATING = static_cast<NTSTATUS>(0xC000004B);
+constexpr NTSTATUS STATUS_INSUFFICIENT_RESOURCES = static_cast<NTSTATUS>(0xC000009A);
 constexpr NTSTATUS STATUS_PIPE_BROKEN = static_cast<NTSTATUS>(0xC000014B);
 
 // Win32 error numbers.
@@ -223,7 +238,6 @@ struct _ACL;
 struct _GUID;
 struct _EVENT_DESCRIPTOR;
 struct _EVENT_DATA_DESCRIPTOR;
-struct _EXCEPTION_POINTERS;
 struct _MEMORYSTATUSEX;
 struct _OVERLAPPED;
 struct _PROCESS_INFORMATION;
@@ -241,7 +255,53 @@ struct _OSVERSIONINFOW {
 };
 typedef _OSVERSIONINFOW OSVERSIONINFOW;
 
-// The environment blocks of the process and of the thread, as far as they are read.
+// Exceptions.
+
+struct EXCEPTION_RECORD {
+    ULONG ExceptionCode;
+    ULONG ExceptionFlags;
+    EXCEPTION_RECORD *ExceptionRecord;
+    PVOID ExceptionAddress;
+    ULONG NumberParameters;
+    ULONG ExceptionInformation[15];
+};
+
+struct _EXCEPTION_POINTERS {
+    EXCEPTION_RECORD *ExceptionRecord;
+    PVOID ContextRecord;
+};
+typedef _EXCEPTION_POINTERS EXCEPTION_POINTERS;
+
+enum EXCEPTION_DISPOSITION : int { ExceptionContinueExecution, ExceptionContinueSearch };
+
+/// A handler of the chain that starts in the thread's block. It lies on the stack.
+struct EXCEPTION_REGISTRATION_RECORD {
+    EXCEPTION_REGISTRATION_RECORD *Next;
+    EXCEPTION_DISPOSITION(__cdecl *Handler)
+    (EXCEPTION_RECORD *record, EXCEPTION_REGISTRATION_RECORD *frame, PVOID context, PVOID dispatcher);
+};
+
+constexpr ULONG EXCEPTION_UNWIND = 0x6; ///< either flag of a record that is no question any more
+
+// What a filter answers.
+constexpr LONG EXCEPTION_EXECUTE_HANDLER = 1;
+constexpr LONG EXCEPTION_CONTINUE_SEARCH = 0;
+constexpr LONG EXCEPTION_CONTINUE_EXECUTION = -1;
+
+// Lists. An empty one is a head that points to itself.
+
+struct LIST_ENTRY {
+    LIST_ENTRY *Flink;
+    LIST_ENTRY *Blink;
+};
+
+/// The words are the caller's.
+struct RTL_BITMAP {
+    ULONG SizeOfBitMap; ///< in bits
+    ULONG *Buffer;
+};
+
+// The environment blocks of the process and of the thread, as far as they are used.
 
 struct RTL_USER_PROCESS_PARAMETERS {
     uint8_t Reserved1[0x18];
@@ -261,7 +321,9 @@ struct PEB {
     RTL_USER_PROCESS_PARAMETERS *ProcessParameters;
     PVOID SubSystemData;
     HANDLE ProcessHeap;
-    uint8_t Reserved2[0x48];
+    uint8_t Reserved2[0x24];
+    RTL_BITMAP *TlsBitmap;
+    uint8_t Reserved5[0x20];
     ULONG NumberOfProcessors;
     uint8_t Reserved3[0x3C];
     ULONG OSMajorVersion;
@@ -269,12 +331,21 @@ struct PEB {
     USHORT OSBuildNumber;
     USHORT OSCSDVersion;
     ULONG OSPlatformId;
-    uint8_t Reserved4[0x120];
+    uint8_t Reserved4[0x9C];
+    RTL_BITMAP *TlsExpansionBitmap;
+    uint8_t Reserved6[0x80];
     ULONG SessionId;
 };
 
+/// The slots that every thread has, and those behind them that it gets when it first needs one.
+constexpr ULONG TLS_MINIMUM_AVAILABLE = 64;
+constexpr ULONG TLS_EXPANSION_SLOTS = 1024;
+
 struct TEB {
-    uint8_t Reserved1[0x18];
+    EXCEPTION_REGISTRATION_RECORD *ExceptionList;
+    PVOID StackBase;  ///< the stack's highest address
+    PVOID StackLimit; ///< the lowest address that is committed
+    uint8_t Reserved1[0xC];
     TEB *Self;
     PVOID EnvironmentPointer;
     CLIENT_ID ClientId;
@@ -282,6 +353,12 @@ struct TEB {
     PVOID ThreadLocalStoragePointer;
     PEB *ProcessEnvironmentBlock;
     ULONG LastErrorValue;
+    uint8_t Reserved2[0x88];
+    PVOID WOW32Reserved; ///< on 64-bit systems, the way into their kernel
+    uint8_t Reserved3[0xD4C];
+    PVOID TlsSlots[TLS_MINIMUM_AVAILABLE];
+    uint8_t Reserved4[0x84];
+    PVOID *TlsExpansionSlots; ///< a block of the process heap; null until it is needed
 };
 
 /// A 64-bit count that the system updates while we read: High2Time is written first and High1Time last.
@@ -341,11 +418,18 @@ static_assert(sizeof(void *) == 4, "the layouts below are those of a 32-bit proc
 static_assert(sizeof(OBJECT_ATTRIBUTES) == 24);
 static_assert(offsetof(RTL_USER_PROCESS_PARAMETERS, CommandLine) == 0x40);
 static_assert(offsetof(PEB, ProcessHeap) == 0x18);
+static_assert(offsetof(PEB, TlsBitmap) == 0x40);
 static_assert(offsetof(PEB, NumberOfProcessors) == 0x64);
 static_assert(offsetof(PEB, OSBuildNumber) == 0xAC);
+static_assert(offsetof(PEB, TlsExpansionBitmap) == 0x150);
 static_assert(offsetof(PEB, SessionId) == 0x1D4);
+static_assert(offsetof(TEB, Self) == 0x18);
 static_assert(offsetof(TEB, ClientId) == 0x20);
 static_assert(offsetof(TEB, LastErrorValue) == 0x34);
+static_assert(offsetof(TEB, WOW32Reserved) == 0xC0);
+static_assert(offsetof(TEB, TlsSlots) == 0xE10);
+static_assert(offsetof(TEB, TlsExpansionSlots) == 0xF94);
+static_assert(offsetof(KUSER_SHARED_DATA, NtProductType) == 0x264);
 static_assert(offsetof(KUSER_SHARED_DATA, SystemTime) == 0x14);
 static_assert(offsetof(KUSER_SHARED_DATA, NtMajorVersion) == 0x26C);
 static_assert(offsetof(KUSER_SHARED_DATA, SuiteMask) == 0x2D0);
@@ -378,6 +462,84 @@ constexpr ULONG SEC_COMMIT = 0x8000000;
 constexpr ULONG PAGE_READONLY = 0x02;
 constexpr ULONG PAGE_READWRITE = 0x04;
 constexpr ULONG ViewUnmap = 2; ///< child processes do not inherit the view
+
+struct RTL_CRITICAL_SECTION {
+    PVOID DebugInfo;
+    LONG LockCount;
+    LONG RecursionCount;
+    HANDLE OwningThread;
+    HANDLE LockSemaphore;
+    ULONG SpinCount;
+};
+static_assert(sizeof(RTL_CRITICAL_SECTION) == 24);
+
+// Threads.
+
+struct THREAD_BASIC_INFORMATION {
+    NTSTATUS ExitStatus; ///< STATUS_PENDING while the thread runs
+    TEB *TebBaseAddress;
+    CLIENT_ID ClientId;
+    ULONG AffinityMask;
+    LONG Priority;
+    LONG BasePriority;
+};
+static_assert(sizeof(THREAD_BASIC_INFORMATION) == 28);
+
+/// The registers of a thread: which are meant, and the rest as nobody here reads it.
+struct CONTEXT {
+    ULONG ContextFlags;
+    uint8_t Registers[0x2C8];
+};
+static_assert(sizeof(CONTEXT) == 0x2CC);
+
+constexpr ULONG CONTEXT_CONTROL = 0x10001;
+
+enum THREADINFOCLASS : ULONG {
+    ThreadBasicInformation = 0,
+    ThreadBasePriority = 3,
+    ThreadZeroTlsCell = 10,
+    ThreadIoPriority = 22,
+};
+
+enum IO_PRIORITY_HINT : ULONG { IoPriorityVeryLow, IoPriorityLow };
+
+constexpr ACCESS_MASK THREAD_TERMINATE = 0x0001;
+constexpr ACCESS_MASK THREAD_SUSPEND_RESUME = 0x0002;
+constexpr ACCESS_MASK THREAD_GET_CONTEXT = 0x0008;
+constexpr ACCESS_MASK THREAD_QUERY_INFORMATION = 0x0040;
+
+constexpr ULONG MEM_RELEASE = 0x8000;
+
+// The system.
+
+struct SYSTEM_BASIC_INFORMATION {
+    ULONG Reserved;
+    ULONG TimerResolution;
+    ULONG PageSize;
+    ULONG NumberOfPhysicalPages;
+    ULONG LowestPhysicalPageNumber;
+    ULONG HighestPhysicalPageNumber;
+    ULONG AllocationGranularity;
+    uintptr_t MinimumUserModeAddress;
+    uintptr_t MaximumUserModeAddress;
+    uintptr_t ActiveProcessorsAffinityMask;
+    UCHAR NumberOfProcessors;
+};
+static_assert(sizeof(SYSTEM_BASIC_INFORMATION) == 44);
+
+struct SYSTEM_PROCESSOR_INFORMATION {
+    USHORT ProcessorArchitecture;
+    USHORT ProcessorLevel;
+    USHORT ProcessorRevision;
+    USHORT MaximumProcessors;
+    ULONG ProcessorFeatureBits;
+};
+static_assert(sizeof(SYSTEM_PROCESSOR_INFORMATION) == 12);
+
+enum SYSTEM_INFORMATION_CLASS : ULONG { SystemBasicInformation = 0, SystemProcessorInformation = 1 };
+
+constexpr USHORT PROCESSOR_ARCHITECTURE_IA64 = 6;
+constexpr USHORT PROCESSOR_ARCHITECTURE_AMD64 = 9;
 
 // Security.
 
@@ -469,6 +631,45 @@ NTSYSAPI NTSTATUS NTAPI ZwCreateSemaphore(HANDLE *handle, ACCESS_MASK access,
 NTSYSAPI NTSTATUS NTAPI ZwOpenSemaphore(HANDLE *handle, ACCESS_MASK access,
                                         const OBJECT_ATTRIBUTES *attributes);
 NTSYSAPI NTSTATUS NTAPI ZwReleaseSemaphore(HANDLE handle, LONG count, LONG *previousCount);
+
+// Critical sections.
+
+NTSYSAPI NTSTATUS NTAPI RtlInitializeCriticalSection(RTL_CRITICAL_SECTION *section);
+NTSYSAPI NTSTATUS NTAPI RtlDeleteCriticalSection(RTL_CRITICAL_SECTION *section);
+NTSYSAPI NTSTATUS NTAPI RtlEnterCriticalSection(RTL_CRITICAL_SECTION *section);
+NTSYSAPI NTSTATUS NTAPI RtlLeaveCriticalSection(RTL_CRITICAL_SECTION *section);
+
+// Threads and the process. Stack sizes are in bytes.
+
+NTSYSAPI NTSTATUS NTAPI RtlCreateUserThread(HANDLE process, PVOID securityDescriptor, BOOLEAN suspended,
+                                            ULONG zeroBits, size_t maximumStack, size_t committedStack,
+                                            ULONG(NTAPI *start)(PVOID), PVOID argument, HANDLE *thread,
+                                            CLIENT_ID *clientId);
+NTSYSAPI NTSTATUS NTAPI ZwOpenThread(HANDLE *handle, ACCESS_MASK access, const OBJECT_ATTRIBUTES *attributes,
+                                     const CLIENT_ID *clientId);
+NTSYSAPI NTSTATUS NTAPI ZwSuspendThread(HANDLE thread, ULONG *previousCount);
+NTSYSAPI NTSTATUS NTAPI ZwResumeThread(HANDLE thread, ULONG *previousCount);
+NTSYSAPI NTSTATUS NTAPI ZwGetContextThread(HANDLE thread, CONTEXT *context);
+NTSYSAPI NTSTATUS NTAPI ZwTerminateThread(HANDLE thread, NTSTATUS exitStatus);
+NTSYSAPI NTSTATUS NTAPI ZwQueryInformationThread(HANDLE thread, ULONG informationClass, PVOID information,
+                                                 ULONG size, ULONG *returnedSize);
+NTSYSAPI NTSTATUS NTAPI ZwSetInformationThread(HANDLE thread, ULONG informationClass, const void *information,
+                                               ULONG size);
+NTSYSAPI void NTAPI LdrShutdownThread();
+NTSYSAPI NTSTATUS NTAPI ZwTerminateProcess(HANDLE process, NTSTATUS exitStatus);
+NTSYSAPI void NTAPI RtlRaiseException(EXCEPTION_RECORD *record);
+NTSYSAPI NTSTATUS NTAPI ZwFreeVirtualMemory(HANDLE process, PVOID *base, ULONG *size, ULONG type);
+
+/// Guards the process's block, the bits of its thread-local slots among the rest.
+NTSYSAPI void NTAPI RtlAcquirePebLock();
+NTSYSAPI void NTAPI RtlReleasePebLock();
+NTSYSAPI ULONG NTAPI RtlFindClearBitsAndSet(RTL_BITMAP *bitmap, ULONG count, ULONG hint);
+NTSYSAPI void NTAPI RtlClearBits(RTL_BITMAP *bitmap, ULONG first, ULONG count);
+
+// The system.
+
+NTSYSAPI NTSTATUS NTAPI ZwQuerySystemInformation(ULONG informationClass, PVOID information, ULONG size,
+                                                 ULONG *returnedSize);
 
 // Time.
 

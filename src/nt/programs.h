@@ -94,6 +94,31 @@ static_assert(sizeof(OBJECT_BASIC_INFORMATION) == 56);
 
 constexpr ULONG ObjectBasicInformation = 0;
 
+struct SYSTEM_HANDLE_TABLE_ENTRY_INFO {
+    USHORT UniqueProcessId;
+    USHORT CreatorBackTraceIndex;
+    UCHAR ObjectTypeIndex;
+    UCHAR HandleAttributes;
+    USHORT HandleValue;
+    PVOID Object;
+    ACCESS_MASK GrantedAccess;
+};
+static_assert(sizeof(SYSTEM_HANDLE_TABLE_ENTRY_INFO) == 16);
+
+constexpr ULONG SystemHandleInformation = 16;
+
+/// One step of a walk over a heap; all zeros starts it.
+struct RTL_HEAP_WALK_ENTRY {
+    PVOID DataAddress;
+    size_t DataSize;
+    UCHAR OverheadBytes;
+    UCHAR SegmentIndex;
+    USHORT Flags;
+    ULONG Reserved[4];
+};
+
+constexpr USHORT RTL_HEAP_BUSY = 0x0001;
+
 // The digests of ntdll.dll.
 
 struct MD4_CTX {
@@ -156,15 +181,14 @@ NTSYSAPI PVOID NTAPI RtlAddVectoredExceptionHandler(ULONG first, LONG(NTAPI *han
 NTSYSAPI HANDLE NTAPI RtlCreateHeap(ULONG flags, PVOID base, size_t reserve, size_t commit, PVOID lock,
                                     PVOID parameters);
 NTSYSAPI HANDLE NTAPI RtlDestroyHeap(HANDLE heap);
+NTSYSAPI NTSTATUS NTAPI NtQuerySystemInformation(ULONG informationClass, PVOID information, ULONG size,
+                                                 ULONG *returnedSize);
+NTSYSAPI NTSTATUS NTAPI RtlWalkHeap(HANDLE heap, RTL_HEAP_WALK_ENTRY *entry);
 NTSYSAPI size_t NTAPI RtlSizeHeap(HANDLE heap, ULONG flags, const void *block);
 NTSYSAPI NTSTATUS NTAPI NtQueryObject(HANDLE handle, ULONG informationClass, PVOID information, ULONG size,
                                       ULONG *returnedSize);
 NTSYSAPI NTSTATUS NTAPI NtQuerySecurityObject(HANDLE handle, ULONG parts, PVOID descriptor, ULONG size,
                                               ULONG *needed);
-NTSYSAPI NTSTATUS NTAPI RtlCreateUserThread(HANDLE process, PVOID securityDescriptor, BOOLEAN suspended,
-                                            ULONG zeroBits, size_t maximumStack, size_t committedStack,
-                                            ULONG(NTAPI *start)(PVOID), PVOID argument, HANDLE *thread,
-                                            CLIENT_ID *clientId);
 NTSYSAPI NTSTATUS NTAPI ZwCreateDirectoryObject(HANDLE *handle, ACCESS_MASK access,
                                                 const OBJECT_ATTRIBUTES *attributes);
 

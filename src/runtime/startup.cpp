@@ -1,17 +1,88 @@
 // Start-up: the roof over all subsystems. It may include everything, and nothing includes it.
 //
-// For now attaching fills the two entry-point tables. Counting initializations, the random source, machine
-// facts and the per-thread records take their place here, between the tables and the return.
+// A start-up that fails stops where it is and stays counted; whoever asked for it takes it back. Teardown
+// only counts, since code of other modules may still be using the tables and the facts.
 
 #include "runtime/startup.h"
 
+#include "env/win_version.h"
+#include "nt/nt.h"
+#include "nt/teb.h"
+#include "orv/env/environment.h"
+#include "orv/env/machine_info.h"
+#include "orv/env/os_info.h"
 #include "orv/runtime/kernel32_entry_points.h"
 #include "orv/runtime/ntdll_entry_points.h"
+#include "orv/runtime/result.h"
+#include "orv/runtime/startup.h"
+#include "orv/sync/spin_lock.h"
+#include "runtime/status.h"
+#include "thread/thread_record.h"
 
-namespace detail
+namespace
 {
 
-OrvResult AttachProcess()
+OrvSpinLock startUpLock = {0, 1}; // waiters sleep 1 ms, so that a holder of a lower priority gets its turn
+int32_t startUpCount;
+bool isAttached;
+
+OrvResult RecordMachineFacts()
+{
+    SYSTEM_BASIC_INFORMATION basic = {};
+    const NTSTATUS status = ZwQuerySystemInformation(SystemBasicInformation, &basic, sizeof basic, nullptr);
+    if (!NT_SUCCESS(status))
+        return detail::ResultFromStatus(status);
+    OrvEnvironment::MachineInfo::Initialize(
+        {basic.PageSize, basic.AllocationGranularity, basic.NumberOfProcessors});
+    return ORV_S_OK;
+}
+
+/// Of the system, where this process may see the processor that a 64-bit system pretends to have.
+OrvResult QueryArchitecture(OrvEnvironment::ProcessorArchitecture &architecture)
+{
+    architecture = OrvEnvironment::ProcessorX86;
+    if (!OrvNtdllIsFnLoaded_RtlGetNativeSystemInformation())
+        return ORV_S_OK;
+    SYSTEM_PROCESSOR_INFORMATION processor = {};
+    const NTSTATUS status = OrvNtdll_RtlGetNativeSystemInformation(SystemProcessorInformation, &processor,
+                                                                   sizeof processor, nullptr);
+    if (!NT_SUCCESS(status))
+        return detail::ResultFromStatus(status);
+    if (processor.ProcessorArchitecture == PROCESSOR_ARCHITECTURE_IA64)
+        architecture = OrvEnvironment::ProcessorItanium;
+    else if (processor.ProcessorArchitecture == PROCESSOR_ARCHITECTURE_AMD64)
+        architecture = OrvEnvironment::ProcessorX64;
+    return ORV_S_OK;
+}
+
+OrvResult RecordOsFacts()
+{
+    const TEB *const teb = NtCurrentTeb();
+    if (!teb || !teb->ProcessEnvironmentBlock)
+        return ORV_E_OBJECT_NOT_FOUND;
+    const PEB &peb = *teb->ProcessEnvironmentBlock;
+    const volatile KUSER_SHARED_DATA &shared = SharedUserData();
+
+    OrvEnvironment::OsFacts facts = {};
+    facts.majorVersion = shared.NtMajorVersion;
+    facts.minorVersion = shared.NtMinorVersion;
+    facts.buildNumber = peb.OSBuildNumber;
+    facts.servicePackMajor = peb.OSCSDVersion >> 8;
+    facts.servicePackMinor = peb.OSCSDVersion & 0xFF;
+    facts.suiteMask = shared.SuiteMask;
+    facts.productType = static_cast<OrvEnvironment::ProductType>(shared.NtProductType);
+    OrvResult result = QueryArchitecture(facts.processorArchitecture);
+    if (OrvFailed(result))
+        return result;
+
+    wchar_t version[OrvEnvironment::detail::kWinVersionCapacity];
+    result = OrvEnvironment::detail::GetWinVersionString(facts, version, sizeof version / sizeof *version);
+    if (OrvSucceeded(result))
+        OrvEnvironment::OsInfo::Initialize(facts, version);
+    return result;
+}
+
+OrvResult StartUp()
 {
     if (!OrvNtdllIsTableInitialized()) {
         const OrvResult result = OrvNtdllTableInitialize();
@@ -20,7 +91,119 @@ OrvResult AttachProcess()
     }
     if (!OrvKernel32IsTableInitialized())
         OrvKernel32TableInitializeIfLoaded(); // a process without kernel32.dll is as good as one with it
-    return 0;
+
+    // The generator of random numbers would be next, but it starts alike in every process and so is
+    // initialised by the compiler.
+
+    const OrvResult result = RecordMachineFacts();
+    return OrvFailed(result) ? result : RecordOsFacts();
+}
+
+/// The key, and the record of the thread that attaches the process.
+OrvResult CreateFirstThreadRecord()
+{
+    OrvResult result = detail::AllocateThreadRecordKey();
+    if (OrvFailed(result))
+        return result;
+    result = detail::EnsureThreadRecord();
+    if (OrvFailed(result))
+        detail::FreeThreadRecordKey();
+    return result;
+}
+
+/// The steps between the start-up and the runtime's own work.
+OrvResult PrepareProcess()
+{
+    OrvResult result = OrvEnvironment::InitializeEnvironment();
+    if (OrvFailed(result))
+        return result;
+    result = detail::CreateThreadRecordList();
+    if (OrvFailed(result))
+        return result;
+    result = CreateFirstThreadRecord();
+    if (OrvFailed(result))
+        detail::DeleteThreadRecordList();
+    return result;
+}
+
+} // namespace
+
+OrvResult InternalInitializeOrvSysDll()
+{
+    const OrvSpinLockLocker locker(&startUpLock, true);
+    return ++startUpCount > 1 ? ORV_S_OK : StartUp();
+}
+
+void InternalDestroyOrvSysDll()
+{
+    const OrvSpinLockLocker locker(&startUpLock, true);
+    if (startUpCount > 0)
+        startUpCount--;
+}
+
+OrvResult OrvInitializeSysMini()
+{
+    OrvResult result = InternalInitializeOrvSysDll();
+    if (OrvFailed(result))
+        return result;
+    result = OrvEnvironment::InitializeEnvironment();
+    if (OrvFailed(result))
+        InternalDestroyOrvSysDll();
+    return result;
+}
+
+void OrvDestroySysMini()
+{
+    InternalDestroyOrvSysDll();
+}
+
+namespace detail
+{
+
+OrvResult AttachProcess(const RuntimeWork &runtime)
+{
+    OrvResult result = InternalInitializeOrvSysDll();
+    if (OrvSucceeded(result))
+        result = PrepareProcess();
+    if (OrvFailed(result)) {
+        InternalDestroyOrvSysDll();
+        return result;
+    }
+    result = runtime.attachProcess();
+    if (OrvFailed(result)) {
+        InternalDestroyOrvSysDll();
+        FreeThreadRecordKey();
+        DeleteThreadRecordList();
+        InternalDestroyOrvSysDll(); // what the static objects may have started up, too
+        runtime.terminate();
+        return result;
+    }
+    isAttached = true;
+    return ORV_S_OK;
+}
+
+void AttachThread(const RuntimeWork &runtime)
+{
+    EnsureThreadRecord(); // a thread without a record is as good as one with it
+    runtime.attachThread();
+}
+
+void DetachThread(const RuntimeWork &runtime)
+{
+    runtime.detachThread();
+    RemoveThreadRecord();
+}
+
+void DetachProcess(const RuntimeWork &runtime)
+{
+    if (!isAttached)
+        return;
+    isAttached = false;
+    runtime.detachProcess();
+    FreeThreadRecordKey();
+    DeleteThreadRecordList();
+    InternalDestroyOrvSysDll();
+    runtime.terminate();
 }
 
 } // namespace detail

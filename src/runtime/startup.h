@@ -1,4 +1,4 @@
-// What the library does when the loader attaches it to a process.
+// What the library does when the loader tells it of a process or a thread.
 
 #pragma once
 
@@ -7,7 +7,22 @@
 namespace detail
 {
 
-/// Makes the library usable. A failure makes the load fail.
-OrvResult AttachProcess();
+/// The work of the compiler's runtime around the library's own.
+struct RuntimeWork {
+    OrvResult (*attachProcess)(); ///< makes the static objects
+    void (*attachThread)();
+    void (*detachThread)();
+    void (*detachProcess)(); ///< ends the static objects
+    void (*terminate)();     ///< after everything else, also when attaching failed
+};
+
+/// Makes the library usable. When it fails, which makes the load fail, all that was done is undone.
+OrvResult AttachProcess(const RuntimeWork &runtime);
+
+void AttachThread(const RuntimeWork &runtime);
+void DetachThread(const RuntimeWork &runtime);
+
+/// Does nothing unless AttachProcess succeeded.
+void DetachProcess(const RuntimeWork &runtime);
 
 } // namespace detail

@@ -3,12 +3,13 @@
 #include "orv/runtime/kernel32_entry_points.h"
 #include "orv/runtime/ntdll_entry_points.h"
 #include "orv/runtime/result.h"
+#include "orv/runtime/startup.h"
 
+#include "harness/replace.h"
 #include "harness/test.h"
 #include "nt/programs.h"
 #include "nt/teb.h"
 #include "runtime/entry_table.h"
-#include "runtime/startup.h"
 
 TEST_CASE(EmptyTablesAnswerAndFallBack)
 {
@@ -39,46 +40,30 @@ TEST_CASE(EmptyTablesAnswerAndFallBack)
         CHECK_EQUAL(OrvNtdll_RtlDowncaseUnicodeChar(sample[0]), sample[1]);
 }
 
-TEST_CASE(AttachingFillsWhatIsEmpty)
+TEST_CASE(StartUpFillsWhatIsEmpty)
 {
-    CHECK_EQUAL(detail::AttachProcess(), ORV_S_OK);
+    CHECK_EQUAL(InternalInitializeOrvSysDll(), ORV_S_OK);
     CHECK(OrvKernel32IsTableInitialized());
+    InternalDestroyOrvSysDll();
+    CHECK(OrvNtdllIsTableInitialized()); // teardown counts and nothing else
     OrvNtdllTableDestroy();
     OrvKernel32ForceInitialize(); // the kernel32 table is filled already: nothing happens
     CHECK(!OrvNtdllIsTableInitialized());
-    CHECK_EQUAL(detail::AttachProcess(), ORV_S_OK);
+    CHECK_EQUAL(InternalInitializeOrvSysDll(), ORV_S_OK);
     CHECK(OrvNtdllIsTableInitialized());
+    InternalDestroyOrvSysDll();
 }
 
 TEST_CASE(FailureWithoutAReasonIsZero)
 {
-    // No function of the platform fails and says no reason, so this one is made to for a moment.
-    const uint8_t returnFalse[] = {0x31, 0xC0, 0xC2, 20, 0}; // xor eax, eax; ret 20
-    constexpr ULONG kSize = sizeof returnFalse;
-    const UNICODE_STRING moduleName = detail::CountedLiteral(L"kernel32.dll");
-    const ANSI_STRING name = detail::EntryName("ReadFile");
-    PVOID module = nullptr;
-    PVOID code = nullptr;
-    CHECK_EQUAL(detail::AttachProcess(), ORV_S_OK);
-    CHECK_EQUAL(LdrGetDllHandle(nullptr, nullptr, &moduleName, &module), STATUS_SUCCESS);
-    CHECK_EQUAL(LdrGetProcedureAddress(module, &name, 0, &code), STATUS_SUCCESS);
-    PVOID page = code;
-    ULONG pageSize = kSize;
-    ULONG protection = 0;
-    CHECK_EQUAL(
-        NtProtectVirtualMemory(NtCurrentProcess(), &page, &pageSize, PAGE_EXECUTE_READWRITE, &protection),
-        STATUS_SUCCESS);
-    uint8_t original[kSize];
-    memmove(original, code, kSize);
-    memmove(code, returnFalse, kSize);
+    // No function of the platform fails and says no reason, so this one is made to.
+    CHECK_EQUAL(InternalInitializeOrvSysDll(), ORV_S_OK);
+    const test::ReplacedFunction fails(L"kernel32.dll", "ReadFile", false, 20);
     OrvWinSetLastError(0);
-    const OrvResult withoutReason = OrvKernel32_ReadFile(nullptr, nullptr, 0, nullptr, nullptr);
+    CHECK_EQUAL(OrvKernel32_ReadFile(nullptr, nullptr, 0, nullptr, nullptr), ORV_S_OK);
     OrvWinSetLastError(5);
-    const OrvResult withReason = OrvKernel32_ReadFile(nullptr, nullptr, 0, nullptr, nullptr);
-    memmove(code, original, kSize);
-    NtProtectVirtualMemory(NtCurrentProcess(), &page, &pageSize, protection, &protection);
-    CHECK_EQUAL(withoutReason, ORV_S_OK);
-    CHECK_EQUAL(withReason, ORV_E_ACCESS_DENIED);
+    CHECK_EQUAL(OrvKernel32_ReadFile(nullptr, nullptr, 0, nullptr, nullptr), ORV_E_ACCESS_DENIED);
+    InternalDestroyOrvSysDll();
 }
 
 TEST_CASE(MissingNamesBecomeNullEntries)

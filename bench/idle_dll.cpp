@@ -1,0 +1,14 @@
+// A DLL that imports ntdll.dll and does nothing: what loading costs anyway.
+
+#include "nt/nt.h"
+
+/// Imported, never called.
+extern "C" __declspec(dllexport) void *OrvIdleImport()
+{
+    return reinterpret_cast<void *>(&ZwClose);
+}
+
+extern "C" BOOL NTAPI OrvIdleEntry(PVOID, ULONG, PVOID)
+{
+    return true;
+}

@@ -1,0 +1,56 @@
+// The operating system: its version, edition and processor.
+//
+// Start-up records the facts once, so a query is a plain read. Until then every fact is 0 and the version
+// text is empty.
+
+#pragma once
+
+#include "orv/base.h"
+
+namespace OrvEnvironment
+{
+
+/// The processor that the system runs on, which may be more than what this 32-bit process sees.
+enum ProcessorArchitecture : uint32_t {
+    ProcessorX86 = 1, ///< also when the system cannot say
+    ProcessorX64 = 2,
+    ProcessorItanium = 3,
+};
+
+enum ProductType : uint32_t {
+    ProductWorkstation = 1,
+    ProductDomainController = 2,
+    ProductServer = 3,
+};
+
+struct OsFacts {
+    uint32_t majorVersion;
+    uint32_t minorVersion;
+    uint32_t buildNumber;
+    uint32_t servicePackMajor;
+    uint32_t servicePackMinor;
+    uint32_t suiteMask; ///< the platform's VER_SUITE bits
+    ProductType productType;
+    ProcessorArchitecture processorArchitecture;
+};
+
+class OsInfo
+{
+public:
+    OsInfo() = delete;
+
+    /// Records the facts and a copy of their text, which is cut after 127 characters. For start-up alone: it
+    /// must not race with queries.
+    static void Initialize(const OsFacts &facts, const wchar_t *versionString);
+
+    ORV_API static const OsFacts &GetFacts();
+
+    /// The version as text, such as "Windows 6.1.7601 Service Pack 1.0, server, x64"; terminated, valid as
+    /// long as the library is loaded.
+    ORV_API static const wchar_t *GetVersionString();
+
+    /// Whether the system's version is this one or a later one.
+    ORV_API static bool IsAtLeast(uint32_t majorVersion, uint32_t minorVersion);
+};
+
+} // namespace OrvEnvironment

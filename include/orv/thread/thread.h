@@ -1,0 +1,177 @@
+// A thread: derive from OrvBasThread, do the work in Run, start it.
+//
+// The thread object is a waitable whose handle is the thread's, so waiting on it waits for the thread's end.
+// It has an event by which others ask the thread to stop; the thread's own code looks at that, nothing else
+// does. An object goes from not started to running to ended, and may be started again from there.
+//
+// The object must outlive its thread up to the return of Cleanup. Its destructor closes the handle and stops
+// nothing: stop the thread and wait for its end before the derived part is gone. Asking to stop, waiting and
+// querying may be done by any number of threads at once; Initialize, StartThread and Destroy must not race
+// with them.
+
+#pragma once
+
+#include "orv/flags.h"
+#include "orv/security/security_context.h"
+#include "orv/sync/event.h"
+#include "orv/sync/waitable.h"
+
+/// How urgent a thread is, from -20 to 19. The named points are honoured; any other stands for an increment
+/// of 0.
+enum OrvPriority : int32_t {
+    OrvPriorityTimeCritical = -20,
+    OrvPriorityHighest = -10,
+    OrvPriorityNormal = 0, ///< left as the platform makes it
+    OrvPriorityLowest = 10,
+    OrvPriorityIdle = 19,
+};
+
+class OrvBasThread : public OrvBasWaitable
+{
+public:
+    enum ThreadFlag : uint32_t {
+        /// Reads and writes of the thread give way to all others, as in the background mode of the platform.
+        /// Does nothing on systems without I/O priorities.
+        ThreadVeryLowIoPriority = 0x1,
+        /// The same, less strictly. ThreadVeryLowIoPriority wins when both are set.
+        ThreadLowIoPriority = 0x2,
+        /// The thread ends without telling the loaded modules, which then cannot free what they keep for it.
+        ThreadEndsUnannounced = 0x4,
+        /// The thread waits for ResumeThread before it runs at all.
+        ThreadStartsSuspended = 0x8,
+    };
+
+    enum ThreadState : uint32_t {
+        ThreadNotStarted = 1,
+        ThreadRunning = 2,
+        ThreadEnded = 3,
+    };
+
+    ORV_API OrvBasThread();
+
+    /// Closes the handle; a running thread runs on.
+    ORV_API ~OrvBasThread() override;
+
+protected:
+    /// The thread's work. Its result is the thread's exit code; STILL_ACTIVE (259) cannot be told from a
+    /// thread that runs. An exception that is not handled here takes the system's way for unhandled ones.
+    /// Here it does nothing and returns 0.
+    ORV_API virtual int Run();
+
+    /// Called on the thread after Run, as the last use of the object. The thread's values of thread-local
+    /// keys beyond the first 64 are gone by then. Here it does nothing.
+    ORV_API virtual void Cleanup();
+
+public:
+    /// Prepares the stop request before the first start. From then on `externalStopEvent`, which must outlive
+    /// its use here, stands for it unless it is null; with null, the event that was used so far goes on being
+    /// used, and if that is the object's own, it is created or reset.
+    ///
+    /// Returns 0; otherwise the converted status of creating or resetting the own event.
+    ORV_API OrvResult Initialize(OrvBasEvent *externalStopEvent);
+
+    /// Whether Initialize or StartThread has prepared the stop request. This hides the question of the base:
+    /// whether there is a thread is what GetThreadState says.
+    ORV_API bool IsInitialized() const;
+
+    /// Starts a thread that calls Run, then Cleanup, then ends. Its stack grows up to 1 MB. The own stop
+    /// event is created or reset; an external one is left as it is.
+    ///
+    /// `security` describes the thread object, null for the platform's default; `name` (terminated, null for
+    /// none) is for debuggers, as by SetThreadName.
+    ///
+    /// Returns 0; the thread runs, but with the platform's priority, when the result is informational: the
+    /// failure to set the priority with that severity; ORV_E_THREAD_RUNNING when the last thread has not
+    /// ended; otherwise a failure of the stop event, of the security context, or the converted status of
+    /// creating or resuming the thread. On failure no new thread exists; the old handle is kept, except when
+    /// the thread could not be resumed.
+    ORV_API OrvResult StartThread(OrvPriority priority, OrvSecurityCtx *security, OrvFlags<ThreadFlag> flags,
+                                  const char *name);
+
+    /// Asks the thread to stop and waits for its end, for at most `timeoutMs` milliseconds, -1 for ever.
+    ///
+    /// Returns 0 when it ended, and at once when none was started; ORV_W_TIMEOUT; otherwise a failure to
+    /// signal or to wait.
+    ORV_API OrvResult StopThread(int timeoutMs);
+
+    /// Waits for the thread's end, for at most `timeoutMs` milliseconds, -1 for ever. Returns as StopThread.
+    ORV_API OrvResult WaitForThreadToStop(int timeoutMs);
+
+    /// Returns 0; otherwise the converted status of the query, and `state` is untouched.
+    ORV_API OrvResult GetThreadState(ThreadState &state);
+
+    /// Returns 0; ORV_W_STILL_ACTIVE while the thread runs; otherwise the converted status:
+    /// ORV_E_INVALID_HANDLE when none was started. On failure `exitCode` is untouched.
+    ORV_API OrvResult GetThreadExitCode(int &exitCode);
+
+    /// Takes back one SuspendThread, or lets a thread go that starts suspended. Does nothing to a thread that
+    /// runs.
+    ///
+    /// Returns 0 or the converted status: ORV_E_INVALID_HANDLE when none was started.
+    ORV_API OrvResult ResumeThread();
+
+    /// Halts the thread wherever it is, until it was resumed as often as suspended. It may hold locks then.
+    ///
+    /// Returns 0 or the converted status: ORV_E_INVALID_HANDLE when none was started.
+    ORV_API OrvResult SuspendThread();
+
+    /// Ends the thread wherever it is: no code of it runs any more, so the locks that it holds stay taken and
+    /// what it owns is lost. The thread is looked up by its id, so this works after Destroy too.
+    ///
+    /// Returns 0 when the thread has ended, also when it had ended before; ORV_E_INVALID_OPERATION when it is
+    /// the calling thread, which can end itself by other means; otherwise the converted status:
+    /// ORV_E_INVALID_ARGUMENT when there is no such thread.
+    ORV_API OrvResult ForcefullyTerminate(int exitCode);
+
+    /// The stop request in use.
+    ORV_API OrvBasEvent *GetThreadStopRequestEvent();
+
+    /// Asks the thread to stop. Returns as OrvBasEvent::Set: ORV_E_INVALID_HANDLE when the own event was
+    /// never prepared.
+    ORV_API OrvResult SetStopRequest();
+
+    /// Takes the request back. Returns as SetStopRequest.
+    ORV_API OrvResult ClearStopRequest();
+
+    /// Waits for a request, for at most `timeoutMs` milliseconds, -1 for ever. Returns as
+    /// OrvBasWaitable::InternalWait; an own event that was never prepared counts as signalled.
+    ORV_API OrvResult WaitForStopRequest(int timeoutMs);
+
+    /// Whether the thread is asked to stop: a wait for no time does not time out.
+    ORV_API bool IsStopRequested();
+
+    /// The id of the thread started last; 0 before.
+    ORV_API unsigned long GetId() const;
+
+    ORV_API static unsigned long GetCurrentThreadId();
+
+    /// SetThreadName for the calling thread.
+    ORV_API static void SetCurrentThreadName(const char *name);
+
+    /// Tells an attached debugger the thread's name (terminated); without one, nothing happens. Null is no
+    /// name, and nothing happens either.
+    ORV_API static void SetThreadName(unsigned long threadId, const char *name);
+
+    /// Sleeps for `timeMs` milliseconds, for ever with -1; any other negative number is read as unsigned. 0
+    /// gives the rest of the time slice away.
+    ORV_API static void Sleep(int timeMs);
+
+    /// Whether StartThread announces new threads to the Windows subsystem server, on systems before Windows 8
+    /// that take announcements. Off at first: only threads that use the server themselves need it. Under
+    /// WOW64 on Windows XP and Windows Server 2003 threads are announced whatever this says.
+    ORV_API static void SetSubsystemRegistration(bool enabled);
+
+    /// What the platform calls on the new thread, with the object. It does not return.
+    ORV_API static unsigned long __stdcall RealThreadProc(void *thread);
+
+private:
+    OrvResult PrepareStopEvent();
+
+    unsigned long threadId_ = 0;
+    OrvBasEvent ownStopEvent_;
+    OrvBasEvent *stopEvent_ = &ownStopEvent_;
+    OrvFlags<ThreadFlag> flags_;
+    bool initialized_ = false;
+};
+
+static_assert(sizeof(OrvBasThread) == 48, "fixed layout");

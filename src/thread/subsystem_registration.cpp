@@ -1,0 +1,77 @@
+// Two ways to the server. A 32-bit process on a 64-bit Windows XP or Windows Server 2003 asks for the service
+// of the 64-bit side that stands for the call, with the same arguments. Any other process sends the server
+// its message itself.
+
+#include "thread/subsystem_registration.h"
+
+#include "nt/teb.h"
+#include "orv/env/os_info.h"
+#include "orv/runtime/ntdll_entry_points.h"
+#include "runtime/entry_table.h"
+
+namespace detail
+{
+
+namespace
+{
+
+volatile bool isEnabled; // one byte that is only ever stored and loaded
+
+/// A message to the server: what its transport fills in, then the arguments.
+struct CreateThreadMessage {
+    uint8_t transport[40];
+    HANDLE thread;
+    CLIENT_ID clientId;
+};
+constexpr ULONG kArgumentSize = sizeof(CreateThreadMessage) - offsetof(CreateThreadMessage, thread);
+static_assert(kArgumentSize == 12);
+
+constexpr ULONG kCreateThreadApi = 0x10001;
+
+typedef NTSTATUS(NTAPI *CallServerFunction)(CreateThreadMessage *message, PVOID capture, ULONG api,
+                                            ULONG argumentSize);
+
+void SendToServer(HANDLE thread, const CLIENT_ID &clientId)
+{
+    // Systems that need no announcement may lack the function, so it is no entry of the table.
+    static constexpr ANSI_STRING kName = EntryName("CsrClientCallServer");
+    PVOID function = nullptr;
+    if (!NT_SUCCESS(LdrGetProcedureAddress(OrvGetNtdllModuleHandle(), &kName, 0, &function)))
+        return;
+    CreateThreadMessage message = {{}, thread, clientId};
+    reinterpret_cast<CallServerFunction>(function)(&message, nullptr, kCreateThreadApi, kArgumentSize);
+}
+
+/// The service's convention: its number in eax, no shortcut in ecx, the address of the arguments in edx.
+__attribute__((naked)) NTSTATUS NTAPI CallSixtyFourBitService(HANDLE, HANDLE, HANDLE)
+{
+    __asm__("movl $0x300A, %eax\n\t"
+            "xorl %ecx, %ecx\n\t"
+            "leal 4(%esp), %edx\n\t"
+            "calll *%fs:0xC0\n\t"
+            "retl $12");
+}
+
+bool IsWindowsXpOr2003()
+{
+    return OrvEnvironment::OsInfo::IsAtLeast(5, 1) && !OrvEnvironment::OsInfo::IsAtLeast(6, 0);
+}
+
+} // namespace
+
+void EnableSubsystemRegistration(bool enabled)
+{
+    isEnabled = enabled;
+}
+
+void RegisterWithSubsystem(HANDLE thread, const CLIENT_ID &clientId)
+{
+    if (IsWindowsXpOr2003() && OrvIsWOW64Process()) {
+        if (NtCurrentTeb()->WOW32Reserved)
+            CallSixtyFourBitService(thread, clientId.UniqueProcess, clientId.UniqueThread);
+    } else if (isEnabled && !OrvEnvironment::OsInfo::IsAtLeast(6, 2)) {
+        SendToServer(thread, clientId);
+    }
+}
+
+} // namespace detail

@@ -1,0 +1,215 @@
+// Start-up step by step: what happens in which order, and what is left when a step fails.
+
+#include "runtime/startup.h"
+
+#include "harness/replace.h"
+#include "harness/test.h"
+#include "harness/thread.h"
+#include "harness/usage.h"
+#include "nt/teb.h"
+#include "orv/env/machine_info.h"
+#include "orv/orv.h"
+#include "runtime/entry_table.h"
+#include "thread/thread_record.h"
+
+namespace
+{
+
+/// Asks in the only way there is: the first start-up fills the table, later ones do nothing.
+bool NothingIsStarted()
+{
+    OrvNtdllTableDestroy();
+    InternalInitializeOrvSysDll();
+    const bool filled = OrvNtdllIsTableInitialized();
+    InternalDestroyOrvSysDll();
+    OrvNtdllTableInitialize();
+    return filled;
+}
+
+uint32_t TakenTlsKeys()
+{
+    const PEB &peb = *NtCurrentPeb();
+    const RTL_BITMAP *const bitmaps[] = {peb.TlsBitmap, peb.TlsExpansionBitmap};
+    uint32_t taken = 0;
+    for (const RTL_BITMAP *bitmap : bitmaps) {
+        for (uint32_t i = 0; i < bitmap->SizeOfBitMap / 32; i++)
+            taken += static_cast<uint32_t>(__builtin_popcount(bitmap->Buffer[i]));
+    }
+    return taken;
+}
+
+// The runtime's work, which writes down what it finds: whether the thread has a record.
+char events[16];
+uint32_t eventCount;
+OrvResult attachResult;
+
+void Write(char withRecord, char withoutRecord)
+{
+    events[eventCount++] = detail::GetThreadData() ? withRecord : withoutRecord;
+    events[eventCount] = 0;
+}
+
+constexpr detail::RuntimeWork kRuntime = {
+    [] {
+        Write('A', 'a');
+        return attachResult;
+    },
+    [] { Write('T', 't'); },
+    [] { Write('U', 'u'); },
+    [] { Write('D', 'd'); },
+    [] { Write('E', 'e'); },
+};
+
+constexpr const wchar_t *kNtdll = L"ntdll.dll";
+
+USHORT architecture;
+
+NTSTATUS NTAPI AnswerArchitecture(ULONG, PVOID information, ULONG, ULONG *)
+{
+    static_cast<SYSTEM_PROCESSOR_INFORMATION *>(information)->ProcessorArchitecture = architecture;
+    return 0;
+}
+
+} // namespace
+
+TEST_CASE(AttachingAndDetachingGoInOrder)
+{
+    eventCount = 0;
+    const test::Usage before = test::CountUsage();
+    const uint32_t keys = TakenTlsKeys();
+    detail::DetachProcess(kRuntime); // never attached
+    CHECK_EQUAL(detail::AttachProcess(kRuntime), ORV_S_OK);
+    CHECK_EQUAL(TakenTlsKeys(), keys + 1);
+    CHECK_EQUAL(detail::GetThreadData()->threadId, OrvBasThread::GetCurrentThreadId());
+    uint32_t blocks[3] = {};
+    auto visit = [&] {
+        blocks[0] = test::CountUsage().blocks;
+        detail::AttachThread(kRuntime);
+        detail::AttachThread(kRuntime); // has its record
+        blocks[1] = test::CountUsage().blocks;
+        if (detail::GetThreadData()->threadId != OrvBasThread::GetCurrentThreadId())
+            blocks[1] = 0;
+        detail::DetachThread(kRuntime);
+        detail::DetachThread(kRuntime);
+        blocks[2] = test::CountUsage().blocks;
+    };
+    test::Thread(visit).Join();
+    CHECK_EQUAL(blocks[1], blocks[0] + 1);
+    CHECK_EQUAL(blocks[2], blocks[0]);
+    auto stay = [] { detail::AttachThread(kRuntime); }; // and end without a word
+    test::Thread(stay).Join();
+    detail::DetachProcess(kRuntime);
+    detail::DetachProcess(kRuntime);
+    CHECK_TEXT(events, "ATTUuTDe");
+    CHECK_USAGE(before);
+    CHECK_EQUAL(TakenTlsKeys(), keys);
+    CHECK(NothingIsStarted());
+}
+
+TEST_CASE(FailedAttachLeavesNothing)
+{
+    OrvNtdllTableDestroy();
+    struct {
+        const char *function; ///< null: no function, but the runtime's own work fails
+        ULONG answer;
+        USHORT argumentBytes;
+        uint32_t result;
+        const char *events;
+    } const cases[] = {
+        {"LdrLoadDll", 0xC0000022, 16, 0xE0010058, ""},
+        {"ZwQuerySystemInformation", 0xC0000022, 16, 0xE0010058, ""},
+        {"RtlGetNativeSystemInformation", 0xC0000002, 16, 0xE0010056, ""},
+        {"RtlInitializeCriticalSection", 0xC0000017, 4, 0xC0070008, ""},
+        {"RtlFindClearBitsAndSet", 0xFFFFFFFF, 12, 0xC00705AA, ""},
+        {"RtlAllocateHeap", 0, 12, 0xE0010001, ""},
+        {nullptr, 0, 0, 0xE0010020, "Ae"},
+        {"RtlGetNativeSystemInformation", 0, 16, 0, "A"}, // and no failure at all
+    };
+    const uint32_t keys = TakenTlsKeys();
+    for (const auto &c : cases) {
+        test::Note("case", static_cast<uint32_t>(&c - cases));
+        eventCount = 0;
+        events[0] = 0;
+        attachResult = c.function ? 0 : static_cast<OrvResult>(c.result);
+        const test::Usage before = test::CountUsage();
+        OrvResult result = 0;
+        if (c.function) {
+            const test::ReplacedFunction fails(kNtdll, c.function, c.answer, c.argumentBytes);
+            result = detail::AttachProcess(kRuntime);
+        } else {
+            result = detail::AttachProcess(kRuntime);
+        }
+        CHECK_EQUAL(static_cast<uint32_t>(result), c.result);
+        CHECK_TEXT(events, c.events);
+        detail::DetachProcess(kRuntime); // does nothing unless attached
+        CHECK_USAGE(before);
+        CHECK_EQUAL(TakenTlsKeys(), keys);
+        CHECK_EQUAL(detail::GetThreadData(), nullptr);
+        CHECK(NothingIsStarted());
+    }
+}
+
+TEST_CASE(BlocksThatAreMissingAreNoticed)
+{
+    TEB *const teb = NtCurrentTeb();
+    PEB *const peb = teb->ProcessEnvironmentBlock;
+    CHECK(NothingIsStarted()); // and so the tables are filled
+    teb->ProcessEnvironmentBlock = nullptr;
+    const OrvResult withoutPeb = InternalInitializeOrvSysDll();
+    teb->ProcessEnvironmentBlock = peb;
+    CHECK_EQUAL(withoutPeb, ORV_E_OBJECT_NOT_FOUND);
+    CHECK(!NothingIsStarted()); // a failed start-up counts
+    InternalDestroyOrvSysDll();
+    InternalDestroyOrvSysDll();
+    CHECK(NothingIsStarted());
+
+    RTL_USER_PROCESS_PARAMETERS *const parameters = peb->ProcessParameters;
+    peb->ProcessParameters = nullptr;
+    const OrvResult withoutParameters = OrvInitializeSysMini();
+    peb->ProcessParameters = parameters;
+    CHECK_EQUAL(withoutParameters, ORV_E_OBJECT_NOT_FOUND);
+    CHECK(NothingIsStarted());
+    CHECK_EQUAL(OrvInitializeSysMini(), ORV_S_OK);
+    CHECK(!NothingIsStarted());
+    OrvDestroySysMini();
+    CHECK(NothingIsStarted());
+}
+
+TEST_CASE(ProcessorsHaveNumbers)
+{
+    const test::ReplacedFunction replaced(kNtdll, "RtlGetNativeSystemInformation", AnswerArchitecture);
+    const USHORT cases[][2] = {{0, 1}, {5, 1}, {6, 3}, {9, 2}, {12, 1}};
+    for (const auto &c : cases) {
+        architecture = c[0];
+        CHECK_EQUAL(InternalInitializeOrvSysDll(), ORV_S_OK);
+        CHECK_EQUAL(OrvEnvironment::OsInfo::GetFacts().processorArchitecture, c[1]);
+        InternalDestroyOrvSysDll();
+    }
+}
+
+TEST_CASE(TheDllComesAndGoes)
+{
+    // This program is linked without the DLL, so it is truly loaded and unloaded.
+    const UNICODE_STRING name = detail::CountedLiteral(L"orvsys.dll");
+    const auto load = [&name] {
+        PVOID module = nullptr;
+        const NTSTATUS status = LdrLoadDll(nullptr, nullptr, &name, &module);
+        if (NT_SUCCESS(status)) {
+            auto idle = [] {}; // attached and detached
+            test::Thread(idle).Join();
+            LdrUnloadDll(module);
+        }
+        return status;
+    };
+    CHECK_EQUAL(load(), 0); // what the loader keeps of the first time stays
+    const test::Usage before = test::CountUsage();
+    const uint32_t keys = TakenTlsKeys();
+    for (uint32_t i = 0; i < 20; i++)
+        CHECK_EQUAL(load(), 0);
+    {
+        const test::ReplacedFunction fails(kNtdll, "RtlGetNativeSystemInformation", 0xC0000022, 16);
+        CHECK_EQUAL(load(), static_cast<NTSTATUS>(0xC0000142)); // STATUS_DLL_INIT_FAILED
+    }
+    CHECK_USAGE(before);
+    CHECK_EQUAL(TakenTlsKeys(), keys);
+}

@@ -1,0 +1,191 @@
+// Thread-local keys: among those of the platform, empty when they are new, refused in order.
+
+#include "orv/thread/tls.h"
+
+#include "harness/memory.h"
+#include "harness/replace.h"
+#include "harness/test.h"
+#include "harness/thread.h"
+#include "harness/usage.h"
+#include "nt/teb.h"
+#include "orv/runtime/result.h"
+#include "orv/thread/thread.h"
+
+namespace
+{
+
+constexpr uint32_t kAllKeys = TLS_MINIMUM_AVAILABLE + TLS_EXPANSION_SLOTS;
+
+ULONG(NTAPI *TlsAlloc)();
+BOOL(NTAPI *TlsFree)(ULONG key);
+BOOL(NTAPI *TlsSetValue)(ULONG key, PVOID value);
+PVOID(NTAPI *TlsGetValue)(ULONG key);
+
+template <typename Function>
+void Find(const char *name, Function *&function)
+{
+    function = reinterpret_cast<Function *>(test::FindFunction(L"kernel32.dll", name));
+}
+
+void FindPlatform()
+{
+    Find("TlsAlloc", TlsAlloc);
+    Find("TlsFree", TlsFree);
+    Find("TlsSetValue", TlsSetValue);
+    Find("TlsGetValue", TlsGetValue);
+}
+
+PVOID Value(uint32_t number)
+{
+    return reinterpret_cast<PVOID>(uintptr_t{number} + 1);
+}
+
+[[clang::no_destroy]] OrvTls keys[kAllKeys];
+
+/// Takes every key that is left, and returns how many there were.
+uint32_t TakeAll()
+{
+    uint32_t count = 0;
+    while (OrvSucceeded(keys[count].Create()))
+        count++;
+    return count;
+}
+
+void GiveBack(uint32_t count)
+{
+    while (count)
+        keys[--count].Destroy();
+}
+
+} // namespace
+
+TEST_CASE(WithoutAKeyThereIsNoValue)
+{
+    OrvTls key;
+    CHECK(!key.IsInitialized());
+    CHECK_EQUAL(key.GetIndex(), 0xFFFFFFFFu);
+    CHECK_EQUAL(key.GetValue(), nullptr);
+    CHECK_EQUAL(key.SetValue(&key), ORV_E_INVALID_STATE);
+    CHECK_EQUAL(key.Destroy(), ORV_S_OK);
+    CHECK_EQUAL(key.Create(), ORV_S_OK);
+    const uint32_t index = key.GetIndex();
+    CHECK_EQUAL(key.Create(), ORV_E_ALREADY_EXISTS);
+    CHECK_EQUAL(key.GetIndex(), index);
+    CHECK_EQUAL(key.SetValue(&key), ORV_S_OK);
+    CHECK_EQUAL(key.GetValue(), &key);
+    CHECK_EQUAL(key.Destroy(), ORV_S_OK);
+    CHECK_EQUAL(key.GetValue(), nullptr);
+}
+
+TEST_CASE(KeysAreSharedWithThePlatform)
+{
+    // Ours and kernel32's in turn, until none is left; each says the other's values of our keys.
+    FindPlatform();
+    static ULONG theirs[kAllKeys];
+    uint32_t count = 0;
+    for (;; count++) {
+        theirs[count] = TlsAlloc();
+        if (theirs[count] == 0xFFFFFFFF || OrvFailed(keys[count].Create()))
+            break;
+    }
+    CHECK(count > kAllKeys / 2 - 50);
+    CHECK_EQUAL(static_cast<uint32_t>(keys[kAllKeys - 1].Create()), 0xC00705AAu);
+    CHECK(!keys[kAllKeys - 1].IsInitialized());
+    for (uint32_t i = 0; i < count; i++) {
+        keys[i].SetValue(Value(i));
+        TlsSetValue(theirs[i], Value(i + kAllKeys));
+    }
+    uint32_t wrong = 0;
+    for (uint32_t i = 0; i < count; i++)
+        wrong += keys[i].GetValue() != Value(i) || TlsGetValue(keys[i].GetIndex()) != Value(i) ||
+                 TlsGetValue(theirs[i]) != Value(i + kAllKeys);
+    CHECK_EQUAL(wrong, 0u);
+    for (uint32_t i = 0; i <= count; i++) {
+        if (theirs[i] != 0xFFFFFFFF)
+            TlsFree(theirs[i]);
+    }
+    GiveBack(count);
+}
+
+TEST_CASE(NewKeysAreEmptyInEveryThread)
+{
+    const uint32_t count = TakeAll();
+    CHECK(count > TLS_EXPANSION_SLOTS);
+    volatile bool isSet = false;
+    volatile bool isEmpty = false;
+    volatile uint32_t left = 0;
+    volatile uint32_t unset = 0;
+    auto work = [&] {
+        for (uint32_t i = 0; i < count; i++)
+            unset = unset + (keys[i].GetValue() == nullptr);
+        for (uint32_t i = 0; i < count; i++)
+            keys[i].SetValue(Value(i));
+        isSet = true;
+        while (!isEmpty)
+            test::Sleep(1);
+        for (uint32_t i = 0; i < count; i++)
+            left = left + (keys[i].GetValue() != nullptr);
+    };
+    for (uint32_t i = 0; i < count; i++)
+        keys[i].SetValue(Value(i));
+    test::Thread thread(work);
+    while (!isSet)
+        test::Sleep(1);
+    GiveBack(count);
+    CHECK_EQUAL(TakeAll(), count);
+    for (uint32_t i = 0; i < count; i++)
+        left = left + (keys[i].GetValue() != nullptr);
+    isEmpty = true;
+    thread.Join();
+    CHECK_EQUAL(unset, count);
+    CHECK_EQUAL(left, 0u);
+    GiveBack(count);
+}
+
+TEST_CASE(FailuresChangeNothing)
+{
+    uint32_t count = TakeAll();
+    OrvTls &high = keys[count - 1];
+    CHECK(high.GetIndex() >= TLS_MINIMUM_AVAILABLE);
+    const test::Usage before = test::CountUsage();
+    OrvResult results[3] = {};
+    auto work = [&] {
+        {
+            // Not RefusingHeap: the thread's end frees what the thread's start allocated.
+            const test::ReplacedFunction refuses(L"ntdll.dll", "RtlAllocateHeap", 0, 12);
+            results[0] = high.SetValue(&high);
+            results[1] = high.SetValue(nullptr); // needs no room
+        }
+        results[2] = high.SetValue(&high);
+    };
+    test::Thread(work).Join();
+    CHECK_EQUAL(results[0], ORV_E_OUT_OF_MEMORY);
+    CHECK_EQUAL(results[1], ORV_S_OK);
+    CHECK_EQUAL(results[2], ORV_S_OK);
+    CHECK_USAGE(before); // the thread's room went with it
+
+    // In a thread of ours it goes before the clean-up.
+    struct : OrvBasThread {
+        int Run() override { return key->SetValue(key); }
+        void Cleanup() override { hasRoom = NtCurrentTeb()->TlsExpansionSlots != nullptr; }
+        OrvTls *key = nullptr;
+        bool hasRoom = true;
+    } thread;
+    thread.key = &high;
+    CHECK_EQUAL(thread.StartThread(OrvPriorityNormal, nullptr, {}, nullptr), ORV_S_OK);
+    CHECK_EQUAL(thread.WaitForThreadToStop(-1), ORV_S_OK);
+    CHECK(!thread.hasRoom);
+    CHECK_EQUAL(test::CountUsage().blocks, before.blocks);
+
+    // A key that cannot be emptied is not given out again.
+    const uint32_t index = high.GetIndex();
+    {
+        const test::ReplacedFunction refuses(L"ntdll.dll", "ZwSetInformationThread", 0xC0000003, 16);
+        CHECK_EQUAL(high.Destroy(), ORV_E_INVALID_ARGUMENT);
+    }
+    CHECK(!high.IsInitialized());
+    CHECK(OrvFailed(high.Create()));
+    RtlClearBits(NtCurrentPeb()->TlsExpansionBitmap, index - TLS_MINIMUM_AVAILABLE, 1);
+    CHECK_EQUAL(high.Create(), ORV_S_OK);
+    GiveBack(count);
+}
