@@ -306,6 +306,16 @@ static_assert(sizeof(EVENT_BASIC_INFORMATION) == 8);
 
 constexpr ULONG EventBasicInformation = 0;
 
+struct RTL_CRITICAL_SECTION {
+    PVOID DebugInfo;
+    LONG LockCount;
+    LONG RecursionCount;
+    HANDLE OwningThread;
+    HANDLE LockSemaphore;
+    ULONG SpinCount;
+};
+static_assert(sizeof(RTL_CRITICAL_SECTION) == 24);
+
 // Security.
 
 constexpr ULONG ACL_REVISION = 2;
@@ -396,6 +406,13 @@ NTSYSAPI NTSTATUS NTAPI ZwCreateSemaphore(HANDLE *handle, ACCESS_MASK access,
 NTSYSAPI NTSTATUS NTAPI ZwOpenSemaphore(HANDLE *handle, ACCESS_MASK access,
                                         const OBJECT_ATTRIBUTES *attributes);
 NTSYSAPI NTSTATUS NTAPI ZwReleaseSemaphore(HANDLE handle, LONG count, LONG *previousCount);
+
+// Critical sections.
+
+NTSYSAPI NTSTATUS NTAPI RtlInitializeCriticalSection(RTL_CRITICAL_SECTION *section);
+NTSYSAPI NTSTATUS NTAPI RtlDeleteCriticalSection(RTL_CRITICAL_SECTION *section);
+NTSYSAPI NTSTATUS NTAPI RtlEnterCriticalSection(RTL_CRITICAL_SECTION *section);
+NTSYSAPI NTSTATUS NTAPI RtlLeaveCriticalSection(RTL_CRITICAL_SECTION *section);
 
 // Time.
 

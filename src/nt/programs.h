@@ -65,6 +65,24 @@ struct OBJECT_BASIC_INFORMATION {
 static_assert(sizeof(OBJECT_BASIC_INFORMATION) == 56);
 
 constexpr ULONG ObjectBasicInformation = 0;
+constexpr ULONG ProcessHandleCount = 20;
+
+/// One step of a walk over a heap; all zeros starts it.
+struct RTL_HEAP_WALK_ENTRY {
+    PVOID DataAddress;
+    size_t DataSize;
+    UCHAR OverheadBytes;
+    UCHAR SegmentIndex;
+    USHORT Flags;
+    ULONG Reserved[4];
+};
+
+constexpr USHORT RTL_HEAP_BUSY = 0x0001;
+
+/// All zeros is a free lock.
+struct RTL_SRWLOCK {
+    PVOID Ptr;
+};
 
 // The digests of ntdll.dll.
 
@@ -126,7 +144,10 @@ NTSYSAPI PVOID NTAPI RtlAddVectoredExceptionHandler(ULONG first, LONG(NTAPI *han
 NTSYSAPI HANDLE NTAPI RtlCreateHeap(ULONG flags, PVOID base, size_t reserve, size_t commit, PVOID lock,
                                     PVOID parameters);
 NTSYSAPI HANDLE NTAPI RtlDestroyHeap(HANDLE heap);
+NTSYSAPI NTSTATUS NTAPI RtlWalkHeap(HANDLE heap, RTL_HEAP_WALK_ENTRY *entry);
 NTSYSAPI size_t NTAPI RtlSizeHeap(HANDLE heap, ULONG flags, const void *block);
+NTSYSAPI NTSTATUS NTAPI NtQueryInformationProcess(HANDLE process, ULONG informationClass, PVOID information,
+                                                  ULONG size, ULONG *returnedSize);
 NTSYSAPI NTSTATUS NTAPI NtQueryObject(HANDLE handle, ULONG informationClass, PVOID information, ULONG size,
                                       ULONG *returnedSize);
 NTSYSAPI NTSTATUS NTAPI NtQuerySecurityObject(HANDLE handle, ULONG parts, PVOID descriptor, ULONG size,
@@ -150,6 +171,13 @@ NTSYSAPI NTSTATUS NTAPI RtlUnicodeToUTF8N(char *target, ULONG capacity, ULONG *w
                                           ULONG size);
 NTSYSAPI NTSTATUS NTAPI RtlUnicodeToOemN(char *target, ULONG capacity, ULONG *written, const WCHAR *source,
                                          ULONG size);
+
+// Locks to measure ours against.
+
+NTSYSAPI void NTAPI RtlAcquireSRWLockExclusive(RTL_SRWLOCK *lock);
+NTSYSAPI void NTAPI RtlReleaseSRWLockExclusive(RTL_SRWLOCK *lock);
+NTSYSAPI void NTAPI RtlAcquireSRWLockShared(RTL_SRWLOCK *lock);
+NTSYSAPI void NTAPI RtlReleaseSRWLockShared(RTL_SRWLOCK *lock);
 
 // C functions to measure ours against.
 
