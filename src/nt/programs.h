@@ -65,7 +65,19 @@ struct OBJECT_BASIC_INFORMATION {
 static_assert(sizeof(OBJECT_BASIC_INFORMATION) == 56);
 
 constexpr ULONG ObjectBasicInformation = 0;
-constexpr ULONG ProcessHandleCount = 20;
+
+struct SYSTEM_HANDLE_TABLE_ENTRY_INFO {
+    USHORT UniqueProcessId;
+    USHORT CreatorBackTraceIndex;
+    UCHAR ObjectTypeIndex;
+    UCHAR HandleAttributes;
+    USHORT HandleValue;
+    PVOID Object;
+    ACCESS_MASK GrantedAccess;
+};
+static_assert(sizeof(SYSTEM_HANDLE_TABLE_ENTRY_INFO) == 16);
+
+constexpr ULONG SystemHandleInformation = 16;
 
 /// One step of a walk over a heap; all zeros starts it.
 struct RTL_HEAP_WALK_ENTRY {
@@ -134,6 +146,8 @@ NTSYSAPI NTSTATUS NTAPI NtQueryVolumeInformationFile(HANDLE file, IO_STATUS_BLOC
                                                      ULONG size, ULONG informationClass);
 NTSYSAPI NTSTATUS NTAPI NtQueryInformationFile(HANDLE file, IO_STATUS_BLOCK *status, PVOID information,
                                                ULONG size, ULONG informationClass);
+NTSYSAPI NTSTATUS NTAPI NtQuerySystemInformation(ULONG informationClass, PVOID information, ULONG size,
+                                                 ULONG *returnedSize);
 NTSYSAPI NTSTATUS NTAPI NtQuerySystemTime(LONGLONG *time);
 NTSYSAPI NTSTATUS NTAPI NtAllocateVirtualMemory(HANDLE process, PVOID *base, ULONG zeroBits, ULONG *size,
                                                 ULONG type, ULONG protection);
@@ -146,8 +160,6 @@ NTSYSAPI HANDLE NTAPI RtlCreateHeap(ULONG flags, PVOID base, size_t reserve, siz
 NTSYSAPI HANDLE NTAPI RtlDestroyHeap(HANDLE heap);
 NTSYSAPI NTSTATUS NTAPI RtlWalkHeap(HANDLE heap, RTL_HEAP_WALK_ENTRY *entry);
 NTSYSAPI size_t NTAPI RtlSizeHeap(HANDLE heap, ULONG flags, const void *block);
-NTSYSAPI NTSTATUS NTAPI NtQueryInformationProcess(HANDLE process, ULONG informationClass, PVOID information,
-                                                  ULONG size, ULONG *returnedSize);
 NTSYSAPI NTSTATUS NTAPI NtQueryObject(HANDLE handle, ULONG informationClass, PVOID information, ULONG size,
                                       ULONG *returnedSize);
 NTSYSAPI NTSTATUS NTAPI NtQuerySecurityObject(HANDLE handle, ULONG parts, PVOID descriptor, ULONG size,

@@ -1,0 +1,25 @@
+// What the process holds at the moment, to be compared before and after: what differs has leaked.
+
+#pragma once
+
+#include <stdint.h>
+
+namespace test
+{
+
+struct Usage {
+    uint32_t handles;
+    uint32_t blocks; ///< of the process heap
+};
+
+Usage CountUsage();
+
+} // namespace test
+
+/// The process holds as much as it did when `before` was counted.
+#define CHECK_USAGE(before)                                                                                  \
+    do {                                                                                                     \
+        const test::Usage now = test::CountUsage();                                                          \
+        CHECK_EQUAL(now.handles, (before).handles);                                                          \
+        CHECK_EQUAL(now.blocks, (before).blocks);                                                            \
+    } while (false)
