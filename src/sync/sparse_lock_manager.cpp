@@ -1,8 +1,8 @@
 // Events on loan and idle ones.
 //
-// A lock has an event only while a thread is inside its Acquire or Release, so there are never more loans than
-// threads: a sorted array serves, and making room in it costs less than creating the event. Neither array ever
-// shrinks, for the same reason.
+// A lock has an event only while a thread is inside its Acquire or Release, so there are never more loans
+// than threads: a sorted array serves, and making room in it costs less than creating the event. Neither
+// array ever shrinks, for the same reason.
 
 #include "orv/sync/sparse_lock_manager.h"
 
@@ -130,8 +130,8 @@ void *OrvBasSparseLockManager::Queue::TakeFirst()
 
 /// Gives the lock, which has none, an event: an idle one, else a new one.
 ///
-/// Returns 0; ORV_E_OUT_OF_MEMORY; the converted status when no event can be created. On failure `event` stays
-/// null.
+/// Returns 0; ORV_E_OUT_OF_MEMORY; the converted status when no event can be created. On failure `event`
+/// stays null.
 OrvResult OrvBasSparseLockManager::Lend(const OrvBasSparseNonrecursiveLock *lock, void *&event)
 {
     HANDLE lent = nullptr;

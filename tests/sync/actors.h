@@ -11,10 +11,10 @@
 //   N  V   the same, refused: not the owner
 //   0-9    has so many holds
 //   w r    has, has not an exclusive hold
-//   ~      gives up a wait, whose time is up
+//   ~      gives up its wait, because its time is up
 //
-// and between them: `=abc` the waits of a, b and c are over, with success, and no others are; `#3` so many threads
-// are active; `$7` so many records are in the table.
+// and between them: `=abc` the waits of a, b and c are over, with success, and no others are; `#3` so many
+// threads are active; `$7` so many records are in the table; `!` sets the stage's event.
 
 #pragma once
 
@@ -139,13 +139,18 @@ public:
                 CHECK_EQUAL(ActiveCount(resource), static_cast<uint32_t>(*++at - '0'));
             else if (*at == '$')
                 CHECK_EQUAL(FieldOf(resource, 96), static_cast<uint32_t>(ParseNumber(at)));
-            else if (*at != ' ')
-                TakeStep(resource, actors[*at - 'a'], at[1]), at++;
+            else if (*at == '!')
+                CHECK_EQUAL(event.Set(), ORV_S_OK);
+            else if (*at != ' ') {
+                Actor &actor = actors[*at - 'a'];
+                TakeStep(resource, actor, *++at);
+            }
         }
         CHECK(IsAtRest(resource));
     }
 
     Actor actors[10];
+    OrvBasEvent event;
 
 private:
     static OrvResult Expected(char step)
@@ -154,8 +159,12 @@ private:
             char step;
             OrvResult result;
         } kResults[] = {
-            {'T', ORV_W_TIMEOUT},       {'R', ORV_W_TIMEOUT},   {'U', ORV_E_INVALID_OPERATION},
-            {'O', ORV_E_OUT_OF_MEMORY}, {'N', ORV_E_NOT_OWNER}, {'V', ORV_E_NOT_OWNER},
+            {'T', ORV_W_TIMEOUT},
+            {'R', ORV_W_TIMEOUT},
+            {'U', ORV_E_INVALID_OPERATION},
+            {'O', ORV_E_OUT_OF_MEMORY},
+            {'N', ORV_E_NOT_OWNER},
+            {'V', ORV_E_NOT_OWNER},
             {'w', true},
         };
         for (const auto &known : kResults) {

@@ -90,7 +90,9 @@ TEST_CASE(ResourceHoldsUnderLoad)
     uint32_t faults[kThreads] = {};
     auto work = [&](uint32_t self) {
         uint32_t random = self + 1;
-        const auto draw = [&](uint32_t count) { return (random = random * 1664525 + 1013904223) / 65536 % count; };
+        const auto draw = [&](uint32_t count) {
+            return (random = random * 1664525 + 1013904223) / 65536 % count;
+        };
         const auto expect = [&](bool holds) { faults[self] += !holds; };
         const auto look = [&] { expect(left == right && resource.IsAcquiredShared() != 0); };
         for (uint32_t i = 0; i < kRounds; i++) {

@@ -1,8 +1,9 @@
-// A lock of one word, for data that needs a lock for each of very many items, of which few are ever contended.
+// A lock of one word, for data that needs a lock for each of very many items, of which few are ever
+// contended.
 //
 // While one thread at a time wants it, taking it and giving it back are one interlocked instruction each, and
-// nothing else is touched. When a second thread arrives, the lock borrows an event from a manager and gives it
-// back when nobody waits any more. The lock does not remember its manager: all operations on one lock must
+// nothing else is touched. When a second thread arrives, the lock borrows an event from a manager and gives
+// it back when nobody waits any more. The lock does not remember its manager: all operations on one lock must
 // name the same one.
 //
 // It is not recursive: a thread that takes it twice waits for ever. Ownership is handed to a thread that
@@ -30,10 +31,10 @@ public:
     /// Takes the lock, waiting as long as that needs.
     ///
     /// Returns 0. When the lock is contended also ORV_E_OUT_OF_MEMORY, or the converted status, when there is
-    /// no event to wait on; ORV_E_INVALID_ARGUMENT when the manager is null and ORV_E_INVALID_STATE when it is
-    /// not initialized. After a failure the calling thread does not hold the lock, and the lock is as it was;
-    /// only when the manager's critical section cannot be entered, which the platform does not let happen,
-    /// the claim to the lock stays.
+    /// no event to wait on; ORV_E_INVALID_ARGUMENT when the manager is null and ORV_E_INVALID_STATE when it
+    /// is not initialized. After a failure the calling thread does not hold the lock, and the lock is as it
+    /// was; only when the manager's critical section cannot be entered, which the platform does not let
+    /// happen, the claim to the lock stays.
     ORV_API OrvResult Acquire(OrvBasSparseLockManager *manager)
     {
         return _InterlockedIncrement(&contenders_) == 1 ? 0 : AcquireContended(manager);

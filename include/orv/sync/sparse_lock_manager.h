@@ -1,7 +1,7 @@
 // Lends kernel events to the sparse locks that are contended, and keeps some idle ones for the next.
 //
-// Events exist for contended locks and for the idle ones that the two numbers of Initialize allow: handles and
-// memory grow with contention, not with the number of locks.
+// Events exist for contended locks and for the idle ones that the two numbers of Initialize allow: handles
+// and memory grow with contention, not with the number of locks.
 
 #pragma once
 
@@ -21,9 +21,10 @@ public:
     /// Closes the idle events. None of its locks may be contended.
     ORV_API ~OrvBasSparseLockManager();
 
-    /// Makes the manager ready for its locks. An event that comes back is kept while fewer idle ones are there
-    /// than `minimumIdle`, or than `idlePercent` per cent of the events on loan (the one that comes back
-    /// counts as such); otherwise it is closed, and so are idle ones above both limits, the oldest first.
+    /// Makes the manager ready for its locks. An event that comes back is kept while fewer idle ones are
+    /// there than `minimumIdle`, or than `idlePercent` per cent of the events on loan (the one that comes
+    /// back counts as such); otherwise it is closed, and so are idle ones above both limits, the oldest
+    /// first.
     ///
     /// A second call sets new limits; none of the locks may be contended then.
     ///
