@@ -13,8 +13,8 @@ namespace
 
 struct Item {
     OrvBasSparseNonrecursiveLock lock;
-    volatile uint32_t left;
-    volatile uint32_t right;
+    volatile uint32_t left = 0;
+    volatile uint32_t right = 0;
 };
 
 constexpr uint32_t kItems = 10000;

@@ -35,7 +35,7 @@ public:
     /// is not initialized. After a failure the calling thread does not hold the lock, and the lock is as it
     /// was; only when the manager's critical section cannot be entered, which the platform does not let
     /// happen, the claim to the lock stays.
-    ORV_API OrvResult Acquire(OrvBasSparseLockManager *manager)
+    ORV_API __forceinline OrvResult Acquire(OrvBasSparseLockManager *manager)
     {
         return _InterlockedIncrement(&contenders_) == 1 ? 0 : AcquireContended(manager);
     }
@@ -46,7 +46,7 @@ public:
     ///
     /// Returns 0; ORV_E_NOT_OWNER when the lock is free. When the lock is contended also a failure on account
     /// of the manager as Acquire does, and then the calling thread still holds the lock.
-    ORV_API OrvResult Release(OrvBasSparseLockManager *manager)
+    ORV_API __forceinline OrvResult Release(OrvBasSparseLockManager *manager)
     {
         return _InterlockedCompareExchange(&contenders_, 0, 1) == 1 ? 0 : ReleaseContended(manager);
     }
