@@ -10,13 +10,15 @@
 namespace
 {
 
-/// Two threads that do the same work at once, each so many times: this one and one of its own, which is woken
+constexpr uint32_t kTimes = 10000; // that each of the two threads takes a contended lock
+
+/// Two threads that do the same work at once, each kTimes times: this one and one of its own, which is woken
 /// first. Both begin together.
 template <typename Work>
 class Duel
 {
 public:
-    Duel(const Work &work, uint32_t times) : work_(work), times_(times)
+    explicit Duel(const Work &work) : work_(work)
     {
         wake_.Create(OrvBasEvent::AutoReset, false);
         done_.Create(OrvBasEvent::AutoReset, false);
@@ -51,12 +53,11 @@ public:
 private:
     void Repeat()
     {
-        for (uint32_t i = 0; i < times_; i++)
+        for (uint32_t i = 0; i < kTimes; i++)
             work_();
     }
 
     const Work &work_;
-    const uint32_t times_;
     OrvBasEvent wake_;
     OrvBasEvent done_;
     volatile bool isReady_ = false;
@@ -64,19 +65,16 @@ private:
     test::Thread rival_{*this};
 };
 
-/// `times` is how often each of the two threads takes a contended lock.
 template <typename Ours, typename Peer>
-void CompareBoth(const char *what, const char *peerName, uint32_t times, const Ours &ours, const Peer &peer)
+void CompareBoth(const char *what, const char *peerName, const Ours &ours, const Peer &peer)
 {
     bench::Compare({what, 0, peerName}, ours, peer);
-    Duel ourDuel(ours, times);
-    Duel peerDuel(peer, times);
+    Duel ourDuel(ours);
+    Duel peerDuel(peer);
     bench::Compare(
-        {"  by two threads, times", times, peerName}, [&] { ourDuel.Run(); }, [&] { peerDuel.Run(); });
+        {"  by two threads, times", kTimes, peerName}, [&] { ourDuel.Run(); }, [&] { peerDuel.Run(); });
 }
 
-constexpr uint32_t kOften = 10000;
-constexpr uint32_t kSeldom = 2000; // where most hand-overs change threads
 volatile uint32_t guarded;
 
 void Work()
@@ -110,7 +108,7 @@ BENCHMARK(SyncLocks)
     OrvBasCriticalSection section;
     section.Create();
     CompareBoth(
-        "critical section", "RtlEnterCriticalSection", kOften,
+        "critical section", "RtlEnterCriticalSection",
         [&] {
             section.Acquire();
             Work();
@@ -125,10 +123,10 @@ BENCHMARK(SyncLocks)
         Work();
         resource.Release();
     };
-    CompareBoth("resource, exclusive", "RtlEnterCriticalSection", kSeldom, exclusive, nativeSection);
-    CompareBoth("resource, exclusive", "RtlAcquireSRWLockExclusive", kSeldom, exclusive, slimExclusive);
+    CompareBoth("resource, exclusive", "RtlEnterCriticalSection", exclusive, nativeSection);
+    CompareBoth("resource, exclusive", "RtlAcquireSRWLockExclusive", exclusive, slimExclusive);
     CompareBoth(
-        "resource, shared", "RtlAcquireSRWLockShared", kSeldom,
+        "resource, shared", "RtlAcquireSRWLockShared",
         [&] {
             resource.AcquireShared(-1);
             bench::Use(guarded);
@@ -141,8 +139,8 @@ BENCHMARK(SyncLocks)
         const OrvSpinLockLocker locker(&spinLock, true);
         Work();
     };
-    CompareBoth("spin lock", "RtlEnterCriticalSection", kOften, spin, nativeSection);
-    CompareBoth("spin lock", "RtlAcquireSRWLockExclusive", kOften, spin, slimExclusive);
+    CompareBoth("spin lock", "RtlEnterCriticalSection", spin, nativeSection);
+    CompareBoth("spin lock", "RtlAcquireSRWLockExclusive", spin, slimExclusive);
 
     OrvBasSparseLockManager manager;
     manager.Initialize(2, 50);
@@ -152,7 +150,7 @@ BENCHMARK(SyncLocks)
         Work();
         sparseLock.Release(&manager);
     };
-    CompareBoth("sparse lock", "RtlEnterCriticalSection", kOften, sparse, nativeSection);
-    CompareBoth("sparse lock", "RtlAcquireSRWLockExclusive", kOften, sparse, slimExclusive);
+    CompareBoth("sparse lock", "RtlEnterCriticalSection", sparse, nativeSection);
+    CompareBoth("sparse lock", "RtlAcquireSRWLockExclusive", sparse, slimExclusive);
     RtlDeleteCriticalSection(&native);
 }

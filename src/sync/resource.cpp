@@ -22,18 +22,28 @@ constexpr int kMostReaders = 0x7FFFFFFF;
 
 } // namespace
 
-/// The scope inside the critical section. Should the platform fail to enter or to leave, nothing could be
-/// done about it.
+/// The scope inside the critical section, if there is one. Should the platform fail to enter or to leave,
+/// nothing could be done about it.
 class OrvBasResource::Entered
 {
 public:
-    explicit Entered(OrvBasCriticalSection &section) : section_(section) { section_.Acquire(); }
+    explicit Entered(OrvBasCriticalSection &section)
+        : native_(section.IsInitialized() ? reinterpret_cast<RTL_CRITICAL_SECTION *>(section.native_)
+                                          : nullptr)
+    {
+        if (native_)
+            RtlEnterCriticalSection(native_);
+    }
     Entered(const Entered &) = delete;
     Entered &operator=(const Entered &) = delete;
-    ~Entered() { section_.Release(); }
+    ~Entered()
+    {
+        if (native_)
+            RtlLeaveCriticalSection(native_);
+    }
 
 private:
-    OrvBasCriticalSection &section_;
+    RTL_CRITICAL_SECTION *const native_;
 };
 
 // offsetof of a class with virtual functions is conditionally supported; all compilers of this interface do.
@@ -126,7 +136,7 @@ OrvResult OrvBasResource::AcquireExclusive(int timeoutMs)
     exclusiveWaiterCount_--;
     if (OrvFailed(result))
         return result;
-    ownerA_ = {self, 1};
+    ownerA_ = {self, 1}; // whoever released has set the rest
     return ORV_S_OK;
 }
 

@@ -44,6 +44,8 @@ public:
     ORV_API OrvResult Release();
 
 private:
+    friend class OrvBasResource; // has no use for the results of entering and leaving
+
     void *native_[6]; ///< the platform's structure
     bool initialized_ = false;
 };
