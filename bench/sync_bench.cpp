@@ -12,17 +12,17 @@ namespace
 
 constexpr uint32_t kTimes = 10000; // that each of the two threads takes a contended lock
 
+struct Signal : OrvBasEvent {
+    Signal() { Create(AutoReset, false); }
+};
+
 /// Two threads that do the same work at once, each kTimes times: this one and one of its own, which is woken
 /// first. Both begin together.
 template <typename Work>
 class Duel
 {
 public:
-    explicit Duel(const Work &work) : work_(work)
-    {
-        wake_.Create(OrvBasEvent::AutoReset, false);
-        done_.Create(OrvBasEvent::AutoReset, false);
-    }
+    explicit Duel(const Work &work) : work_(work) {}
     ~Duel()
     {
         ends_ = true;
@@ -58,8 +58,8 @@ private:
     }
 
     const Work &work_;
-    OrvBasEvent wake_;
-    OrvBasEvent done_;
+    Signal wake_;
+    Signal done_;
     volatile bool isReady_ = false;
     volatile bool ends_ = false;
     test::Thread rival_{*this};

@@ -63,7 +63,7 @@ TEST_CASE(ResourceHolderGivesUpInTime)
     Stage stage;
     OrvBasResource resource;
     CHECK_EQUAL(resource.Create(), ORV_S_OK);
-    stage.actors[0].Start(&resource, 'X');
+    stage.actors[0].Start(resource, StepOf('X'));
     CHECK_EQUAL(stage.actors[0].Await(), ORV_S_OK);
     {
         OrvBasResourceHolder holder(&resource, OrvBasResourceHolder::Shared, 5);

@@ -5,17 +5,26 @@
 
 #include "nt/programs.h"
 
-/// While it lives, calls through an import's slot go to another function. The original is there for it.
+template <typename T>
+struct SameType {
+    using Type = T;
+};
+
+/// While it lives, calls through an import's slot go to another function, which finds the original in it.
 template <typename Function>
 class Redirected
 {
 public:
-    Redirected(Function *&slot, Function *replacement) : original(slot), slot_(slot) { Write(replacement); }
+    Redirected(Function *&slot, typename SameType<Function>::Type *replacement) : slot_(slot)
+    {
+        original = slot;
+        Write(replacement);
+    }
     Redirected(const Redirected &) = delete;
     Redirected &operator=(const Redirected &) = delete;
     ~Redirected() { Write(original); }
 
-    Function *const original;
+    static inline Function *original;
 
 private:
     void Write(Function *function)
@@ -35,15 +44,12 @@ private:
 #define IMPORT_SLOT(function, bytes)                                                                         \
     extern "C" decltype(&function) function##Slot __asm__("__imp__" #function "@" #bytes)
 
-template <NTSTATUS status, typename... Parameters>
-NTSTATUS NTAPI Answer(Parameters...)
-{
-    return status;
-}
-
 /// While the result lives, an imported function answers `status` and does nothing.
 template <NTSTATUS status, typename... Parameters>
 Redirected<NTSTATUS NTAPI(Parameters...)> Refuse(NTSTATUS(NTAPI *&slot)(Parameters...))
 {
-    return {slot, Answer<status, Parameters...>};
+    return {slot, [](Parameters...) { return status; }};
 }
+
+constexpr NTSTATUS kQuota = static_cast<NTSTATUS>(0xC0000044); // ERROR_NOT_ENOUGH_QUOTA
+constexpr auto kQuotaResult = static_cast<int>(0xC0070718);

@@ -19,8 +19,13 @@ IMPORT_SLOT(ZwWaitForSingleObject, 12);
 namespace
 {
 
-constexpr NTSTATUS kQuota = static_cast<NTSTATUS>(0xC0000044); // ERROR_NOT_ENOUGH_QUOTA
-constexpr auto kQuotaResult = static_cast<OrvResult>(0xC0070718);
+using Wait = Redirected<decltype(ZwWaitForSingleObject)>;
+using Enter = Redirected<decltype(RtlEnterCriticalSection)>;
+using Create = Redirected<decltype(ZwCreateEvent)>;
+
+constexpr LONGLONG kNow = 0;
+constexpr uint32_t kMostLocks = 10000;
+OrvBasSparseNonrecursiveLock locks[kMostLocks];
 
 volatile long &WordOf(OrvBasSparseNonrecursiveLock &lock)
 {
@@ -40,66 +45,60 @@ uint32_t IdleCount(const OrvBasSparseLockManager &manager)
 /// Locks that are all contended at once. One thread plays all parts: while it waits for one lock, it goes on
 /// to contend for the next, and comes back as the holder that hands over.
 struct Crowd {
-    uint32_t count = 0;
     OrvBasSparseLockManager manager;
+    uint32_t count = 0;
     uint32_t depth = 0;
     uint32_t mostAssigned = 0;
     uint32_t mostIdle = 0;
     uint32_t faults = 0;
     uint32_t threadId = 0;
-    decltype(&ZwWaitForSingleObject) wait = nullptr;
 
-    void Contend();
+    OrvBasSparseNonrecursiveLock &Lock() const { return locks[depth * 7919 % count]; }
+
+    void Contend()
+    {
+        OrvBasSparseNonrecursiveLock &lock = Lock();
+        faults += lock.Acquire(&manager) != ORV_S_OK;
+        faults += lock.Acquire(&manager) != ORV_S_OK || WordOf(lock) != 1;
+        faults += lock.Release(&manager) != ORV_S_OK || WordOf(lock) != 0;
+        if (IdleCount(manager) > mostIdle)
+            mostIdle = IdleCount(manager);
+    }
 };
 
-constexpr uint32_t kMostLocks = 10000;
-OrvBasSparseNonrecursiveLock locks[kMostLocks];
 Crowd *crowd;
 
 NTSTATUS NTAPI WaitInTheCrowd(HANDLE event, BOOLEAN alertable, const LONGLONG *timeout)
 {
     if (CurrentThreadId() != crowd->threadId)
-        return crowd->wait(event, alertable, timeout);
-    OrvBasSparseNonrecursiveLock &lock = locks[crowd->depth++ * 7919 % crowd->count];
-    if (crowd->depth < crowd->count)
+        return Wait::original(event, alertable, timeout);
+    OrvBasSparseNonrecursiveLock &lock = crowd->Lock();
+    if (++crowd->depth < crowd->count)
         crowd->Contend();
-    const LONGLONG now = 0;
-    crowd->faults += crowd->wait(event, false, &now) != STATUS_TIMEOUT;
+    else
+        crowd->mostAssigned = AssignedCount(crowd->manager);
+    crowd->faults += Wait::original(event, false, &kNow) != STATUS_TIMEOUT;
     crowd->faults += lock.Release(&crowd->manager) != ORV_S_OK;
-    return crowd->wait(event, false, &now);
+    return Wait::original(event, false, &kNow);
 }
 
-void Crowd::Contend()
-{
-    OrvBasSparseNonrecursiveLock &lock = locks[depth * 7919 % count];
-    faults += lock.Acquire(&manager) != ORV_S_OK;
-    faults += lock.Acquire(&manager) != ORV_S_OK || WordOf(lock) != 1;
-    faults += lock.Release(&manager) != ORV_S_OK || WordOf(lock) != 0;
-    const uint32_t assigned = AssignedCount(manager) + 1;
-    mostAssigned = assigned > mostAssigned ? assigned : mostAssigned;
-    mostIdle = IdleCount(manager) > mostIdle ? IdleCount(manager) : mostIdle;
-}
-
-/// What to do to `lock` in place of other threads, when it waits or comes into the critical section.
-OrvBasSparseNonrecursiveLock *lock;
-decltype(&ZwWaitForSingleObject) originalWait;
-decltype(&RtlEnterCriticalSection) originalEnter;
-decltype(&ZwCreateEvent) originalCreate;
-uint32_t refusals;
-bool withdraws;
+// What other threads do to the first lock meanwhile: the one that waits stays alone, another gives up its
+// claim.
 
 NTSTATUS NTAPI WaitAndBeAlone(HANDLE event, BOOLEAN, const LONGLONG *)
 {
-    WordOf(*lock) = 1;
-    const LONGLONG now = 0;
-    return originalWait(event, false, &now);
+    WordOf(locks[0]) = 1;
+    return Wait::original(event, false, &kNow);
 }
 
 NTSTATUS NTAPI WithdrawAndEnter(RTL_CRITICAL_SECTION *section)
 {
-    WordOf(*lock) = 1;
-    return originalEnter(section);
+    WordOf(locks[0]) = 1;
+    return Enter::original(section);
 }
+
+uint32_t refusals;
+bool withdraws;
 
 NTSTATUS NTAPI CreateAfterRefusals(HANDLE *event, ACCESS_MASK access, const OBJECT_ATTRIBUTES *attributes,
                                    ULONG type, BOOLEAN initialState)
@@ -107,8 +106,8 @@ NTSTATUS NTAPI CreateAfterRefusals(HANDLE *event, ACCESS_MASK access, const OBJE
     if (refusals-- != 0)
         return kQuota;
     if (!withdraws)
-        return originalCreate(event, access, attributes, type, initialState);
-    WordOf(*lock) = 1;
+        return Create::original(event, access, attributes, type, initialState);
+    WordOf(locks[0]) = 1;
     return kQuota;
 }
 
@@ -140,14 +139,12 @@ TEST_CASE(SparseLockManagerKeepsIdleEventsWithinBounds)
         crowd = &current;
         CHECK_EQUAL(current.manager.Initialize(c.minimumIdle, c.idlePercent), ORV_S_OK);
         {
-            const Redirected redirected(ZwWaitForSingleObjectSlot, WaitInTheCrowd);
-            current.wait = redirected.original;
+            const Wait redirected(ZwWaitForSingleObjectSlot, WaitInTheCrowd);
             auto work = [&] {
                 current.threadId = CurrentThreadId();
                 current.Contend();
             };
-            test::Thread thread(work, 0x1000000);
-            thread.Join();
+            const test::Thread thread(work, 0x1000000);
         }
         CHECK_EQUAL(current.faults, 0u);
         CHECK_EQUAL(current.mostAssigned, c.count);
@@ -163,68 +160,45 @@ TEST_CASE(SparseLockLosesNothingWhenThereIsNoEvent)
 {
     const test::Usage before = test::CountUsage();
     {
-        OrvBasSparseNonrecursiveLock contended;
-        lock = &contended;
+        OrvBasSparseNonrecursiveLock &lock = locks[0];
         OrvBasSparseLockManager manager;
+        const auto check = [&](OrvResult result, OrvResult expected, long word, uint32_t assigned,
+                               uint32_t idle) {
+            CHECK_EQUAL(result, expected);
+            CHECK_EQUAL(WordOf(lock), word);
+            CHECK_EQUAL(AssignedCount(manager), assigned);
+            CHECK_EQUAL(IdleCount(manager), idle);
+        };
+        const auto acquire = [&](const auto &) { return lock.Acquire(&manager); };
         CHECK_EQUAL(manager.Initialize(1, 0), ORV_S_OK);
-        CHECK_EQUAL(contended.Acquire(&manager), ORV_S_OK);
-        {
-            const auto refused = Refuse<kQuota>(ZwCreateEventSlot);
-            CHECK_EQUAL(contended.Acquire(&manager), kQuotaResult);
-        }
-        {
-            const test::RefusingHeap refusing;
-            CHECK_EQUAL(contended.Acquire(&manager), ORV_E_OUT_OF_MEMORY);
-        }
-        CHECK_EQUAL(AssignedCount(manager) + IdleCount(manager), 0u);
+        check(lock.Acquire(&manager), ORV_S_OK, 1, 0, 0);
+        check(acquire(Refuse<kQuota>(ZwCreateEventSlot)), kQuotaResult, 1, 0, 0);
+        check(acquire(test::RefusingHeap()), ORV_E_OUT_OF_MEMORY, 1, 0, 0);
         CHECK_USAGE(before);
-        CHECK_EQUAL(WordOf(contended), 1);
+        check(acquire(Refuse<kQuota>(RtlEnterCriticalSectionSlot)), kQuotaResult, 2, 0, 0);
+
+        // The releaser tries until it has an event; the waiter comes then, is awake at once, and gives it
+        // back.
+        const Create create(ZwCreateEventSlot, CreateAfterRefusals);
+        refusals = 3;
+        check(lock.Release(&manager), ORV_S_OK, 1, 1, 0);
+        CHECK_EQUAL(refusals, 0xFFFFFFFF);
+        check(acquire(Wait(ZwWaitForSingleObjectSlot, WaitAndBeAlone)), ORV_S_OK, 1, 0, 1);
+
+        // The waiter has gone when the releaser comes into the critical section: an event is on loan.
+        check(acquire(Refuse<STATUS_SUCCESS>(ZwWaitForSingleObjectSlot)), ORV_S_OK, 2, 1, 0);
         {
-            const auto refused = Refuse<kQuota>(RtlEnterCriticalSectionSlot);
-            CHECK_EQUAL(contended.Acquire(&manager), kQuotaResult);
-            CHECK_EQUAL(WordOf(contended), 2);
-            CHECK_EQUAL(contended.Release(&manager), kQuotaResult);
-            CHECK_EQUAL(WordOf(contended), 2);
+            const Enter redirected(RtlEnterCriticalSectionSlot, WithdrawAndEnter);
+            check(lock.Release(&manager), ORV_S_OK, 0, 0, 1);
         }
 
-        // The releaser tries until it has an event to wake the waiter with.
-        const Redirected create(ZwCreateEventSlot, CreateAfterRefusals);
-        originalCreate = create.original;
-        refusals = 3;
-        CHECK_EQUAL(contended.Release(&manager), ORV_S_OK);
-        CHECK_EQUAL(refusals, 0xFFFFFFFF);
-        CHECK_EQUAL(WordOf(contended), 1);
-        CHECK_EQUAL(AssignedCount(manager), 1u);
-        {
-            // The waiter comes, is awake at once, and gives back the event.
-            const Redirected redirected(ZwWaitForSingleObjectSlot, WaitAndBeAlone);
-            originalWait = redirected.original;
-            CHECK_EQUAL(contended.Acquire(&manager), ORV_S_OK);
-            CHECK_EQUAL(AssignedCount(manager), 0u);
-            CHECK_EQUAL(IdleCount(manager), 1u);
-            CHECK_EQUAL(contended.Release(&manager), ORV_S_OK);
-        }
-        {
-            // The waiter has gone when the releaser comes into the critical section: an event is on loan.
-            const auto wait = Refuse<STATUS_SUCCESS>(ZwWaitForSingleObjectSlot);
-            CHECK_EQUAL(contended.Acquire(&manager), ORV_S_OK);
-            CHECK_EQUAL(contended.Acquire(&manager), ORV_S_OK);
-            CHECK_EQUAL(AssignedCount(manager), 1u);
-            const Redirected redirected(RtlEnterCriticalSectionSlot, WithdrawAndEnter);
-            originalEnter = redirected.original;
-            CHECK_EQUAL(contended.Release(&manager), ORV_S_OK);
-            CHECK_EQUAL(WordOf(contended), 0);
-            CHECK_EQUAL(AssignedCount(manager), 0u);
-            CHECK_EQUAL(IdleCount(manager), 1u);
-        }
-        // The waiter goes while the releaser tries to get an event.
+        // It goes while the releaser tries to get an event.
         OrvBasSparseLockManager other;
         CHECK_EQUAL(other.Initialize(0, 0), ORV_S_OK);
-        WordOf(contended) = 2;
+        WordOf(lock) = 2;
         refusals = 2;
         withdraws = true;
-        CHECK_EQUAL(contended.Release(&other), ORV_S_OK);
-        CHECK_EQUAL(WordOf(contended), 0);
+        check(lock.Release(&other), ORV_S_OK, 0, 0, 1);
     }
     CHECK_USAGE(before);
 }
