@@ -25,6 +25,7 @@
 #include "orv/sync/critical_section.h"
 #include "orv/sync/event.h"
 #include "orv/sync/handle_waitable.h"
+#include "orv/sync/interlocked.h"
 #include "orv/sync/mutex.h"
 #include "orv/sync/object_name_space.h"
 #include "orv/sync/resource.h"

@@ -11,9 +11,6 @@
 #include "orv/runtime/result.h"
 #include "orv/sync/sparse_lock_manager.h"
 
-extern "C" long __cdecl _InterlockedDecrement(long volatile *target);
-#pragma intrinsic(_InterlockedDecrement)
-
 namespace
 {
 

@@ -12,12 +12,9 @@
 #pragma once
 
 #include "orv/base.h"
+#include "orv/sync/interlocked.h"
 
 class OrvBasSparseLockManager;
-
-extern "C" long __cdecl _InterlockedCompareExchange(long volatile *target, long exchange, long comparand);
-extern "C" long __cdecl _InterlockedIncrement(long volatile *target);
-#pragma intrinsic(_InterlockedCompareExchange, _InterlockedIncrement)
 
 /// All zeros is a free lock.
 class OrvBasSparseNonrecursiveLock
