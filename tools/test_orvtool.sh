@@ -341,7 +341,7 @@ is 2 '' "orvtool lock: --timeout wants milliseconds, not 'x'. $(see lock)" lock 
 
 is 1 '' 'orvtool shm: opening the memory failed: 0xE001003D (ORV_E_FILE_NOT_FOUND)\n' shm read 0x7E57
 ORV_RUN_SECONDS=60 "$root/tools/run_wine.sh" "$tool" shm serve 0x7E57 --size 5000 --hold 60000 >"$work/server" 2>/dev/null &
-until grep -q create "$work/server"; do sleep 0.1; done
+for _ in $(seq 100); do grep -q create "$work/server" && break || sleep 0.1; done
 is 0 abc '3\n' shm write 0x7E57 --offset 4000
 is 0 '' 'abc' shm read 0x7E57 --offset 4000 --size 3
 is 1 abc 'orvtool shm: the input goes on behind the 2 bytes that were written\n' shm write 0x7E57 --size 2

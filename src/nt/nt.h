@@ -151,11 +151,6 @@ enum : ULONG {
     OBJ_KERNEL_HANDLE = 0x200,
 };
 
-inline HANDLE NtCurrentProcess()
-{
-    return reinterpret_cast<HANDLE>(-1);
-}
-
 struct _IO_STATUS_BLOCK {
     union {
         NTSTATUS Status;

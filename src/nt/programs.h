@@ -5,21 +5,6 @@
 
 #include "nt/nt.h"
 
-struct EXCEPTION_RECORD {
-    ULONG ExceptionCode;
-    ULONG ExceptionFlags;
-    EXCEPTION_RECORD *ExceptionRecord;
-    PVOID ExceptionAddress;
-    ULONG NumberParameters;
-    ULONG ExceptionInformation[15];
-};
-
-struct _EXCEPTION_POINTERS {
-    EXCEPTION_RECORD *ExceptionRecord;
-    PVOID ContextRecord;
-};
-typedef _EXCEPTION_POINTERS EXCEPTION_POINTERS;
-
 struct FILE_FS_DEVICE_INFORMATION {
     ULONG DeviceType;
     ULONG Characteristics;
@@ -119,6 +104,11 @@ struct RTL_HEAP_WALK_ENTRY {
 
 constexpr USHORT RTL_HEAP_BUSY = 0x0001;
 
+/// All zeros is a free lock.
+struct RTL_SRWLOCK {
+    PVOID Ptr;
+};
+
 // The digests of ntdll.dll.
 
 struct MD4_CTX {
@@ -171,6 +161,8 @@ NTSYSAPI NTSTATUS NTAPI NtQueryInformationProcess(HANDLE process, ULONG informat
 NTSYSAPI NTSTATUS NTAPI NtQueryVirtualMemory(HANDLE process, const void *address, ULONG informationClass,
                                              PVOID information, ULONG size, ULONG *returnedSize);
 NTSYSAPI BOOLEAN NTAPI RtlValidateHeap(HANDLE heap, ULONG flags, const void *block);
+NTSYSAPI NTSTATUS NTAPI NtQuerySystemInformation(ULONG informationClass, PVOID information, ULONG size,
+                                                 ULONG *returnedSize);
 NTSYSAPI NTSTATUS NTAPI NtQuerySystemTime(LONGLONG *time);
 NTSYSAPI NTSTATUS NTAPI NtAllocateVirtualMemory(HANDLE process, PVOID *base, ULONG zeroBits, ULONG *size,
                                                 ULONG type, ULONG protection);
@@ -204,6 +196,13 @@ NTSYSAPI NTSTATUS NTAPI RtlUnicodeToUTF8N(char *target, ULONG capacity, ULONG *w
                                           ULONG size);
 NTSYSAPI NTSTATUS NTAPI RtlUnicodeToOemN(char *target, ULONG capacity, ULONG *written, const WCHAR *source,
                                          ULONG size);
+
+// Locks to measure ours against.
+
+NTSYSAPI void NTAPI RtlAcquireSRWLockExclusive(RTL_SRWLOCK *lock);
+NTSYSAPI void NTAPI RtlReleaseSRWLockExclusive(RTL_SRWLOCK *lock);
+NTSYSAPI void NTAPI RtlAcquireSRWLockShared(RTL_SRWLOCK *lock);
+NTSYSAPI void NTAPI RtlReleaseSRWLockShared(RTL_SRWLOCK *lock);
 
 // C functions to measure ours against.
 

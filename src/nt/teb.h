@@ -11,6 +11,12 @@ inline TEB *NtCurrentTeb()
     return *reinterpret_cast<TEB *__attribute__((address_space(257))) *>(offsetof(TEB, Self));
 }
 
+/// Never 0.
+inline uint32_t CurrentThreadId()
+{
+    return reinterpret_cast<uintptr_t>(NtCurrentTeb()->ClientId.UniqueThread);
+}
+
 inline PEB *NtCurrentPeb()
 {
     return NtCurrentTeb()->ProcessEnvironmentBlock;

@@ -3,11 +3,8 @@
 #pragma once
 
 #include "orv/base.h"
+#include "orv/sync/interlocked.h"
 #include "runtime/heap.h"
-
-extern "C" long __cdecl _InterlockedIncrement(long volatile *value);
-extern "C" long __cdecl _InterlockedDecrement(long volatile *value);
-#pragma intrinsic(_InterlockedIncrement, _InterlockedDecrement)
 
 namespace detail
 {

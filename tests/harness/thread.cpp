@@ -11,9 +11,10 @@ void Sleep(uint32_t milliseconds)
     ZwDelayExecution(false, &interval);
 }
 
-Thread::Thread(ULONG(NTAPI *start)(PVOID), PVOID work)
+Thread::Thread(ULONG(NTAPI *start)(PVOID), PVOID work, size_t stackSize)
 {
-    if (RtlCreateUserThread(NtCurrentProcess(), nullptr, false, 0, 0, 0, start, work, &handle_, nullptr) < 0)
+    if (RtlCreateUserThread(NtCurrentProcess(), nullptr, false, 0, stackSize, 0, start, work, &handle_,
+                            nullptr) < 0)
         __builtin_trap();
 }
 

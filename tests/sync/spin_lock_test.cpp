@@ -4,6 +4,7 @@
 
 #include "harness/test.h"
 #include "harness/thread.h"
+#include "harness/usage.h"
 
 TEST_CASE(SpinLockGuardHoldsWhatItSays)
 {
@@ -62,24 +63,26 @@ TEST_CASE(SpinLockIsHeldUntilTheNextOneIs)
 
 TEST_CASE(SpinLockLetsOneThreadInAtATime)
 {
-    constexpr uint32_t kRounds = 20000;
+    constexpr uint32_t kThreads = 8;
+    constexpr uint32_t kRounds = 10000;
+    const test::Usage before = test::CountUsage();
     for (uint32_t sleepMs = 0; sleepMs < 2; sleepMs++) {
         OrvSpinLock lock = {0, sleepMs};
         volatile uint32_t count = 0;
-        auto work = [&] {
+        auto work = [&](uint32_t) {
             for (uint32_t i = 0; i < kRounds; i++) {
                 const OrvSpinLockLocker locker(&lock, true);
-                count = count + 1;
+                const uint32_t seen = count;
+                if (i % 64 == 0)
+                    test::Sleep(0); // lets the others come and wait
+                count = seen + 1;
             }
         };
-        {
-            test::Thread a(work);
-            test::Thread b(work);
-            test::Thread c(work);
-        }
-        CHECK_EQUAL(count, 3 * kRounds);
+        test::RunOnThreads(kThreads, work);
+        CHECK_EQUAL(count, kThreads * kRounds);
         CHECK_EQUAL(lock.locked, 0);
     }
+    CHECK_USAGE(before);
 }
 
 namespace

@@ -8,9 +8,7 @@
 #pragma once
 
 #include "orv/base.h"
-
-extern "C" long __cdecl _InterlockedCompareExchange(long volatile *target, long exchange, long comparand);
-#pragma intrinsic(_InterlockedCompareExchange)
+#include "orv/sync/interlocked.h"
 
 /// The lock itself. All zeros is a free lock whose waiters yield the processor.
 struct OrvSpinLock {

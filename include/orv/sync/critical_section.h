@@ -1,0 +1,53 @@
+// An owner of the platform's critical section: the recursive lock of one process, which goes to the kernel
+// only when a thread has to wait.
+//
+// It never moves, because the platform may keep a list of all critical sections by address. Whoever enters
+// must leave as often, on the same thread; a thread that ends inside leaves it taken for ever.
+
+#pragma once
+
+#include "orv/base.h"
+
+class OrvBasCriticalSection
+{
+public:
+    /// A critical section that is still to be created.
+    ORV_API OrvBasCriticalSection();
+    OrvBasCriticalSection(const OrvBasCriticalSection &) = delete;
+    OrvBasCriticalSection &operator=(const OrvBasCriticalSection &) = delete;
+
+    /// Destroy.
+    ORV_API ~OrvBasCriticalSection();
+
+    /// Makes a free critical section. One that was there is deleted first, whoever is inside.
+    ///
+    /// Returns 0 or the converted status, and then there is no critical section here.
+    ORV_API OrvResult Create();
+
+    /// Deletes the critical section, in which no thread may be, and does nothing when there is none.
+    ///
+    /// Returns 0 or the converted status; there is no critical section here afterwards either way.
+    ORV_API OrvResult Destroy();
+
+    /// Whether it was created and not destroyed.
+    ORV_API bool IsInitialized() const { return initialized_; }
+
+    /// Enters, waiting as long as that needs; at once when the calling thread is inside already.
+    ///
+    /// Returns 0; ORV_E_INVALID_STATE when there is no critical section here; otherwise the converted status.
+    ORV_API OrvResult Acquire();
+
+    /// Leaves. The last of as many calls as there were to Acquire lets the next thread in. The calling thread
+    /// must be inside; nothing checks that.
+    ///
+    /// Returns as Acquire.
+    ORV_API OrvResult Release();
+
+private:
+    friend class OrvBasResource; // has no use for the results of entering and leaving
+
+    void *native_[6]; ///< the platform's structure
+    bool initialized_ = false;
+};
+
+static_assert(sizeof(OrvBasCriticalSection) == 28, "fixed layout");

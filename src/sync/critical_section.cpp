@@ -1,0 +1,60 @@
+// Critical sections over the native functions. Each call is refused before there is something to call them
+// with: on zeros the platform would wait for ever.
+
+#include "orv/sync/critical_section.h"
+
+#include "nt/nt.h"
+#include "orv/runtime/result.h"
+#include "runtime/status.h"
+
+namespace
+{
+
+RTL_CRITICAL_SECTION *Native(void **storage)
+{
+    return reinterpret_cast<RTL_CRITICAL_SECTION *>(storage);
+}
+
+} // namespace
+
+OrvBasCriticalSection::OrvBasCriticalSection()
+{
+    static_assert(sizeof native_ == sizeof(RTL_CRITICAL_SECTION));
+    static_assert(alignof(decltype(native_)) == alignof(RTL_CRITICAL_SECTION));
+    static_assert(offsetof(OrvBasCriticalSection, initialized_) == sizeof(RTL_CRITICAL_SECTION));
+}
+
+OrvBasCriticalSection::~OrvBasCriticalSection()
+{
+    Destroy();
+}
+
+OrvResult OrvBasCriticalSection::Create()
+{
+    Destroy(); // else what the platform keeps beside it would be lost
+    const OrvResult result = detail::ResultFromCall(RtlInitializeCriticalSection(Native(native_)));
+    initialized_ = OrvSucceeded(result);
+    return result;
+}
+
+OrvResult OrvBasCriticalSection::Destroy()
+{
+    if (!initialized_)
+        return ORV_S_OK;
+    initialized_ = false;
+    return detail::ResultFromCall(RtlDeleteCriticalSection(Native(native_)));
+}
+
+OrvResult OrvBasCriticalSection::Acquire()
+{
+    if (!initialized_)
+        return ORV_E_INVALID_STATE;
+    return detail::ResultFromCall(RtlEnterCriticalSection(Native(native_)));
+}
+
+OrvResult OrvBasCriticalSection::Release()
+{
+    if (!initialized_)
+        return ORV_E_INVALID_STATE;
+    return detail::ResultFromCall(RtlLeaveCriticalSection(Native(native_)));
+}

@@ -1,0 +1,170 @@
+// Events on loan and idle ones.
+//
+// A lock has an event only while a thread is inside its Acquire or Release, so there are never more loans
+// than threads: a sorted array serves, and making room in it costs less than creating the event. Neither
+// array ever shrinks, for the same reason.
+
+#include "orv/sync/sparse_lock_manager.h"
+
+#include "crt/memory.h"
+#include "nt/nt.h"
+#include "orv/runtime/result.h"
+#include "runtime/heap.h"
+#include "runtime/status.h"
+
+namespace
+{
+
+constexpr uint32_t kFirstCapacity = 16; // a power of two, as all capacities are
+
+uint32_t NextCapacity(uint32_t capacity)
+{
+    return capacity == 0 ? kFirstCapacity : capacity * 2;
+}
+
+} // namespace
+
+OrvBasSparseLockManager::OrvBasSparseLockManager() = default;
+
+OrvBasSparseLockManager::~OrvBasSparseLockManager()
+{
+    while (idle_.count != 0)
+        ZwClose(idle_.TakeFirst());
+    detail::FreeBytes(idle_.events);
+    lock_.Destroy();
+    detail::FreeBytes(assigned_.entries);
+}
+
+OrvResult OrvBasSparseLockManager::Initialize(unsigned long minimumIdle, unsigned long idlePercent)
+{
+    minimumIdle_ = minimumIdle;
+    idlePercent_ = idlePercent;
+    return lock_.Create();
+}
+
+bool OrvBasSparseLockManager::IsInitialized()
+{
+    return lock_.IsInitialized();
+}
+
+/// Where the lock's loan is, or belongs.
+uint32_t OrvBasSparseLockManager::Loans::LowerBound(const OrvBasSparseNonrecursiveLock *lock) const
+{
+    uint32_t first = 0;
+    for (uint32_t rest = count; rest != 0;) {
+        const uint32_t half = rest / 2;
+        if (entries[first + half].lock < lock) {
+            first += half + 1;
+            rest -= half + 1;
+        } else {
+            rest = half;
+        }
+    }
+    return first;
+}
+
+/// The lock's event, or null.
+void *OrvBasSparseLockManager::Loans::Find(const OrvBasSparseNonrecursiveLock *lock) const
+{
+    const uint32_t at = LowerBound(lock);
+    return at < count && entries[at].lock == lock ? entries[at].event : nullptr;
+}
+
+/// False, and nothing is changed, when there is no memory. The lock must have no loan yet.
+bool OrvBasSparseLockManager::Loans::Insert(const OrvBasSparseNonrecursiveLock *lock, void *event)
+{
+    if (count == capacity) {
+        const uint32_t newCapacity = NextCapacity(capacity);
+        void *const grown = detail::ReallocateBytes(entries, newCapacity * sizeof(Loan));
+        if (!grown)
+            return false;
+        entries = static_cast<Loan *>(grown);
+        capacity = newCapacity;
+    }
+    const uint32_t at = LowerBound(lock);
+    memmove(entries + at + 1, entries + at, (count - at) * sizeof(Loan));
+    entries[at] = {lock, event};
+    count++;
+    return true;
+}
+
+/// ORV_S_OBJECT_NOT_FOUND, and nothing is changed, when the lock has no loan.
+OrvResult OrvBasSparseLockManager::Loans::Remove(const OrvBasSparseNonrecursiveLock *lock)
+{
+    const uint32_t at = LowerBound(lock);
+    if (at == count || entries[at].lock != lock)
+        return ORV_S_OBJECT_NOT_FOUND;
+    count--;
+    memmove(entries + at, entries + at + 1, (count - at) * sizeof(Loan));
+    return ORV_S_OK;
+}
+
+/// False, and nothing is changed, when there is no memory.
+bool OrvBasSparseLockManager::Queue::Append(void *event)
+{
+    if (count == capacity) {
+        const uint32_t newCapacity = NextCapacity(capacity);
+        auto grown = detail::HeapArray<void *>::Allocate(newCapacity);
+        if (!grown)
+            return false;
+        for (uint32_t i = 0; i < count; i++)
+            grown.Get()[i] = events[(first + i) & (capacity - 1)];
+        detail::FreeBytes(events);
+        events = grown.Detach();
+        capacity = newCapacity;
+        first = 0;
+    }
+    events[(first + count) & (capacity - 1)] = event;
+    count++;
+    return true;
+}
+
+/// The queue must not be empty.
+void *OrvBasSparseLockManager::Queue::TakeFirst()
+{
+    void *const event = events[first];
+    first = (first + 1) & (capacity - 1);
+    count--;
+    return event;
+}
+
+/// Gives the lock, which has none, an event: an idle one, else a new one.
+///
+/// Returns 0; ORV_E_OUT_OF_MEMORY; the converted status when no event can be created. On failure `event`
+/// stays null.
+OrvResult OrvBasSparseLockManager::Lend(const OrvBasSparseNonrecursiveLock *lock, void *&event)
+{
+    HANDLE lent = nullptr;
+    if (idle_.count != 0) {
+        lent = idle_.TakeFirst();
+    } else {
+        const NTSTATUS status = ZwCreateEvent(&lent, EVENT_ALL_ACCESS, nullptr, SynchronizationEvent, false);
+        if (!NT_SUCCESS(status))
+            return detail::ResultFromStatus(status);
+    }
+    if (!assigned_.Insert(lock, lent)) {
+        KeepOrClose(lent);
+        return ORV_E_OUT_OF_MEMORY;
+    }
+    event = lent;
+    return ORV_S_OK;
+}
+
+/// Keeps an event that nobody uses among the idle ones, within their bounds.
+void OrvBasSparseLockManager::KeepOrClose(void *event)
+{
+    const uint64_t share = uint64_t(assigned_.count) * idlePercent_ / 100;
+    const uint64_t limit = share > minimumIdle_ ? share : minimumIdle_;
+    if (idle_.count < limit && idle_.Append(event))
+        return;
+    ZwClose(event);
+    while (idle_.count > limit)
+        ZwClose(idle_.TakeFirst());
+}
+
+/// Ends the lock's loan. It still counts as one when the bounds of the idle events are worked out.
+void OrvBasSparseLockManager::TakeBack(const OrvBasSparseNonrecursiveLock *lock, void *event)
+{
+    KeepOrClose(event);
+    assigned_.Remove(lock);
+}

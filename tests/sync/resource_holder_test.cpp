@@ -1,0 +1,74 @@
+// What the guard of a resource holds when, and that it lets go of everything.
+
+#include "orv/sync/resource_holder.h"
+
+#include "sync/actors.h"
+
+TEST_CASE(ResourceHolderHoldsWhatItSays)
+{
+    constexpr auto kType = [](uint32_t type) { return static_cast<OrvBasResourceHolder::LockType>(type); };
+    OrvBasResource held;
+    OrvBasResource wanted;
+    OrvBasResource uncreated;
+    CHECK_EQUAL(held.Create(), ORV_S_OK);
+    CHECK_EQUAL(wanted.Create(), ORV_S_OK);
+    struct {
+        OrvBasResource *resource;
+        uint32_t type;
+        OrvResult result;
+        bool isExclusive; ///< when it succeeds
+    } const cases[] = {
+        {&wanted, 0, ORV_S_OK, true},
+        {&wanted, 1, ORV_S_OK, false},
+        {&wanted, 2, ORV_E_NOT_PROVIDED, false},
+        {&wanted, 3, ORV_E_NOT_PROVIDED, false},
+        {&wanted, 4, ORV_E_INVALID_ARGUMENT, false},
+        {&wanted, 0xFFFFFFFF, ORV_E_INVALID_ARGUMENT, false},
+        {nullptr, 0, ORV_E_INVALID_ARGUMENT, false},
+        {&uncreated, 0, ORV_E_INVALID_STATE, false},
+        {&held, 0, ORV_E_INVALID_OPERATION, false}, // its shared hold is released all the same
+    };
+    for (const auto &c : cases) {
+        test::Note("case", static_cast<uint32_t>(&c - cases));
+        const bool succeeds = c.result == ORV_S_OK;
+        const auto checkHeld = [&] {
+            CHECK_EQUAL(wanted.IsAcquiredShared(), succeeds ? 1u : 0u);
+            CHECK_EQUAL(wanted.IsAcquiredExclusive(), c.isExclusive);
+        };
+        {
+            OrvBasResourceHolder holder(&held, OrvBasResourceHolder::Shared, -1);
+            CHECK_EQUAL(held.IsAcquiredShared(), 1u);
+            CHECK_EQUAL(holder.Lock(c.resource, kType(c.type), -1), c.result);
+            CHECK(IsAtRest(held));
+            checkHeld();
+        }
+        CHECK(IsAtRest(wanted));
+        if (c.resource == &held)
+            continue;
+        OrvBasResourceHolder holder(c.resource, kType(c.type), 0);
+        checkHeld();
+        holder.Release();
+        CHECK(IsAtRest(wanted));
+        holder.Release(); // nothing
+        CHECK_EQUAL(holder.Lock(&held, OrvBasResourceHolder::Exclusive, 0), ORV_S_OK);
+        holder.DetachWithoutReleasing();
+        holder.Release(); // nothing
+        CHECK_EQUAL(held.Release(), ORV_S_OK);
+        CHECK(IsAtRest(held));
+    }
+}
+
+TEST_CASE(ResourceHolderGivesUpInTime)
+{
+    Stage stage;
+    OrvBasResource resource;
+    CHECK_EQUAL(resource.Create(), ORV_S_OK);
+    stage.actors[0].Start(resource, StepOf('X'));
+    CHECK_EQUAL(stage.actors[0].Await(), ORV_S_OK);
+    {
+        OrvBasResourceHolder holder(&resource, OrvBasResourceHolder::Shared, 5);
+        CHECK_EQUAL(holder.Lock(&resource, OrvBasResourceHolder::Exclusive, 0), ORV_W_TIMEOUT);
+    }
+    CHECK_EQUAL(resource.Release(), ORV_E_NOT_OWNER);
+    stage.Play(resource, "a-");
+}

@@ -1,0 +1,112 @@
+// Sparse locks between threads. What they borrow and give back is looked at from inside.
+
+#include "orv/sync/sparse_lock.h"
+
+#include "harness/test.h"
+#include "harness/thread.h"
+#include "harness/usage.h"
+#include "orv/runtime/result.h"
+#include "orv/sync/sparse_lock_manager.h"
+
+namespace
+{
+
+struct Item {
+    OrvBasSparseNonrecursiveLock lock;
+    volatile uint32_t left = 0;
+    volatile uint32_t right = 0;
+};
+
+constexpr uint32_t kItems = 10000;
+Item items[kItems];
+
+uint32_t WordOf(const OrvBasSparseNonrecursiveLock &lock)
+{
+    return *reinterpret_cast<const volatile uint32_t *>(&lock);
+}
+
+} // namespace
+
+TEST_CASE(SparseLockNeedsItsManagerOnlyWhenContended)
+{
+    OrvBasSparseNonrecursiveLock lock;
+    OrvBasSparseLockManager uncreated;
+    CHECK(!uncreated.IsInitialized());
+    CHECK_EQUAL(lock.Release(&uncreated), ORV_E_NOT_OWNER);
+    struct {
+        OrvBasSparseLockManager *manager;
+        OrvResult result;
+    } const cases[] = {{nullptr, ORV_E_INVALID_ARGUMENT}, {&uncreated, ORV_E_INVALID_STATE}};
+    for (const auto &c : cases) {
+        CHECK_EQUAL(lock.Acquire(c.manager), ORV_S_OK);
+        CHECK_EQUAL(WordOf(lock), 1u);
+        CHECK_EQUAL(lock.Acquire(c.manager), c.result);
+        CHECK_EQUAL(WordOf(lock), 1u);
+        CHECK_EQUAL(lock.Release(c.manager), ORV_S_OK);
+        CHECK_EQUAL(WordOf(lock), 0u);
+        CHECK_EQUAL(lock.Release(c.manager), ORV_E_NOT_OWNER);
+    }
+}
+
+TEST_CASE(SparseLockIsHandedOver)
+{
+    const test::Usage before = test::CountUsage();
+    for (unsigned long minimumIdle = 0; minimumIdle < 2; minimumIdle++) {
+        OrvBasSparseLockManager manager;
+        CHECK_EQUAL(manager.Initialize(7, 7), ORV_S_OK);
+        CHECK_EQUAL(manager.Initialize(minimumIdle, 0), ORV_S_OK);
+        OrvBasSparseNonrecursiveLock lock;
+        CHECK_EQUAL(lock.Acquire(&manager), ORV_S_OK);
+        volatile OrvResult result = -1;
+        auto work = [&] { result = lock.Acquire(&manager); };
+        test::Thread thread(work);
+        CHECK(test::Eventually([&] { return WordOf(lock) == 2; }));
+        CHECK_EQUAL(result, -1);
+        CHECK_EQUAL(lock.Release(&manager), ORV_S_OK);
+        thread.Join();
+        CHECK_EQUAL(result, ORV_S_OK);
+        CHECK_EQUAL(WordOf(lock), 1u);
+        CHECK_EQUAL(lock.Release(&manager), ORV_S_OK);
+        CHECK_EQUAL(test::CountUsage().handles, before.handles + minimumIdle);
+    }
+    CHECK_USAGE(before);
+}
+
+TEST_CASE(SparseLocksHoldUnderLoad)
+{
+    constexpr uint32_t kThreads = 8;
+    struct {
+        uint32_t items;
+        uint32_t rounds;
+    } const cases[] = {{1, 3000}, {3, 1000}, {kItems, 1}};
+    const test::Usage before = test::CountUsage();
+    for (const auto &c : cases) {
+        test::Note("locks", c.items);
+        OrvBasSparseLockManager manager;
+        CHECK_EQUAL(manager.Initialize(2, 50), ORV_S_OK);
+        uint32_t faults[kThreads] = {};
+        auto work = [&](uint32_t self) {
+            for (uint32_t i = 0; i < c.items * c.rounds; i++) {
+                Item &item = items[i % c.items];
+                faults[self] += item.lock.Acquire(&manager) != ORV_S_OK;
+                item.left = item.left + 1;
+                if ((i + self) % 4 == 0)
+                    test::Sleep(0); // lets the others come and wait
+                faults[self] += item.left != item.right + 1;
+                item.right = item.right + 1;
+                faults[self] += item.lock.Release(&manager) != ORV_S_OK;
+            }
+        };
+        test::RunOnThreads(kThreads, work);
+        for (const uint32_t count : faults)
+            CHECK_EQUAL(count, 0u);
+        for (uint32_t i = 0; i < c.items; i++) {
+            if (items[i].right != kThreads * c.rounds || WordOf(items[i].lock) != 0)
+                CHECK_EQUAL(i, kItems);
+            items[i].left = 0;
+            items[i].right = 0;
+        }
+        CHECK(test::CountUsage().handles <= before.handles + 2);
+    }
+    CHECK_USAGE(before);
+}
