@@ -23,7 +23,6 @@ OrvResult ResultOfLock(NTSTATUS status)
 {
     switch (status) {
     case STATUS_LOCK_NOT_GRANTED:
-    case STATUS_FILE_LOCK_CONFLICT:
     case STATUS_CANCELLED:
         return ORV_W_TIMEOUT;
     default:
@@ -31,7 +30,7 @@ OrvResult ResultOfLock(NTSTATUS status)
     }
 }
 
-/// Asks at once, again and again, until the time is over.
+/// Asks at once, again and again, until the time is over. Platforms differ in how they refuse.
 NTSTATUS LockByAsking(HANDLE file, bool exclusive, int timeoutMs)
 {
     constexpr LONGLONG kMillisecond = -10000; // below zero: from now on
@@ -45,7 +44,7 @@ NTSTATUS LockByAsking(HANDLE file, bool exclusive, int timeoutMs)
         if (timeoutMs != kForever) {
             const uint32_t elapsedMs = OrvGetTimestamp() - start;
             if (elapsedMs >= static_cast<uint32_t>(timeoutMs))
-                return status;
+                return STATUS_LOCK_NOT_GRANTED;
             const uint32_t leftMs = static_cast<uint32_t>(timeoutMs) - elapsedMs;
             sleepMs = sleepMs < leftMs ? sleepMs : leftMs;
         }

@@ -10,7 +10,6 @@
 #include "orv/runtime/result.h"
 #include "runtime/heap.h"
 #include "runtime/status.h"
-#include "sync/native_object.h"
 #include "thread/exception_frame.h"
 #include "thread/subsystem_registration.h"
 #include "thread/thread_record.h"
@@ -62,9 +61,11 @@ void SetUpThread(OrvFlags<OrvBasThread::ThreadFlag> flags)
     ZwSetInformationThread(NtCurrentThread(), ThreadIoPriority, &priority, sizeof priority);
 }
 
-/// The room that the platform gave the thread for thread-local keys beyond the first. A thread that ends
-/// unannounced, and any thread of an old system, would leave it behind. The lock keeps out whoever empties a
-/// key in every thread.
+/// Frees the room that the platform gave the thread for thread-local keys beyond the first. The lock keeps
+/// out whoever empties a key in every thread.
+///
+/// Only for a thread that ends unannounced: any other still needs it, since the modules that are told of its
+/// end find there what they keep for it, and the platform frees it after them.
 void FreeExpansionSlots()
 {
     TEB *const teb = NtCurrentTeb();
@@ -281,8 +282,9 @@ OrvResult OrvBasThread::StartThread(OrvPriority priority, OrvSecurityCtx *securi
             return detail::ResultFromStatus(status);
         }
     }
+    // The thread may have ended and its Cleanup deleted this object: nothing of it is used from here on.
     if (name)
-        SetThreadName(threadId_, name);
+        SetThreadName(reinterpret_cast<uintptr_t>(clientId.UniqueThread), name);
     return result;
 }
 
@@ -298,7 +300,8 @@ unsigned long __stdcall OrvBasThread::RealThreadProc(void *thread)
         exitCode = self->Run();
     }
     detail::RemoveThreadRecord();
-    FreeExpansionSlots();
+    if (!announced)
+        FreeExpansionSlots();
     self->Cleanup(); // and then the object may be gone
     EndThread(exitCode, announced);
     return 0;
@@ -389,7 +392,8 @@ OrvResult OrvBasThread::WaitForStopRequest(int timeoutMs)
 
 bool OrvBasThread::IsStopRequested()
 {
-    return WaitForStopRequest(0) != ORV_W_TIMEOUT;
+    // Waiting on an event that was never created succeeds, but nobody can have asked through it.
+    return initialized_ && WaitForStopRequest(0) != ORV_W_TIMEOUT;
 }
 
 unsigned long OrvBasThread::GetId() const
@@ -399,7 +403,7 @@ unsigned long OrvBasThread::GetId() const
 
 unsigned long OrvBasThread::GetCurrentThreadId()
 {
-    return reinterpret_cast<uintptr_t>(NtCurrentTeb()->ClientId.UniqueThread);
+    return CurrentThreadId();
 }
 
 void OrvBasThread::SetCurrentThreadName(const char *name)

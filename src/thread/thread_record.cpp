@@ -84,8 +84,7 @@ OrvResult EnsureThreadRecord()
     auto *const record = static_cast<ThreadRecord *>(AllocateBytes(sizeof(ThreadRecord)));
     if (!record)
         return ORV_E_OUT_OF_MEMORY;
-    record->data = {
-        static_cast<uint32_t>(reinterpret_cast<uintptr_t>(NtCurrentTeb()->ClientId.UniqueThread))};
+    record->data = {CurrentThreadId()};
     const OrvResult result = key.SetValue(&record->data);
     if (OrvFailed(result)) {
         FreeBytes(record);

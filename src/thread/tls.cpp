@@ -47,9 +47,10 @@ ULONG TakeKey()
 {
     const PebLock lock;
     const PEB *const peb = NtCurrentPeb();
-    // The first key is never given out: there are programs that take it for none.
+    // The first key is never given out: there are programs that take it for none. The search comes to it when
+    // it is the only one left, and then it stays taken.
     const ULONG key = RtlFindClearBitsAndSet(peb->TlsBitmap, 1, 1);
-    if (key != kNoBit)
+    if (key != kNoBit && key != 0)
         return key;
     const ULONG expansionKey = RtlFindClearBitsAndSet(peb->TlsExpansionBitmap, 1, 0);
     return expansionKey != kNoBit ? TLS_MINIMUM_AVAILABLE + expansionKey : kNoBit;

@@ -76,3 +76,5 @@ private:
     uint32_t idlePercent_ = 0;
     OrvBasCriticalSection lock_; ///< guards the loans and the queue
 };
+
+static_assert(sizeof(OrvBasSparseLockManager) == 64, "fixed layout");

@@ -30,7 +30,8 @@ public:
     ORV_API OrvSpinLockLocker() : spinLock_(nullptr), held_(false) {}
 
     /// Takes the lock when it is not null and `acquire` is true; holds nothing otherwise.
-    ORV_API OrvSpinLockLocker(OrvSpinLock *spinLock, bool acquire) : spinLock_(nullptr), held_(false)
+    ORV_API __forceinline OrvSpinLockLocker(OrvSpinLock *spinLock, bool acquire)
+        : spinLock_(nullptr), held_(false)
     {
         if (spinLock && acquire)
             Lock(spinLock);
@@ -39,13 +40,13 @@ public:
     OrvSpinLockLocker(const OrvSpinLockLocker &) = delete;
     OrvSpinLockLocker &operator=(const OrvSpinLockLocker &) = delete;
 
-    ORV_API ~OrvSpinLockLocker() { Release(); }
+    ORV_API __forceinline ~OrvSpinLockLocker() { Release(); }
 
     /// Takes the lock, waiting as long as that needs, and only then gives back the one that was held: the
     /// same lock twice waits for ever. The lock must not be null.
     ///
     /// Always returns 0.
-    ORV_API OrvResult Lock(OrvSpinLock *spinLock)
+    ORV_API __forceinline OrvResult Lock(OrvSpinLock *spinLock)
     {
         if (_InterlockedCompareExchange(&spinLock->locked, 1, 0) != 0)
             WaitAndLock(*spinLock);
@@ -56,7 +57,7 @@ public:
     }
 
     /// Gives back the lock that is held, if any.
-    ORV_API void Release()
+    ORV_API __forceinline void Release()
     {
         if (held_ && spinLock_)
             _InterlockedCompareExchange(&spinLock_->locked, 0, 1);

@@ -36,6 +36,7 @@ public:
         /// The same, less strictly. ThreadVeryLowIoPriority wins when both are set.
         ThreadLowIoPriority = 0x2,
         /// The thread ends without telling the loaded modules, which then cannot free what they keep for it.
+        /// Its values of thread-local keys beyond the first 64 are gone before Cleanup.
         ThreadEndsUnannounced = 0x4,
         /// The thread waits for ResumeThread before it runs at all.
         ThreadStartsSuspended = 0x8,
@@ -58,8 +59,8 @@ protected:
     /// Here it does nothing and returns 0.
     ORV_API virtual int Run();
 
-    /// Called on the thread after Run, as the last use of the object. The thread's values of thread-local
-    /// keys beyond the first 64 are gone by then. Here it does nothing.
+    /// Called on the thread after Run, as the last use of the object, which may delete itself here. Here it
+    /// does nothing.
     ORV_API virtual void Cleanup();
 
 public:
@@ -116,7 +117,8 @@ public:
     ORV_API OrvResult SuspendThread();
 
     /// Ends the thread wherever it is: no code of it runs any more, so the locks that it holds stay taken and
-    /// what it owns is lost. The thread is looked up by its id, so this works after Destroy too.
+    /// what it owns is lost. The thread is looked up by its id, so this works after Destroy too; once the
+    /// thread has ended and its last handle is closed, the id may be another thread's.
     ///
     /// Returns 0 when the thread has ended, also when it had ended before; ORV_E_INVALID_OPERATION when it is
     /// the calling thread, which can end itself by other means; otherwise the converted status:
@@ -137,7 +139,8 @@ public:
     /// OrvBasWaitable::InternalWait; an own event that was never prepared counts as signalled.
     ORV_API OrvResult WaitForStopRequest(int timeoutMs);
 
-    /// Whether the thread is asked to stop: a wait for no time does not time out.
+    /// Whether the thread is asked to stop: a wait for no time does not time out. False before Initialize and
+    /// StartThread.
     ORV_API bool IsStopRequested();
 
     /// The id of the thread started last; 0 before.
