@@ -2,6 +2,7 @@
 
 #include "orv/sync/spin_lock.h"
 
+#include "harness/replace.h"
 #include "harness/test.h"
 #include "harness/thread.h"
 #include "harness/usage.h"
@@ -34,34 +35,49 @@ TEST_CASE(SpinLockGuardHoldsWhatItSays)
     CHECK_EQUAL(second.sleepMs, 7u);
 }
 
-TEST_CASE(SpinLockIsHeldUntilTheNextOneIs)
+namespace
 {
-    OrvSpinLock held = {0, 1};
-    OrvSpinLock wanted = {1, 1};
-    volatile bool isTaken = false;
-    auto work = [&] {
-        OrvSpinLockLocker locker(&held, true);
-        locker.Lock(&wanted);
-        isTaken = true;
-        while (held.locked == 0) // until the main thread has seen it free
-            test::Sleep(1);
-    };
-    test::Thread thread(work);
-    test::Sleep(30);
-    CHECK(!isTaken);
-    CHECK_EQUAL(held.locked, 1);
-    wanted.locked = 0;
-    for (uint32_t i = 0; i < 500 && !isTaken; i++)
-        test::Sleep(1);
-    CHECK(isTaken);
-    CHECK_EQUAL(held.locked, 0);
-    CHECK_EQUAL(wanted.locked, 1);
-    held.locked = 1;
-    thread.Join();
-    CHECK_EQUAL(wanted.locked, 0);
+
+OrvSpinLock held = {0, 1};
+OrvSpinLock wanted;
+LONGLONG asked; ///< 1 when no interval was given
+uint32_t askedTimes;
+
+/// What the holder of the wanted lock does while another thread sleeps: at the third time it gives it back.
+NTSTATUS NTAPI WatchSleep(BOOLEAN alertable, const LONGLONG *interval)
+{
+    asked = alertable || held.locked != 1 ? 2 : interval ? *interval : 1;
+    if (++askedTimes == 3)
+        wanted.locked = 0;
+    return STATUS_SUCCESS;
 }
 
-TEST_CASE(SpinLockLetsOneThreadInAtATime)
+} // namespace
+
+TEST_CASE(SpinLockSleepsAsLongAsItIsToldAndHoldsTheOldOneMeanwhile)
+{
+    struct {
+        uint32_t sleepMs;
+        LONGLONG interval; ///< in 100 ns, from now on
+    } const cases[] = {
+        {0, 0}, {1, -10000}, {429497, -4294970000}, {0xFFFFFFFE, -42949672940000}, {0xFFFFFFFF, 1}};
+    for (const auto &c : cases) {
+        test::Note("milliseconds", c.sleepMs);
+        wanted = {1, c.sleepMs};
+        askedTimes = 0;
+        OrvSpinLockLocker locker(&held, true);
+        {
+            const test::ReplacedFunction watched(L"ntdll.dll", "ZwDelayExecution", WatchSleep);
+            locker.Lock(&wanted);
+        }
+        CHECK_EQUAL(askedTimes, 3u);
+        CHECK_EQUAL(asked, c.interval);
+        CHECK_EQUAL(held.locked, 0);
+        CHECK_EQUAL(wanted.locked, 1);
+    }
+}
+
+TEST_CASE(SpinLockHoldsUnderLoad)
 {
     constexpr uint32_t kThreads = 8;
     constexpr uint32_t kRounds = 10000;
@@ -83,34 +99,4 @@ TEST_CASE(SpinLockLetsOneThreadInAtATime)
         CHECK_EQUAL(lock.locked, 0);
     }
     CHECK_USAGE(before);
-}
-
-namespace
-{
-
-// 429,497 ms are 2^32 + 2,704 units of 100 ns.
-OrvSpinLock slowLock = {1, 429497};
-volatile bool slowIsTaken;
-
-ULONG NTAPI TakeSlowLock(PVOID)
-{
-    const OrvSpinLockLocker locker(&slowLock, true);
-    slowIsTaken = true;
-    return 0;
-}
-
-} // namespace
-
-TEST_CASE(SpinLockSleepsAsLongAsItIsTold)
-{
-    // The thread is left asleep; the end of the program ends it.
-    HANDLE thread = nullptr;
-    CHECK_EQUAL(RtlCreateUserThread(NtCurrentProcess(), nullptr, false, 0, 0, 0, TakeSlowLock, nullptr,
-                                    &thread, nullptr),
-                0);
-    ZwClose(thread);
-    test::Sleep(30);
-    slowLock.locked = 0;
-    test::Sleep(30);
-    CHECK(!slowIsTaken);
 }

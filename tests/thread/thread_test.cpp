@@ -30,11 +30,19 @@ struct Worker : OrvBasThread {
     }
     void Cleanup() override { stage = stage + 1; }
 
-    OrvResult Start(OrvFlags<ThreadFlag> flags = {}, OrvPriority priority = OrvPriorityNormal,
+    OrvResult Start(uint32_t flags = 0, OrvPriority priority = OrvPriorityNormal,
                     OrvSecurityCtx *security = nullptr)
     {
         stage = 0;
-        return StartThread(priority, security, flags, nullptr);
+        return StartThread(priority, security, OrvFlags<ThreadFlag>(flags), nullptr);
+    }
+
+    /// Starts it and waits until it is in Run.
+    void StartAndWait()
+    {
+        waits = true;
+        CHECK_EQUAL(Start(), ORV_S_OK);
+        CHECK(test::Eventually([this] { return stage == 1; }));
     }
 
     ThreadState State()
@@ -42,6 +50,15 @@ struct Worker : OrvBasThread {
         ThreadState state = {};
         CHECK_EQUAL(GetThreadState(state), ORV_S_OK);
         return state;
+    }
+
+    /// Waits for its end and gives its exit code.
+    int End()
+    {
+        int code = 0;
+        CHECK_EQUAL(WaitForThreadToStop(-1), ORV_S_OK);
+        CHECK_EQUAL(GetThreadExitCode(code), ORV_S_OK);
+        return code;
     }
 
     bool waits = false;
@@ -57,7 +74,7 @@ TEST_CASE(WithoutAThreadThereIsNothingToDo)
 {
     Worker thread;
     int exitCode = 5;
-    CHECK(!thread.IsInitialized());
+    CHECK(!thread.IsInitialized() && !thread.IsStopRequested());
     CHECK_EQUAL(thread.State(), OrvBasThread::ThreadNotStarted);
     CHECK_EQUAL(thread.GetId(), 0u);
     CHECK_EQUAL(thread.StopThread(-1), ORV_S_OK);
@@ -70,7 +87,6 @@ TEST_CASE(WithoutAThreadThereIsNothingToDo)
     CHECK_EQUAL(thread.SetStopRequest(), ORV_E_INVALID_HANDLE);
     CHECK_EQUAL(thread.ClearStopRequest(), ORV_E_INVALID_HANDLE);
     CHECK_EQUAL(thread.Destroy(), ORV_S_OK);
-    CHECK_EQUAL(thread.Destroy(), ORV_S_OK);
 }
 
 TEST_CASE(ThreadsStartRunAndEnd)
@@ -82,28 +98,23 @@ TEST_CASE(ThreadsStartRunAndEnd)
     for (uint32_t round = 0; round < 2; round++) { // ended threads may be started again
         CHECK_EQUAL(thread.Start(OrvBasThread::ThreadStartsSuspended), ORV_S_OK);
         CHECK(thread.IsInitialized() && !thread.IsStopRequested());
-        CHECK_EQUAL(thread.State(), OrvBasThread::ThreadRunning);
-        CHECK_EQUAL(thread.GetThreadExitCode(exitCode), ORV_W_STILL_ACTIVE);
-        CHECK_EQUAL(thread.Start(), ORV_E_THREAD_RUNNING);
-        CHECK_EQUAL(thread.InternalWait(20), ORV_W_TIMEOUT);
-        CHECK_EQUAL(thread.stage, 0);
         CHECK_EQUAL(thread.SuspendThread(), ORV_S_OK);
-        CHECK_EQUAL(thread.ResumeThread(), ORV_S_OK);
-        CHECK_EQUAL(thread.InternalWait(20), ORV_W_TIMEOUT); // suspended twice, resumed once
-        CHECK_EQUAL(thread.stage, 0);
-        CHECK_EQUAL(thread.ResumeThread(), ORV_S_OK);
-        while (thread.stage != 1)
-            OrvBasThread::Sleep(1);
+        for (uint32_t resumed = 0; resumed < 2; resumed++) { // as often as it was suspended
+            CHECK_EQUAL(thread.State(), OrvBasThread::ThreadRunning);
+            CHECK_EQUAL(thread.GetThreadExitCode(exitCode), ORV_W_STILL_ACTIVE);
+            CHECK_EQUAL(thread.Start(), ORV_E_THREAD_RUNNING);
+            CHECK_EQUAL(thread.WaitForThreadToStop(10), ORV_W_TIMEOUT);
+            CHECK_EQUAL(thread.stage, 0);
+            CHECK_EQUAL(thread.ResumeThread(), ORV_S_OK);
+        }
+        CHECK(test::Eventually([&] { return thread.stage == 1; }));
         CHECK_EQUAL(thread.ranOn, thread.GetId());
-        CHECK_EQUAL(thread.WaitForThreadToStop(0), ORV_W_TIMEOUT);
         CHECK_EQUAL(thread.State(), OrvBasThread::ThreadRunning);
         CHECK_EQUAL(thread.StopThread(-1), ORV_S_OK);
         CHECK_EQUAL(thread.stage, 2);
         CHECK(thread.IsStopRequested());
         CHECK_EQUAL(thread.State(), OrvBasThread::ThreadEnded);
-        CHECK_EQUAL(thread.GetThreadExitCode(exitCode), ORV_S_OK);
-        CHECK_EQUAL(exitCode, -7);
-        CHECK_EQUAL(thread.InternalWait(0), ORV_S_OK);
+        CHECK_EQUAL(thread.End(), -7);
         CHECK_EQUAL(thread.StopThread(0), ORV_S_OK);
     }
     CHECK(OrvBasThread::GetCurrentThreadId() != thread.GetId());
@@ -119,13 +130,11 @@ TEST_CASE(StopRequestsGoThroughTheEventInUse)
     CHECK_EQUAL(external.Create(OrvBasEvent::ManualReset, true), ORV_S_OK);
     Worker thread;
     CHECK_EQUAL(thread.Initialize(nullptr), ORV_S_OK);
-    OrvBasEvent *const own = thread.GetThreadStopRequestEvent();
     CHECK_EQUAL(thread.SetStopRequest(), ORV_S_OK);
     CHECK(thread.IsStopRequested());
-    CHECK_EQUAL(thread.WaitForStopRequest(-1), ORV_S_OK);
     CHECK_EQUAL(thread.ClearStopRequest(), ORV_S_OK);
     CHECK_EQUAL(thread.WaitForStopRequest(0), ORV_W_TIMEOUT);
-    CHECK_EQUAL(own->Set(), ORV_S_OK);
+    CHECK_EQUAL(thread.GetThreadStopRequestEvent()->Set(), ORV_S_OK);
     CHECK_EQUAL(thread.Initialize(nullptr), ORV_S_OK); // resets
     CHECK(!thread.IsStopRequested());
 
@@ -134,7 +143,7 @@ TEST_CASE(StopRequestsGoThroughTheEventInUse)
     CHECK_EQUAL(thread.GetThreadStopRequestEvent(), &external);
     CHECK_EQUAL(thread.Start(), ORV_S_OK);
     CHECK(thread.IsStopRequested()); // left as it was
-    CHECK_EQUAL(thread.WaitForThreadToStop(-1), ORV_S_OK);
+    CHECK_EQUAL(thread.End(), 0);
 }
 
 namespace
@@ -142,20 +151,17 @@ namespace
 
 // What the platform was asked, in place of doing it.
 
-PVOID askedDescriptor;
-size_t askedStacks[2];
-ULONG askedFlags; ///< suspended, zero bits
+int descriptor;
 
-NTSTATUS NTAPI WatchCreation(HANDLE process, PVOID descriptor, BOOLEAN suspended, ULONG zeroBits,
+NTSTATUS NTAPI WatchCreation(HANDLE process, PVOID security, BOOLEAN suspended, ULONG zeroBits,
                              size_t maximumStack, size_t committedStack, ULONG(NTAPI *start)(PVOID), PVOID,
                              HANDLE *, CLIENT_ID *)
 {
-    askedDescriptor = descriptor;
-    askedStacks[0] = maximumStack;
-    askedStacks[1] = committedStack;
-    askedFlags = suspended | zeroBits << 8;
-    return process == NtCurrentProcess() && start == OrvBasThread::RealThreadProc ? STATUS_UNSUCCESSFUL
-                                                                                  : STATUS_INVALID_PARAMETER;
+    return process == NtCurrentProcess() && security == &descriptor && suspended && zeroBits == 0 &&
+                   maximumStack == 0x100000 && committedStack == 0x1000 &&
+                   start == OrvBasThread::RealThreadProc
+               ? STATUS_UNSUCCESSFUL
+               : STATUS_INVALID_PARAMETER;
 }
 
 ULONG askedClass;
@@ -197,17 +203,12 @@ void NTAPI WatchEnd(NTSTATUS exitStatus)
 
 TEST_CASE(StartingAsksForWhatItShould)
 {
-    int native = 0;
-    OrvSecurityCtx security(&native);
+    OrvSecurityCtx security(&descriptor);
     Worker thread;
     {
         const test::ReplacedFunction watched(kNtdll, "RtlCreateUserThread", WatchCreation);
-        CHECK_EQUAL(static_cast<uint32_t>(thread.Start({}, OrvPriorityIdle, &security)), 0xC007001Fu);
+        CHECK_EQUAL(static_cast<uint32_t>(thread.Start(0, OrvPriorityIdle, &security)), 0xC007001Fu);
     }
-    CHECK_EQUAL(askedDescriptor, &native);
-    CHECK_EQUAL(askedStacks[0], 0x100000u);
-    CHECK_EQUAL(askedStacks[1], 0x1000u);
-    CHECK_EQUAL(askedFlags, 1u);
 
     struct {
         int32_t priority;
@@ -223,10 +224,9 @@ TEST_CASE(StartingAsksForWhatItShould)
         {-21, 0, 1, ThreadBasePriority, 0},
         {10, 0, 1, ThreadBasePriority, -2},
         {19, 0, 1, ThreadBasePriority, -16},
-        {0, OrvBasThread::ThreadVeryLowIoPriority, 1, ThreadIoPriority, 0},
-        {0, OrvBasThread::ThreadLowIoPriority, 1, ThreadIoPriority, 1},
-        {0, OrvBasThread::ThreadVeryLowIoPriority | OrvBasThread::ThreadLowIoPriority, 1, ThreadIoPriority,
-         0},
+        {0, 1, 1, ThreadIoPriority, 0},
+        {0, 2, 1, ThreadIoPriority, 1},
+        {0, 3, 1, ThreadIoPriority, 0},
     };
     const test::ReplacedFunction watched(kNtdll, "ZwSetInformationThread", WatchSetting);
     for (const auto &c : cases) {
@@ -237,10 +237,9 @@ TEST_CASE(StartingAsksForWhatItShould)
             askedValue = 0;
             settingAnswer = static_cast<NTSTATUS>(failing ? kAccessDenied : 0);
             const bool remarks = failing && c.informationClass == ThreadBasePriority;
-            CHECK_EQUAL(thread.Start(OrvFlags<OrvBasThread::ThreadFlag>(c.flags),
-                                     static_cast<OrvPriority>(c.priority)),
+            CHECK_EQUAL(thread.Start(c.flags, static_cast<OrvPriority>(c.priority)),
                         remarks ? 0x60010058 : 0);
-            CHECK_EQUAL(thread.WaitForThreadToStop(-1), ORV_S_OK);
+            CHECK_EQUAL(thread.End(), 0);
             CHECK_EQUAL(askedTimes, c.times);
             CHECK_EQUAL(askedClass, c.informationClass);
             CHECK_EQUAL(askedValue, c.value);
@@ -269,10 +268,8 @@ TEST_CASE(FailedStartsLeaveNothing)
         {
             Worker thread;
             const bool first = c.function[2] == 'C'; // an event is created but once
-            if (!first) {
-                CHECK_EQUAL(thread.Start(), ORV_S_OK);
-                CHECK_EQUAL(thread.WaitForThreadToStop(-1), ORV_S_OK);
-            }
+            if (!first)
+                CHECK_EQUAL(thread.Start() || thread.End(), 0);
             thread.stage = 9;
             {
                 const test::ReplacedFunction fails(kNtdll, c.function, kAccessDenied, c.argumentBytes);
@@ -281,8 +278,8 @@ TEST_CASE(FailedStartsLeaveNothing)
             CHECK_EQUAL(thread.State(),
                         first || !c.keepsOld ? OrvBasThread::ThreadNotStarted : OrvBasThread::ThreadEnded);
             CHECK_EQUAL(thread.stage, 9);
-            CHECK_EQUAL(thread.Start({}, OrvPriorityNormal, &security), ORV_S_OK);
-            CHECK_EQUAL(thread.WaitForThreadToStop(-1), ORV_S_OK);
+            CHECK_EQUAL(thread.Start(0, OrvPriorityNormal, &security), ORV_S_OK);
+            CHECK_EQUAL(thread.End(), 0);
             CHECK_EQUAL(thread.stage, 2);
         }
         CHECK_USAGE(before);
@@ -296,12 +293,8 @@ TEST_CASE(EndsAreAnnouncedUnlessTheyAreNot)
         Worker thread;
         thread.exitCode = 40;
         announcedEnds = 0;
-        CHECK_EQUAL(thread.Start(OrvFlags<OrvBasThread::ThreadFlag>(i * OrvBasThread::ThreadEndsUnannounced)),
-                    ORV_S_OK);
-        CHECK_EQUAL(thread.WaitForThreadToStop(-1), ORV_S_OK);
-        int exitCode = 0;
-        CHECK_EQUAL(thread.GetThreadExitCode(exitCode), ORV_S_OK);
-        CHECK_EQUAL(exitCode, 40);
+        CHECK_EQUAL(thread.Start(i * OrvBasThread::ThreadEndsUnannounced), ORV_S_OK);
+        CHECK_EQUAL(thread.End(), 40);
         CHECK_EQUAL(announcedEnds, 1 - i);
     }
 }
@@ -329,31 +322,22 @@ TEST_CASE(ThreadsEndByForce)
     const test::Usage before = test::CountUsage();
     for (uint32_t i = 0; i < 20; i++) {
         Worker thread;
-        thread.waits = true;
-        CHECK_EQUAL(
-            thread.Start(i & 1 ? OrvBasThread::ThreadStartsSuspended : OrvFlags<OrvBasThread::ThreadFlag>()),
-            ORV_S_OK);
-        while (!(i & 1) && thread.stage != 1)
-            test::Sleep(0);
-        CHECK_EQUAL(thread.ForcefullyTerminate(77), ORV_S_OK);
-        int exitCode = 0;
-        CHECK_EQUAL(thread.GetThreadExitCode(exitCode), ORV_S_OK);
-        CHECK_EQUAL(exitCode, 77);
-        CHECK_EQUAL(thread.ForcefullyTerminate(78), ORV_S_OK); // it has ended
-        CHECK_EQUAL(thread.GetThreadExitCode(exitCode), ORV_S_OK);
-        CHECK_EQUAL(exitCode, 77);
-        CHECK_EQUAL(thread.Start(), ORV_S_OK);
+        if (i & 1)
+            CHECK_EQUAL(thread.Start(OrvBasThread::ThreadStartsSuspended), ORV_S_OK);
+        else
+            thread.StartAndWait();
+        for (int code = 77; code < 79; code++) { // the second time it has ended
+            CHECK_EQUAL(thread.ForcefullyTerminate(code), ORV_S_OK);
+            CHECK_EQUAL(thread.End(), 77);
+        }
+        thread.StartAndWait();
         CHECK_EQUAL(thread.StopThread(-1), ORV_S_OK);
     }
     CHECK_EQUAL(test::CountUsage().handles, before.handles);
 
     // Its stack goes first.
     Worker victim;
-    int exitCode = 0;
-    victim.waits = true;
-    CHECK_EQUAL(victim.Start(), ORV_S_OK);
-    while (victim.stage != 1)
-        test::Sleep(0);
+    victim.StartAndWait();
     CHECK_EQUAL(victim.FreeResource(), ORV_S_OK); // found by its id
     {
         const test::ReplacedFunction watched(kNtdll, "ZwFreeVirtualMemory", WatchFree);
@@ -367,16 +351,11 @@ TEST_CASE(ThreadsEndByForce)
         int Run() override { return ForcefullyTerminate(3); }
     } itself;
     CHECK_EQUAL(itself.Start(), ORV_S_OK);
-    CHECK_EQUAL(itself.WaitForThreadToStop(-1), ORV_S_OK);
-    CHECK_EQUAL(itself.GetThreadExitCode(exitCode), ORV_S_OK);
-    CHECK_EQUAL(exitCode, ORV_E_INVALID_OPERATION);
+    CHECK_EQUAL(itself.End(), ORV_E_INVALID_OPERATION);
 
     // What the last look at the thread fails for.
     Worker thread;
-    thread.waits = true;
-    CHECK_EQUAL(thread.Start(), ORV_S_OK);
-    while (thread.stage != 1)
-        test::Sleep(0);
+    thread.StartAndWait();
     struct {
         const char *function;
         ULONG status;
@@ -413,7 +392,7 @@ LONG NTAPI Filter(EXCEPTION_POINTERS *exception)
     return filterAnswer;
 }
 
-struct Raiser : OrvBasThread {
+struct Raiser : Worker {
     int Run() override
     {
         EXCEPTION_RECORD record = {};
@@ -440,13 +419,10 @@ TEST_CASE(UnhandledExceptionsAreTheSystems)
     };
     for (const auto &answer : answers) {
         Raiser thread;
-        int exitCode = 0;
         filtered = 0;
         filterAnswer = answer[0];
-        CHECK_EQUAL(thread.StartThread(OrvPriorityNormal, nullptr, {}, nullptr), ORV_S_OK);
-        CHECK_EQUAL(thread.WaitForThreadToStop(-1), ORV_S_OK);
-        CHECK_EQUAL(thread.GetThreadExitCode(exitCode), ORV_S_OK);
-        CHECK_EQUAL(exitCode, answer[1]);
+        CHECK_EQUAL(thread.Start(), ORV_S_OK);
+        CHECK_EQUAL(thread.End(), answer[1]);
         CHECK_EQUAL(filtered, 1u);
     }
     OrvKernel32_SetUnhandledExceptionFilter(old);
@@ -475,7 +451,7 @@ TEST_CASE(NamesAreRaisedForDebuggers)
     RtlAddVectoredExceptionHandler(1, SeeName);
     Worker thread;
     CHECK_EQUAL(thread.StartThread(OrvPriorityNormal, nullptr, {}, name), ORV_S_OK);
-    CHECK_EQUAL(thread.WaitForThreadToStop(-1), ORV_S_OK);
+    CHECK_EQUAL(thread.End(), 0);
     CHECK_EQUAL(named.NumberParameters, 4u);
     const ULONG expected[] = {0x1000, reinterpret_cast<uintptr_t>(name), thread.GetId(), 0};
     for (uint32_t i = 0; i < 4; i++)

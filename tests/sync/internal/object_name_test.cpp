@@ -14,15 +14,6 @@ constexpr auto kSession = OrvBasWinSyncSession;
 constexpr auto kLibrary = OrvBasWinSyncLibrary;
 constexpr auto kUnknown = static_cast<OrvBasWinSyncObjectNameSpace>(3);
 
-/// A name of `length` characters at the end of its page.
-const wchar_t *LongName(uint32_t length)
-{
-    auto *const name = test::GuardedArray<wchar_t>(length + 1);
-    for (uint32_t i = 0; i < length; i++)
-        name[i] = L'n';
-    return name;
-}
-
 } // namespace
 
 TEST_CASE(FullNamesFollowNameSpaceAndSession)
@@ -70,20 +61,22 @@ TEST_CASE(LongNamesKeepEveryCharacter)
 {
     constexpr uint32_t kPrefix = 12; // "\OrvObjects\"
     constexpr uint32_t kLongest = 32766 - kPrefix;
-    const uint32_t lengths[] = {1, 115, 116, 243, 244, 1000, kLongest, kLongest + 1, 70000};
+    constexpr uint32_t kMost = 70000;
+    auto *const characters = test::GuardedArray<wchar_t>(kMost + 1);
+    for (uint32_t i = 0; i < kMost; i++)
+        characters[i] = L'n';
+    const auto name = [&](uint32_t length) { return characters + kMost - length; };
+    const uint32_t lengths[] = {1, 115, 116, 243, 244, 1000, kLongest, kLongest + 1, kMost};
     for (const uint32_t length : lengths) {
         test::Note("length", length);
         detail::ObjectName fullName;
-        const wchar_t *const name = LongName(length);
         const bool fits = length <= kLongest;
-        CHECK_EQUAL(fullName.Build(name, kLibrary, 0), fits ? ORV_S_OK : ORV_E_INVALID_NAME);
+        CHECK_EQUAL(fullName.Build(name(length), kLibrary, 0), fits ? ORV_S_OK : ORV_E_INVALID_NAME);
         if (fits)
-            CHECK_TEXT(fullName.GetText() + kPrefix, name);
+            CHECK_TEXT(fullName.GetText() + kPrefix, static_cast<const wchar_t *>(name(length)));
     }
-    const wchar_t *const shortName = LongName(100);
-    const wchar_t *const longName = LongName(200);
     const test::RefusingHeap refusing;
     detail::ObjectName fullName;
-    CHECK_EQUAL(fullName.Build(shortName, kLibrary, 0), ORV_S_OK); // without an allocation
-    CHECK_EQUAL(fullName.Build(longName, kLibrary, 0), ORV_E_OUT_OF_MEMORY);
+    CHECK_EQUAL(fullName.Build(name(100), kLibrary, 0), ORV_S_OK); // without an allocation
+    CHECK_EQUAL(fullName.Build(name(200), kLibrary, 0), ORV_E_OUT_OF_MEMORY);
 }
