@@ -81,7 +81,7 @@ TEST_CASE(HolderReleasesTheOldLockFileAfterTakingTheNew)
     CHECK(!none.IsHeld());
 }
 
-TEST_CASE(HolderThatWaitsInVainHoldsNothing)
+TEST_CASE(HolderThatWaitsInVainHoldsNothingAndOneThatEndsLeavesAWord)
 {
     const TestFile file(kFile);
     OrvBasWinLockFile lockFile;
@@ -97,4 +97,13 @@ TEST_CASE(HolderThatWaitsInVainHoldsNothing)
     CHECK(!constructed);
     CHECK_EQUAL(result, ORV_W_TIMEOUT);
     CHECK_EQUAL(lockFile.Release(), ORV_S_OK);
+
+    auto end = [&] { result = lockFile.Acquire(0); }; // without releasing, as one that is killed
+    test::Thread(end).Join();
+    CHECK_EQUAL(result, ORV_S_OK);
+    OrvBasWinLockFileHolder heir(nullptr, 0);
+    CHECK_EQUAL(heir.Lock(&lockFile, 0), ORV_S_ABANDONED);
+    CHECK(heir.IsHeld());
+    heir.Release();
+    CHECK_EQUAL(TryElsewhere(lockFile), ORV_S_OK);
 }

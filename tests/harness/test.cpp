@@ -96,16 +96,9 @@ bool Contains(const char *text, const char *part)
     return false;
 }
 
-/// N of "--repeat=N"; 0 for any other argument.
-uint32_t RepeatCount(const char *argument)
+bool IsDigit(char character)
 {
-    constexpr char kOption[] = "--repeat=";
-    if (!Contains(argument, kOption))
-        return 0;
-    uint32_t repeats = 0;
-    for (argument += sizeof kOption - 1; *argument >= '0' && *argument <= '9'; argument++)
-        repeats = repeats * 10 + static_cast<uint32_t>(*argument - '0');
-    return repeats;
+    return character >= '0' && character <= '9';
 }
 
 bool Selected(const test::Case &testCase, uint32_t count, const char *const *parts)
@@ -177,12 +170,12 @@ int program::Main(uint32_t count, const char *const *arguments)
 {
     uint32_t passed = 0;
     uint32_t failed = 0;
-    uint32_t repeats = count ? RepeatCount(*arguments) : 0;
-    if (repeats) {
+    uint32_t repeats = 0;
+    if (count && IsDigit(**arguments)) {
+        for (const char *digit = *arguments; IsDigit(*digit); digit++)
+            repeats = repeats * 10 + static_cast<uint32_t>(*digit - '0');
         count--;
         arguments++;
-    } else {
-        repeats = 1;
     }
     for (const test::Case *const *entry = kFirst; entry != kLast; entry++) {
         if (!*entry || !Selected(**entry, count, arguments)) // a linker may pad the section
@@ -190,7 +183,8 @@ int program::Main(uint32_t count, const char *const *arguments)
         current = *entry;
         failures = 0;
         noteText = nullptr;
-        for (uint32_t i = 0; i < repeats && !failures; i++)
+        current->run();
+        for (uint32_t i = 1; i < repeats && !failures; i++)
             current->run();
         (failures ? failed : passed)++;
     }

@@ -6,9 +6,9 @@
 //     }
 //
 // A program runs all of its cases, or those whose names contain one of its arguments, goes on after a failed
-// check, and ends with the line "N passed, N failed". With "--repeat=N" as the first argument it runs each
-// case so often, or until it fails: "--repeat=100 UnderLoad" hammers the locks for longer. The harness needs
-// nothing of the library, so that a broken library cannot hide its own faults.
+// check, and ends with the line "N passed, N failed". A number as the first argument makes it run each case
+// so often, or until it fails: "100 UnderLoad" hammers the locks for longer. The harness needs nothing of the
+// library, so that a broken library cannot hide its own faults.
 
 #pragma once
 

@@ -9,9 +9,13 @@ TEST_CASE(ResourceHolderHoldsWhatItSays)
     constexpr auto kType = [](uint32_t type) { return static_cast<OrvBasResourceHolder::LockType>(type); };
     OrvBasResource held;
     OrvBasResource wanted;
+    OrvBasResource busy;
     OrvBasResource uncreated;
     CHECK_EQUAL(held.Create(), ORV_S_OK);
     CHECK_EQUAL(wanted.Create(), ORV_S_OK);
+    CHECK_EQUAL(busy.Create(), ORV_S_OK);
+    auto keep = [&] { busy.AcquireExclusive(-1); }; // for ever
+    test::Thread(keep).Join();
     struct {
         OrvBasResource *resource;
         uint32_t type;
@@ -25,6 +29,7 @@ TEST_CASE(ResourceHolderHoldsWhatItSays)
         {&wanted, 4, ORV_E_INVALID_ARGUMENT, false},
         {&wanted, 0xFFFFFFFF, ORV_E_INVALID_ARGUMENT, false},
         {nullptr, 0, ORV_E_INVALID_ARGUMENT, false},
+        {&busy, 1, ORV_W_TIMEOUT, false},
         {&uncreated, 0, ORV_E_INVALID_STATE, false},
         {&held, 0, ORV_E_INVALID_OPERATION, false}, // its shared hold is released all the same
     };
@@ -38,7 +43,7 @@ TEST_CASE(ResourceHolderHoldsWhatItSays)
         {
             OrvBasResourceHolder holder(&held, OrvBasResourceHolder::Shared, -1);
             CHECK_EQUAL(held.IsAcquiredShared(), 1u);
-            CHECK_EQUAL(holder.Lock(c.resource, kType(c.type), -1), c.result);
+            CHECK_EQUAL(holder.Lock(c.resource, kType(c.type), 5), c.result);
             CHECK(IsAtRest(held));
             checkHeld();
         }
@@ -56,19 +61,4 @@ TEST_CASE(ResourceHolderHoldsWhatItSays)
         CHECK_EQUAL(held.Release(), ORV_S_OK);
         CHECK(IsAtRest(held));
     }
-}
-
-TEST_CASE(ResourceHolderGivesUpInTime)
-{
-    Stage stage;
-    OrvBasResource resource;
-    CHECK_EQUAL(resource.Create(), ORV_S_OK);
-    stage.actors[0].Start(resource, StepOf('X'));
-    CHECK_EQUAL(stage.actors[0].Await(), ORV_S_OK);
-    {
-        OrvBasResourceHolder holder(&resource, OrvBasResourceHolder::Shared, 5);
-        CHECK_EQUAL(holder.Lock(&resource, OrvBasResourceHolder::Exclusive, 0), ORV_W_TIMEOUT);
-    }
-    CHECK_EQUAL(resource.Release(), ORV_E_NOT_OWNER);
-    stage.Play(resource, "a-");
 }

@@ -48,30 +48,6 @@ TEST_CASE(SparseLockNeedsItsManagerOnlyWhenContended)
     }
 }
 
-TEST_CASE(SparseLockIsHandedOver)
-{
-    const test::Usage before = test::CountUsage();
-    for (unsigned long minimumIdle = 0; minimumIdle < 2; minimumIdle++) {
-        OrvBasSparseLockManager manager;
-        CHECK_EQUAL(manager.Initialize(7, 7), ORV_S_OK);
-        CHECK_EQUAL(manager.Initialize(minimumIdle, 0), ORV_S_OK);
-        OrvBasSparseNonrecursiveLock lock;
-        CHECK_EQUAL(lock.Acquire(&manager), ORV_S_OK);
-        volatile OrvResult result = -1;
-        auto work = [&] { result = lock.Acquire(&manager); };
-        test::Thread thread(work);
-        CHECK(test::Eventually([&] { return WordOf(lock) == 2; }));
-        CHECK_EQUAL(result, -1);
-        CHECK_EQUAL(lock.Release(&manager), ORV_S_OK);
-        thread.Join();
-        CHECK_EQUAL(result, ORV_S_OK);
-        CHECK_EQUAL(WordOf(lock), 1u);
-        CHECK_EQUAL(lock.Release(&manager), ORV_S_OK);
-        CHECK_EQUAL(test::CountUsage().handles, before.handles + minimumIdle);
-    }
-    CHECK_USAGE(before);
-}
-
 TEST_CASE(SparseLocksHoldUnderLoad)
 {
     constexpr uint32_t kThreads = 8;

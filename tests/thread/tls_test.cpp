@@ -69,53 +69,31 @@ TEST_CASE(WithoutAKeyThereIsNoValue)
     CHECK_EQUAL(key.GetValue(), nullptr);
 }
 
-TEST_CASE(KeysAreSharedWithThePlatform)
+TEST_CASE(KeysAreThePlatformsAndEmptyWhenNew)
 {
-    // Ours and kernel32's in turn, until none is left; each says the other's values of our keys.
     Find("TlsAlloc", TlsAlloc);
     Find("TlsFree", TlsFree);
     Find("TlsSetValue", TlsSetValue);
     Find("TlsGetValue", TlsGetValue);
-    static ULONG theirs[kAllKeys];
-    uint32_t count = 0;
-    for (;; count++) {
-        theirs[count] = TlsAlloc();
-        if (theirs[count] == 0xFFFFFFFF || OrvFailed(keys[count].Create()))
-            break;
-    }
-    CHECK(count > kAllKeys / 2 - 50);
-    CHECK_EQUAL(static_cast<uint32_t>(keys[kAllKeys - 1].Create()), 0xC00705AAu);
-    CHECK(!keys[kAllKeys - 1].IsInitialized());
-    for (uint32_t i = 0; i < count; i++) {
-        keys[i].SetValue(Value(i));
-        TlsSetValue(theirs[i], Value(i + kAllKeys));
-    }
-    uint32_t wrong = 0;
-    for (uint32_t i = 0; i < count; i++)
-        wrong += keys[i].GetValue() != Value(i) || TlsGetValue(keys[i].GetIndex()) != Value(i) ||
-                 TlsGetValue(theirs[i]) != Value(i + kAllKeys);
-    CHECK_EQUAL(wrong, 0u);
-    for (uint32_t i = 0; i <= count; i++) {
-        if (theirs[i] != 0xFFFFFFFF)
-            TlsFree(theirs[i]);
-    }
-    GiveBack(count);
-}
-
-TEST_CASE(NewKeysAreEmptyInEveryThread)
-{
     const uint32_t count = TakeAll();
     CHECK(count > TLS_EXPANSION_SLOTS);
+    CHECK_EQUAL(static_cast<uint32_t>(keys[count].Create()), 0xC00705AAu);
+    CHECK(!keys[count].IsInitialized());
+    CHECK_EQUAL(TlsAlloc(), 0xFFFFFFFF);
+
     volatile bool isSet = false;
     volatile bool isGivenBack = false;
     volatile uint32_t left = 0;
+    volatile uint32_t wrong = 0;
     const auto countValues = [&] {
         for (uint32_t i = 0; i < count; i++)
             left = left + (keys[i].GetValue() != nullptr);
     };
-    const auto setValues = [&] {
+    const auto setValues = [&] { // by either side, for both
         for (uint32_t i = 0; i < count; i++)
-            keys[i].SetValue(Value(i));
+            i & 1 ? keys[i].SetValue(Value(i)) : TlsSetValue(keys[i].GetIndex(), Value(i));
+        for (uint32_t i = 0; i < count; i++)
+            wrong = wrong + (keys[i].GetValue() != Value(i) || TlsGetValue(keys[i].GetIndex()) != Value(i));
     };
     auto work = [&] {
         countValues();
@@ -129,10 +107,14 @@ TEST_CASE(NewKeysAreEmptyInEveryThread)
     test::Thread thread(work);
     CHECK(test::Eventually([&] { return isSet; }));
     GiveBack(count);
+    const ULONG theirs = TlsAlloc();
+    CHECK(theirs != 0xFFFFFFFF);
+    TlsFree(theirs);
     CHECK_EQUAL(TakeAll(), count);
     countValues();
     isGivenBack = true;
     thread.Join();
+    CHECK_EQUAL(wrong, 0u);
     CHECK_EQUAL(left, 0u);
     GiveBack(count);
 }
