@@ -55,9 +55,9 @@ TEST_CASE(ResourceIsUsedBetweenCreateAndDestroy)
             CHECK_EQUAL(resource.AcquireShared(-1), ORV_E_INVALID_STATE);
             CHECK_EQUAL(resource.Release(), ORV_E_INVALID_STATE);
             CHECK_EQUAL(resource.ConvertExclusiveToShared(), ORV_E_INVALID_STATE);
-            CHECK_EQUAL(resource.GetExclusiveWaiterCount() + resource.GetSharedWaiterCount(), 0u);
-            CHECK(!resource.IsAcquiredExclusive());
-            CHECK_EQUAL(resource.IsAcquiredShared(), 0u);
+            CHECK_EQUAL(resource.GetExclusiveWaiterCount() + resource.GetSharedWaiterCount() +
+                            resource.IsAcquiredExclusive() + resource.IsAcquiredShared(),
+                        0u);
             CHECK_EQUAL(resource.AcquireSharedStarveExclusive(-1), ORV_E_NOT_PROVIDED);
             CHECK_EQUAL(resource.AcquireSharedWaitForExclusive(-1), ORV_E_NOT_PROVIDED);
             resource.Destroy();
