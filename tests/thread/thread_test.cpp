@@ -68,6 +68,91 @@ struct Worker : OrvBasThread {
     const void *volatile stackBase = nullptr;
 };
 
+// What the platform was asked, in place of doing it.
+
+int descriptor;
+
+NTSTATUS NTAPI WatchCreation(HANDLE process, PVOID security, BOOLEAN suspended, ULONG zeroBits,
+                             size_t maximumStack, size_t committedStack, ULONG(NTAPI *start)(PVOID), PVOID,
+                             HANDLE *, CLIENT_ID *)
+{
+    return process == NtCurrentProcess() && security == &descriptor && suspended && zeroBits == 0 &&
+                   maximumStack == 0x100000 && committedStack == 0x1000 &&
+                   start == OrvBasThread::RealThreadProc
+               ? STATUS_UNSUCCESSFUL
+               : STATUS_INVALID_PARAMETER;
+}
+
+ULONG askedClass;
+LONG askedValue;
+NTSTATUS settingAnswer;
+
+NTSTATUS NTAPI WatchSetting(HANDLE, ULONG informationClass, const void *value, ULONG size)
+{
+    if (size != sizeof askedValue)
+        return STATUS_INVALID_PARAMETER;
+    askedClass = informationClass;
+    askedValue = *static_cast<const LONG *>(value);
+    return settingAnswer;
+}
+
+const void *freedFrom;
+const void *freed; ///< up to here
+
+NTSTATUS NTAPI WatchFree(HANDLE, PVOID *base, ULONG *size, ULONG type)
+{
+    if (type != MEM_RELEASE)
+        return STATUS_INVALID_PARAMETER;
+    freedFrom = *base;
+    freed = static_cast<uint8_t *>(*base) + *size;
+    return STATUS_SUCCESS;
+}
+
+volatile uint32_t announcedEnds;
+
+void NTAPI WatchEnd(NTSTATUS exitStatus)
+{
+    announcedEnds = announcedEnds + 1;
+    ZwTerminateThread(NtCurrentThread(), exitStatus);
+}
+
+constexpr ULONG kRaised = 0x8000BAD0; // no error, or the harness would take it
+volatile uint32_t filtered;
+LONG filterAnswer;
+
+LONG NTAPI Filter(EXCEPTION_POINTERS *exception)
+{
+    filtered = filtered + (exception->ExceptionRecord->ExceptionCode == kRaised);
+    return filterAnswer;
+}
+
+struct Raiser : Worker {
+    int Run() override
+    {
+        EXCEPTION_RECORD record = {};
+        record.ExceptionCode = kRaised;
+        RtlRaiseException(&record);
+        return 12;
+    }
+};
+
+NTSTATUS NTAPI WatchProcessEnd(HANDLE process, NTSTATUS exitStatus)
+{
+    return ZwTerminateThread(NtCurrentThread(), process == NtCurrentProcess() ? exitStatus : 0);
+}
+
+EXCEPTION_RECORD named;
+uint32_t namedTimes;
+
+LONG NTAPI SeeName(EXCEPTION_POINTERS *exception)
+{
+    if (exception->ExceptionRecord->ExceptionCode == 0x406D1388) {
+        namedTimes++;
+        named = *exception->ExceptionRecord;
+    }
+    return EXCEPTION_CONTINUE_SEARCH;
+}
+
 } // namespace
 
 TEST_CASE(WithoutAThreadThereIsNothingToDo)
@@ -145,59 +230,6 @@ TEST_CASE(StopRequestsGoThroughTheEventInUse)
     CHECK(thread.IsStopRequested()); // left as it was
     CHECK_EQUAL(thread.End(), 0);
 }
-
-namespace
-{
-
-// What the platform was asked, in place of doing it.
-
-int descriptor;
-
-NTSTATUS NTAPI WatchCreation(HANDLE process, PVOID security, BOOLEAN suspended, ULONG zeroBits,
-                             size_t maximumStack, size_t committedStack, ULONG(NTAPI *start)(PVOID), PVOID,
-                             HANDLE *, CLIENT_ID *)
-{
-    return process == NtCurrentProcess() && security == &descriptor && suspended && zeroBits == 0 &&
-                   maximumStack == 0x100000 && committedStack == 0x1000 &&
-                   start == OrvBasThread::RealThreadProc
-               ? STATUS_UNSUCCESSFUL
-               : STATUS_INVALID_PARAMETER;
-}
-
-ULONG askedClass;
-LONG askedValue;
-NTSTATUS settingAnswer;
-
-NTSTATUS NTAPI WatchSetting(HANDLE, ULONG informationClass, const void *value, ULONG size)
-{
-    if (size != sizeof askedValue)
-        return STATUS_INVALID_PARAMETER;
-    askedClass = informationClass;
-    askedValue = *static_cast<const LONG *>(value);
-    return settingAnswer;
-}
-
-const void *freedFrom;
-const void *freed; ///< up to here
-
-NTSTATUS NTAPI WatchFree(HANDLE, PVOID *base, ULONG *size, ULONG type)
-{
-    if (type != MEM_RELEASE)
-        return STATUS_INVALID_PARAMETER;
-    freedFrom = *base;
-    freed = static_cast<uint8_t *>(*base) + *size;
-    return STATUS_SUCCESS;
-}
-
-volatile uint32_t announcedEnds;
-
-void NTAPI WatchEnd(NTSTATUS exitStatus)
-{
-    announcedEnds = announcedEnds + 1;
-    ZwTerminateThread(NtCurrentThread(), exitStatus);
-}
-
-} // namespace
 
 TEST_CASE(StartingAsksForWhatItShould)
 {
@@ -366,36 +398,6 @@ TEST_CASE(ThreadsEndByForce)
     CHECK_EQUAL(thread.StopThread(-1), ORV_S_OK); // it was resumed
 }
 
-namespace
-{
-
-constexpr ULONG kRaised = 0x8000BAD0; // no error, or the harness would take it
-volatile uint32_t filtered;
-LONG filterAnswer;
-
-LONG NTAPI Filter(EXCEPTION_POINTERS *exception)
-{
-    filtered = filtered + (exception->ExceptionRecord->ExceptionCode == kRaised);
-    return filterAnswer;
-}
-
-struct Raiser : Worker {
-    int Run() override
-    {
-        EXCEPTION_RECORD record = {};
-        record.ExceptionCode = kRaised;
-        RtlRaiseException(&record);
-        return 12;
-    }
-};
-
-NTSTATUS NTAPI WatchProcessEnd(HANDLE process, NTSTATUS exitStatus)
-{
-    return ZwTerminateThread(NtCurrentThread(), process == NtCurrentProcess() ? exitStatus : 0);
-}
-
-} // namespace
-
 TEST_CASE(UnhandledExceptionsAreTheSystems)
 {
     const auto old = OrvKernel32_SetUnhandledExceptionFilter(Filter);
@@ -414,23 +416,6 @@ TEST_CASE(UnhandledExceptionsAreTheSystems)
     }
     OrvKernel32_SetUnhandledExceptionFilter(old);
 }
-
-namespace
-{
-
-EXCEPTION_RECORD named;
-uint32_t namedTimes;
-
-LONG NTAPI SeeName(EXCEPTION_POINTERS *exception)
-{
-    if (exception->ExceptionRecord->ExceptionCode == 0x406D1388) {
-        namedTimes++;
-        named = *exception->ExceptionRecord;
-    }
-    return EXCEPTION_CONTINUE_SEARCH;
-}
-
-} // namespace
 
 TEST_CASE(NamesAreRaisedForDebuggers)
 {
