@@ -31,8 +31,7 @@ TEST_CASE(SayWhetherThePlatformCompletesFileLocks)
     OrvBasWinLockFileResource resource;
     CHECK_EQUAL(resource.Open(kFile, false), ORV_S_OK);
     IO_STATUS_BLOCK status = {};
-    const LONGLONG offset = 0;
-    const LONGLONG count = 1;
+    const LONGLONG offset = 0, count = 1;
     const NTSTATUS answer = NtLockFile(reinterpret_cast<void *const *>(&resource)[2], nullptr, nullptr,
                                        nullptr, &status, &offset, &count, 0, true, false);
     program::Print(answer == STATUS_NOT_IMPLEMENTED ? "file locks are asked for again and again\n"
@@ -45,12 +44,10 @@ TEST_CASE(ReadersShareAndWritersDoNot)
     const TestFile file(kFile);
     for (uint32_t i = 0; i < 8; i++) {
         test::Note("bits", i);
-        const bool firstExclusive = i & 1;
-        const bool secondExclusive = i & 2;
+        const bool firstExclusive = i & 1, secondExclusive = i & 2;
         const int timeoutMs = i & 4 ? 20 : 0;
         const bool excluded = firstExclusive || secondExclusive;
-        OrvBasWinLockFileResource first;
-        OrvBasWinLockFileResource second;
+        OrvBasWinLockFileResource first, second;
         CHECK_EQUAL(first.Open(kFile, true), ORV_S_OK);
         CHECK_EQUAL(second.OpenOrCreate(kFile, nullptr, true), ORV_S_OK);
         CHECK_EQUAL(StateOf(second), 1u);
@@ -71,8 +68,7 @@ TEST_CASE(ReadersShareAndWritersDoNot)
 TEST_CASE(WaiterGetsTheFileWhenItIsReleased)
 {
     const TestFile file(kFile);
-    OrvBasWinLockFileResource holder;
-    OrvBasWinLockFileResource waiter;
+    OrvBasWinLockFileResource holder, waiter;
     CHECK_EQUAL(holder.Open(kFile, true), ORV_S_OK);
     CHECK_EQUAL(waiter.Open(kFile, true), ORV_S_OK);
     CHECK_EQUAL(holder.AcquireExclusive(-1), ORV_S_OK);

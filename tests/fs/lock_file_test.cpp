@@ -32,9 +32,7 @@ TEST_CASE(LockFilesOfOneFileExcludeEachOther)
 {
     const TestFile file(kFile);
     const TestFile otherFile(kOtherFile);
-    OrvBasWinLockFile first;
-    OrvBasWinLockFile second;
-    OrvBasWinLockFile other;
+    OrvBasWinLockFile first, second, other;
     CHECK_EQUAL(first.Close(), ORV_S_OK);
     CHECK_EQUAL(first.Create(kFile, true), ORV_S_OK);
     CHECK_EQUAL(second.Create(kSameFile, true), ORV_S_ALREADY_EXISTS);
@@ -57,8 +55,7 @@ TEST_CASE(HolderReleasesTheOldLockFileAfterTakingTheNew)
 {
     const TestFile file(kFile);
     const TestFile otherFile(kOtherFile);
-    OrvBasWinLockFile a;
-    OrvBasWinLockFile b;
+    OrvBasWinLockFile a, b;
     CHECK_EQUAL(a.Create(kFile, false), ORV_S_OK);
     CHECK_EQUAL(b.Create(kOtherFile, false), ORV_S_OK);
     {

@@ -168,9 +168,7 @@ const char *program::CurrentWork()
 
 int program::Main(uint32_t count, const char *const *arguments)
 {
-    uint32_t passed = 0;
-    uint32_t failed = 0;
-    uint32_t repeats = 0;
+    uint32_t passed = 0, failed = 0, repeats = 0;
     if (count && IsDigit(**arguments)) {
         for (const char *digit = *arguments; IsDigit(*digit); digit++)
             repeats = repeats * 10 + static_cast<uint32_t>(*digit - '0');

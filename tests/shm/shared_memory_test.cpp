@@ -58,9 +58,7 @@ TEST_CASE(SectionIsSharedByItsId)
         OrvSharedMemoryServer other;
         CHECK_EQUAL(other.Create(1, kId, nameSpace, nullptr), ORV_S_ALREADY_EXISTS);
 
-        OrvSharedMemoryView whole;
-        OrvSharedMemoryView end;
-        OrvSharedMemoryView others;
+        OrvSharedMemoryView whole, end, others;
         CHECK_EQUAL(whole.Attach(server, 0, 0), ORV_S_OK);
         CHECK_EQUAL(SizeOf(whole), 3 * kGranularity + kPage);
         CHECK_EQUAL(end.Attach(client, 3 * kGranularity, 0, true), ORV_S_OK);
@@ -160,8 +158,7 @@ TEST_CASE(ClientsHaveTheRightsThatTheyAskedFor)
 
 TEST_CASE(UnnamedSectionsAreTheirOwn)
 {
-    OrvSharedMemoryServer a;
-    OrvSharedMemoryServer b;
+    OrvSharedMemoryServer a, b;
     CHECK_EQUAL(a.Create(1, 0, OrvBasSyncSession, nullptr), ORV_S_OK);
     CHECK_EQUAL(b.Create(1, 0, OrvBasSyncSession, nullptr), ORV_S_OK);
     OrvSharedMemoryClient client;
@@ -214,8 +211,7 @@ TEST_CASE(HeapBlockLivesAsLongAsItsLastHolder)
 {
     const auto heap = NtCurrentPeb()->ProcessHeap;
     OrvSharedMemoryServer server;
-    OrvSharedMemoryClient first;
-    OrvSharedMemoryClient second;
+    OrvSharedMemoryClient first, second;
     CHECK_EQUAL(server.Create(4, kId, OrvBasSyncProcess, nullptr), ORV_S_OK);
     CHECK_EQUAL(first.Connect(server), ORV_S_OK);
     CHECK_EQUAL(second.Connect(server), ORV_S_OK);

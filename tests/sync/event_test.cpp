@@ -9,8 +9,7 @@ TEST_CASE(EventsFollowTheirResetType)
 {
     struct {
         uint32_t resetType;
-        bool manualReset;
-        bool initialState;
+        bool manualReset, initialState;
     } const cases[] = {
         {0, true, false}, {0, true, true}, {1, false, false}, {1, false, true}, {7, false, true}};
     for (const auto &c : cases) {

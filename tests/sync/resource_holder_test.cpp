@@ -7,10 +7,7 @@
 TEST_CASE(ResourceHolderHoldsWhatItSays)
 {
     constexpr auto kType = [](uint32_t type) { return static_cast<OrvBasResourceHolder::LockType>(type); };
-    OrvBasResource held;
-    OrvBasResource wanted;
-    OrvBasResource busy;
-    OrvBasResource uncreated;
+    OrvBasResource held, wanted, busy, uncreated;
     CHECK_EQUAL(held.Create(), ORV_S_OK);
     CHECK_EQUAL(wanted.Create(), ORV_S_OK);
     CHECK_EQUAL(busy.Create(), ORV_S_OK);

@@ -80,10 +80,7 @@ TEST_CASE(ResourceIsUsedBetweenCreateAndDestroy)
 TEST_CASE(ResourceHoldsUnderLoad)
 {
     // Writers keep the two equal, readers see them so, and nobody's change is lost.
-    volatile long left = 0;
-    volatile long right = 0;
-    volatile long written = 0;
-    volatile long faults = 0;
+    volatile long left = 0, right = 0, written = 0, faults = 0;
     const test::Usage before = test::CountUsage();
     {
         OrvBasResource resource;
@@ -99,8 +96,7 @@ TEST_CASE(ResourceHoldsUnderLoad)
             };
             for (uint32_t i = 0; i < 5000; i++) {
                 const int timeoutMs = static_cast<int>(draw(3)) - 1;
-                const bool isWriter = draw(3) == 0;
-                const bool nests = draw(4) == 0;
+                const bool isWriter = draw(3) == 0, nests = draw(4) == 0;
                 const OrvResult result =
                     isWriter ? resource.AcquireExclusive(timeoutMs) : resource.AcquireShared(timeoutMs);
                 if (result == ORV_W_TIMEOUT && timeoutMs >= 0) {

@@ -13,8 +13,7 @@ namespace
 
 struct Item {
     OrvBasSparseNonrecursiveLock lock;
-    volatile uint32_t left = 0;
-    volatile uint32_t right = 0;
+    volatile uint32_t left = 0, right = 0;
 };
 
 constexpr uint32_t kItems = 10000;
@@ -52,8 +51,7 @@ TEST_CASE(SparseLocksHoldUnderLoad)
 {
     constexpr uint32_t kThreads = 8;
     struct {
-        uint32_t items;
-        uint32_t rounds;
+        uint32_t items, rounds;
     } const cases[] = {{1, 3000}, {3, 1000}, {kItems, 1}};
     const test::Usage before = test::CountUsage();
     for (const auto &c : cases) {

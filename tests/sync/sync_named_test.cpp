@@ -7,9 +7,7 @@
 TEST_CASE(IdsBecomeNames)
 {
     struct {
-        uint32_t id;
-        uint32_t nameSpace;
-        uint32_t root;
+        uint32_t id, nameSpace, root;
         const wchar_t *rest; // behind the session's directory for root 0
     } const cases[] = {
         {0x1A2B, 0, 0, L"\\BaseNamedObjects\\Global\\ORVSYNC_1a2b"},

@@ -81,10 +81,8 @@ TEST_CASE(KeysAreThePlatformsAndEmptyWhenNew)
     CHECK(!keys[count].IsInitialized());
     CHECK_EQUAL(TlsAlloc(), 0xFFFFFFFF);
 
-    volatile bool isSet = false;
-    volatile bool isGivenBack = false;
-    volatile uint32_t left = 0;
-    volatile uint32_t wrong = 0;
+    volatile bool isSet = false, isGivenBack = false;
+    volatile uint32_t left = 0, wrong = 0;
     const auto countValues = [&] {
         for (uint32_t i = 0; i < count; i++)
             left = left + (keys[i].GetValue() != nullptr);

@@ -46,12 +46,7 @@ uint32_t IdleCount(const OrvBasSparseLockManager &manager)
 /// to contend for the next, and comes back as the holder that hands over.
 struct Crowd {
     OrvBasSparseLockManager manager;
-    uint32_t count = 0;
-    uint32_t depth = 0;
-    uint32_t mostAssigned = 0;
-    uint32_t mostIdle = 0;
-    uint32_t faults = 0;
-    uint32_t threadId = 0;
+    uint32_t count = 0, depth = 0, mostAssigned = 0, mostIdle = 0, faults = 0, threadId = 0;
 
     OrvBasSparseNonrecursiveLock &Lock() const { return locks[depth * 7919 % count]; }
 
@@ -116,11 +111,7 @@ NTSTATUS NTAPI CreateAfterRefusals(HANDLE *event, ACCESS_MASK access, const OBJE
 TEST_CASE(SparseLockManagerKeepsIdleEventsWithinBounds)
 {
     struct {
-        uint32_t minimumIdle;
-        uint32_t idlePercent;
-        uint32_t count;
-        uint32_t mostIdle;
-        uint32_t idleAtEnd;
+        uint32_t minimumIdle, idlePercent, count, mostIdle, idleAtEnd;
     } const cases[] = {
         {0, 0, 10, 0, 0},
         {1, 0, 1, 1, 1},

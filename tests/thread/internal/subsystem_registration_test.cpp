@@ -51,10 +51,8 @@ struct Worker : OrvBasThread {
 TEST_CASE(OldSystemsAreTold)
 {
     struct {
-        uint32_t major;
-        uint32_t minor;
-        bool isWow64;
-        bool isEnabled;
+        uint32_t major, minor;
+        bool isWow64, isEnabled;
         ULONG call;
     } const cases[] = {
         {5, 0, true, false, 0},      {5, 0, false, true, 0x10001}, {5, 1, true, false, 0x300A},
