@@ -1,0 +1,54 @@
+// What the parts of the registry handle share: its working state, counted names, and handles for one
+// operation.
+
+#pragma once
+
+#include "nt/nt.h"
+#include "orv/registry/registry_handle.h"
+#include "text/length.h"
+
+namespace detail
+{
+
+/// What a handle needs once it opens a key.
+struct RegistryState {
+    HANDLE key;
+};
+
+/// A name as the platform takes it.
+class CountedName
+{
+public:
+    /// False when it is too long to be counted.
+    bool Set(const OrvStringRefBase<wchar_t> &name)
+    {
+        constexpr uint32_t kLongest = 32766;
+        const uint32_t length = ResolveLength(name.characters, name.length);
+        const auto size = static_cast<USHORT>(length * sizeof(WCHAR));
+        counted_ = {size, size, const_cast<WCHAR *>(name.characters)};
+        return length <= kLongest;
+    }
+
+    const UNICODE_STRING *Get() const { return &counted_; }
+
+private:
+    UNICODE_STRING counted_;
+};
+
+/// A key that is open for one operation.
+class ScopedKey
+{
+public:
+    ScopedKey() = default;
+    ScopedKey(const ScopedKey &) = delete;
+    ScopedKey &operator=(const ScopedKey &) = delete;
+    ~ScopedKey()
+    {
+        if (handle)
+            ZwClose(handle);
+    }
+
+    HANDLE handle = nullptr;
+};
+
+} // namespace detail
