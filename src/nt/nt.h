@@ -548,6 +548,7 @@ constexpr ACCESS_MASK KEY_QUERY_VALUE = 0x0001;
 constexpr ACCESS_MASK KEY_SET_VALUE = 0x0002;
 constexpr ACCESS_MASK KEY_CREATE_SUB_KEY = 0x0004;
 constexpr ACCESS_MASK KEY_ENUMERATE_SUB_KEYS = 0x0008;
+constexpr ACCESS_MASK KEY_NOTIFY = 0x0010;
 constexpr ULONG REG_OPENED_EXISTING_KEY = 2;
 constexpr ULONG KeyBasicInformation = 0;
 constexpr ULONG KeyFullInformation = 2;

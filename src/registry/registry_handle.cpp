@@ -55,6 +55,13 @@ NTSTATUS CreateNative(const OBJECT_ATTRIBUTES &attributes, ACCESS_MASK access, H
                        : ZwCreateKey(&key, access, &attributes, 0, nullptr, 0, &disposition);
 }
 
+void CloseAndForget(HANDLE &key)
+{
+    if (key)
+        ZwClose(key);
+    key = nullptr;
+}
+
 /// Makes the keys above the last one of the path.
 NTSTATUS CreateParents(const OBJECT_ATTRIBUTES &attributes, ACCESS_MASK viewAccess, HANDLE transaction)
 {
@@ -135,10 +142,11 @@ OrvResult OrvBasWinRegistryHandle::OpenRegistryRoot(OrvBasWinRegistryRootType ro
 
 void OrvBasWinRegistryHandle::CloseKey()
 {
-    if (!IsOpened())
+    if (!state_)
         return;
-    ZwClose(state_->key);
-    state_->key = nullptr;
+    CloseAndForget(state_->key);
+    for (HANDLE &key : state_->watchKeys)
+        CloseAndForget(key);
 }
 
 bool OrvBasWinRegistryHandle::IsOpened() const
@@ -210,7 +218,9 @@ OrvResult OrvBasWinRegistryHandle::OpenBelow(void *base, const Name &path, uint3
                                              OrvWinTransaction *transaction, Creation creation,
                                              void *&handle) const
 {
-    if (transaction && !OrvNtdll_FunctionExists("ZwOpenKeyTransacted"))
+    // Some systems have the functions for keys, as ordinary ones, without having transactions.
+    if (transaction &&
+        !(OrvNtdll_FunctionExists("ZwCreateTransaction") && OrvNtdll_FunctionExists("ZwOpenKeyTransacted")))
         return ORV_E_NOT_SUPPORTED;
     const HANDLE inside = transaction ? transaction->GetHandle() : nullptr;
 

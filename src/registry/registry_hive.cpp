@@ -126,8 +126,12 @@ OrvResult OrvBasWinRegistryHandle::StartSingleWatchingKeyChange(OrvBasEvent &eve
     // The platform writes here when the change comes, be the handle long gone; nobody reads it.
     static IO_STATUS_BLOCK status;
     constexpr ULONG kNamesAttributesValuesSecurity = 0xF;
-    HANDLE key = nullptr;
-    const OrvResult result = CurrentKey(key);
+    OrvResult result = MakeState();
+    if (OrvFailed(result))
+        return result;
+    HANDLE &key = state_->watchKeys[subtree];
+    if (!key)
+        result = CreateHandleInternal(key, Name(), KEY_NOTIFY);
     if (OrvFailed(result))
         return result;
     return detail::ResultFromCall(ZwNotifyChangeKey(key, event.GetHandle(), nullptr, nullptr, &status,

@@ -10,9 +10,13 @@
 namespace detail
 {
 
-/// What a handle needs once it opens a key.
+/// What a handle needs once it opens or watches a key.
 struct RegistryState {
-    HANDLE key;
+    HANDLE key; ///< null: none is open
+
+    /// The handles that changes are watched through, without and with what is below the key. The platform
+    /// takes what to watch from a handle's first watch, so each kind needs one of its own.
+    HANDLE watchKeys[2];
 };
 
 /// A name as the platform takes it.

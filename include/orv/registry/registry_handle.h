@@ -250,8 +250,11 @@ public:
     /// the full path of the file. Returns as LoadKey.
     ORV_API OrvResult RestoreKey(const wchar_t *file, IOrvString<wchar_t> *path = nullptr);
 
-    /// Has `event` set once, when something next changes in the current key, or with `subtree` below it:
-    /// names, values, attributes or security; or when the key is closed. Returns 0 or the converted status.
+    /// Has `event` set once, when something next changes in the current key, or with `subtree` below it too:
+    /// names, values, attributes or security; or when the key is closed. The key's owner need not have opened
+    /// it with the right to be notified.
+    ///
+    /// Returns 0; ORV_E_OUT_OF_MEMORY; or the converted status.
     ORV_API OrvResult StartSingleWatchingKeyChange(OrvBasEvent &event, bool subtree);
 
     /// Gives the process the privilege, if its account has it, or takes it back. Any other value names
