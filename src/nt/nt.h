@@ -59,15 +59,18 @@ constexpr bool NT_ERROR(NTSTATUS status)
 constexpr NTSTATUS STATUS_SUCCESS = 0;
 constexpr NTSTATUS STATUS_ABANDONED = 0x80;
 constexpr NTSTATUS STATUS_TIMEOUT = 0x102;
+constexpr NTSTATUS STATUS_NOT_ALL_ASSIGNED = 0x106;
 constexpr NTSTATUS STATUS_PENDING = 0x103;
 constexpr NTSTATUS STATUS_OBJECT_NAME_EXISTS = 0x40000000;
 constexpr NTSTATUS STATUS_BUFFER_OVERFLOW = static_cast<NTSTATUS>(0x80000005);
 constexpr NTSTATUS STATUS_NO_MORE_FILES = static_cast<NTSTATUS>(0x80000006);
 constexpr NTSTATUS STATUS_UNSUCCESSFUL = static_cast<NTSTATUS>(0xC0000001);
+constexpr NTSTATUS STATUS_NO_MORE_ENTRIES = static_cast<NTSTATUS>(0x8000001A);
 constexpr NTSTATUS STATUS_NOT_IMPLEMENTED = static_cast<NTSTATUS>(0xC0000002);
 constexpr NTSTATUS STATUS_INVALID_HANDLE = static_cast<NTSTATUS>(0xC0000008);
 constexpr NTSTATUS STATUS_INVALID_PARAMETER = static_cast<NTSTATUS>(0xC000000D);
 constexpr NTSTATUS STATUS_END_OF_FILE = static_cast<NTSTATUS>(0xC0000011);
+constexpr NTSTATUS STATUS_ACCESS_DENIED = static_cast<NTSTATUS>(0xC0000022);
 constexpr NTSTATUS STATUS_BUFFER_TOO_SMALL = static_cast<NTSTATUS>(0xC0000023);
 constexpr NTSTATUS STATUS_OBJECT_NAME_INVALID = static_cast<NTSTATUS>(0xC0000033);
 constexpr NTSTATUS STATUS_OBJECT_NAME_NOT_FOUND = static_cast<NTSTATUS>(0xC0000034);
@@ -78,6 +81,7 @@ constexpr NTSTATUS STATUS_CANCELLED = static_cast<NTSTATUS>(0xC0000120);
 constexpr NTSTATUS STATUS_THREAD_IS_TERMINATING = static_cast<NTSTATUS>(0xC000004B);
 constexpr NTSTATUS STATUS_INSUFFICIENT_RESOURCES = static_cast<NTSTATUS>(0xC000009A);
 constexpr NTSTATUS STATUS_PIPE_BROKEN = static_cast<NTSTATUS>(0xC000014B);
+constexpr NTSTATUS STATUS_KEY_DELETED = static_cast<NTSTATUS>(0xC000017C);
 
 // Win32 error numbers.
 
@@ -177,6 +181,7 @@ constexpr ULONG FILE_SHARE_READ = 0x1;
 constexpr ULONG FILE_SHARE_WRITE = 0x2;
 constexpr ULONG FILE_SHARE_ALL = 0x7; ///< to read, to write and to delete
 constexpr ULONG FILE_OPEN = 1;
+constexpr ULONG FILE_CREATE = 2;
 constexpr ULONG FILE_OPEN_IF = 3;
 constexpr ULONG FILE_DIRECTORY_FILE = 0x1;
 constexpr ULONG FILE_SYNCHRONOUS_IO_NONALERT = 0x20;
@@ -536,6 +541,69 @@ enum SYSTEM_INFORMATION_CLASS : ULONG { SystemBasicInformation = 0, SystemProces
 constexpr USHORT PROCESSOR_ARCHITECTURE_IA64 = 6;
 constexpr USHORT PROCESSOR_ARCHITECTURE_AMD64 = 9;
 
+// Registry. Lengths are in bytes, and no name is terminated.
+
+constexpr ACCESS_MASK MAXIMUM_ALLOWED = 0x02000000;
+constexpr ACCESS_MASK KEY_QUERY_VALUE = 0x0001;
+constexpr ACCESS_MASK KEY_SET_VALUE = 0x0002;
+constexpr ACCESS_MASK KEY_CREATE_SUB_KEY = 0x0004;
+constexpr ACCESS_MASK KEY_ENUMERATE_SUB_KEYS = 0x0008;
+constexpr ACCESS_MASK KEY_NOTIFY = 0x0010;
+constexpr ULONG REG_OPENED_EXISTING_KEY = 2;
+constexpr ULONG KeyBasicInformation = 0;
+constexpr ULONG KeyFullInformation = 2;
+constexpr ULONG KeyNameInformation = 3;
+constexpr ULONG KeyValueBasicInformation = 0;
+constexpr ULONG KeyValuePartialInformation = 2;
+
+struct KEY_BASIC_INFORMATION {
+    LONGLONG LastWriteTime;
+    ULONG TitleIndex;
+    ULONG NameLength;
+    WCHAR Name[1];
+};
+
+struct KEY_FULL_INFORMATION {
+    LONGLONG LastWriteTime;
+    ULONG TitleIndex;
+    ULONG ClassOffset;
+    ULONG ClassLength;
+    ULONG SubKeys;
+    ULONG MaxNameLen;
+    ULONG MaxClassLen;
+    ULONG Values;
+    ULONG MaxValueNameLen;
+    ULONG MaxValueDataLen;
+    WCHAR Class[1];
+};
+static_assert(offsetof(KEY_FULL_INFORMATION, Class) == 44);
+
+struct KEY_NAME_INFORMATION {
+    ULONG NameLength;
+    WCHAR Name[1];
+};
+
+struct KEY_VALUE_BASIC_INFORMATION {
+    ULONG TitleIndex;
+    ULONG Type;
+    ULONG NameLength;
+    WCHAR Name[1];
+};
+
+struct KEY_VALUE_PARTIAL_INFORMATION {
+    ULONG TitleIndex;
+    ULONG Type;
+    ULONG DataLength;
+    UCHAR Data[1];
+};
+
+/// With one privilege.
+struct TOKEN_PRIVILEGES {
+    ULONG PrivilegeCount;
+    ULONG Luid[2];
+    ULONG Attributes;
+};
+
 // Security.
 
 constexpr ULONG ACL_REVISION = 2;
@@ -725,6 +793,39 @@ NTSYSAPI NTSTATUS NTAPI RtlExpandEnvironmentStrings_U(const WCHAR *environment, 
 NTSYSAPI BOOLEAN NTAPI RtlDosPathNameToNtPathName_U(const WCHAR *path, UNICODE_STRING *nativePath,
                                                     WCHAR **filePart, PVOID relative);
 NTSYSAPI void NTAPI RtlFreeUnicodeString(UNICODE_STRING *counted);
+
+// Registry.
+
+NTSYSAPI NTSTATUS NTAPI ZwOpenKey(HANDLE *key, ACCESS_MASK access, const OBJECT_ATTRIBUTES *attributes);
+NTSYSAPI NTSTATUS NTAPI ZwCreateKey(HANDLE *key, ACCESS_MASK access, const OBJECT_ATTRIBUTES *attributes,
+                                    ULONG titleIndex, const UNICODE_STRING *className, ULONG options,
+                                    ULONG *disposition);
+NTSYSAPI NTSTATUS NTAPI ZwDeleteKey(HANDLE key);
+NTSYSAPI NTSTATUS NTAPI ZwQueryKey(HANDLE key, ULONG informationClass, PVOID information, ULONG size,
+                                   ULONG *needed);
+NTSYSAPI NTSTATUS NTAPI ZwEnumerateKey(HANDLE key, ULONG index, ULONG informationClass, PVOID information,
+                                       ULONG size, ULONG *needed);
+NTSYSAPI NTSTATUS NTAPI ZwEnumerateValueKey(HANDLE key, ULONG index, ULONG informationClass,
+                                            PVOID information, ULONG size, ULONG *needed);
+NTSYSAPI NTSTATUS NTAPI ZwQueryValueKey(HANDLE key, const UNICODE_STRING *name, ULONG informationClass,
+                                        PVOID information, ULONG size, ULONG *needed);
+NTSYSAPI NTSTATUS NTAPI ZwSetValueKey(HANDLE key, const UNICODE_STRING *name, ULONG titleIndex, ULONG type,
+                                      const void *data, ULONG size);
+NTSYSAPI NTSTATUS NTAPI ZwDeleteValueKey(HANDLE key, const UNICODE_STRING *name);
+NTSYSAPI NTSTATUS NTAPI ZwLoadKey(const OBJECT_ATTRIBUTES *key, const OBJECT_ATTRIBUTES *file);
+NTSYSAPI NTSTATUS NTAPI ZwUnloadKey(const OBJECT_ATTRIBUTES *key);
+NTSYSAPI NTSTATUS NTAPI ZwSaveKey(HANDLE key, HANDLE file);
+NTSYSAPI NTSTATUS NTAPI ZwRestoreKey(HANDLE key, HANDLE file, ULONG flags);
+NTSYSAPI NTSTATUS NTAPI ZwNotifyChangeKey(HANDLE key, HANDLE event, PVOID routine, PVOID context,
+                                          IO_STATUS_BLOCK *status, ULONG filter, BOOLEAN subtree,
+                                          PVOID changes, ULONG size, BOOLEAN asynchronous);
+NTSYSAPI NTSTATUS NTAPI RtlOpenCurrentUser(ACCESS_MASK access, HANDLE *key);
+/// The path is freed with RtlFreeUnicodeString.
+NTSYSAPI NTSTATUS NTAPI RtlFormatCurrentUserKeyPath(UNICODE_STRING *path);
+NTSYSAPI NTSTATUS NTAPI ZwAdjustPrivilegesToken(HANDLE token, BOOLEAN disableAll,
+                                                const TOKEN_PRIVILEGES *privileges, ULONG size,
+                                                TOKEN_PRIVILEGES *previous, ULONG *needed);
+NTSYSAPI NTSTATUS NTAPI ZwDeleteFile(const OBJECT_ATTRIBUTES *attributes);
 
 // Sections.
 

@@ -1,0 +1,37 @@
+// The names of a key's children or values, one after the other.
+
+#pragma once
+
+#include "orv/text/heap_buffer.h"
+#include "orv/text/interfaces.h"
+#include "orv/text/string_ref.h"
+
+/// Filled by OrvBasWinRegistryHandle, whose key must stay open meanwhile. Each name is one native call, into
+/// one buffer that grows to the longest. What is created or deleted while it runs may be missed, or come
+/// twice.
+class OrvBasWinRegistryEnumerator final : public IOrvEnumerator<OrvStringzRefBase<wchar_t>>
+{
+public:
+    OrvBasWinRegistryEnumerator() = default;
+    OrvBasWinRegistryEnumerator(const OrvBasWinRegistryEnumerator &) = delete;
+    OrvBasWinRegistryEnumerator &operator=(const OrvBasWinRegistryEnumerator &) = delete;
+
+    /// The next name, terminated; it is valid until the next call. Behind the last, and while nothing is
+    /// enumerated, `found` is false.
+    ///
+    /// Returns 0; ORV_E_OUT_OF_MEMORY; or the converted status. After a failure the same name may be asked
+    /// for again.
+    ORV_API OrvResult Next(OrvStringzRefBase<wchar_t> &name, bool &found) override;
+
+    /// The length of the name that Next gave last, for names with zeros in them.
+    uint32_t GetLength() const { return length_; }
+
+private:
+    friend class OrvBasWinRegistryHandle;
+
+    void *key_ = nullptr; ///< not owned
+    bool ofValues_ = false;
+    uint32_t index_ = 0;
+    uint32_t length_ = 0;
+    OrvMbCharHeapBuffer buffer_; ///< the platform's structure, the name at its end
+};

@@ -1,0 +1,315 @@
+// The registry, over the native interface alone.
+//
+// A handle names a key by a parent, which is a root or another handle, and a path below that. A handle that
+// has opened no key stands for its parent: so a handle that was just made from HKEY_CURRENT_USER reads that
+// key's values. "The current key" below means the key that is open, or else the parent's.
+//
+// Paths and names are counted, or terminated, and may have zeros in them; letter case does not matter. A path
+// has no separator at its start. The empty name is the key's default value. Names of more than 32,766
+// characters are ORV_E_INVALID_NAME.
+//
+// Every operation on keys and values has a twin that ends in Transacted and works inside a kernel
+// transaction; where the platform has none, such a twin returns ORV_E_NOT_SUPPORTED, or false, and does
+// nothing.
+//
+// What the platform refuses is its converted status, above all: ORV_E_FILE_NOT_FOUND when a key or value does
+// not exist, ORV_E_ACCESS_DENIED, ORV_E_INVALID_HANDLE when the key's handle was closed underneath,
+// 0xC00703FA (ERROR_KEY_DELETED) when the key was deleted meanwhile. The results of the root stand with
+// OpenRegistryRoot. On failure nothing has changed, unless it is said.
+//
+// A handle has no lock: one thread at a time may open and close it; any number may use its key meanwhile. The
+// roots, which all handles of the process share, are opened on first use and may be asked for by any number
+// of threads at once.
+
+#pragma once
+
+#include "orv/base.h"
+#include "orv/flags.h"
+#include "orv/registry/registry_enumerator.h"
+#include "orv/registry/registry_types.h"
+#include "orv/sync/event.h"
+#include "orv/text/heap_buffer.h"
+#include "orv/text/interfaces.h"
+#include "orv/thread/transaction.h"
+
+namespace detail
+{
+struct RegistryState;
+}
+
+class OrvBasWinRegistryHandle
+{
+public:
+    typedef OrvFlags<OrvBasWinRegistryViewModeValues> ViewMode;
+    typedef OrvStringRefBase<wchar_t> Name;
+    typedef IOrvBackInserter<OrvStringRefBase<wchar_t>> NameInserter;
+    typedef IOrvEnumerator<OrvStringzRefBase<wchar_t>> NameEnumerator;
+
+    // Lifetime and parents.
+
+    /// Stands for a root, which is opened when it is needed.
+    ORV_API explicit OrvBasWinRegistryHandle(OrvBasWinRegistryRootType root);
+
+    /// Stands for the current key of `parent`, in its view. The parent must outlive the handle.
+    ORV_API explicit OrvBasWinRegistryHandle(OrvBasWinRegistryHandle &parent);
+    OrvBasWinRegistryHandle(const OrvBasWinRegistryHandle &) = delete;
+    OrvBasWinRegistryHandle &operator=(const OrvBasWinRegistryHandle &) = delete;
+
+    /// CloseKey.
+    ORV_API ~OrvBasWinRegistryHandle();
+
+    /// Closes the key and stands for a root from now on. The view stays.
+    ///
+    /// Returns 0; ORV_E_INVALID_HANDLE for OrvRegistryNoRoot; ORV_E_INVALID_ARGUMENT for what is no root;
+    /// ORV_E_VIEW_ROOT when the view is not that root's. On failure nothing has changed.
+    ORV_API OrvResult SetParent(OrvBasWinRegistryRootType root);
+
+    /// Closes the key and stands for the current key of `parent` from now on, in its view.
+    ORV_API void SetParent(OrvBasWinRegistryHandle &parent);
+
+    /// As SetParent, and the root is open then.
+    ///
+    /// Returns as SetParent; ORV_E_OUT_OF_MEMORY; or the converted status why the root cannot be opened,
+    /// which leaves the handle as it was.
+    ORV_API OrvResult OpenRegistryRoot(OrvBasWinRegistryRootType root);
+
+    /// Closes the key that is open. The handle stands for its parent again.
+    ORV_API void CloseKey();
+
+    /// Whether a key is open.
+    ORV_API bool IsOpened() const;
+
+    /// The path below the parent that was opened last. Returns 0 or the string's failure.
+    ORV_API OrvResult GetCurrentKeyPath(IOrvString<wchar_t> &path) const;
+
+    /// Where the open key stands: asks the platform for its native name and reads that back into a root and a
+    /// path below it, in upper case. Under "\REGISTRY\MACHINE", a path part "WOW6432NODE" is left out, and in
+    /// `access`, the access mask of a request, 0x100 is flipped and 0x200 set. The keys of the calling user
+    /// are those of HKEY_CURRENT_USER, and of HKEY_CLASSES_ROOT when the name ends in "_CLASSES"; those of
+    /// others belong to HKEY_USERS.
+    ///
+    /// Returns 0; ORV_E_NOT_PROVIDED for a name outside these; ORV_E_OUT_OF_MEMORY; the string's failure; or
+    /// the converted status. On failure `root` and `access` are as they were.
+    ORV_API OrvResult SplitCurrentKeyName(OrvBasWinRegistryRootType &root, IOrvString<wchar_t> &path,
+                                          uint32_t &access) const;
+
+    // Views.
+
+    /// Whether the system has a 32-bit and a 64-bit view.
+    ORV_API static bool IsWow64ViewModeSupported();
+
+    /// "Wow6432Node".
+    ORV_API static const wchar_t *GetWow6432NodeName();
+
+    /// Selects the view in which keys are opened from now on. With OrvRegistryViewNode, "Wow6432Node" is put
+    /// behind the "SOFTWARE" at the start of a path below HKEY_LOCAL_MACHINE or another handle, and behind
+    /// the "Software" of a user, or a user's "_Classes" key, below HKEY_USERS, unless it stands there; other
+    /// paths are the same in both views.
+    ///
+    /// Returns 0; ORV_E_NOT_SUPPORTED when a key is open, or the parent is another handle, and that has
+    /// another view; ORV_E_VIEW_NOT_SUPPORTED for OrvRegistryView64 and OrvRegistryView32 on a system with
+    /// one view; ORV_E_VIEW_ROOT for OrvRegistryViewNode below another root.
+    ORV_API OrvResult SetViewMode(ViewMode mode);
+
+    ORV_API ViewMode GetViewMode() const;
+
+    // Keys. Paths to open are below the parent; paths of all other operations are below the current key.
+
+    /// Opens the key at `path` below the parent, and every key that is missing on the way is made. The key
+    /// that was open is closed then.
+    ///
+    /// Returns 0 when the key was made; ORV_S_ALREADY_EXISTS when it was there; ORV_E_OUT_OF_MEMORY;
+    /// otherwise the converted status. On failure the key that was open stays, and keys on the way may have
+    /// been made.
+    ORV_API OrvResult OpenOrCreateKey(const Name &path, OrvWinRegistryRights rights = OrvRegistryAllAccess);
+    ORV_API OrvResult OpenOrCreateKeyTransacted(OrvWinTransaction &transaction, const Name &path,
+                                                OrvWinRegistryRights rights = OrvRegistryAllAccess);
+
+    /// Opens the key at `path` below the parent. The key that was open is closed then.
+    ///
+    /// Returns 0; ORV_E_KEY_NOT_FOUND when there is none; ORV_E_OUT_OF_MEMORY; otherwise the converted
+    /// status.
+    ORV_API OrvResult OpenKeyIfExists(const Name &path, OrvWinRegistryRights rights = OrvRegistryRead);
+    ORV_API OrvResult OpenKeyIfExistsTransacted(OrvWinTransaction &transaction, const Name &path,
+                                                OrvWinRegistryRights rights = OrvRegistryRead);
+
+    /// Whether there is a key at `path`, be it one that may not be opened.
+    ORV_API bool KeyExists(const Name &path);
+    ORV_API bool KeyExistsTransacted(OrvWinTransaction &transaction, const Name &path);
+
+    /// Makes the key at `path`, whose parent must exist. Returns 0; ORV_S_ALREADY_EXISTS when it was there;
+    /// otherwise the converted status.
+    ORV_API OrvResult CreateKey(const Name &path);
+    ORV_API OrvResult CreateKeyTransacted(OrvWinTransaction &transaction, const Name &path);
+
+    /// The same, and every key that is missing on the way is made. On failure some may have been made.
+    ORV_API OrvResult CreateKeys(const Name &path);
+    ORV_API OrvResult CreateKeysTransacted(OrvWinTransaction &transaction, const Name &path);
+
+    /// Deletes the key at `path`, the current key itself when the path is empty; with `recursive`, also all
+    /// that is below it, deepest first. A key below it that someone else deletes meanwhile is no failure.
+    ///
+    /// Returns 0; ORV_E_ACCESS_DENIED also when there are keys below it and `recursive` is not set;
+    /// ORV_E_OUT_OF_MEMORY; otherwise the converted status. On failure some keys may have been deleted.
+    ORV_API OrvResult DeleteKey(const Name &path, bool recursive);
+    ORV_API OrvResult DeleteKeyTransacted(OrvWinTransaction &transaction, const Name &path, bool recursive);
+
+    /// What the platform says of the current key. Returns 0 or the converted status.
+    ORV_API OrvResult GetKeyInfo(OrvBasWinRegistryKeyInfo &info);
+    ORV_API OrvResult GetKeyInfoTransacted(OrvWinTransaction &transaction, OrvBasWinRegistryKeyInfo &info);
+
+    // Values of the current key. Sizes are in bytes.
+
+    /// Sets a value, whatever its bytes are. Returns 0; ORV_E_INVALID_ARGUMENT when there are no bytes but a
+    /// size; otherwise the converted status.
+    ORV_API OrvResult SetValue(OrvBasWinRegistryValueType type, const void *bytes, uint32_t size,
+                               const Name &name);
+    ORV_API OrvResult SetValueTransacted(OrvWinTransaction &transaction, OrvBasWinRegistryValueType type,
+                                         const void *bytes, uint32_t size, const Name &name);
+
+    /// Gets a value and its type. Up to 256 bytes take one native call. Strings come terminated and with an
+    /// even number of bytes, multi-strings with two terminators; a value without bytes stays without.
+    ///
+    /// Returns 0; ORV_E_OUT_OF_MEMORY, or the buffer's failure; otherwise the converted status. On failure
+    /// `type` and the buffer are as they were.
+    ORV_API OrvResult QueryValue(OrvBasWinRegistryValueType &type, IOrvBuffer<unsigned char> &bytes,
+                                 const Name &name);
+    ORV_API OrvResult QueryValueTransacted(OrvWinTransaction &transaction, OrvBasWinRegistryValueType &type,
+                                           IOrvBuffer<unsigned char> &bytes, const Name &name);
+
+    // Typed forms. Getters return ORV_E_VALUE_TYPE for a value of another type, and ORV_E_INVALID_DATA for a
+    // number of another size; otherwise as QueryValue. Setters return as SetValue. The WithDefault getters
+    // give `defaultValue` and ORV_S_NOT_SET when there is no such value.
+
+    ORV_API OrvResult GetBinaryValue(IOrvBuffer<unsigned char> &bytes, const Name &name);
+    ORV_API OrvResult SetBinaryValue(const void *bytes, uint32_t size, const Name &name);
+
+    /// Of type 4, or of type 5, whose bytes are turned round.
+    ORV_API OrvResult GetDWordValue(uint32_t &value, const Name &name);
+    ORV_API OrvResult GetDWordValueWithDefault(uint32_t &value, const Name &name, uint32_t defaultValue);
+
+    /// As type 4, or with `bigEndian` as type 5, the bytes turned round.
+    ORV_API OrvResult SetDWordValue(uint32_t value, const Name &name, bool bigEndian = false);
+
+    ORV_API OrvResult GetQWordValue(uint64_t &value, const Name &name);
+    ORV_API OrvResult GetQWordValueWithDefault(uint64_t &value, const Name &name, uint64_t defaultValue);
+    ORV_API OrvResult SetQWordValue(uint64_t value, const Name &name);
+
+    /// Of type 1 or 2, up to the first terminator. With `expand` the variables in a value of type 2 are
+    /// replaced, as OrvNtdll_RtlExpandEnvironmentStrings_T does, whose failures are possible then.
+    ORV_API OrvResult GetStringValue(IOrvString<wchar_t> &value, const Name &name, bool expand = false);
+
+    /// With one terminator behind the text, as type 1, or with `expandable` as type 2. A text of more than
+    /// 0x7FFFFFFE characters is ORV_E_INVALID_ARGUMENT.
+    ORV_API OrvResult SetStringValue(const Name &value, const Name &name, bool expandable = false);
+
+    /// Hands each string of a multi-string to `strings`; an empty one is its end. On failure some strings may
+    /// have been handed over.
+    ORV_API OrvResult GetStringArrayValue(NameInserter &strings, const Name &name);
+
+    /// Sets a multi-string. ORV_E_INVALID_ARGUMENT: one of the strings is empty, which would end it.
+    ORV_API OrvResult SetStringArrayValue(NameEnumerator &strings, const Name &name);
+
+    /// Returns 0 or the converted status.
+    ORV_API OrvResult DeleteValue(const Name &name);
+    ORV_API OrvResult DeleteValueTransacted(OrvWinTransaction &transaction, const Name &name);
+
+    ORV_API bool ValueExists(const Name &name);
+    ORV_API bool ValueExistsTransacted(OrvWinTransaction &transaction, const Name &name);
+
+    // Enumeration of the current key. A name is one native call.
+
+    /// Hands the name of each key below, or of each value, to `names`. Returns 0; ORV_E_OUT_OF_MEMORY; the
+    /// inserter's failure; or the converted status. On failure some names may have been handed over.
+    ORV_API OrvResult EnumKeys(NameInserter &names);
+    ORV_API OrvResult EnumValues(NameInserter &names);
+
+    /// The same one by one, from the first on. Returns 0 or why there is no key to enumerate.
+    ORV_API OrvResult GetChildrenEnumeratorImpl(OrvBasWinRegistryEnumerator &enumerator);
+    ORV_API OrvResult GetValuesEnumeratorImpl(OrvBasWinRegistryEnumerator &enumerator);
+
+    // Hives. Files are DOS paths, terminated. They need the privileges to back up and to restore.
+
+    /// Mounts the hive in `file` at the handle's path below the parent.
+    ///
+    /// Returns 0; ORV_E_INVALID_NAME when the handle has no path; the results of
+    /// OrvNtdll_RtlDosPathNameToNtPathName_U_EliminateDosDevice; otherwise the converted status.
+    ORV_API OrvResult LoadKey(const wchar_t *file);
+
+    /// The same at `key` below the parent, which is the handle's path from now on.
+    ORV_API OrvResult LoadKey(const Name &key, const wchar_t *file);
+
+    /// Closes the key that is open, and unmounts the hive at the handle's path. Returns as LoadKey.
+    ORV_API OrvResult UnLoadKey();
+
+    /// Saves the current key and all below it to `file`, which must not exist: ORV_E_ALREADY_EXISTS. Returns
+    /// otherwise as LoadKey; after a failure there is no file.
+    ORV_API OrvResult SaveKey(const wchar_t *file);
+
+    /// Replaces the contents of the current key by what SaveKey wrote. `path`, which may be null, receives
+    /// the full path of the file. Returns as LoadKey.
+    ORV_API OrvResult RestoreKey(const wchar_t *file, IOrvString<wchar_t> *path = nullptr);
+
+    /// Has `event` set once, when something next changes in the current key, or with `subtree` below it too:
+    /// names, values, attributes or security; or when the key is closed. The key's owner need not have opened
+    /// it with the right to be notified.
+    ///
+    /// Returns 0; ORV_E_OUT_OF_MEMORY; or the converted status.
+    ORV_API OrvResult StartSingleWatchingKeyChange(OrvBasEvent &event, bool subtree);
+
+    /// Gives the process the privilege, if its account has it, or takes it back. Any other value names
+    /// privilege 0. Returns 0; ORV_E_ACCESS_DENIED when the account does not have it; otherwise the converted
+    /// status.
+    ORV_API static OrvResult EnablePrivilege(OrvBasWinRegistryPrivilege privilege, bool enable);
+
+    // The text form of a location: "HKLM\SOFTWARE\Orv", and with a value "HKLM\SOFTWARE\Orv\\Name".
+
+    /// Takes a text apart. The root goes by its short or its long name, in any letter case. What stands
+    /// behind the first two separators in a row is the value's name, and `hasValue` is set, be the name
+    /// empty.
+    ///
+    /// Returns 0; ORV_E_INVALID_ARGUMENT when the text does not start with the name of a root: nothing is
+    /// written; or a string's failure.
+    ORV_API static OrvResult SplitRegistryPath(OrvBasWinRegistryRootType &root, IOrvString<wchar_t> &path,
+                                               bool &hasValue, IOrvString<wchar_t> &valueName,
+                                               const Name &text);
+
+    /// Puts a text together, with the root's short name; a value that is no root has none. Returns 0,
+    /// ORV_E_OUT_OF_MEMORY or the string's failure.
+    ORV_API static OrvResult CombineRegistryPath(IOrvString<wchar_t> &text, OrvBasWinRegistryRootType root,
+                                                 const Name &path);
+    ORV_API static OrvResult CombineRegistryPath(IOrvString<wchar_t> &text, OrvBasWinRegistryRootType root,
+                                                 const Name &path, const Name &valueName);
+
+    /// Opens the key at `path` below the current key, for the caller to close with ZwClose; the empty path is
+    /// the current key once more. `access` is a native mask; the view's bits are added. The transaction may
+    /// be null.
+    ///
+    /// Returns 0; ORV_E_NOT_SUPPORTED for a transaction where the platform has none; ORV_E_OUT_OF_MEMORY;
+    /// otherwise the converted status. `handle` is written on success only.
+    ORV_API OrvResult CreateHandleInternal(void *&handle, const Name &path, uint32_t access,
+                                           OrvWinTransaction *transaction = nullptr);
+
+private:
+    enum Creation : uint32_t { kOpenOnly, kCreateLast, kCreateAll };
+
+    OrvResult ParentKey(void *&key) const;
+    OrvResult CurrentKey(void *&key) const;
+    OrvResult MakeState();
+    OrvResult OpenBelow(void *base, const Name &path, uint32_t access, OrvWinTransaction *transaction,
+                        Creation creation, void *&handle) const;
+    OrvResult ReplaceKey(const Name &path, uint32_t access, OrvWinTransaction *transaction,
+                         Creation creation);
+    OrvResult CreateBelow(const Name &path, OrvWinTransaction *transaction, Creation creation);
+    OrvResult ChangeRoot(OrvBasWinRegistryRootType root);
+    bool Exists(const Name &path, OrvWinTransaction *transaction);
+    OrvResult Delete(const Name &path, bool recursive, OrvWinTransaction *transaction);
+
+    detail::RegistryState *state_;
+    OrvBasWinRegistryRootType root_;
+    OrvBasWinRegistryHandle *parent_;
+    ViewMode viewMode_;
+    OrvUtf16CharHeapBuffer path_;
+};
+
+static_assert(sizeof(OrvBasWinRegistryHandle) == 28, "fixed layout");

@@ -1,0 +1,103 @@
+#include "orv/registry/registry_enumerator.h"
+
+#include "nt/nt.h"
+#include "orv/registry/registry_handle.h"
+#include "orv/runtime/result.h"
+#include "runtime/status.h"
+
+namespace
+{
+
+typedef OrvBasWinRegistryHandle::NameInserter NameInserter;
+
+OrvResult InsertAll(OrvBasWinRegistryEnumerator &names, NameInserter &inserter)
+{
+    for (;;) {
+        OrvStringzRefBase<wchar_t> name(nullptr);
+        bool found = false;
+        OrvResult result = names.Next(name, found);
+        if (OrvFailed(result) || !found)
+            return result;
+        result = inserter.Insert(OrvStringRefBase<wchar_t>(name.characters, names.GetLength()));
+        if (OrvFailed(result))
+            return result;
+    }
+}
+
+} // namespace
+
+OrvResult OrvBasWinRegistryEnumerator::Next(OrvStringzRefBase<wchar_t> &name, bool &found)
+{
+    constexpr uint32_t kFirstSize = 512; // a name of the longest kind that keys have, nearly
+    found = false;
+    if (!key_)
+        return 0;
+    if (!buffer_.GetCapacity()) {
+        const OrvResult result = buffer_.ReserveElements(kFirstSize);
+        if (OrvFailed(result))
+            return result;
+    }
+    for (;;) {
+        // Two bytes are left for a terminator.
+        const ULONG room = buffer_.GetCapacity() - sizeof(WCHAR);
+        ULONG needed = 0;
+        const NTSTATUS status =
+            ofValues_ ? ZwEnumerateValueKey(key_, index_, KeyValueBasicInformation, buffer_.GetBuffer(), room,
+                                            &needed)
+                      : ZwEnumerateKey(key_, index_, KeyBasicInformation, buffer_.GetBuffer(), room, &needed);
+        if (status == STATUS_NO_MORE_ENTRIES)
+            return 0;
+        if ((status == STATUS_BUFFER_OVERFLOW || status == STATUS_BUFFER_TOO_SMALL) && needed > room) {
+            const OrvResult result = buffer_.ReserveElements(needed + sizeof(WCHAR));
+            if (OrvFailed(result))
+                return result;
+            continue;
+        }
+        if (!NT_SUCCESS(status))
+            return detail::ResultFromStatus(status);
+        WCHAR *characters = nullptr;
+        if (ofValues_) {
+            auto &value = *reinterpret_cast<KEY_VALUE_BASIC_INFORMATION *>(buffer_.GetBuffer());
+            characters = value.Name;
+            length_ = value.NameLength / sizeof(WCHAR);
+        } else {
+            auto &key = *reinterpret_cast<KEY_BASIC_INFORMATION *>(buffer_.GetBuffer());
+            characters = key.Name;
+            length_ = key.NameLength / sizeof(WCHAR);
+        }
+        characters[length_] = 0;
+        name.characters = characters;
+        found = true;
+        index_++;
+        return 0;
+    }
+}
+
+OrvResult OrvBasWinRegistryHandle::GetChildrenEnumeratorImpl(OrvBasWinRegistryEnumerator &enumerator)
+{
+    enumerator.ofValues_ = false;
+    enumerator.index_ = 0;
+    enumerator.key_ = nullptr;
+    return CurrentKey(enumerator.key_);
+}
+
+OrvResult OrvBasWinRegistryHandle::GetValuesEnumeratorImpl(OrvBasWinRegistryEnumerator &enumerator)
+{
+    const OrvResult result = GetChildrenEnumeratorImpl(enumerator);
+    enumerator.ofValues_ = true;
+    return result;
+}
+
+OrvResult OrvBasWinRegistryHandle::EnumKeys(NameInserter &names)
+{
+    OrvBasWinRegistryEnumerator children;
+    const OrvResult result = GetChildrenEnumeratorImpl(children);
+    return OrvSucceeded(result) ? InsertAll(children, names) : result;
+}
+
+OrvResult OrvBasWinRegistryHandle::EnumValues(NameInserter &names)
+{
+    OrvBasWinRegistryEnumerator values;
+    const OrvResult result = GetValuesEnumeratorImpl(values);
+    return OrvSucceeded(result) ? InsertAll(values, names) : result;
+}

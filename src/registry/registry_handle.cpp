@@ -1,0 +1,327 @@
+// Parents, views, and opening.
+
+#include "orv/registry/registry_handle.h"
+
+#include "orv/env/os_info.h"
+#include "orv/runtime/ntdll_entry_points.h"
+#include "orv/runtime/result.h"
+#include "registry/registry_key.h"
+#include "registry/registry_path.h"
+#include "registry/registry_roots.h"
+#include "runtime/heap.h"
+#include "runtime/status.h"
+
+namespace
+{
+
+constexpr uint32_t kViewBits = 0xF;
+constexpr ACCESS_MASK kAccess64 = 0x100;
+constexpr ACCESS_MASK kAccess32 = 0x200;
+
+uint32_t ViewOf(OrvBasWinRegistryHandle::ViewMode mode)
+{
+    return mode.GetBits() & kViewBits;
+}
+
+ACCESS_MASK ViewAccess(OrvBasWinRegistryHandle::ViewMode mode)
+{
+    switch (ViewOf(mode)) {
+    case OrvRegistryView64:
+        return kAccess64;
+    case OrvRegistryView32:
+        return kAccess32;
+    default:
+        return 0;
+    }
+}
+
+/// Whether the path part "Wow6432Node" means something below this root.
+bool HasNodeView(OrvBasWinRegistryRootType root)
+{
+    return root == OrvRegistryLocalMachine || root == OrvRegistryUsers || root == OrvRegistryNoRoot;
+}
+
+NTSTATUS OpenNative(const OBJECT_ATTRIBUTES &attributes, ACCESS_MASK access, HANDLE transaction, HANDLE &key)
+{
+    return transaction ? OrvNtdll_ZwOpenKeyTransacted(&key, access, &attributes, transaction)
+                       : ZwOpenKey(&key, access, &attributes);
+}
+
+NTSTATUS CreateNative(const OBJECT_ATTRIBUTES &attributes, ACCESS_MASK access, HANDLE transaction,
+                      HANDLE &key, ULONG &disposition)
+{
+    return transaction ? OrvNtdll_ZwCreateKeyTransacted(&key, access, &attributes, 0, nullptr, 0, transaction,
+                                                        &disposition)
+                       : ZwCreateKey(&key, access, &attributes, 0, nullptr, 0, &disposition);
+}
+
+void CloseAndForget(HANDLE &key)
+{
+    if (key)
+        ZwClose(key);
+    key = nullptr;
+}
+
+/// Makes the keys above the last one of the path.
+NTSTATUS CreateParents(const OBJECT_ATTRIBUTES &attributes, ACCESS_MASK viewAccess, HANDLE transaction)
+{
+    const UNICODE_STRING &path = *attributes.ObjectName;
+    for (uint32_t i = 0; i < path.Length / sizeof(WCHAR); i++) {
+        if (path.Buffer[i] != L'\\' || i == 0)
+            continue;
+        const auto size = static_cast<USHORT>(i * sizeof(WCHAR));
+        UNICODE_STRING parent = {size, size, path.Buffer};
+        OBJECT_ATTRIBUTES parentAttributes = attributes;
+        parentAttributes.ObjectName = &parent;
+        detail::ScopedKey key;
+        ULONG disposition = 0;
+        const NTSTATUS status = CreateNative(parentAttributes, KEY_CREATE_SUB_KEY | viewAccess, transaction,
+                                             key.handle, disposition);
+        // One that exists need not let us create keys in it: only the last of them has to.
+        if (!NT_SUCCESS(status) && status != STATUS_ACCESS_DENIED)
+            return status;
+    }
+    return STATUS_SUCCESS;
+}
+
+} // namespace
+
+OrvBasWinRegistryHandle::OrvBasWinRegistryHandle(OrvBasWinRegistryRootType root)
+    : state_(nullptr), root_(root), parent_(nullptr)
+{
+    static_assert(offsetof(OrvBasWinRegistryHandle, root_) == 4);
+    static_assert(offsetof(OrvBasWinRegistryHandle, parent_) == 8);
+    static_assert(offsetof(OrvBasWinRegistryHandle, viewMode_) == 12);
+    static_assert(offsetof(OrvBasWinRegistryHandle, path_) == 16);
+}
+
+OrvBasWinRegistryHandle::OrvBasWinRegistryHandle(OrvBasWinRegistryHandle &parent)
+    : state_(nullptr), root_(OrvRegistryNoRoot), parent_(&parent), viewMode_(parent.viewMode_)
+{
+}
+
+OrvBasWinRegistryHandle::~OrvBasWinRegistryHandle()
+{
+    CloseKey();
+    detail::FreeBytes(state_);
+}
+
+OrvResult OrvBasWinRegistryHandle::ChangeRoot(OrvBasWinRegistryRootType root)
+{
+    if (ViewOf(viewMode_) == OrvRegistryViewNode && !HasNodeView(root))
+        return ORV_E_VIEW_ROOT;
+    CloseKey();
+    path_.Clear();
+    root_ = root;
+    parent_ = nullptr;
+    return 0;
+}
+
+OrvResult OrvBasWinRegistryHandle::SetParent(OrvBasWinRegistryRootType root)
+{
+    if (root == OrvRegistryNoRoot)
+        return ORV_E_INVALID_HANDLE;
+    return detail::FindRegistryRoot(root) ? ChangeRoot(root) : ORV_E_INVALID_ARGUMENT;
+}
+
+void OrvBasWinRegistryHandle::SetParent(OrvBasWinRegistryHandle &parent)
+{
+    CloseKey();
+    path_.Clear();
+    root_ = OrvRegistryNoRoot;
+    parent_ = &parent;
+    viewMode_ = parent.viewMode_;
+}
+
+OrvResult OrvBasWinRegistryHandle::OpenRegistryRoot(OrvBasWinRegistryRootType root)
+{
+    HANDLE key = nullptr;
+    const OrvResult result = detail::GetRegistryRootKey(root, key);
+    return OrvSucceeded(result) ? ChangeRoot(root) : result;
+}
+
+void OrvBasWinRegistryHandle::CloseKey()
+{
+    if (!state_)
+        return;
+    CloseAndForget(state_->key);
+    for (HANDLE &key : state_->watchKeys)
+        CloseAndForget(key);
+}
+
+bool OrvBasWinRegistryHandle::IsOpened() const
+{
+    return state_ && state_->key;
+}
+
+OrvResult OrvBasWinRegistryHandle::GetCurrentKeyPath(IOrvString<wchar_t> &path) const
+{
+    return path.Set(path_.GetValue(), path_.GetInternal().length);
+}
+
+bool OrvBasWinRegistryHandle::IsWow64ViewModeSupported()
+{
+    enum : long { kUnknown, kYes, kNo };
+    static volatile long answer = kUnknown; // whoever comes first finds the same as the others
+    if (answer == kUnknown) {
+        const auto processor = OrvEnvironment::OsInfo::GetFacts().processorArchitecture;
+        answer = processor == OrvEnvironment::ProcessorX64 || processor == OrvEnvironment::ProcessorItanium
+                     ? kYes
+                     : kNo;
+    }
+    return answer == kYes;
+}
+
+OrvResult OrvBasWinRegistryHandle::SetViewMode(ViewMode mode)
+{
+    const uint32_t view = ViewOf(mode);
+    if (IsOpened() ? view != ViewOf(viewMode_) : parent_ && view != ViewOf(parent_->viewMode_))
+        return ORV_E_NOT_SUPPORTED;
+    if ((view == OrvRegistryView64 || view == OrvRegistryView32) && !IsWow64ViewModeSupported())
+        return ORV_E_VIEW_NOT_SUPPORTED;
+    if (view == OrvRegistryViewNode && !HasNodeView(root_))
+        return ORV_E_VIEW_ROOT;
+    viewMode_ = mode;
+    return 0;
+}
+
+OrvBasWinRegistryHandle::ViewMode OrvBasWinRegistryHandle::GetViewMode() const
+{
+    return viewMode_;
+}
+
+OrvResult OrvBasWinRegistryHandle::ParentKey(void *&key) const
+{
+    return parent_ ? parent_->CurrentKey(key) : detail::GetRegistryRootKey(root_, key);
+}
+
+OrvResult OrvBasWinRegistryHandle::CurrentKey(void *&key) const
+{
+    if (!IsOpened())
+        return ParentKey(key);
+    key = state_->key;
+    return 0;
+}
+
+OrvResult OrvBasWinRegistryHandle::MakeState()
+{
+    if (state_)
+        return 0;
+    state_ = static_cast<detail::RegistryState *>(detail::AllocateBytes(sizeof(detail::RegistryState)));
+    if (!state_)
+        return ORV_E_OUT_OF_MEMORY;
+    *state_ = {};
+    return 0;
+}
+
+OrvResult OrvBasWinRegistryHandle::OpenBelow(void *base, const Name &path, uint32_t access,
+                                             OrvWinTransaction *transaction, Creation creation,
+                                             void *&handle) const
+{
+    // Some systems have the functions for keys, as ordinary ones, without having transactions.
+    if (transaction &&
+        !(OrvNtdll_FunctionExists("ZwCreateTransaction") && OrvNtdll_FunctionExists("ZwOpenKeyTransacted")))
+        return ORV_E_NOT_SUPPORTED;
+    const HANDLE inside = transaction ? transaction->GetHandle() : nullptr;
+
+    detail::CountedName name;
+    if (!name.Set(path))
+        return ORV_E_INVALID_NAME;
+    OrvUtf16CharHeapBuffer viewPath; // with the path part of the 32-bit view
+    const uint32_t length = name.Get()->Length / sizeof(WCHAR);
+    const uint32_t position = ViewOf(viewMode_) == OrvRegistryViewNode
+                                  ? detail::FindWow6432NodePosition(root_, path.characters, length)
+                                  : 0;
+    if (position) {
+        OrvResult result = viewPath.Append(path.characters, position);
+        if (OrvSucceeded(result))
+            result = viewPath.Append(L'\\');
+        if (OrvSucceeded(result))
+            result = viewPath.Append(detail::kWow6432Node);
+        if (OrvSucceeded(result))
+            result = viewPath.Append(path.characters + position, length - position);
+        if (OrvFailed(result))
+            return result;
+        if (!name.Set(Name(viewPath.GetBuffer(), viewPath.GetInternal().length)))
+            return ORV_E_INVALID_NAME;
+    }
+
+    const OBJECT_ATTRIBUTES attributes = {
+        sizeof attributes,    base,    const_cast<UNICODE_STRING *>(name.Get()),
+        OBJ_CASE_INSENSITIVE, nullptr, nullptr};
+    const ACCESS_MASK viewAccess = ViewAccess(viewMode_);
+    HANDLE opened = nullptr;
+    ULONG disposition = REG_OPENED_EXISTING_KEY;
+    NTSTATUS status = 0;
+    if (creation == kOpenOnly) {
+        status = OpenNative(attributes, access | viewAccess, inside, opened);
+    } else {
+        status = CreateNative(attributes, access | viewAccess, inside, opened, disposition);
+        if (creation == kCreateAll &&
+            (status == STATUS_OBJECT_NAME_NOT_FOUND || status == STATUS_OBJECT_PATH_NOT_FOUND)) {
+            status = CreateParents(attributes, viewAccess, inside);
+            if (NT_SUCCESS(status))
+                status = CreateNative(attributes, access | viewAccess, inside, opened, disposition);
+        }
+    }
+    if (!NT_SUCCESS(status))
+        return detail::ResultFromStatus(status);
+    handle = opened;
+    return creation != kOpenOnly && disposition == REG_OPENED_EXISTING_KEY ? ORV_S_ALREADY_EXISTS : ORV_S_OK;
+}
+
+OrvResult OrvBasWinRegistryHandle::ReplaceKey(const Name &path, uint32_t access,
+                                              OrvWinTransaction *transaction, Creation creation)
+{
+    OrvResult result = MakeState();
+    if (OrvFailed(result))
+        return result;
+    OrvUtf16CharHeapBuffer newPath;
+    result = newPath.Assign(path.characters, path.length);
+    if (OrvFailed(result))
+        return result;
+    HANDLE base = nullptr;
+    result = ParentKey(base);
+    if (OrvFailed(result))
+        return result;
+    HANDLE opened = nullptr;
+    result = OpenBelow(base, path, access, transaction, creation, opened);
+    if (OrvFailed(result))
+        return result;
+    CloseKey();
+    state_->key = opened;
+    path_.Swap(newPath);
+    return result;
+}
+
+OrvResult OrvBasWinRegistryHandle::OpenOrCreateKey(const Name &path, OrvWinRegistryRights rights)
+{
+    return ReplaceKey(path, rights, nullptr, kCreateAll);
+}
+
+OrvResult OrvBasWinRegistryHandle::OpenOrCreateKeyTransacted(OrvWinTransaction &transaction, const Name &path,
+                                                             OrvWinRegistryRights rights)
+{
+    return ReplaceKey(path, rights, &transaction, kCreateAll);
+}
+
+OrvResult OrvBasWinRegistryHandle::OpenKeyIfExists(const Name &path, OrvWinRegistryRights rights)
+{
+    const OrvResult result = ReplaceKey(path, rights, nullptr, kOpenOnly);
+    return result == ORV_E_FILE_NOT_FOUND || result == ORV_E_PATH_NOT_FOUND ? ORV_E_KEY_NOT_FOUND : result;
+}
+
+OrvResult OrvBasWinRegistryHandle::OpenKeyIfExistsTransacted(OrvWinTransaction &transaction, const Name &path,
+                                                             OrvWinRegistryRights rights)
+{
+    const OrvResult result = ReplaceKey(path, rights, &transaction, kOpenOnly);
+    return result == ORV_E_FILE_NOT_FOUND || result == ORV_E_PATH_NOT_FOUND ? ORV_E_KEY_NOT_FOUND : result;
+}
+
+OrvResult OrvBasWinRegistryHandle::CreateHandleInternal(void *&handle, const Name &path, uint32_t access,
+                                                        OrvWinTransaction *transaction)
+{
+    HANDLE base = nullptr;
+    const OrvResult result = CurrentKey(base);
+    return OrvSucceeded(result) ? OpenBelow(base, path, access, transaction, kOpenOnly, handle) : result;
+}

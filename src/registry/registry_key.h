@@ -1,0 +1,58 @@
+// What the parts of the registry handle share: its working state, counted names, and handles for one
+// operation.
+
+#pragma once
+
+#include "nt/nt.h"
+#include "orv/registry/registry_handle.h"
+#include "text/length.h"
+
+namespace detail
+{
+
+/// What a handle needs once it opens or watches a key.
+struct RegistryState {
+    HANDLE key; ///< null: none is open
+
+    /// The handles that changes are watched through, without and with what is below the key. The platform
+    /// takes what to watch from a handle's first watch, so each kind needs one of its own.
+    HANDLE watchKeys[2];
+};
+
+/// A name as the platform takes it.
+class CountedName
+{
+public:
+    /// False when it is too long to be counted.
+    bool Set(const OrvStringRefBase<wchar_t> &name)
+    {
+        constexpr uint32_t kLongest = 32766;
+        const uint32_t length = ResolveLength(name.characters, name.length);
+        const auto size = static_cast<USHORT>(length * sizeof(WCHAR));
+        counted_ = {size, size, const_cast<WCHAR *>(name.characters)};
+        return length <= kLongest;
+    }
+
+    const UNICODE_STRING *Get() const { return &counted_; }
+
+private:
+    UNICODE_STRING counted_;
+};
+
+/// A key that is open for one operation.
+class ScopedKey
+{
+public:
+    ScopedKey() = default;
+    ScopedKey(const ScopedKey &) = delete;
+    ScopedKey &operator=(const ScopedKey &) = delete;
+    ~ScopedKey()
+    {
+        if (handle)
+            ZwClose(handle);
+    }
+
+    HANDLE handle = nullptr;
+};
+
+} // namespace detail

@@ -1,0 +1,232 @@
+// Making, deleting and describing keys.
+
+#include "orv/registry/registry_handle.h"
+
+#include "orv/runtime/result.h"
+#include "registry/registry_key.h"
+#include "registry/registry_path.h"
+#include "runtime/heap.h"
+#include "runtime/status.h"
+
+namespace
+{
+
+/// The keys from the one to be deleted down to the one that is being emptied. On the heap, because nothing
+/// limits the depth but the platform.
+class KeyStack
+{
+public:
+    KeyStack() = default;
+    KeyStack(const KeyStack &) = delete;
+    KeyStack &operator=(const KeyStack &) = delete;
+    ~KeyStack()
+    {
+        while (!IsEmpty())
+            Pop();
+    }
+
+    bool IsEmpty() const { return count_ == 0; }
+    HANDLE Top() const { return keys_.Get()[count_ - 1]; }
+
+    /// Takes the key over; false, and it is closed, when the heap refuses.
+    bool Push(HANDLE key)
+    {
+        if (count_ == capacity_) {
+            detail::HeapArray<HANDLE> larger = detail::HeapArray<HANDLE>::Allocate(capacity_ + 16);
+            if (!larger) {
+                ZwClose(key);
+                return false;
+            }
+            for (uint32_t i = 0; i < count_; i++)
+                larger.Get()[i] = keys_.Get()[i];
+            keys_.Reset(larger.Detach());
+            capacity_ += 16;
+        }
+        keys_.Get()[count_++] = key;
+        return true;
+    }
+
+    void Pop() { ZwClose(keys_.Get()[--count_]); }
+
+private:
+    detail::HeapArray<HANDLE> keys_;
+    uint32_t count_ = 0;
+    uint32_t capacity_ = 0;
+};
+
+bool IsGone(OrvResult result)
+{
+    return result == ORV_E_FILE_NOT_FOUND || result == ORV_E_PATH_NOT_FOUND ||
+           result == detail::ResultFromStatus(STATUS_KEY_DELETED);
+}
+
+OrvResult QueryInfo(HANDLE key, OrvBasWinRegistryKeyInfo &info)
+{
+    KEY_FULL_INFORMATION full = {};
+    ULONG needed = 0;
+    const NTSTATUS status = ZwQueryKey(key, KeyFullInformation, &full, sizeof full, &needed);
+    // The class, which has no room here, is of no use.
+    if (!NT_SUCCESS(status) && status != STATUS_BUFFER_OVERFLOW)
+        return detail::ResultFromStatus(status);
+    info.lastWriteTime = static_cast<uint64_t>(full.LastWriteTime);
+    info.subKeyCount = full.SubKeys;
+    info.longestSubKeyName = full.MaxNameLen / sizeof(WCHAR);
+    info.valueCount = full.Values;
+    info.longestValueName = full.MaxValueNameLen / sizeof(WCHAR);
+    info.largestValue = full.MaxValueDataLen;
+    return 0;
+}
+
+} // namespace
+
+bool OrvBasWinRegistryHandle::Exists(const Name &path, OrvWinTransaction *transaction)
+{
+    detail::ScopedKey key;
+    const OrvResult result = CreateHandleInternal(key.handle, path, KEY_QUERY_VALUE, transaction);
+    return OrvSucceeded(result) || result == ORV_E_ACCESS_DENIED;
+}
+
+bool OrvBasWinRegistryHandle::KeyExists(const Name &path)
+{
+    return Exists(path, nullptr);
+}
+
+bool OrvBasWinRegistryHandle::KeyExistsTransacted(OrvWinTransaction &transaction, const Name &path)
+{
+    return Exists(path, &transaction);
+}
+
+OrvResult OrvBasWinRegistryHandle::CreateBelow(const Name &path, OrvWinTransaction *transaction,
+                                               Creation creation)
+{
+    HANDLE base = nullptr;
+    const OrvResult result = CurrentKey(base);
+    if (OrvFailed(result))
+        return result;
+    detail::ScopedKey key;
+    return OpenBelow(base, path, KEY_QUERY_VALUE, transaction, creation, key.handle);
+}
+
+OrvResult OrvBasWinRegistryHandle::CreateKey(const Name &path)
+{
+    return CreateBelow(path, nullptr, kCreateLast);
+}
+
+OrvResult OrvBasWinRegistryHandle::CreateKeyTransacted(OrvWinTransaction &transaction, const Name &path)
+{
+    return CreateBelow(path, &transaction, kCreateLast);
+}
+
+OrvResult OrvBasWinRegistryHandle::CreateKeys(const Name &path)
+{
+    return CreateBelow(path, nullptr, kCreateAll);
+}
+
+OrvResult OrvBasWinRegistryHandle::CreateKeysTransacted(OrvWinTransaction &transaction, const Name &path)
+{
+    return CreateBelow(path, &transaction, kCreateAll);
+}
+
+OrvResult OrvBasWinRegistryHandle::Delete(const Name &path, bool recursive, OrvWinTransaction *transaction)
+{
+    constexpr ACCESS_MASK kAccess = DELETE | KEY_ENUMERATE_SUB_KEYS;
+    HANDLE opened = nullptr;
+    OrvResult result = CreateHandleInternal(opened, path, kAccess, transaction);
+    if (OrvFailed(result))
+        return result;
+    KeyStack keys;
+    if (!keys.Push(opened))
+        return ORV_E_OUT_OF_MEMORY;
+    OrvBasWinRegistryEnumerator children;
+    uint32_t vanished = 0; // in a row: a name that is listed but not found would be listed for ever
+    while (!keys.IsEmpty()) {
+        if (recursive) {
+            // Always the first child: those before it are gone.
+            children.key_ = keys.Top();
+            children.index_ = 0;
+            OrvStringzRefBase<wchar_t> name(nullptr);
+            bool found = false;
+            result = children.Next(name, found);
+            if (OrvSucceeded(result) && found) {
+                result = OpenBelow(keys.Top(), Name(name.characters, children.GetLength()), kAccess,
+                                   transaction, kOpenOnly, opened);
+                constexpr uint32_t kPatience = 100;
+                if (OrvFailed(result) && (!IsGone(result) || ++vanished == kPatience))
+                    return result;
+                if (OrvSucceeded(result)) {
+                    vanished = 0;
+                    if (!keys.Push(opened))
+                        return ORV_E_OUT_OF_MEMORY;
+                }
+                continue;
+            }
+            if (OrvFailed(result) && !IsGone(result))
+                return result;
+        }
+        result = detail::ResultFromCall(ZwDeleteKey(keys.Top()));
+        keys.Pop();
+        if (OrvFailed(result) && (!IsGone(result) || keys.IsEmpty()))
+            return result;
+    }
+    return 0;
+}
+
+OrvResult OrvBasWinRegistryHandle::DeleteKey(const Name &path, bool recursive)
+{
+    return Delete(path, recursive, nullptr);
+}
+
+OrvResult OrvBasWinRegistryHandle::DeleteKeyTransacted(OrvWinTransaction &transaction, const Name &path,
+                                                       bool recursive)
+{
+    return Delete(path, recursive, &transaction);
+}
+
+OrvResult OrvBasWinRegistryHandle::GetKeyInfo(OrvBasWinRegistryKeyInfo &info)
+{
+    HANDLE key = nullptr;
+    const OrvResult result = CurrentKey(key);
+    return OrvSucceeded(result) ? QueryInfo(key, info) : result;
+}
+
+OrvResult OrvBasWinRegistryHandle::GetKeyInfoTransacted(OrvWinTransaction &transaction,
+                                                        OrvBasWinRegistryKeyInfo &info)
+{
+    detail::ScopedKey key;
+    const OrvResult result = CreateHandleInternal(key.handle, Name(), KEY_QUERY_VALUE, &transaction);
+    return OrvSucceeded(result) ? QueryInfo(key.handle, info) : result;
+}
+
+OrvResult OrvBasWinRegistryHandle::SplitCurrentKeyName(OrvBasWinRegistryRootType &root,
+                                                       IOrvString<wchar_t> &path, uint32_t &access) const
+{
+    HANDLE key = nullptr;
+    OrvResult result = CurrentKey(key);
+    if (OrvFailed(result))
+        return result;
+    ULONG size = 512;
+    for (;;) {
+        const detail::HeapArray<uint8_t> bytes = detail::HeapArray<uint8_t>::Allocate(size);
+        if (!bytes)
+            return ORV_E_OUT_OF_MEMORY;
+        const ULONG room = size;
+        const NTSTATUS status = ZwQueryKey(key, KeyNameInformation, bytes.Get(), room, &size);
+        if ((status == STATUS_BUFFER_OVERFLOW || status == STATUS_BUFFER_TOO_SMALL) && size > room)
+            continue;
+        if (!NT_SUCCESS(status))
+            return detail::ResultFromStatus(status);
+        const auto &information = *reinterpret_cast<const KEY_NAME_INFORMATION *>(bytes.Get());
+        OrvUtf16CharHeapBuffer text;
+        OrvBasWinRegistryRootType found = OrvRegistryNoRoot;
+        uint32_t newAccess = access;
+        result = detail::SplitNativeKeyName(information.Name, information.NameLength / sizeof(WCHAR), found,
+                                            text, newAccess);
+        if (OrvSucceeded(result))
+            result = path.Set(text.GetValue(), text.GetInternal().length);
+        if (OrvFailed(result))
+            return result;
+        root = found;
+        access = newAccess;
+        return 0;
+    }
+}

@@ -1,0 +1,373 @@
+// Reading and writing values. A value is read into an array on the stack, which almost every value fits, and
+// only when it does not is there another call and a block of the heap.
+
+#include "orv/registry/registry_handle.h"
+
+#include "crt/memory.h"
+#include "orv/fs/dos_path.h"
+#include "orv/runtime/result.h"
+#include "registry/registry_key.h"
+#include "runtime/heap.h"
+#include "runtime/status.h"
+
+namespace
+{
+
+typedef OrvBasWinRegistryHandle::Name Name;
+
+constexpr uint32_t kHeaderSize = offsetof(KEY_VALUE_PARTIAL_INFORMATION, Data);
+constexpr uint32_t kTerminatorRoom = 3 * sizeof(WCHAR) - 1; ///< a byte to make it even, and two terminators
+
+uint32_t TurnRound(uint32_t value)
+{
+    return value >> 24 | (value >> 8 & 0xFF00) | (value << 8 & 0xFF0000) | value << 24;
+}
+
+/// A value as it is read: its type and its bytes, terminated as its type wants it.
+class ReadValue
+{
+public:
+    OrvResult Read(HANDLE key, const Name &name)
+    {
+        detail::CountedName counted;
+        if (!counted.Set(name))
+            return ORV_E_INVALID_NAME;
+        uint32_t room = kHeaderSize + kOnStack;
+        for (;;) {
+            ULONG needed = 0;
+            const NTSTATUS status =
+                ZwQueryValueKey(key, counted.Get(), KeyValuePartialInformation, Bytes(), room, &needed);
+            if (NT_SUCCESS(status)) {
+                Terminate();
+                return 0;
+            }
+            // It may grow between the calls; each round has more room than the one before.
+            if ((status != STATUS_BUFFER_OVERFLOW && status != STATUS_BUFFER_TOO_SMALL) || needed <= room)
+                return detail::ResultFromStatus(status);
+            if (needed > UINT32_MAX - kTerminatorRoom)
+                return ORV_E_OUT_OF_MEMORY;
+            room = needed;
+            large_.Reset(detail::HeapArray<uint8_t>::Allocate(room + kTerminatorRoom).Detach());
+            if (!large_)
+                return ORV_E_OUT_OF_MEMORY;
+        }
+    }
+
+    OrvBasWinRegistryValueType Type() { return static_cast<OrvBasWinRegistryValueType>(Information().Type); }
+    const uint8_t *Data() { return Information().Data; }
+    uint32_t Size() { return Information().DataLength; }
+
+    OrvResult CopyTo(IOrvBuffer<unsigned char> &bytes)
+    {
+        const OrvResult result = bytes.Resize(Size());
+        if (OrvSucceeded(result) && Size())
+            memcpy(bytes.GetElements(), Data(), Size());
+        return result;
+    }
+
+private:
+    static constexpr uint32_t kOnStack = 256; ///< bytes of the value
+
+    uint8_t *Bytes() { return large_ ? large_.Get() : small_; }
+    KEY_VALUE_PARTIAL_INFORMATION &Information()
+    {
+        return *reinterpret_cast<KEY_VALUE_PARTIAL_INFORMATION *>(Bytes());
+    }
+
+    bool EndsWithZero(uint32_t fromEnd)
+    {
+        const uint32_t size = Size();
+        return size >= fromEnd * sizeof(WCHAR) &&
+               reinterpret_cast<const WCHAR *>(Data() + size)[-static_cast<int>(fromEnd)] == 0;
+    }
+
+    void Append(uint8_t byte) { Information().Data[Information().DataLength++] = byte; }
+
+    void Terminate()
+    {
+        const bool isMulti = Type() == OrvRegistryMultiString;
+        if ((Type() != OrvRegistryString && Type() != OrvRegistryExpandString && !isMulti) || Size() == 0)
+            return;
+        if (Size() % sizeof(WCHAR))
+            Append(0);
+        while (!EndsWithZero(1) || (isMulti && !EndsWithZero(2))) {
+            Append(0);
+            Append(0);
+        }
+    }
+
+    alignas(4) uint8_t small_[kHeaderSize + kOnStack + kTerminatorRoom];
+    detail::HeapArray<uint8_t> large_;
+};
+
+OrvResult Query(HANDLE key, OrvBasWinRegistryValueType &type, IOrvBuffer<unsigned char> &bytes,
+                const Name &name)
+{
+    ReadValue value;
+    OrvResult result = value.Read(key, name);
+    if (OrvSucceeded(result))
+        result = value.CopyTo(bytes);
+    if (OrvSucceeded(result))
+        type = value.Type();
+    return result;
+}
+
+OrvResult Set(HANDLE key, OrvBasWinRegistryValueType type, const void *bytes, uint32_t size, const Name &name)
+{
+    if (!bytes && size)
+        return ORV_E_INVALID_ARGUMENT;
+    detail::CountedName counted;
+    if (!counted.Set(name))
+        return ORV_E_INVALID_NAME;
+    return detail::ResultFromCall(ZwSetValueKey(key, counted.Get(), 0, type, bytes, size));
+}
+
+OrvResult Remove(HANDLE key, const Name &name)
+{
+    detail::CountedName counted;
+    if (!counted.Set(name))
+        return ORV_E_INVALID_NAME;
+    return detail::ResultFromCall(ZwDeleteValueKey(key, counted.Get()));
+}
+
+bool Exists(HANDLE key, const Name &name)
+{
+    detail::CountedName counted;
+    if (!counted.Set(name))
+        return false;
+    KEY_VALUE_PARTIAL_INFORMATION information = {};
+    ULONG needed = 0;
+    const NTSTATUS status = ZwQueryValueKey(key, counted.Get(), KeyValuePartialInformation, &information,
+                                            sizeof information, &needed);
+    return NT_SUCCESS(status) || status == STATUS_BUFFER_OVERFLOW || status == STATUS_BUFFER_TOO_SMALL;
+}
+
+/// Gives a number of this type, or with its bytes turned round if it is of the other one.
+template <typename T>
+OrvResult ReadNumber(HANDLE key, T &number, const Name &name, OrvBasWinRegistryValueType type)
+{
+    ReadValue value;
+    const OrvResult result = value.Read(key, name);
+    if (OrvFailed(result))
+        return result;
+    const bool isTurned = type == OrvRegistryDWord && value.Type() == OrvRegistryDWordBigEndian;
+    if (value.Type() != type && !isTurned)
+        return ORV_E_VALUE_TYPE;
+    if (value.Size() != sizeof(T))
+        return ORV_E_INVALID_DATA;
+    T read;
+    memcpy(&read, value.Data(), sizeof read);
+    number = isTurned ? TurnRound(static_cast<uint32_t>(read)) : read;
+    return 0;
+}
+
+template <typename T>
+OrvResult OrDefault(OrvResult result, T &number, T defaultValue)
+{
+    if (result != ORV_E_FILE_NOT_FOUND)
+        return result;
+    number = defaultValue;
+    return ORV_S_NOT_SET;
+}
+
+} // namespace
+
+OrvResult OrvBasWinRegistryHandle::SetValue(OrvBasWinRegistryValueType type, const void *bytes, uint32_t size,
+                                            const Name &name)
+{
+    HANDLE key = nullptr;
+    const OrvResult result = CurrentKey(key);
+    return OrvSucceeded(result) ? Set(key, type, bytes, size, name) : result;
+}
+
+OrvResult OrvBasWinRegistryHandle::SetValueTransacted(OrvWinTransaction &transaction,
+                                                      OrvBasWinRegistryValueType type, const void *bytes,
+                                                      uint32_t size, const Name &name)
+{
+    detail::ScopedKey key;
+    const OrvResult result = CreateHandleInternal(key.handle, Name(), KEY_SET_VALUE, &transaction);
+    return OrvSucceeded(result) ? Set(key.handle, type, bytes, size, name) : result;
+}
+
+OrvResult OrvBasWinRegistryHandle::QueryValue(OrvBasWinRegistryValueType &type,
+                                              IOrvBuffer<unsigned char> &bytes, const Name &name)
+{
+    HANDLE key = nullptr;
+    const OrvResult result = CurrentKey(key);
+    return OrvSucceeded(result) ? Query(key, type, bytes, name) : result;
+}
+
+OrvResult OrvBasWinRegistryHandle::QueryValueTransacted(OrvWinTransaction &transaction,
+                                                        OrvBasWinRegistryValueType &type,
+                                                        IOrvBuffer<unsigned char> &bytes, const Name &name)
+{
+    detail::ScopedKey key;
+    const OrvResult result = CreateHandleInternal(key.handle, Name(), KEY_QUERY_VALUE, &transaction);
+    return OrvSucceeded(result) ? Query(key.handle, type, bytes, name) : result;
+}
+
+OrvResult OrvBasWinRegistryHandle::GetBinaryValue(IOrvBuffer<unsigned char> &bytes, const Name &name)
+{
+    HANDLE key = nullptr;
+    OrvResult result = CurrentKey(key);
+    ReadValue value;
+    if (OrvSucceeded(result))
+        result = value.Read(key, name);
+    if (OrvFailed(result))
+        return result;
+    return value.Type() == OrvRegistryBinary ? value.CopyTo(bytes) : ORV_E_VALUE_TYPE;
+}
+
+OrvResult OrvBasWinRegistryHandle::SetBinaryValue(const void *bytes, uint32_t size, const Name &name)
+{
+    return SetValue(OrvRegistryBinary, bytes, size, name);
+}
+
+OrvResult OrvBasWinRegistryHandle::GetDWordValue(uint32_t &value, const Name &name)
+{
+    HANDLE key = nullptr;
+    const OrvResult result = CurrentKey(key);
+    return OrvSucceeded(result) ? ReadNumber(key, value, name, OrvRegistryDWord) : result;
+}
+
+OrvResult OrvBasWinRegistryHandle::GetDWordValueWithDefault(uint32_t &value, const Name &name,
+                                                            uint32_t defaultValue)
+{
+    return OrDefault(GetDWordValue(value, name), value, defaultValue);
+}
+
+OrvResult OrvBasWinRegistryHandle::SetDWordValue(uint32_t value, const Name &name, bool bigEndian)
+{
+    const uint32_t stored = bigEndian ? TurnRound(value) : value;
+    return SetValue(bigEndian ? OrvRegistryDWordBigEndian : OrvRegistryDWord, &stored, sizeof stored, name);
+}
+
+OrvResult OrvBasWinRegistryHandle::GetQWordValue(uint64_t &value, const Name &name)
+{
+    HANDLE key = nullptr;
+    const OrvResult result = CurrentKey(key);
+    return OrvSucceeded(result) ? ReadNumber(key, value, name, OrvRegistryQWord) : result;
+}
+
+OrvResult OrvBasWinRegistryHandle::GetQWordValueWithDefault(uint64_t &value, const Name &name,
+                                                            uint64_t defaultValue)
+{
+    return OrDefault(GetQWordValue(value, name), value, defaultValue);
+}
+
+OrvResult OrvBasWinRegistryHandle::SetQWordValue(uint64_t value, const Name &name)
+{
+    return SetValue(OrvRegistryQWord, &value, sizeof value, name);
+}
+
+OrvResult OrvBasWinRegistryHandle::GetStringValue(IOrvString<wchar_t> &value, const Name &name, bool expand)
+{
+    HANDLE key = nullptr;
+    OrvResult result = CurrentKey(key);
+    ReadValue read;
+    if (OrvSucceeded(result))
+        result = read.Read(key, name);
+    if (OrvFailed(result))
+        return result;
+    if (read.Type() != OrvRegistryString && read.Type() != OrvRegistryExpandString)
+        return ORV_E_VALUE_TYPE;
+    const wchar_t *const text = read.Size() ? reinterpret_cast<const wchar_t *>(read.Data()) : L"";
+    if (!expand || read.Type() != OrvRegistryExpandString)
+        return value.Set(text, OrvGetStringSizeInElements(text));
+    OrvUtf16CharHeapBuffer expanded;
+    result = OrvNtdll_RtlExpandEnvironmentStrings_T(text, expanded);
+    return OrvSucceeded(result) ? value.Set(expanded.GetValue(), expanded.GetInternal().length) : result;
+}
+
+OrvResult OrvBasWinRegistryHandle::SetStringValue(const Name &value, const Name &name, bool expandable)
+{
+    constexpr uint32_t kLongest = UINT32_MAX / sizeof(wchar_t) - 1;
+    const OrvBasWinRegistryValueType type = expandable ? OrvRegistryExpandString : OrvRegistryString;
+    const uint32_t length = detail::ResolveLength(value.characters, value.length);
+    if (length > kLongest)
+        return ORV_E_INVALID_ARGUMENT;
+    // A text that is terminated can be stored as it stands.
+    if (value.length == OrvTerminated && value.characters)
+        return SetValue(type, value.characters, (length + 1) * sizeof(wchar_t), name);
+    OrvUtf16CharHeapBuffer terminated;
+    const OrvResult result = terminated.Append(value.characters, length);
+    return OrvSucceeded(result) ? SetValue(type, terminated.GetBuffer(), (length + 1) * sizeof(wchar_t), name)
+                                : result;
+}
+
+OrvResult OrvBasWinRegistryHandle::GetStringArrayValue(NameInserter &strings, const Name &name)
+{
+    HANDLE key = nullptr;
+    OrvResult result = CurrentKey(key);
+    ReadValue value;
+    if (OrvSucceeded(result))
+        result = value.Read(key, name);
+    if (OrvFailed(result))
+        return result;
+    if (value.Type() != OrvRegistryMultiString)
+        return ORV_E_VALUE_TYPE;
+    auto *next = reinterpret_cast<const wchar_t *>(value.Data());
+    while (value.Size() && *next) {
+        const uint32_t length = OrvGetStringSizeInElements(next);
+        result = strings.Insert(Name(next, length));
+        if (OrvFailed(result))
+            return result;
+        next += length + 1;
+    }
+    return 0;
+}
+
+OrvResult OrvBasWinRegistryHandle::SetStringArrayValue(NameEnumerator &strings, const Name &name)
+{
+    OrvUtf16CharHeapBuffer joined;
+    for (;;) {
+        OrvStringzRefBase<wchar_t> item(nullptr);
+        bool found = false;
+        OrvResult result = strings.Next(item, found);
+        if (OrvFailed(result))
+            return result;
+        if (!found)
+            break;
+        if (!item.characters || !*item.characters)
+            return ORV_E_INVALID_ARGUMENT;
+        result = joined.Append(item.characters);
+        if (OrvSucceeded(result))
+            result = joined.Append(wchar_t(0));
+        if (OrvFailed(result))
+            return result;
+    }
+    const OrvResult result = joined.Append(wchar_t(0));
+    if (OrvFailed(result))
+        return result;
+    const uint32_t length = joined.GetInternal().length;
+    if (length > UINT32_MAX / sizeof(wchar_t))
+        return ORV_E_INVALID_ARGUMENT;
+    return SetValue(OrvRegistryMultiString, joined.GetBuffer(), length * sizeof(wchar_t), name);
+}
+
+OrvResult OrvBasWinRegistryHandle::DeleteValue(const Name &name)
+{
+    HANDLE key = nullptr;
+    const OrvResult result = CurrentKey(key);
+    return OrvSucceeded(result) ? Remove(key, name) : result;
+}
+
+OrvResult OrvBasWinRegistryHandle::DeleteValueTransacted(OrvWinTransaction &transaction, const Name &name)
+{
+    detail::ScopedKey key;
+    const OrvResult result = CreateHandleInternal(key.handle, Name(), KEY_SET_VALUE, &transaction);
+    return OrvSucceeded(result) ? Remove(key.handle, name) : result;
+}
+
+bool OrvBasWinRegistryHandle::ValueExists(const Name &name)
+{
+    HANDLE key = nullptr;
+    return OrvSucceeded(CurrentKey(key)) && ::Exists(key, name);
+}
+
+bool OrvBasWinRegistryHandle::ValueExistsTransacted(OrvWinTransaction &transaction, const Name &name)
+{
+    detail::ScopedKey key;
+    return OrvSucceeded(CreateHandleInternal(key.handle, Name(), KEY_QUERY_VALUE, &transaction)) &&
+           ::Exists(key.handle, name);
+}

@@ -1,0 +1,162 @@
+// What the registry asks of the platform, seen from inside: how often, with which rights, under which names.
+
+#include "orv/env/os_info.h"
+#include "orv/registry/registry_handle.h"
+#include "registry/registry_path.h"
+
+#include "harness/test.h"
+#include "nt/programs.h"
+#include "orv/runtime/result.h"
+#include "orv/runtime/startup.h"
+#include "orv/text/heap_string.h"
+#include "sync/internal/redirected.h"
+
+IMPORT_SLOT(ZwQueryValueKey, 24);
+IMPORT_SLOT(ZwOpenKey, 12);
+
+namespace
+{
+
+uint32_t calls;
+ACCESS_MASK lastAccess;
+
+NTSTATUS NTAPI CountQuery(HANDLE key, const UNICODE_STRING *name, ULONG informationClass, PVOID information,
+                          ULONG size, ULONG *needed)
+{
+    calls++;
+    return Redirected<decltype(ZwQueryValueKey)>::original(key, name, informationClass, information, size,
+                                                           needed);
+}
+
+NTSTATUS NTAPI NoteAccess(HANDLE *key, ACCESS_MASK access, const OBJECT_ATTRIBUTES *attributes)
+{
+    lastAccess = access;
+    return Redirected<decltype(ZwOpenKey)>::original(key, access, attributes);
+}
+
+} // namespace
+
+TEST_CASE(SmallValuesAreOneCall)
+{
+    InternalInitializeOrvSysDll();
+    OrvBasWinRegistryHandle key(OrvRegistryCurrentUser);
+    CHECK(OrvSucceeded(key.OpenOrCreateKey(L"Software\\OrvRegistryCallTest")));
+    const Redirected<decltype(ZwQueryValueKey)> counted(ZwQueryValueKeySlot, CountQuery);
+    const char bytes[300] = {};
+    for (uint32_t size = 0; size <= 300; size += 4) {
+        test::Note("size", size);
+        CHECK_EQUAL(key.SetBinaryValue(bytes, size, L"v"), ORV_S_OK);
+        calls = 0;
+        OrvByteHeapBuffer read;
+        CHECK_EQUAL(key.GetBinaryValue(read, L"v"), ORV_S_OK);
+        CHECK_EQUAL(calls, size <= 256 ? 1u : 2u);
+    }
+    CHECK_EQUAL(key.DeleteKey(L"", false), ORV_S_OK);
+}
+
+TEST_CASE(ViewsBecomeAccessBits)
+{
+    InternalInitializeOrvSysDll();
+    const OrvEnvironment::OsFacts actual = OrvEnvironment::OsInfo::GetFacts();
+    OrvEnvironment::OsFacts facts = actual;
+    facts.processorArchitecture = OrvEnvironment::ProcessorX64; // asked for once, here first
+    OrvEnvironment::OsInfo::Initialize(facts, L"");
+    const Redirected<decltype(ZwOpenKey)> noted(ZwOpenKeySlot, NoteAccess);
+    const struct {
+        OrvBasWinRegistryViewModeValues view;
+        ACCESS_MASK bits;
+    } cases[] = {{OrvRegistryView64, 0x100},
+                 {OrvRegistryView32, 0x200},
+                 {OrvRegistryViewNode, 0},
+                 {OrvRegistryViewDefault, 0}};
+    for (const auto &c : cases) {
+        OrvBasWinRegistryHandle key(OrvRegistryLocalMachine);
+        CHECK_EQUAL(key.SetViewMode(c.view), ORV_S_OK);
+        lastAccess = 0;
+        key.KeyExists(L"System");
+        CHECK_EQUAL(lastAccess, KEY_QUERY_VALUE | c.bits);
+    }
+    OrvEnvironment::OsInfo::Initialize(actual, L"");
+}
+
+TEST_CASE(PathPartOfTheViewHasItsPlace)
+{
+    const struct {
+        OrvBasWinRegistryRootType root;
+        const wchar_t *path;
+        uint32_t position;
+    } cases[] = {
+        {OrvRegistryLocalMachine, L"SOFTWARE", 8},
+        {OrvRegistryLocalMachine, L"Software\\x", 8},
+        {OrvRegistryLocalMachine, L"SOFTWAREX\\x", 0},
+        {OrvRegistryLocalMachine, L"SYSTEM\\SOFTWARE", 0},
+        {OrvRegistryLocalMachine, L"SOFTWARE\\wow6432node\\x", 0},
+        {OrvRegistryLocalMachine, L"SOFTWARE\\Wow6432NodeX", 8},
+        {OrvRegistryNoRoot, L"software\\x", 8},
+        {OrvRegistryNoRoot, L"x", 0},
+        {OrvRegistryUsers, L"S-1-5-18\\Software\\x", 17},
+        {OrvRegistryUsers, L"S-1-5-18\\x", 0},
+        {OrvRegistryUsers, L"S-1-5-18_Classes\\x", 16},
+        {OrvRegistryUsers, L"S-1_CLASSES", 11},
+        {OrvRegistryUsers, L"S-1_Classes\\Wow6432Node", 0},
+        {OrvRegistryUsers, L"", 0},
+    };
+    for (const auto &c : cases) {
+        test::Note("case", &c - cases);
+        uint32_t length = 0;
+        while (c.path[length])
+            length++;
+        CHECK_EQUAL(detail::FindWow6432NodePosition(c.root, c.path, length), c.position);
+    }
+}
+
+TEST_CASE(NativeNamesAreReadBack)
+{
+    UNICODE_STRING own = {};
+    CHECK_EQUAL(RtlFormatCurrentUserKeyPath(&own), 0);
+    const OrvStringRefBase<wchar_t> user(own.Buffer, own.Length / 2);
+    const struct {
+        bool isOwn; ///< behind the calling user's key
+        const wchar_t *name;
+        OrvResult result;
+        OrvBasWinRegistryRootType root;
+        const wchar_t *path;
+        uint32_t access;
+    } cases[] = {
+        {false, L"\\Registry\\Machine\\Software\\x", 0, OrvRegistryLocalMachine, L"SOFTWARE\\X", 0x101},
+        {false, L"\\REGISTRY\\MACHINE", 0, OrvRegistryLocalMachine, L"", 0x101},
+        {false, L"\\REGISTRY\\MACHINE\\SOFTWARE\\Wow6432Node", 0, OrvRegistryLocalMachine, L"SOFTWARE",
+         0x201},
+        {false, L"\\REGISTRY\\MACHINE\\SOFTWARE\\Wow6432Node\\a\\Wow6432Node", 0, OrvRegistryLocalMachine,
+         L"SOFTWARE\\A\\WOW6432NODE", 0x201},
+        {false, L"\\REGISTRY\\MACHINE\\SOFTWARE\\Wow6432NodeX", 0, OrvRegistryLocalMachine,
+         L"SOFTWARE\\WOW6432NODEX", 0x101},
+        {false, L"\\REGISTRY\\USER", 0, OrvRegistryUsers, L"", 0x101},
+        {false, L"\\REGISTRY\\USER\\S-1-5-18\\x", 0, OrvRegistryUsers, L"S-1-5-18\\X", 0x101},
+        {true, L"", 0, OrvRegistryCurrentUser, L"", 0x101},
+        {true, L"\\x", 0, OrvRegistryCurrentUser, L"X", 0x101},
+        {true, L"_Classes\\x", 0, OrvRegistryClassesRoot, L"X", 0x101},
+        {true, L"_CLASSES", 0, OrvRegistryClassesRoot, L"", 0x101},
+        {false, L"\\REGISTRY\\A\\x", ORV_E_NOT_PROVIDED, OrvRegistryNoRoot, L"before", 0x101},
+        {false, L"\\REGISTRY\\MACHINERY", ORV_E_NOT_PROVIDED, OrvRegistryNoRoot, L"before", 0x101},
+        {false, L"", ORV_E_NOT_PROVIDED, OrvRegistryNoRoot, L"before", 0x101},
+    };
+    for (const auto &c : cases) {
+        test::Note("case", &c - cases);
+        OrvUtf16CharHeapBuffer name;
+        if (c.isOwn)
+            name.Append(user.characters, user.length);
+        name.Append(c.name);
+        OrvBasWinRegistryRootType root = OrvRegistryNoRoot;
+        OrvUtf16CharHeapBuffer path;
+        path.Assign(L"before");
+        uint32_t access = 0x101;
+        CHECK_EQUAL(
+            detail::SplitNativeKeyName(name.GetValue(), name.GetInternal().length, root, path, access),
+            c.result);
+        CHECK_EQUAL(static_cast<uint32_t>(root), static_cast<uint32_t>(c.root));
+        CHECK_TEXT(path.GetValue(), c.path);
+        CHECK_EQUAL(access, c.access);
+    }
+    RtlFreeUnicodeString(&own);
+}

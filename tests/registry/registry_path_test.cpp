@@ -1,0 +1,102 @@
+// The text form of locations, and the roots that it names.
+
+#include "orv/registry/registry_handle.h"
+
+#include "harness/test.h"
+#include "harness/thread.h"
+#include "harness/usage.h"
+#include "orv/runtime/result.h"
+#include "orv/text/heap_string.h"
+
+TEST_CASE(LocationsAreSplitAndCombined)
+{
+    const struct {
+        const wchar_t *text;
+        OrvBasWinRegistryRootType root;
+        const wchar_t *path;
+        const wchar_t *value;    ///< null: none
+        const wchar_t *combined; ///< null: as the text
+    } cases[] = {
+        {L"HKLM\\SOFTWARE\\Orv\\\\Ver", OrvRegistryLocalMachine, L"SOFTWARE\\Orv", L"Ver", nullptr},
+        {L"HKEY_LOCAL_MACHINE\\SOFTWARE", OrvRegistryLocalMachine, L"SOFTWARE", nullptr, L"HKLM\\SOFTWARE"},
+        {L"hkCu", OrvRegistryCurrentUser, L"", nullptr, L"HKCU"},
+        {L"HKCU\\\\Name", OrvRegistryCurrentUser, L"", L"Name", nullptr},
+        {L"HKCU\\a\\\\", OrvRegistryCurrentUser, L"a", L"", nullptr},
+        {L"HKCU\\a\\\\b\\\\c\\d", OrvRegistryCurrentUser, L"a", L"b\\\\c\\d", nullptr},
+        {L"HKU\\a\\", OrvRegistryUsers, L"a\\", nullptr, nullptr},
+        {L"HKCC\\x", OrvRegistryCurrentConfig, L"x", nullptr, nullptr},
+        {L"hkey_classes_root\\.txt", OrvRegistryClassesRoot, L".txt", nullptr, L"HKCR\\.txt"},
+        {L"HKPD", OrvRegistryPerformanceData, L"", nullptr, nullptr},
+        {L"HKPT\\x", OrvRegistryPerformanceText, L"x", nullptr, nullptr},
+        {L"HKPN\\x", OrvRegistryPerformanceNlsText, L"x", nullptr, nullptr},
+        {L"HKDD\\x", OrvRegistryDynData, L"x", nullptr, nullptr},
+    };
+    for (const auto &c : cases) {
+        test::Note("case", &c - cases);
+        OrvBasWinRegistryRootType root = OrvRegistryNoRoot;
+        OrvUtf16HeapString path;
+        OrvUtf16HeapString value;
+        bool hasValue = !c.value;
+        CHECK_EQUAL(OrvBasWinRegistryHandle::SplitRegistryPath(root, path, hasValue, value, c.text),
+                    ORV_S_OK);
+        CHECK_EQUAL(static_cast<uint32_t>(root), static_cast<uint32_t>(c.root));
+        CHECK_TEXT(path.GetCharacters(), c.path);
+        CHECK_EQUAL(hasValue, c.value != nullptr);
+        CHECK_TEXT(value.GetCharacters(), c.value ? c.value : L"");
+        OrvUtf16HeapString text;
+        CHECK_EQUAL(c.value ? OrvBasWinRegistryHandle::CombineRegistryPath(text, c.root, c.path, c.value)
+                            : OrvBasWinRegistryHandle::CombineRegistryPath(text, c.root, c.path),
+                    ORV_S_OK);
+        CHECK_TEXT(text.GetCharacters(), c.combined ? c.combined : c.text);
+    }
+    const wchar_t *const refused[] = {L"", L"HKLMX\\a", L"HKL\\a", L"\\HKLM", L"SOFTWARE", nullptr};
+    for (const wchar_t *const text : refused) {
+        OrvBasWinRegistryRootType root = OrvRegistryUsers;
+        OrvUtf16HeapString path;
+        path.Set(L"before", 6);
+        bool hasValue = true;
+        CHECK_EQUAL(OrvBasWinRegistryHandle::SplitRegistryPath(root, path, hasValue, path, text),
+                    ORV_E_INVALID_ARGUMENT);
+        CHECK(root == OrvRegistryUsers && hasValue);
+        CHECK_TEXT(path.GetCharacters(), L"before");
+    }
+    OrvUtf16HeapString text;
+    OrvBasWinRegistryHandle::CombineRegistryPath(text, static_cast<OrvBasWinRegistryRootType>(1), L"a", L"");
+    CHECK_TEXT(text.GetCharacters(), L"\\a\\\\");
+}
+
+TEST_CASE(RootsAreOpenedOnFirstUseAndOnce)
+{
+    // The first use, by eight threads at once: all but one close what they opened.
+    const test::Usage before = test::CountUsage();
+    OrvResult results[8] = {};
+    auto work = [&](uint32_t i) {
+        OrvBasWinRegistryHandle root(OrvRegistryCurrentConfig);
+        results[i] = root.OpenRegistryRoot(OrvRegistryCurrentConfig);
+    };
+    test::RunOnThreads(8, work);
+    for (const OrvResult result : results)
+        CHECK_EQUAL(result, ORV_S_OK);
+    CHECK_EQUAL(test::CountUsage().handles, before.handles + 1);
+
+    const struct {
+        OrvBasWinRegistryRootType root;
+        bool opens;
+    } cases[] = {
+        {OrvRegistryClassesRoot, true},      {OrvRegistryCurrentUser, true},
+        {OrvRegistryLocalMachine, true},     {OrvRegistryUsers, true},
+        {OrvRegistryPerformanceData, false}, {OrvRegistryPerformanceNlsText, false},
+        {OrvRegistryDynData, false},         {OrvRegistryCurrentConfig, true},
+    };
+    OrvBasWinRegistryHandle handle(OrvRegistryLocalMachine);
+    for (const auto &c : cases) {
+        test::Note("root", static_cast<uint32_t>(c.root));
+        CHECK_EQUAL(OrvSucceeded(handle.OpenRegistryRoot(c.root)), c.opens);
+        CHECK_EQUAL(handle.SetParent(c.root), ORV_S_OK);
+        OrvBasWinRegistryKeyInfo info = {};
+        CHECK_EQUAL(OrvSucceeded(handle.GetKeyInfo(info)), c.opens);
+    }
+    CHECK_EQUAL(handle.OpenRegistryRoot(OrvRegistryNoRoot), ORV_E_INVALID_HANDLE);
+    CHECK_EQUAL(handle.OpenRegistryRoot(static_cast<OrvBasWinRegistryRootType>(7)), ORV_E_INVALID_ARGUMENT);
+    CHECK_EQUAL(handle.SetParent(OrvRegistryNoRoot), ORV_E_INVALID_HANDLE);
+}
