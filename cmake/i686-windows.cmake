@@ -34,7 +34,7 @@ set(CMAKE_MSVC_RUNTIME_LIBRARY "")
 
 # Our own flags replace CMake's defaults, which assume a C runtime. Set in the cache, because CMake adds its defaults
 # to everything else. /GS stays on: the cookie is ours. The plain C of the dependencies keeps its warnings to itself.
-set(orv_common "/nologo /Zl /Z7 /GS /Gy /Gw /arch:SSE2 /clang:-ffreestanding /clang:-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.")
+set(orv_common "/nologo /Zl /Z7 /GS /guard:cf /Gy /Gw /arch:SSE2 /clang:-ffreestanding /clang:-ffile-prefix-map=${CMAKE_SOURCE_DIR}=. /clang:-ffile-compilation-dir=.")
 set(CMAKE_C_FLAGS "${orv_common} /W0" CACHE STRING "")
 set(CMAKE_CXX_FLAGS "${orv_common} /W4 /WX /GR- /EHs-c- /Zc:threadSafeInit-" CACHE STRING "")
 foreach(language C CXX)
@@ -42,7 +42,7 @@ foreach(language C CXX)
   set(CMAKE_${language}_FLAGS_RELEASE "/O2 -DNDEBUG" CACHE STRING "")
 endforeach()
 foreach(kind EXE SHARED MODULE)
-  set(CMAKE_${kind}_LINKER_FLAGS "/nodefaultlib /Brepro /debug /pdbaltpath:%_PDB% /safeseh /nxcompat /dynamicbase /manifest:no"
+  set(CMAKE_${kind}_LINKER_FLAGS "/nodefaultlib /Brepro /debug /pdbaltpath:%_PDB% /pdbsourcepath:/orvsys /safeseh /guard:cf /nxcompat /dynamicbase /manifest:no"
     CACHE STRING "")
   set(CMAKE_${kind}_LINKER_FLAGS_DEBUG "/opt:noref" CACHE STRING "")
   set(CMAKE_${kind}_LINKER_FLAGS_RELEASE "/opt:ref /opt:icf" CACHE STRING "")

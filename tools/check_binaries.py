@@ -12,6 +12,9 @@
       no object has a dynamic initialiser
   check_binaries.py size FILE BYTES
       the file is smaller
+  check_binaries.py hardening READOBJ MODULE
+      the module can be placed anywhere, has no code that can be written and no constant that can, and tells the
+      loader its stack cookie, its exception handlers and the functions that may be called through pointers
 
 Prints a line for each fault and exits 1 when there is one.
 """
@@ -123,7 +126,37 @@ def size(file, most):
     return [] if actual < int(most) else [f"{file} has {actual} bytes, not less than {most}"]
 
 
-CHECKS = {check.__name__: check for check in (imports, exports, headers, initialisers, size)}
+def hardening(readobj, module):
+    text = run(readobj, "--file-headers", "--section-headers", "--coff-load-config", module)
+    faults = [f"{name} is missing" for name in ("DYNAMIC_BASE", "NX_COMPAT", "GUARD_CF")
+              if f"IMAGE_DLL_CHARACTERISTICS_{name} " not in text]
+    if "IMAGE_FILE_RELOCS_STRIPPED" in text or number_of(text, "BaseRelocationTableSize") == 0:
+        faults.append("has no relocations")
+    faults += [f"{field} is 0" for field in ("SecurityCookie", "SEHandlerTable", "SEHandlerCount",
+                                             "GuardCFCheckFunction", "GuardCFFunctionTable", "GuardCFFunctionCount",
+                                             "GuardFlags")
+               if number_of(text, field) == 0]
+    for section in text.split("Section {")[1:]:
+        name = re.search(r"Name: (\S+)", section)[1]
+        writable = "IMAGE_SCN_MEM_WRITE" in section
+        if writable and ("IMAGE_SCN_MEM_EXECUTE" in section or "IMAGE_SCN_CNT_CODE" in section):
+            faults.append(f"{name} holds code that can be written")
+        if writable and number_of(section, "VirtualSize") > MOST_WRITABLE_DATA:
+            faults.append(f"{name} has {number_of(section, 'VirtualSize')} bytes that can be written: are there constants "
+                          "among them?")
+    return faults
+
+
+# The state of a module is small; a table that is not read-only would stand out.
+MOST_WRITABLE_DATA = 0x1000
+
+
+def number_of(text, field):
+    match = re.search(rf"\b{field}: (0x[0-9A-Fa-f]+|\d+)", text)
+    return int(match[1], 0) if match else 0
+
+
+CHECKS = {check.__name__: check for check in (imports, exports, headers, initialisers, size, hardening)}
 
 
 def main():

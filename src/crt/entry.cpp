@@ -2,7 +2,10 @@
 
 #include "nt/nt.h"
 #include "orv/runtime/result.h"
+#include "runtime/entropy.h"
 #include "runtime/startup.h"
+
+extern "C" uintptr_t __security_cookie;
 
 namespace
 {
@@ -12,12 +15,23 @@ enum Reason : ULONG { kProcessDetach, kProcessAttach, kThreadAttach, kThreadDeta
 /// There are no static objects that would have to be made and ended: the build refuses them.
 constexpr detail::RuntimeWork kRuntime = {[] { return ORV_S_OK; }, [] {}, [] {}, [] {}, [] {}};
 
+/// A stack cookie that nobody can foresee. The loaders of older systems make theirs of clocks and counters,
+/// or leave the one of the file.
+__declspec(noinline) uintptr_t DrawCookie()
+{
+    uintptr_t cookie = 0;
+    detail::FillWithEntropy(&cookie, sizeof cookie);
+    return cookie;
+}
+
 } // namespace
 
-extern "C" BOOL NTAPI OrvSysEntry(PVOID, ULONG reason, PVOID)
+// Without a cookie of its own, which would not be the same at its end.
+extern "C" __attribute__((no_stack_protector)) BOOL NTAPI OrvSysEntry(PVOID, ULONG reason, PVOID)
 {
     switch (reason) {
     case kProcessAttach:
+        __security_cookie = DrawCookie();
         return OrvSucceeded(detail::AttachProcess(kRuntime));
     case kThreadAttach:
         detail::AttachThread(kRuntime);

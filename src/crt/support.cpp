@@ -1,6 +1,7 @@
 // What the compiler needs where there is no C runtime: dynamic memory, the trap for pure virtual calls, the
-// marker for floating-point code, and the stack cookie with the load configuration that makes the loader
-// randomize it. Programs that link ntdll.dll and orvsys.dll alone use this file too.
+// marker for floating-point code, and the load configuration through which the loader finds the stack cookie,
+// the exception handlers and the functions that may be called through pointers. Programs that link ntdll.dll
+// and orvsys.dll alone use this file too.
 
 #include "nt/nt.h"
 #include "nt/teb.h"
@@ -31,6 +32,7 @@ int __cdecl _purecall()
 }
 
 // The loader replaces this value before any code of the module runs; it must not be the loader's own default.
+// The DLL's entry replaces it once more.
 uintptr_t __security_cookie = 0xBB40E64E;
 
 void __fastcall __security_check_cookie(uintptr_t cookie)
@@ -39,23 +41,64 @@ void __fastcall __security_check_cookie(uintptr_t cookie)
         __builtin_trap();
 }
 
+/// What every call through a pointer asks first, about the address in ecx. A loader that guards control flow
+/// puts its own function here; without one every address is good.
+static void __fastcall AllowEveryTarget(uintptr_t) {}
+
+#pragma section(".00cfg", read)
+__declspec(allocate(".00cfg")) extern void(__fastcall *const __guard_check_icall_fptr)(uintptr_t);
+__declspec(allocate(".00cfg")) void(__fastcall *const __guard_check_icall_fptr)(uintptr_t) = AllowEveryTarget;
+
+// Made by the linker. Of the counts and the flags, the symbol's address is the value.
 extern PVOID __safe_se_handler_table[];
-extern uint8_t __safe_se_handler_count; // the linker makes the symbol's address the count
+extern uint8_t __safe_se_handler_count;
+extern PVOID __guard_fids_table[];
+extern uint8_t __guard_fids_count;
+extern uint8_t __guard_flags;
+extern PVOID __guard_iat_table[];
+extern uint8_t __guard_iat_count;
+extern PVOID __guard_longjmp_table[];
+extern uint8_t __guard_longjmp_count;
 
 /// IMAGE_LOAD_CONFIG_DIRECTORY32 up to the fields that the loader needs here.
 struct LoadConfiguration {
     ULONG Size;
-    ULONG Reserved[14];
+    ULONG Reserved1[14];
     uintptr_t *SecurityCookie;
     PVOID *SEHandlerTable;
     uint8_t *SEHandlerCount;
+    void(__fastcall *const *GuardCFCheckFunctionPointer)(uintptr_t);
+    PVOID Reserved2;
+    PVOID *GuardCFFunctionTable;
+    uint8_t *GuardCFFunctionCount;
+    uint8_t *GuardFlags;
+    ULONG CodeIntegrity[3];
+    PVOID *GuardAddressTakenIatEntryTable;
+    uint8_t *GuardAddressTakenIatEntryCount;
+    PVOID *GuardLongJumpTargetTable;
+    uint8_t *GuardLongJumpTargetCount;
 };
-static_assert(sizeof(LoadConfiguration) == 0x48);
+static_assert(sizeof(LoadConfiguration) == 0x78);
 static_assert(offsetof(LoadConfiguration, SecurityCookie) == 0x3C);
+static_assert(offsetof(LoadConfiguration, GuardFlags) == 0x58);
 
 extern const LoadConfiguration _load_config_used;
 const LoadConfiguration _load_config_used = {
-    sizeof(LoadConfiguration), {}, &__security_cookie, __safe_se_handler_table, &__safe_se_handler_count,
+    sizeof(LoadConfiguration),
+    {},
+    &__security_cookie,
+    __safe_se_handler_table,
+    &__safe_se_handler_count,
+    &__guard_check_icall_fptr,
+    nullptr,
+    __guard_fids_table,
+    &__guard_fids_count,
+    &__guard_flags,
+    {},
+    __guard_iat_table,
+    &__guard_iat_count,
+    __guard_longjmp_table,
+    &__guard_longjmp_count,
 };
 
 } // extern "C"
