@@ -161,6 +161,8 @@ NTSYSAPI NTSTATUS NTAPI NtQueryInformationProcess(HANDLE process, ULONG informat
 NTSYSAPI NTSTATUS NTAPI NtQueryVirtualMemory(HANDLE process, const void *address, ULONG informationClass,
                                              PVOID information, ULONG size, ULONG *returnedSize);
 NTSYSAPI BOOLEAN NTAPI RtlValidateHeap(HANDLE heap, ULONG flags, const void *block);
+NTSYSAPI NTSTATUS NTAPI NtQuerySystemInformation(ULONG informationClass, PVOID information, ULONG size,
+                                                 ULONG *returnedSize);
 NTSYSAPI NTSTATUS NTAPI NtQuerySystemTime(LONGLONG *time);
 NTSYSAPI NTSTATUS NTAPI NtAllocateVirtualMemory(HANDLE process, PVOID *base, ULONG zeroBits, ULONG *size,
                                                 ULONG type, ULONG protection);
