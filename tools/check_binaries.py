@@ -15,6 +15,8 @@
   check_binaries.py hardening READOBJ MODULE
       the module can be placed anywhere, has no code that can be written and no constant that can, and tells the
       loader its stack cookie, its exception handlers and the functions that may be called through pointers
+  check_binaries.py version HEADER MODULE...
+      the modules' version resources are those of the header
 
 Prints a line for each fault and exits 1 when there is one.
 """
@@ -22,6 +24,7 @@ Prints a line for each fault and exits 1 when there is one.
 import json
 import pathlib
 import re
+import struct
 import subprocess
 import sys
 import tempfile
@@ -147,6 +150,18 @@ def hardening(readobj, module):
     return faults
 
 
+def version(header, *modules):
+    wanted = [int(number) for number in re.findall(r"OrvVersion\w+ = (\d+)", pathlib.Path(header).read_text())]
+    faults = [] if len(wanted) == 3 and modules else ["no version, or no module"]
+    for module in modules:
+        content = pathlib.Path(module).read_bytes()
+        start = content.find(struct.pack("<II", 0xFEEF04BD, 0x10000))  # the fixed part: signature and its own version
+        found = struct.unpack_from("<4H", content, start + 8) if start >= 0 else ()
+        if [found[i] for i in (1, 0, 3)] != wanted if found else True:
+            faults.append(f"{module} says {found}, not {wanted}")
+    return faults
+
+
 # The state of a module is small; a table that is not read-only would stand out.
 MOST_WRITABLE_DATA = 0x1000
 
@@ -156,7 +171,7 @@ def number_of(text, field):
     return int(match[1], 0) if match else 0
 
 
-CHECKS = {check.__name__: check for check in (imports, exports, headers, initialisers, size, hardening)}
+CHECKS = {check.__name__: check for check in (imports, exports, headers, initialisers, size, hardening, version)}
 
 
 def main():

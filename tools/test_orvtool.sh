@@ -366,6 +366,8 @@ is 2 '' "orvtool path: a path is missing behind 'combine'. $(see path)" path com
 is 2 '' "orvtool path: there is no action 'x'. $(see path)" path x y
 is 2 '' "orvtool path: one argument too many: 'b'. $(see path)" path name a b
 
+like 0 'orvtool [0-9]+\.[0-9]+\.[0-9]+ ' --version
+
 for command in base64 bunzip2 bzip2 convert deflate guid hash inflate lock match number path random shm time xml; do
     like 0 "Usage: orvtool $command .*" $command --help
 done

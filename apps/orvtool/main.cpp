@@ -5,6 +5,7 @@
 
 #include "nt/programs.h"
 #include "nt/teb.h"
+#include "orv/version.h"
 
 namespace orvtool
 {
@@ -26,6 +27,7 @@ void PrintOverview(Stream &stream)
 {
     stream.Print(L"Usage: orvtool COMMAND [ARGUMENT...]\n"
                  L"       orvtool COMMAND --help\n"
+                 L"       orvtool --version\n"
                  L"\n"
                  L"Commands:\n");
     for (const Command *command : kCommands)
@@ -59,6 +61,10 @@ ExitCode Run(Console &console, const CommandLine &line)
     if (arguments.IsAtEnd()) {
         PrintOverview(console.error);
         return kExitUsage;
+    }
+    if (arguments.TakeOption(L"--version")) {
+        console.out.Print(L"orvtool %u.%u.%u\n", OrvVersionMajor, OrvVersionMinor, OrvVersionPatch);
+        return kExitSuccess;
     }
     const bool wantsOverview = arguments.TakeOption(L"--help", L"-h");
     const wchar_t *const name = wantsOverview ? nullptr : arguments.Take();

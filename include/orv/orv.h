@@ -74,6 +74,7 @@
 #include "orv/time/foreign_time.h"
 #include "orv/time/time.h"
 #include "orv/time/time_struct.h"
+#include "orv/version.h"
 #include "orv/xml/line_end.h"
 #include "orv/xml/xml_sax.h"
 #include "orv/xml/xml_writer.h"

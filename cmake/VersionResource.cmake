@@ -1,0 +1,15 @@
+# orv_version_resource(target file description type): says in the binary what it is. The type is 1 for a program and 2
+# for a DLL.
+function(orv_version_resource target file description type)
+  set(script ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
+  set(resource ${CMAKE_CURRENT_BINARY_DIR}/${target}.res)
+  configure_file(${PROJECT_SOURCE_DIR}/src/version.rc.in ${script} @ONLY)
+  add_custom_command(
+    OUTPUT ${resource}
+    COMMAND ${ORV_LLVM_RC} /no-preprocess /fo ${resource} ${script}
+    DEPENDS ${script}
+    COMMENT "Making the version resource of ${file}"
+    VERBATIM)
+  set_source_files_properties(${resource} PROPERTIES EXTERNAL_OBJECT TRUE GENERATED TRUE)
+  target_sources(${target} PRIVATE ${resource})
+endfunction()

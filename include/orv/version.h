@@ -1,0 +1,10 @@
+// The version of the library, by semantic versioning (semver.org): below 1.0.0 a new minor version may break
+// what stood before. This is its one place; the build, the packages and the programs read it from here.
+
+#pragma once
+
+#include <stdint.h>
+
+constexpr uint32_t OrvVersionMajor = 0;
+constexpr uint32_t OrvVersionMinor = 5;
+constexpr uint32_t OrvVersionPatch = 0;
