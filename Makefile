@@ -1,7 +1,7 @@
 # Front door. Every target sets up what it needs; nothing here is clever, the work is in CMake and in tools/.
 
 .DEFAULT_GOAL := build
-.PHONY: build platform demo test lint bench fuzz install clean help
+.PHONY: build platform demo test lint bench fuzz coverage install clean help
 
 help:
 	@echo 'make build    orvsys.dll and orvtool.exe, in build/release/bin'
@@ -10,6 +10,7 @@ help:
 	@echo 'make lint     formatting and static analysis'
 	@echo 'make bench    speed beside a peer in the same run'
 	@echo 'make fuzz     each fuzz target for a minute (FUZZ_SECONDS)'
+	@echo 'make coverage what the tests on the host reach, as a summary and as HTML'
 	@echo 'make install  DLL, import library, headers, CMake package (DESTDIR, PREFIX)'
 	@echo 'make clean    removes build/; the cache with the test platform stays'
 
@@ -38,6 +39,10 @@ bench: build
 fuzz:
 	@tools/build.sh host
 	@tools/fuzz.sh
+
+coverage:
+	@tools/build.sh coverage
+	@tools/coverage.sh
 
 install: build
 	@cmake --install build/release --prefix "$(DESTDIR)$(or $(PREFIX),/usr/local/orvsys)"

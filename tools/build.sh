@@ -5,7 +5,7 @@ set -euo pipefail
 
 cd "$root"
 case " $* " in
-*' host '*) tools/setup.sh host ;;
+*' host '* | *' coverage '*) tools/setup.sh host ;;
 *) tools/setup.sh ;;
 esac
 for preset in "$@"; do
