@@ -1,12 +1,14 @@
 # Front door. Every target sets up what it needs; nothing here is clever, the work is in CMake and in tools/.
 
 .DEFAULT_GOAL := build
+# Which NT interface programs run on: wine10, or wine8, which reports Windows 7.
+export ORV_PLATFORM := $(or $(PLATFORM),wine10)
 .PHONY: build platform demo test lint bench fuzz coverage install clean help
 
 help:
 	@echo 'make build    orvsys.dll and orvtool.exe, in build/release/bin'
 	@echo 'make demo     the main job, on a real NT interface'
-	@echo 'make test     builds and runs every test'
+	@echo 'make test     builds and runs every test (PLATFORM=wine8: on an older NT interface)'
 	@echo 'make lint     formatting and static analysis'
 	@echo 'make bench    speed beside a peer in the same run'
 	@echo 'make fuzz     each fuzz target for a minute (FUZZ_SECONDS)'

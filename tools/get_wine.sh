@@ -3,7 +3,8 @@
 # of its `wine`. A multi-arch installation would pull in over a hundred packages and fails where the versions
 # of two architectures differ; the handful below is what a console program needs. All checkouts share it.
 #
-# ORV_WINE names another Wine to use instead. ORV_CACHE moves the cache.
+# ORV_PLATFORM names which: wine10 (the default) or wine8, which reports Windows 7. ORV_WINE names another Wine to use
+# instead. ORV_CACHE moves the cache.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
 
@@ -13,7 +14,11 @@ if [ -n "${ORV_WINE:-}" ]; then
     exit 0
 fi
 
-suite=trixie
+case ${ORV_PLATFORM:-wine10} in
+wine10) suite=trixie ;;
+wine8) suite=bookworm ;;
+*) fail "there is no platform '$ORV_PLATFORM'" 'say wine10 or wine8' ;;
+esac
 packages='wine32 wine libwine libc6 libgcc-s1 libunwind8 liblzma5 libz-mingw-w64'
 folder=$cache/wine-$suite-1
 wine=$folder/usr/lib/wine/wine
@@ -32,7 +37,7 @@ if [ -e "$folder/complete" ]; then
     exit 0
 fi
 
-say "fetching a 32-bit Wine (110 MB, once)"
+say "fetching a 32-bit Wine (${ORV_PLATFORM:-wine10}, 110 MB, once)"
 keyring=/usr/share/keyrings/debian-archive-keyring.gpg
 [ -e $keyring ] || fail "$keyring is missing" 'run: apt-get install debian-archive-keyring'
 mirror=$(debian_mirror)

@@ -61,7 +61,8 @@ CONF
 # What every Wine program of ours is started with: a prefix in the build folder, no debug output, no offers to
 # install extra runtimes.
 wine_environment() {
-    export WINEPREFIX=${ORV_WINEPREFIX:-$root/build/wine}
+    local platform=${ORV_PLATFORM:-wine10}
+    export WINEPREFIX=${ORV_WINEPREFIX:-$root/build/${platform/wine10/wine}}
     export WINEDEBUG=${WINEDEBUG:--all}
     export WINEDLLOVERRIDES='mscoree,mshtml='
 }
