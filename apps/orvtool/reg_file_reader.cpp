@@ -18,17 +18,6 @@ bool IsBlank(wchar_t character)
     return character == L' ' || character == L'\t' || character == L'\r';
 }
 
-OrvResult Append(OrvMbCharHeapBuffer &bytes, uint8_t byte)
-{
-    const uint32_t length = bytes.GetInternal().length;
-    if (length + 1 >= bytes.GetCapacity()) {
-        const OrvResult result = bytes.ReserveElements(length * 2 + 64);
-        if (OrvFailed(result))
-            return result;
-    }
-    return bytes.Append(static_cast<char>(byte));
-}
-
 OrvResult ReadAll(Input &input, OrvMbCharHeapBuffer &bytes)
 {
     constexpr uint32_t kLeast = 4096;
@@ -294,9 +283,9 @@ OrvResult RegFileReader::ReadDWord(RegFileEntry &entry)
 
 OrvResult RegFileReader::ReadBytes(RegFileEntry &entry)
 {
-    OrvResult result = bytes_.Resize(0); // keeps its memory
-    bool isListed = false;               // a comma asks for another byte
-    while (OrvSucceeded(result)) {
+    constexpr uint32_t kFirstSize = 256;
+    uint32_t count = 0;
+    for (bool isListed = false;;) { // a comma asks for another byte
         SkipBlanks();
         if (Take(L"\\")) {
             SkipBlanks();
@@ -307,20 +296,25 @@ OrvResult RegFileReader::ReadBytes(RegFileEntry &entry)
             continue;
         }
         uint32_t byte = 0;
-        if (!TakeHexNumber(2, byte)) {
-            if (isListed)
-                return Fail(L"a byte of two hexadecimal digits is missing");
+        const bool isByte = TakeHexNumber(2, byte);
+        if (!isByte && isListed)
+            return Fail(L"a byte of two hexadecimal digits is missing");
+        if (!isByte)
             break;
+        if (count == bytes_.GetInternal().length) {
+            const OrvResult result = bytes_.Resize(count ? count * 2 : kFirstSize);
+            if (OrvFailed(result))
+                return result;
         }
-        result = Append(bytes_, static_cast<uint8_t>(byte));
+        bytes_[count++] = static_cast<char>(byte);
         SkipBlanks();
         isListed = Take(L",");
         if (!isListed)
             break;
     }
     entry.bytes = reinterpret_cast<const uint8_t *>(bytes_.GetValue());
-    entry.size = bytes_.GetInternal().length;
-    return result;
+    entry.size = count;
+    return 0;
 }
 
 } // namespace orvtool

@@ -88,7 +88,10 @@ public:
 class Exporter
 {
 public:
-    Exporter(const RegistryLocation &location, Stream &out) : location_(location), writer_(out) {}
+    Exporter(const Command &command, Console &console, const RegistryLocation &location, Stream &out)
+        : command_(command), console_(console), location_(location), out_(out), writer_(out)
+    {
+    }
     Exporter(const Exporter &) = delete;
     Exporter &operator=(const Exporter &) = delete;
     ~Exporter()
@@ -97,6 +100,7 @@ public:
             Leave();
     }
 
+    /// Returns 0, or why the tree cannot be written, or not even its top be read.
     OrvResult Write(OrvBasWinRegistryHandle &top)
     {
         OrvResult result = writer_.WriteHeader();
@@ -104,61 +108,83 @@ public:
             result = path_.Append(location_.path.GetCharacters(), location_.path.GetLength());
         if (OrvSucceeded(result))
             result = Enter(top, Name());
-        while (OrvSucceeded(result) && deepest_) {
+        if (OrvFailed(result))
+            return result;
+        while (deepest_) {
             OrvStringzRefBase<wchar_t> name(nullptr);
             bool found = false;
             result = deepest_->children.Next(name, found);
-            if (OrvFailed(result))
-                break;
-            if (!found) {
+            if (found)
+                result = EnterChild(Name(name.characters, deepest_->children.GetLength()));
+            if (IsFatal(result))
+                return result;
+            if (OrvFailed(result) && result != ORV_E_KEY_NOT_FOUND)
+                ReportSkipped(result);
+            if (!found)
                 Leave();
-                continue;
-            }
-            result = EnterChild(Name(name.characters, deepest_->children.GetLength()));
+            else if (OrvFailed(result))
+                path_.Resize(deepest_->pathLength); // a shorter text needs no memory
         }
-        return result;
+        return out_.Print(L"\r\n");
     }
 
-    /// The path below the root, where a failure came up.
-    const OrvUtf16CharHeapBuffer &GetPath() const { return path_; }
+    /// Whether keys, or parts of them, have been left out, which has been reported.
+    bool HasSkipped() const { return hasSkipped_; }
 
 private:
     /// Deeper than any tree is. Only a link that leads back to a key above it looks so.
     static constexpr uint32_t kDeepest = 4096;
 
+    bool IsFatal(OrvResult result)
+    {
+        return result == ORV_E_OUT_OF_MEMORY || result == ORV_E_INVALID_OPERATION ||
+               OrvFailed(out_.Append(nullptr, nullptr));
+    }
+
+    void ReportSkipped(OrvResult result)
+    {
+        OrvUtf16HeapString where;
+        OrvBasWinRegistryHandle::CombineRegistryPath(where, location_.root, Path());
+        ReportFailure(command_, console_,
+                      result == ORV_E_INVALID_NAME ? L"writing a name with a line break" : L"exporting",
+                      result, where.GetCharacters());
+        hasSkipped_ = true;
+    }
+
+    Name Path() const { return {path_.GetValue(), path_.GetInternal().length}; }
+
     OrvResult EnterChild(const Name &name)
     {
+        if (depth_ == kDeepest)
+            return ORV_E_INVALID_OPERATION;
         OrvResult result = path_.IsEmpty() ? 0 : path_.Append(L'\\');
         if (OrvSucceeded(result))
             result = path_.Append(name.characters, name.length);
         if (OrvFailed(result))
             return result;
-        if (!RegFileWriter::CanWriteKey(name))
-            return ORV_E_INVALID_NAME;
-        if (depth_ == kDeepest)
-            return ORV_E_INVALID_OPERATION;
-        result = Enter(deepest_->key, name);
-        return result == ORV_E_KEY_NOT_FOUND ? path_.Resize(deepest_->pathLength) : result;
+        return RegFileWriter::CanWriteKey(name) ? Enter(deepest_->key, name) : ORV_E_INVALID_NAME;
     }
 
-    /// An empty name is the parent itself.
+    /// Writes the key and makes it the deepest. An empty name is the parent itself.
     OrvResult Enter(OrvBasWinRegistryHandle &parent, const Name &name)
     {
         auto *const level = new Level(parent, deepest_, path_.GetInternal().length);
         if (!level)
             return ORV_E_OUT_OF_MEMORY;
-        OrvResult result =
-            name.length
-                ? level->key.OpenKeyIfExists(name, OrvRegistryQueryValue | OrvRegistryEnumerateSubKeys)
-                : 0;
+        OrvResult result = 0;
+        if (name.length)
+            result = level->key.OpenKeyIfExists(name, OrvRegistryQueryValue | OrvRegistryEnumerateSubKeys);
+        if (OrvSucceeded(result))
+            result = level->key.GetChildrenEnumeratorImpl(level->children);
+        if (OrvSucceeded(result))
+            result = WriteKey(level->key);
         if (OrvFailed(result)) {
             delete level;
             return result;
         }
         deepest_ = level;
         depth_++;
-        result = WriteValues();
-        return OrvSucceeded(result) ? level->key.GetChildrenEnumeratorImpl(level->children) : result;
+        return 0;
     }
 
     void Leave()
@@ -168,19 +194,17 @@ private:
         depth_--;
         delete left;
         if (deepest_)
-            path_.Resize(deepest_->pathLength); // a shorter text needs no memory
+            path_.Resize(deepest_->pathLength);
     }
 
-    OrvResult WriteValues()
+    OrvResult WriteKey(OrvBasWinRegistryHandle &key)
     {
-        OrvBasWinRegistryHandle &key = deepest_->key;
         OrvBasWinRegistryEnumerator values;
-        OrvResult result =
-            writer_.WriteKey(location_.root, Name(path_.GetValue(), path_.GetInternal().length));
-        if (OrvSucceeded(result))
-            result = value_.Open(key);
+        OrvResult result = value_.Open(key);
         if (OrvSucceeded(result))
             result = key.GetValuesEnumeratorImpl(values);
+        if (OrvSucceeded(result))
+            result = writer_.WriteKey(location_.root, Path());
         while (OrvSucceeded(result)) {
             OrvStringzRefBase<wchar_t> text(nullptr);
             bool found = false;
@@ -189,7 +213,7 @@ private:
                 break;
             const Name name(text.characters, values.GetLength());
             result = value_.Read(name);
-            if (result == ORV_E_FILE_NOT_FOUND)
+            if (result == ORV_E_FILE_NOT_FOUND) // deleted meanwhile
                 result = 0;
             else if (OrvSucceeded(result))
                 result = writer_.WriteValue(name, static_cast<OrvBasWinRegistryValueType>(value_.Get().Type),
@@ -198,33 +222,29 @@ private:
         return result;
     }
 
+    const Command &command_;
+    Console &console_;
     const RegistryLocation &location_;
+    Stream &out_;
     RegFileWriter writer_;
     StoredValue value_;
     OrvUtf16CharHeapBuffer path_;
     Level *deepest_ = nullptr;
     uint32_t depth_ = 0;
+    bool hasSkipped_ = false;
 };
 
-ExitCode ExportTo(const Command &command, Console &console, OrvBasWinRegistryHandle &key,
-                  const RegistryLocation &location, Stream &out)
+/// Writes the tree; clears `isComplete` when a part of it was left out.
+OrvResult ExportTo(const Command &command, Console &console, OrvBasWinRegistryHandle &key,
+                   const RegistryLocation &location, Stream &out, bool &isComplete)
 {
-    Exporter exporter(location, out);
+    Exporter exporter(command, console, location, out);
     out.UseUtf16();
     OrvResult result = exporter.Write(key);
     if (OrvSucceeded(result))
-        result = out.Print(L"\r\n");
-    if (OrvSucceeded(result))
         result = out.Flush();
-    if (OrvSucceeded(result))
-        return kExitSuccess;
-    const wchar_t *const action = result == ORV_E_INVALID_NAME        ? L"writing a name with a line break"
-                                  : result == ORV_E_INVALID_OPERATION ? L"following links in a circle"
-                                                                      : L"exporting";
-    OrvUtf16HeapString where;
-    OrvBasWinRegistryHandle::CombineRegistryPath(
-        where, location.root, Name(exporter.GetPath().GetValue(), exporter.GetPath().GetInternal().length));
-    return ReportFailure(command, console, action, result, where.GetCharacters());
+    isComplete = !exporter.HasSkipped();
+    return result;
 }
 
 struct Counts {
@@ -296,17 +316,23 @@ ExitCode ReadEntries(const Command &command, Console &console, const OrvUtf16Cha
 ExitCode ExportTree(const Command &command, Console &console, OrvBasWinRegistryHandle &key,
                     const RegistryLocation &location, const wchar_t *file)
 {
-    if (!file || Equal(file, L"-"))
-        return ExportTo(command, console, key, location, console.out);
+    bool isComplete = false;
     OutputFile output;
-    const OrvResult result = output.Create(file);
+    OrvResult result = 0;
+    if (!file || Equal(file, L"-")) {
+        result = ExportTo(command, console, key, location, console.out, isComplete);
+    } else {
+        result = output.Create(file);
+        if (OrvFailed(result))
+            return ReportFailure(command, console, L"making the file", result, file);
+        Stream out(output.GetHandle());
+        result = ExportTo(command, console, key, location, out, isComplete);
+        if (OrvSucceeded(result))
+            output.Keep();
+    }
     if (OrvFailed(result))
-        return ReportFailure(command, console, L"making the file", result, file);
-    Stream out(output.GetHandle());
-    const ExitCode code = ExportTo(command, console, key, location, out);
-    if (code == kExitSuccess)
-        output.Keep();
-    return code;
+        return ReportFailure(command, console, L"exporting", result);
+    return isComplete ? kExitSuccess : kExitFailed;
 }
 
 ExitCode ImportTree(const Command &command, Console &console, Input &input, RegistryView view)

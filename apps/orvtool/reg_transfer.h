@@ -10,8 +10,9 @@ namespace orvtool
 
 typedef OrvBasWinRegistryHandle::ViewMode RegistryView;
 
-/// Writes the key and all below it to the file, or with null or "-" to standard output. A file is removed
-/// again when that fails. What others delete meanwhile is left out. Failures have been reported.
+/// Writes the key and all below it to the file, or with null or "-" to standard output. A key below it that
+/// cannot be read is reported and left out, which makes it a failure at the end; what others delete meanwhile
+/// is left out too. A file that cannot be written to its end is removed. Failures have been reported.
 ExitCode ExportTree(const Command &command, Console &console, OrvBasWinRegistryHandle &key,
                     const RegistryLocation &location, const wchar_t *file);
 
