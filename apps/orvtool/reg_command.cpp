@@ -95,7 +95,7 @@ ExitCode Query(Job &job)
         return job.Report(L"reading", result);
     out.Print(L"last write  ");
     PrintIsoTime(out, info.lastWriteTime, true);
-    out.Print(L"\nsub-keys    %u\nvalues      %u\n", info.subKeyCount, info.valueCount);
+    out.Print(L"sub-keys    %u\nvalues      %u\n", info.subKeyCount, info.valueCount);
     constexpr uint32_t kWidest = 40;
     constexpr uint32_t kLeast = 9; // of "(default)"
     const uint32_t longest = info.longestValueName > kLeast ? info.longestValueName : kLeast;
@@ -362,28 +362,24 @@ const Command kRegCommand = {
     L"       orvtool reg import [FILE]\n"
     L"\n"
     L"LOCATION is a key, such as HKCU\\Software\\Orv or HKEY_CURRENT_USER\\Software\\Orv, or behind two\n"
-    L"backslashes a value of it, such as HKCU\\Software\\Orv\\\\Name; HKCU\\Software\\Orv\\\\ is the default "
-    L"value.\n"
+    L"backslashes a value of it: HKCU\\Software\\Orv\\\\Name, or for the default value HKCU\\Software\\Orv\\\\\n"
     L"\n"
     L"  query   what is known of a key, and its values; or one value\n"
     L"  get     the data of a value alone; the strings of a multi_sz line by line\n"
     L"  set     sets a value, and makes its key when it is missing; or makes a key\n"
     L"  delete  deletes a value, or a key; one with sub-keys only with --recursive\n"
     L"  list    the names of a key's sub-keys\n"
-    L"  watch   waits for one change of a key, with --subtree also below it; exit code 3 after --timeout MS\n"
-    L"  export  writes a key and all below it as the system's registry editor does (version 5.00, UTF-16), "
-    L"to\n"
-    L"          FILE, which is replaced, or standard output; names the keys that it may not read, leaves "
-    L"them\n"
-    L"          out, and ends with exit code 1 then\n"
-    L"  import  reads that format, in UTF-16 or UTF-8, and prints how much it did; a file with a fault in "
-    L"any\n"
-    L"          line changes nothing, but what the system refuses comes after the lines above it were done\n"
+    L"  watch   waits for one change of a key, with --subtree also below it, at most so many MS\n"
+    L"  export  writes a key and all below it as the system's registry editor does (version 5.00,\n"
+    L"          UTF-16) to FILE, which is replaced, or standard output; keys that it may not read are\n"
+    L"          named and left out, and the exit code is 1 then\n"
+    L"  import  reads that format, in UTF-16 or UTF-8, and prints how much it did. A fault in any line\n"
+    L"          stops it before it changes anything; when the system refuses something, the lines above\n"
+    L"          have been done\n"
     L"\n"
-    L"  --type TYPE   sz (when nothing is said), expand_sz, multi_sz, dword, dword_be, qword, binary, none, "
-    L"or a\n"
-    L"                number. DATA is a text, several for multi_sz, a number, or hexadecimal digits for the "
-    L"rest\n"
+    L"  --type TYPE   sz (when nothing is said), expand_sz, multi_sz, dword, dword_be, qword, binary,\n"
+    L"                none or a number. DATA is a text; for multi_sz any number of them; a number; or\n"
+    L"                hexadecimal digits for all other types\n"
     L"  --view 32|64  which view of a 64-bit system (that of a 32-bit program)\n",
     Run,
 };
