@@ -362,7 +362,7 @@ const Command kRegCommand = {
     L"       orvtool reg import [FILE]\n"
     L"\n"
     L"LOCATION is a key, such as HKCU\\Software\\Orv or HKEY_CURRENT_USER\\Software\\Orv, or behind two\n"
-    L"backslashes a value of it: HKCU\\Software\\Orv\\\\Name, or for the default value HKCU\\Software\\Orv\\\\\n"
+    L"backslashes a value of it: HKCU\\Software\\Orv\\\\Name; the default value is HKCU\\Software\\Orv\\\\\n"
     L"\n"
     L"  query   what is known of a key, and its values; or one value\n"
     L"  get     the data of a value alone; the strings of a multi_sz line by line\n"
