@@ -366,9 +366,174 @@ is 2 '' "orvtool path: a path is missing behind 'combine'. $(see path)" path com
 is 2 '' "orvtool path: there is no action 'x'. $(see path)" path x y
 is 2 '' "orvtool path: one argument too many: 'b'. $(see path)" path name a b
 
+key='HKCU\Software\OrvToolTest'
+shown='HKCU\\Software\\OrvToolTest' # for printf
+platform() { "$root/tools/run_wine.sh" reg.exe "$@" 2>/dev/null | tr -d '\r'; }
+run reg set "$key" && run reg delete "$key" --recursive
+is 1 '' "orvtool reg: opening the key of '$shown' failed: 0xE0010013 (ORV_E_KEY_NOT_FOUND)\n" reg query "$key"
+while IFS='|' read -r name type data text; do
+    read -r -a words <<<"$data"
+    is 0 '' '' reg set "$key\\\\$name" --type "$type" -- "${words[@]}"
+    is 0 '' "$text\n" reg get "$key\\\\$name"
+done <<'VALUES'
+|sz|C:\x|C:\\x
+bytes|binary|00Ffa5|00ffa5
+expand|expand_sz|%A%|%A%
+multi|multi_sz|a b|a\nb
+number|dword|42|0x0000002A
+qword|qword|-2|0xFFFFFFFFFFFFFFFE
+reverse|dword_be|0x102|0x00000102
+strange|0x12345|0102|0102
+VALUES
+is 0 '' '' reg set "$key\\Below\\\\n" --type none ''
+like 0 "last write  [-0-9]{10}T[:.0-9]{18}Z sub-keys    1 values      8  \(default\)  sz         C:.x .* strange    0x12345    0102 " \
+    reg query "$key"
+is 0 '' 'multi  multi_sz   a\\0b\n' reg query "$key\\\\multi"
+is 0 '' 'Below\n' reg list HKEY_CURRENT_USER\\software\\ORVTOOLTEST
+for value in /ve '/v bytes' '/v expand' '/v multi' '/v number' '/v reverse'; do
+    # shellcheck disable=SC2086 # two words
+    platform query "$key" $value | sed -n 's/^    .*\(REG_.*\)/\1/p'
+done >"$work/out"
+printf '%s\n' 'REG_SZ    C:\x' 'REG_BINARY    00FFA5' 'REG_EXPAND_SZ    %A%' 'REG_MULTI_SZ    a\0b' 'REG_DWORD    0x2a' \
+    'REG_DWORD_BIG_ENDIAN    0x2010000' >"$work/expected"
+same "reg set, read by the platform's tool" "$work/out" "$work/expected"
+for value in 'REG_SZ|C:\y' 'REG_DWORD|0x2b|' 'REG_BINARY|0aff' 'REG_MULTI_SZ|c\0d'; do
+    platform add "$key" /v theirs /t "${value%%|*}" /d "$(cut -d '|' -f 2 <<<"$value")" /f >/dev/null
+    run reg get "$key\\\\theirs"
+done >"$work/out"
+printf '%s\n' 'C:\y' 0x0000002B 0aff c d >"$work/expected"
+same "reg get of what the platform's tool wrote" "$work/out" "$work/expected"
+is 0 '' '' reg delete "$key\\\\theirs"
+is 1 '' "orvtool reg: deleting '$shown\\\\\\\\theirs' failed: 0xE001003D (ORV_E_FILE_NOT_FOUND)\n" reg delete "$key\\\\theirs"
+is 1 '' "orvtool reg: '$shown' has sub-keys: they are deleted with --recursive only\n" reg delete "$key"
+is 2 '' "orvtool reg: a root cannot be deleted: 'HKCU'. $(see reg)" reg delete HKCU --recursive
+is 2 '' "orvtool reg: this is no location: '$shown\\\\'. $(see reg)" reg delete "$key\\"
+is 2 '' "orvtool reg: this is no location: 'x'. $(see reg)" reg query x
+is 2 '' "orvtool reg: a value is wanted, not the key '$shown'. $(see reg)" reg get "$key"
+is 2 '' "orvtool reg: a key is wanted, not the value 'HKCU\\\\\\\\x'. $(see reg)" reg list 'HKCU\\x'
+is 2 '' "orvtool reg: there is no option '--subtree'. $(see reg)" reg list --subtree HKCU
+is 2 '' "orvtool reg: the option has a wrong value: '16'. $(see reg)" reg list --view 16 HKCU
+is 2 '' "orvtool reg: there is no action 'x'. $(see reg)" reg x
+for value in 'dword 4294967296' 'qword -' 'binary 0' 'binary 0x' 'sz a b' 'sz' 'multi_sz '; do
+    read -r -a words <<<"$value"
+    [ "$value" != 'multi_sz ' ] || words+=('')
+    is 2 '' "orvtool reg: the type wants other data than '${words[1]:-}'. $(see reg)" \
+        reg set "$key\\None\\\\x" --type "${words[0]}" -- "${words[@]:1}"
+done
+is 0 '' 'Below\n' reg list "$key" # and no key None
+grep -q '64-bit system *no' <(run info) &&
+    is 1 '' "orvtool reg: selecting the view of '$shown' failed: 0xE001003A (ORV_E_VIEW_NOT_SUPPORTED)\n" reg list "$key" --view 64
+is 3 '' "watching\norvtool reg: waiting for a change of '$shown' failed: 0xA0010004 (ORV_W_TIMEOUT)\n" reg watch "$key" --timeout 50
+"$root/tools/run_wine.sh" "$tool" reg watch "$key" --subtree --timeout 60000 >"$work/watched" 2>/dev/null &
+for _ in $(seq 100); do grep -q watching "$work/watched" && break || sleep 0.1; done
+is 0 '' '' reg set "$key\\Below\\\\n" again
+wait
+printf 'watching\nchanged\n' >"$work/expected"
+same 'reg watch --subtree' "$work/watched" "$work/expected"
+
+# A tree that others understand too, and then one with every type, sizes that do not fit it, and names that look like
+# syntax: read, written, deleted, read again and written again.
+version='Windows Registry Editor Version 5.00'
+tree() { printf '%s\r\n' "$version" '' '[HKEY_CURRENT_USER\Software\OrvToolTest]' && sed 's/$/\r/'; }
+tree >"$work/plain.reg" <<'TREE'
+@="a \"quoted\" C:\\path; é€😀"
+"binary"=hex:00,01,02,03,04,05,06,07,08,09,0a,0b,0c,0d,0e,0f,10,11,12,13,14,15,\
+  16,17,18,19,1a,1b,1c,1d,1e,1f,20,21,22,23,24,25,26,27,28,29,2a,2b,2c,2d,2e,\
+  2f,30
+"empty"=""
+"expand"=hex(2):25,00,41,00,25,00,00,00
+"multi"=hex(7):61,00,00,00,00,00
+"none"=hex(0):
+"number"=dword:0000002a
+"qword"=hex(b):ff,ff,ff,ff,ff,ff,ff,7f
+
+[HKEY_CURRENT_USER\Software\OrvToolTest\a]
+
+[HKEY_CURRENT_USER\Software\OrvToolTest\a\b]
+"x"=dword:ffffffff
+
+TREE
+tree <<'TREE' | sed 's/NUL/\x0/' >"$work/strange.reg"
+"@"="at"
+"a\\b\"c=;]["="x"
+"binary empty"=hex:
+"dword 3"=hex(4):01,02,03
+"dword be"=hex(5):00,00,00,2a
+"expand odd"=hex(2):25
+"inNULside"="x"
+"inner end"=hex(1):61,00,00,00,62,00,00,00
+"large type"=hex(ffffffff):00
+"line
+break"="x"
+"link"=hex(6):41
+"multi odd"=hex(7):61,00,00
+"no bytes"=hex(1):
+"no end"=hex(1):61,00
+"none 1"=hex(0):ff
+"odd"=hex(1):61,00,62
+"qword 9"=hex(b):ff,ff,ff,ff,ff,ff,ff,7f,01
+"resource"=hex(8):01
+"two lines"=hex(1):61,00,0d,00,0a,00,00,00
+
+[HKEY_CURRENT_USER\Software\OrvToolTest\] ; [x]
+@=hex:01
+
+TREE
+for name in plain strange; do
+    run reg delete "$key" --recursive
+    run reg import "$work/$name.reg" >/dev/null
+    (printf '\xff\xfe' && run convert --from utf-8 --to utf-16 "$work/$name.reg") >"$work/expected"
+    run reg export "$key" "$work/once.reg"
+    same "reg export of $name.reg" "$work/once.reg" "$work/expected"
+    run reg delete "$key" --recursive
+    run reg import <"$work/once.reg" >/dev/null
+    run reg export "$key" >"$work/out"
+    same "reg export of $name.reg once more" "$work/out" "$work/expected"
+    [ $name = plain ] || continue
+    platform export "$key" "Z:${work//\//\\}\\theirs.reg" /y >/dev/null
+    same "reg export, beside the platform's tool" "$work/theirs.reg" "$work/expected"
+    run reg delete "$key" --recursive
+    platform import "Z:${work//\//\\}\\once.reg" >/dev/null
+    run reg export "$key" >"$work/out"
+    same "reg export, read by the platform's tool" "$work/out" "$work/expected"
+done
+entries() { printf '%s\n' "$version" "$@"; } # for input, where \\ is one backslash
+is 0 "\xef\xbb\xbf$(entries ' ; c' "[HKCU\\\\Software\\\\OrvToolTest] ; c" '"odd" = - ;c' '"New"= DWORD:2a' '"none"=-' \
+    "[-$shown\\\\] ; [x]" "[-$shown\\\\none]" "[$shown\\\\new]" '@=hex(7):61, 0 ,\\' ' ; no' | sed '$d')\n  00" \
+    '2 keys, 2 values, 4 deletions\n' reg import -
+is 1 '' "orvtool reg: reading '$shown\\\\\\\\odd' failed: 0xE001003D (ORV_E_FILE_NOT_FOUND)\n" reg get "$key\\\\odd"
+is 0 '' 'new\n' reg list "$key"
+while IFS='|' read -r line problem body; do
+    is 1 "$(entries "[$shown\\\\Never]" '"x"="y"')\n$body" "orvtool reg: line $line: $problem\n" reg import
+done <<'FAULTS'
+4|the bracket is not closed|[HKCU\\x
+5|this is no key|\n[HKXX\\x]
+4|this is no key|[HKCU\\x\\]
+4|this is no key|[HKCU\\x\\\\y]
+4|a root cannot be deleted|[-HKCU]
+4|there is something behind the end of the entry|[HKCU] x
+5|a value stands below no key|[-HKCU\\none]\n@=""
+4|this is neither a key in brackets nor a value, '@' or a name in quotation marks|x=1
+4|an equals sign is missing behind the name of the value|@ ""
+4|the data is no text in quotation marks, dword:, hex:, hex(TYPE): or minus sign|@=x
+4|the number of a type is wrong|@=hex():
+4|dword: wants up to eight hexadecimal digits|@=dword:x
+4|there is something behind the end of the entry|@=dword:123456789
+5|a byte of two hexadecimal digits is missing|@=hex:01,\\\n  ,
+4|a backslash that continues the bytes does not end its line|@=hex:01,\\ 02
+4|a backslash in quotation marks stands before neither a backslash nor a quotation mark|@="C:\\new"
+4|the quotation marks are not closed|@="x\ny
+4|this is neither UTF-16 behind a byte order mark nor UTF-8|;\xff
+FAULTS
+is 1 'REGEDIT4\n' 'orvtool reg: line 1: this is the older format, REGEDIT4, whose text depends on a code page; export it as version 5.00\n' reg import
+is 1 '' "orvtool reg: line 1: the first line is not '$version'\n" reg import
+is 0 '' 'new\n' reg list "$key" # and no key Never
+is 1 '' "orvtool reg: making the file '$work/none/x' failed: 0xE001003E (ORV_E_PATH_NOT_FOUND)\n" reg export "$key" "$work/none/x"
+run reg delete "$key" --recursive
+
 like 0 'orvtool [0-9]+\.[0-9]+\.[0-9]+ ' --version
 
-for command in base64 bunzip2 bzip2 convert deflate guid hash inflate lock match number path random shm time xml; do
+for command in base64 bunzip2 bzip2 convert deflate guid hash inflate lock match number path random reg shm time xml; do
     like 0 "Usage: orvtool $command .*" $command --help
 done
 

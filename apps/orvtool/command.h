@@ -30,6 +30,7 @@ extern const Command kSemaphoreCommand;
 extern const Command kLockCommand;
 extern const Command kShmCommand;
 extern const Command kPathCommand;
+extern const Command kRegCommand;
 extern const Command kBase64Command;
 extern const Command kGuidCommand;
 extern const Command kMatchCommand;

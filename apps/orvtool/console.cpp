@@ -44,6 +44,11 @@ OrvResult Stream::Flush()
 {
     if (OrvFailed(result_) || length_ == 0)
         return result_;
+    if (isUtf16_) {
+        const uint32_t size = length_ * sizeof(wchar_t);
+        length_ = 0;
+        return result_ = Write(reinterpret_cast<const char *>(characters_), size);
+    }
     // A pair must not be split between two conversions.
     const bool keepsHalf = length_ > 1 && (characters_[length_ - 1] & 0xFC00) == 0xD800;
     const uint32_t count = keepsHalf ? length_ - 1 : length_;
@@ -76,6 +81,15 @@ void Stream::ReplaceLoneSurrogates(uint32_t count)
         else
             characters_[i] = kReplacement;
     }
+}
+
+OrvResult Stream::UseUtf16()
+{
+    constexpr wchar_t kByteOrderMark = 0xFEFF;
+    if (isConsole_ || OrvFailed(Flush()))
+        return result_;
+    isUtf16_ = true;
+    return Append(&kByteOrderMark, &kByteOrderMark + 1);
 }
 
 OrvResult Stream::WriteBytes(const void *bytes, uint32_t count)

@@ -1,6 +1,6 @@
-// The program's standard output and error: UTF-16 text in, bytes out. A console gets the OEM page that it
-// shows; a pipe or a file gets UTF-8, in which a surrogate without its other half is the replacement
-// character.
+// The program's standard output and error, and files of text: UTF-16 text in, bytes out. A console gets the
+// OEM page that it shows; a pipe or a file gets UTF-8, in which a surrogate without its other half is the
+// replacement character, or UTF-16 as it is.
 
 #pragma once
 
@@ -10,7 +10,8 @@
 namespace orvtool
 {
 
-/// A buffered stream over a standard handle. A failed write is remembered; everything after it is dropped.
+/// A buffered stream over a handle that it does not own. A failed write is remembered; everything after it is
+/// dropped.
 class Stream final : public OrvBasAppendable<wchar_t>
 {
 public:
@@ -33,6 +34,10 @@ public:
 
     bool IsConsole() const { return isConsole_; }
 
+    /// From now on text goes out as UTF-16, little-endian, with a byte order mark before it; a console still
+    /// gets what it shows. Returns 0 or the first failure of the stream.
+    OrvResult UseUtf16();
+
 private:
     static constexpr uint32_t kCapacity = 2048;
 
@@ -42,6 +47,7 @@ private:
 
     HANDLE handle_;
     bool isConsole_;
+    bool isUtf16_ = false;
     OrvResult result_ = 0;
     uint32_t length_ = 0;
     wchar_t characters_[kCapacity];

@@ -2,6 +2,7 @@
 
 #include "input.h"
 
+#include "native_status.h"
 #include "nt/programs.h"
 #include "nt/teb.h"
 #include "orv/runtime/kernel32_entry_points.h"
@@ -13,11 +14,6 @@ namespace orvtool
 
 namespace
 {
-
-OrvResult ResultOf(NTSTATUS status)
-{
-    return NT_SUCCESS(status) ? ORV_S_OK : OrvCreateErrorCodeFromWin32(RtlNtStatusToDosError(status));
-}
 
 /// A pipe whose writers are gone has ended too.
 bool IsEnd(OrvResult result)

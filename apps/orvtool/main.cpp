@@ -17,7 +17,7 @@ const Command *const kCommands[] = {
     &kInfoCommand,   &kResultCommand, &kEventCommand,   &kMutexCommand, &kSemaphoreCommand, &kLockCommand,
     &kShmCommand,    &kBase64Command, &kBunzip2Command, &kBzip2Command, &kConvertCommand,   &kDeflateCommand,
     &kGuidCommand,   &kHashCommand,   &kInflateCommand, &kMatchCommand, &kNumberCommand,    &kPathCommand,
-    &kRandomCommand, &kTimeCommand,   &kXmlCommand,
+    &kRandomCommand, &kRegCommand,    &kTimeCommand,    &kXmlCommand,
 };
 
 constexpr wchar_t kExitCodes[] = L"\n"

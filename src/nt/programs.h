@@ -27,6 +27,7 @@ constexpr ULONG FileStandardInformation = 5;
 
 constexpr ACCESS_MASK FILE_GENERIC_READ = 0x120089;
 constexpr ULONG FILE_NON_DIRECTORY_FILE = 0x40;
+constexpr ULONG FILE_OVERWRITE_IF = 5;
 
 constexpr ULONG ProcessBasicInformation = 0;
 constexpr ULONG ProcessHandleCount = 20;

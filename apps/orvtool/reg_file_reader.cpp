@@ -1,0 +1,320 @@
+#include "reg_file_reader.h"
+
+#include "crt/memory.h"
+#include "orv/runtime/result.h"
+#include "orv/text/character.h"
+#include "orv/text/code_page.h"
+#include "reg_data.h"
+#include "text_bounds.h"
+
+namespace orvtool
+{
+
+namespace
+{
+
+bool IsBlank(wchar_t character)
+{
+    return character == L' ' || character == L'\t' || character == L'\r';
+}
+
+OrvResult ReadAll(Input &input, OrvMbCharHeapBuffer &bytes)
+{
+    constexpr uint32_t kLeast = 4096;
+    const uint64_t size = input.Size();
+    uint32_t length = 0;
+    uint32_t room = size < UINT32_MAX / 2 ? static_cast<uint32_t>(size) + kLeast : UINT32_MAX / 2;
+    for (;;) {
+        OrvResult result = bytes.Resize(room);
+        uint32_t count = 0;
+        if (OrvSucceeded(result))
+            result = input.Read(bytes.GetBuffer() + length, room - length, count);
+        if (OrvFailed(result))
+            return result;
+        length += count;
+        if (length < room)
+            return bytes.Resize(length);
+        if (room > UINT32_MAX / 2)
+            return ORV_E_OUT_OF_MEMORY;
+        room *= 2;
+    }
+}
+
+uint32_t LineOf(const char *bytes, uint32_t offset)
+{
+    uint32_t line = 1;
+    for (uint32_t i = 0; i < offset; i++)
+        line += bytes[i] == '\n';
+    return line;
+}
+
+} // namespace
+
+OrvResult ReadRegFileText(Input &input, OrvUtf16CharHeapBuffer &text, uint32_t &line)
+{
+    OrvMbCharHeapBuffer collected;
+    OrvResult result = ReadAll(input, collected);
+    if (OrvFailed(result))
+        return result;
+    const char *bytes = collected.GetValue();
+    uint32_t size = collected.GetInternal().length;
+    if (size >= 2 && memcmp(bytes, "\xFF\xFE", 2) == 0) {
+        line = LineOf(bytes, size);
+        result = size % sizeof(wchar_t) ? ORV_E_INVALID_DATA : text.Resize(size / sizeof(wchar_t) - 1);
+        if (OrvSucceeded(result) && size > 2)
+            memcpy(text.GetBuffer(), bytes + 2, size - 2);
+        return result;
+    }
+    if (size >= 3 && memcmp(bytes, "\xEF\xBB\xBF", 3) == 0) {
+        bytes += 3;
+        size -= 3;
+    }
+    uint32_t units = 0;
+    result = text.Resize(size); // no text has more UTF-16 units than UTF-8 bytes
+    if (OrvSucceeded(result) && size)
+        result = OrvConvertMb2Utf16String(text.GetBuffer(), text.GetCapacity(), bytes, OrvCodePageUtf8,
+                                          &units, size);
+    if (result == ORV_E_INVALID_DATA)
+        line = LineOf(bytes, FindFault(bytes, size, OrvCodePageUtf8));
+    return OrvSucceeded(result) ? text.Resize(units) : result;
+}
+
+OrvResult RegFileReader::Fail(const wchar_t *problem)
+{
+    problem_ = problem;
+    return ORV_E_INVALID_DATA;
+}
+
+void RegFileReader::SkipBlanks()
+{
+    while (next_ != last_ && IsBlank(*next_))
+        next_++;
+}
+
+void RegFileReader::SkipLine()
+{
+    const wchar_t *const end = OrvFindElement(next_, L'\n', static_cast<uint32_t>(last_ - next_));
+    next_ = end ? end : last_;
+}
+
+bool RegFileReader::Take(const wchar_t *word)
+{
+    const wchar_t *at = next_;
+    for (; *word; word++, at++) {
+        if (at == last_ || OrvToASCIILower(*at) != *word)
+            return false;
+    }
+    next_ = at;
+    return true;
+}
+
+bool RegFileReader::TakeHexNumber(uint32_t mostDigits, uint32_t &number)
+{
+    number = 0;
+    uint32_t digits = 0;
+    for (; digits < mostDigits && next_ != last_ && HexDigitOf(*next_) < 16; digits++)
+        number = number << 4 | HexDigitOf(*next_++);
+    return digits != 0;
+}
+
+/// Leaves the line feed, if there is one, to Next.
+OrvResult RegFileReader::ReadLineEnd()
+{
+    SkipBlanks();
+    if (IsAt(L';'))
+        SkipLine();
+    return IsAtEnd() || IsAt(L'\n') ? 0 : Fail(L"there is something behind the end of the entry");
+}
+
+OrvResult RegFileReader::ReadHeader()
+{
+    line_ = 1;
+    if (Take(L"regedit4"))
+        return Fail(
+            L"this is the older format, REGEDIT4, whose text depends on a code page; export it as version "
+            L"5.00");
+    if (!Take(L"windows registry editor version 5.00"))
+        return Fail(L"the first line is not 'Windows Registry Editor Version 5.00'");
+    return ReadLineEnd();
+}
+
+OrvResult RegFileReader::Next(RegFileEntry &entry, bool &found)
+{
+    found = false;
+    OrvResult result = line_ ? 0 : ReadHeader();
+    while (OrvSucceeded(result)) {
+        SkipBlanks();
+        if (IsAtEnd())
+            return 0;
+        if (*next_ == L'\n') {
+            next_++;
+            line_++;
+            continue;
+        }
+        if (*next_ == L';') {
+            SkipLine();
+            continue;
+        }
+        entry.line = line_;
+        result = *next_ == L'[' ? ReadKey(entry) : ReadValue(entry);
+        if (OrvSucceeded(result))
+            result = ReadLineEnd();
+        found = OrvSucceeded(result);
+        if (found)
+            return 0;
+    }
+    return result;
+}
+
+OrvResult RegFileReader::ReadKey(RegFileEntry &entry)
+{
+    const wchar_t *first = next_ + 1;
+    SkipLine();
+    const wchar_t *const end = OrvFindElementFromRight(first, L']', static_cast<uint32_t>(next_ - first));
+    if (!end)
+        return Fail(L"the bracket is not closed");
+    next_ = end + 1;
+    const bool isDeleted = first != end && *first == L'-';
+    first += isDeleted;
+    const OrvResult result =
+        ParseRegistryLocation(key_, OrvBasWinRegistryHandle::Name(first, static_cast<uint32_t>(end - first)));
+    if (result == ORV_E_INVALID_ARGUMENT || (OrvSucceeded(result) && key_.hasValue))
+        return Fail(L"this is no key");
+    if (isDeleted && OrvSucceeded(result) && key_.path.GetLength() == 0)
+        return Fail(L"a root cannot be deleted");
+    isKeyOpen_ = !isDeleted;
+    entry.kind = isDeleted ? RegFileEntry::kDeletedKey : RegFileEntry::kKey;
+    entry.root = key_.root;
+    entry.path = key_.Path();
+    return result;
+}
+
+OrvResult RegFileReader::ReadValue(RegFileEntry &entry)
+{
+    OrvResult result = 0;
+    if (Take(L"@"))
+        result = name_.Resize(0);
+    else if (IsAt(L'"'))
+        result = ReadQuoted(name_);
+    else
+        return Fail(L"this is neither a key in brackets nor a value, '@' or a name in quotation marks");
+    if (OrvFailed(result))
+        return result;
+    if (!isKeyOpen_)
+        return Fail(L"a value stands below no key");
+    SkipBlanks();
+    if (!Take(L"="))
+        return Fail(L"an equals sign is missing behind the name of the value");
+    SkipBlanks();
+    entry.name = OrvBasWinRegistryHandle::Name(name_.GetValue(), name_.GetInternal().length);
+    entry.kind = RegFileEntry::kValue;
+    return ReadData(entry);
+}
+
+OrvResult RegFileReader::ReadData(RegFileEntry &entry)
+{
+    if (Take(L"-")) {
+        entry.kind = RegFileEntry::kDeletedValue;
+        return 0;
+    }
+    if (IsAt(L'"')) {
+        const OrvResult result = ReadQuoted(text_);
+        entry.type = OrvRegistryString;
+        entry.bytes = reinterpret_cast<const uint8_t *>(text_.GetValue());
+        entry.size = (text_.GetInternal().length + 1) * sizeof(wchar_t);
+        return result;
+    }
+    uint32_t type = OrvRegistryBinary;
+    if (Take(L"dword:"))
+        return ReadDWord(entry);
+    if (Take(L"hex(")) {
+        if (!TakeHexNumber(8, type) || !Take(L"):"))
+            return Fail(L"the number of a type is wrong");
+    } else if (!Take(L"hex:")) {
+        return Fail(L"the data is no text in quotation marks, dword:, hex:, hex(TYPE): or minus sign");
+    }
+    entry.type = static_cast<OrvBasWinRegistryValueType>(type);
+    return ReadBytes(entry);
+}
+
+OrvResult RegFileReader::ReadQuoted(OrvUtf16CharHeapBuffer &text)
+{
+    const wchar_t *const first = next_ + 1;
+    const wchar_t *end = first;
+    uint32_t escapes = 0;
+    uint32_t lines = 0;
+    for (; end != last_ && *end != L'"'; end++) {
+        lines += *end == L'\n';
+        if (*end != L'\\')
+            continue;
+        end++;
+        escapes++;
+        if (end == last_ || (*end != L'\\' && *end != L'"'))
+            return Fail(
+                L"a backslash in quotation marks stands before neither a backslash nor a quotation mark");
+    }
+    if (end == last_)
+        return Fail(L"the quotation marks are not closed");
+    const OrvResult result = text.Resize(static_cast<uint32_t>(end - first) - escapes);
+    if (OrvFailed(result))
+        return result;
+    wchar_t *out = text.GetBuffer();
+    for (next_ = first; next_ != end; next_++) {
+        next_ += *next_ == L'\\';
+        *out++ = *next_;
+    }
+    next_++;
+    line_ += lines;
+    return 0;
+}
+
+OrvResult RegFileReader::ReadDWord(RegFileEntry &entry)
+{
+    uint32_t number = 0;
+    SkipBlanks();
+    if (!TakeHexNumber(8, number))
+        return Fail(L"dword: wants up to eight hexadecimal digits");
+    const OrvResult result = bytes_.Assign(reinterpret_cast<const char *>(&number), sizeof number);
+    entry.type = OrvRegistryDWord;
+    entry.bytes = reinterpret_cast<const uint8_t *>(bytes_.GetValue());
+    entry.size = sizeof number;
+    return result;
+}
+
+OrvResult RegFileReader::ReadBytes(RegFileEntry &entry)
+{
+    constexpr uint32_t kFirstSize = 256;
+    uint32_t count = 0;
+    for (bool isListed = false;;) { // a comma asks for another byte
+        SkipBlanks();
+        if (Take(L"\\")) {
+            SkipBlanks();
+            if (!IsAt(L'\n'))
+                return Fail(L"a backslash that continues the bytes does not end its line");
+            next_++;
+            line_++;
+            continue;
+        }
+        uint32_t byte = 0;
+        const bool isByte = TakeHexNumber(2, byte);
+        if (!isByte && isListed)
+            return Fail(L"a byte of two hexadecimal digits is missing");
+        if (!isByte)
+            break;
+        if (count == bytes_.GetInternal().length) {
+            const OrvResult result = bytes_.Resize(count ? count * 2 : kFirstSize);
+            if (OrvFailed(result))
+                return result;
+        }
+        bytes_[count++] = static_cast<char>(byte);
+        SkipBlanks();
+        isListed = Take(L",");
+        if (!isListed)
+            break;
+    }
+    entry.bytes = reinterpret_cast<const uint8_t *>(bytes_.GetValue());
+    entry.size = count;
+    return 0;
+}
+
+} // namespace orvtool

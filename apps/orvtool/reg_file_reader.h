@@ -1,0 +1,85 @@
+// Reading the text format of the system's registry editor, version 5.00, entry by entry.
+//
+// A file is one text: the header, then keys in brackets, each followed by its values. Roots go by their long
+// or short names. A minus sign before a key, or in place of a value's data, asks for deletion. Blank lines
+// and what follows a semicolon, outside quotation marks, do not matter. Two rules keep odd names exact: a key
+// ends at the last bracket of its line, and a text in quotation marks, in which only a backslash and a
+// quotation mark stand behind a backslash, may go on over the end of a line.
+
+#pragma once
+
+#include "input.h"
+#include "reg_location.h"
+
+namespace orvtool
+{
+
+struct RegFileEntry {
+    enum Kind { kKey, kDeletedKey, kValue, kDeletedValue };
+
+    Kind kind = kKey;
+    uint32_t line = 0;
+
+    // Of a key; valid until the next key.
+    OrvBasWinRegistryRootType root = OrvRegistryNoRoot;
+    OrvBasWinRegistryHandle::Name path;
+
+    // Of a value; valid until the next entry.
+    OrvBasWinRegistryHandle::Name name;
+    OrvBasWinRegistryValueType type = OrvRegistryNone;
+    const uint8_t *bytes = nullptr;
+    uint32_t size = 0;
+};
+
+class RegFileReader
+{
+public:
+    /// The characters must outlive the reader.
+    RegFileReader(const wchar_t *text, uint32_t length) : next_(text), last_(text + length) {}
+
+    /// The next entry; `found` is cleared behind the last one.
+    ///
+    /// Returns 0; ORV_E_INVALID_DATA, and GetProblem says what is wrong in which line; ORV_E_OUT_OF_MEMORY.
+    OrvResult Next(RegFileEntry &entry, bool &found);
+
+    const wchar_t *GetProblem() const { return problem_; }
+
+    /// The line, from 1 on, that was read last, or in which the problem begins.
+    uint32_t GetLine() const { return line_; }
+
+private:
+    OrvResult ReadHeader();
+    OrvResult ReadKey(RegFileEntry &entry);
+    OrvResult ReadValue(RegFileEntry &entry);
+    OrvResult ReadData(RegFileEntry &entry);
+    OrvResult ReadQuoted(OrvUtf16CharHeapBuffer &text);
+    OrvResult ReadDWord(RegFileEntry &entry);
+    OrvResult ReadBytes(RegFileEntry &entry);
+    OrvResult ReadLineEnd();
+    OrvResult Fail(const wchar_t *problem);
+
+    bool IsAtEnd() const { return next_ == last_; }
+    bool IsAt(wchar_t character) const { return next_ != last_ && *next_ == character; }
+    bool Take(const wchar_t *word);
+    bool TakeHexNumber(uint32_t mostDigits, uint32_t &number);
+    void SkipBlanks();
+    void SkipLine();
+
+    const wchar_t *next_;
+    const wchar_t *last_;
+    uint32_t line_ = 0; ///< 0: the header has not been read
+    const wchar_t *problem_ = nullptr;
+    bool isKeyOpen_ = false; ///< values may follow
+    RegistryLocation key_;
+    OrvUtf16CharHeapBuffer name_;
+    OrvUtf16CharHeapBuffer text_;
+    OrvMbCharHeapBuffer bytes_;
+};
+
+/// Reads the whole input: UTF-16, little-endian, behind a byte order mark, or else UTF-8.
+///
+/// Returns 0; ORV_E_INVALID_DATA when the bytes are no such text, and `line` is where; ORV_E_OUT_OF_MEMORY;
+/// the input's failure.
+OrvResult ReadRegFileText(Input &input, OrvUtf16CharHeapBuffer &text, uint32_t &line);
+
+} // namespace orvtool

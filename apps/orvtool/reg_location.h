@@ -1,0 +1,36 @@
+// Places in the registry as text: "HKCU\Software\Orv" is a key, "HKCU\Software\Orv\\Name" a value of it, and
+// "HKCU\Software\Orv\\" its default value. A root goes by its short or its long name.
+
+#pragma once
+
+#include "command.h"
+
+#include "orv/registry/registry_handle.h"
+#include "orv/text/heap_string.h"
+
+namespace orvtool
+{
+
+struct RegistryLocation {
+    OrvBasWinRegistryRootType root = OrvRegistryNoRoot;
+    OrvUtf16HeapString path; ///< of the key below the root; empty for the root itself
+    bool hasValue = false;
+    OrvUtf16HeapString valueName;
+
+    OrvBasWinRegistryHandle::Name Path() const { return {path.GetCharacters(), path.GetLength()}; }
+    OrvBasWinRegistryHandle::Name ValueName() const
+    {
+        return {valueName.GetCharacters(), valueName.GetLength()};
+    }
+};
+
+/// Takes a text apart. A key that ends with one backslash is refused: a second one, which names the default
+/// value, may have been lost between the quotation marks of a shell.
+///
+/// Returns 0; ORV_E_INVALID_ARGUMENT when the text is no location; ORV_E_OUT_OF_MEMORY.
+OrvResult ParseRegistryLocation(RegistryLocation &location, const OrvBasWinRegistryHandle::Name &text);
+
+/// "HKEY_CURRENT_USER" and the like.
+const wchar_t *LongNameOfRoot(OrvBasWinRegistryRootType root);
+
+} // namespace orvtool
