@@ -20,7 +20,7 @@ prepare() {
 case ${1:-} in
 prepare) prepare ;;
 start)
-    mkdir -p "$(dirname "$WINEPREFIX")"
+    mkdir -p "$WINEPREFIX" # some servers want it
     "$server" -p 2>/dev/null || true # fails when one is already there
     prepare
     ;;
