@@ -126,6 +126,9 @@ OrvResult OrvBasWinRegistryHandle::StartSingleWatchingKeyChange(OrvBasEvent &eve
     // The platform writes here when the change comes, be the handle long gone; nobody reads it.
     static IO_STATUS_BLOCK status;
     constexpr ULONG kNamesAttributesValuesSecurity = 0xF;
+    // Whoever opened the key closes what watches it, too, when he goes on to another.
+    if (!IsOpened() && parent_)
+        return parent_->StartSingleWatchingKeyChange(event, subtree);
     OrvResult result = MakeState();
     if (OrvFailed(result))
         return result;

@@ -330,9 +330,12 @@ OrvResult OrvBasWinRegistryHandle::SetStringArrayValue(NameEnumerator &strings, 
             break;
         if (!item.characters || !*item.characters)
             return ORV_E_INVALID_ARGUMENT;
-        result = joined.Append(item.characters);
+        const uint32_t length = joined.GetInternal().length;
+        const uint32_t added = OrvGetStringSizeInElements(item.characters) + 1;
+        if (joined.GetCapacity() - length < added)
+            result = joined.ReserveElements(length / 2 + length + added); // so that many strings stay cheap
         if (OrvSucceeded(result))
-            result = joined.Append(wchar_t(0));
+            result = joined.Append(item.characters, added);
         if (OrvFailed(result))
             return result;
     }

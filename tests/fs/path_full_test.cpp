@@ -125,6 +125,7 @@ TEST_CASE(LongPathsFitOrAreRefused)
 TEST_CASE(NamesAreFoundInTheFileSystem)
 {
     const TestFile file(L"C:\\windows\\temp\\orv path test, a long name.tmp");
+    const CurrentDirectory directory(L"C:\\windows");
     OrvUtf16CharHeapBuffer alternate;
     CHECK_EQUAL(GetAlternatePath(alternate, L"C:\\windows\\temp\\ORV path test, a long name.tmp"), ORV_S_OK);
     OrvUtf16CharHeapBuffer shortName;
@@ -152,6 +153,12 @@ TEST_CASE(NamesAreFoundInTheFileSystem)
         {normalized, L"\\\\no-server\\share\\\\a", L"\\\\no-server\\share\\a"},
         {normalized, L"\\\\?\\C:\\\\WINDOWS", L"\\\\?\\C:\\windows"},
         {normalized, L"C:\\", L"C:\\"},
+        {normalized, L"C:/\\\\WINDOWS\\./TEMP\\", L"C:/windows\\temp\\"}, // "/" separates no names
+        {normalized, L"C:/\\", L"C:/\\"},
+        {normalized, L"\\WINDOWS\\x", L"\\windows\\x"},
+        {toLong, L"C:TEMP", L"C:temp"},
+        {normalized, L"C:TEMP\\x", L"C:temp\\x"},
+        {toLong, L"TEMP", L"temp"},
         {normalized, L"..\\.", L"..\\."},
         {toLong, L"C:\\windows\\no-such-file", nullptr},
         {toAlternate, L"C:\\windows\\no-such-dir\\x", nullptr},
@@ -179,6 +186,9 @@ TEST_CASE(NamesAreFoundInTheFileSystem)
     }
     OrvUtf16CharHeapBuffer out;
     CHECK_EQUAL(GetLongPath(out, L"C:\\windows\\*"), ORV_E_INVALID_NAME);
+    CHECK_EQUAL(GetLongPath(out, L"C:\\windows\\tem<"), ORV_E_INVALID_NAME);
+    CHECK_EQUAL(GetLongPath(out, L"C:\\windows\0x\\temp", 17), ORV_E_NOT_PRODUCED);
+    CHECK_EQUAL(GetFullPath(out, L"a\0b", 3), ORV_E_NOT_PRODUCED);
     CHECK_EQUAL(GetNormalizedPath(out, L""), ORV_E_INVALID_ARGUMENT);
     CHECK_EQUAL(GetLongPath(out, nullptr), ORV_E_INVALID_ARGUMENT);
     const test::RefusingHeap refusing;
