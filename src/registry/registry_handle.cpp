@@ -73,7 +73,7 @@ NTSTATUS CreateParents(const OBJECT_ATTRIBUTES &attributes, ACCESS_MASK viewAcce
         UNICODE_STRING parent = {size, size, path.Buffer};
         OBJECT_ATTRIBUTES parentAttributes = attributes;
         parentAttributes.ObjectName = &parent;
-        detail::ScopedKey key;
+        detail::ScopedHandle key;
         ULONG disposition = 0;
         const NTSTATUS status = CreateNative(parentAttributes, KEY_CREATE_SUB_KEY | viewAccess, transaction,
                                              key.handle, disposition);

@@ -85,7 +85,7 @@ OrvResult OrvBasWinRegistryHandle::SaveKey(const wchar_t *file)
         return result;
     const OBJECT_ATTRIBUTES attributes = path.Attributes();
     {
-        detail::ScopedKey target;
+        detail::ScopedHandle target;
         IO_STATUS_BLOCK status = {};
         result = detail::ResultFromCall(ZwCreateFile(&target.handle, GENERIC_WRITE | SYNCHRONIZE, &attributes,
                                                      &status, nullptr, FILE_ATTRIBUTE_NORMAL, 0, FILE_CREATE,
@@ -114,7 +114,7 @@ OrvResult OrvBasWinRegistryHandle::RestoreKey(const wchar_t *file, IOrvString<wc
     if (OrvFailed(result))
         return result;
     const OBJECT_ATTRIBUTES attributes = nativePath.Attributes();
-    detail::ScopedKey source;
+    detail::ScopedHandle source;
     IO_STATUS_BLOCK status = {};
     result = detail::ResultFromCall(ZwOpenFile(&source.handle, GENERIC_READ | SYNCHRONIZE, &attributes,
                                                &status, FILE_SHARE_READ, FILE_SYNCHRONOUS_IO_NONALERT));
@@ -150,7 +150,7 @@ OrvResult OrvBasWinRegistryHandle::EnablePrivilege(OrvBasWinRegistryPrivilege pr
     constexpr ULONG kEnabled = 2;
     if (!OrvNtdllIsTableInitialized() || !OrvNtdll_FunctionExists("ZwOpenProcessToken"))
         return ORV_E_NOT_SUPPORTED;
-    detail::ScopedKey token;
+    detail::ScopedHandle token;
     const OrvResult result = detail::ResultFromCall(
         OrvNtdll_ZwOpenProcessToken(NtCurrentProcess(), kAdjustAndQuery, &token.handle));
     if (OrvFailed(result))

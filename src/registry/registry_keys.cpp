@@ -81,7 +81,7 @@ OrvResult QueryInfo(HANDLE key, OrvBasWinRegistryKeyInfo &info)
 
 bool OrvBasWinRegistryHandle::Exists(const Name &path, OrvWinTransaction *transaction)
 {
-    detail::ScopedKey key;
+    detail::ScopedHandle key;
     const OrvResult result = CreateHandleInternal(key.handle, path, KEY_QUERY_VALUE, transaction);
     return OrvSucceeded(result) || result == ORV_E_ACCESS_DENIED;
 }
@@ -99,7 +99,7 @@ bool OrvBasWinRegistryHandle::KeyExistsTransacted(OrvWinTransaction &transaction
 OrvResult OrvBasWinRegistryHandle::CreateBelow(const Name &path, OrvWinTransaction *transaction,
                                                Creation creation)
 {
-    detail::ScopedKey key;
+    detail::ScopedHandle key;
     return Open(kFromCurrentKey, path, KEY_QUERY_VALUE, transaction, creation, key.handle);
 }
 
@@ -188,7 +188,7 @@ OrvResult OrvBasWinRegistryHandle::GetKeyInfo(OrvBasWinRegistryKeyInfo &info)
 OrvResult OrvBasWinRegistryHandle::GetKeyInfoTransacted(OrvWinTransaction &transaction,
                                                         OrvBasWinRegistryKeyInfo &info)
 {
-    detail::ScopedKey key;
+    detail::ScopedHandle key;
     const OrvResult result = CreateHandleInternal(key.handle, Name(), KEY_QUERY_VALUE, &transaction);
     return OrvSucceeded(result) ? QueryInfo(key.handle, info) : result;
 }

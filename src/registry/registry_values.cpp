@@ -184,7 +184,7 @@ OrvResult OrvBasWinRegistryHandle::SetValueTransacted(OrvWinTransaction &transac
                                                       OrvBasWinRegistryValueType type, const void *bytes,
                                                       uint32_t size, const Name &name)
 {
-    detail::ScopedKey key;
+    detail::ScopedHandle key;
     const OrvResult result = CreateHandleInternal(key.handle, Name(), KEY_SET_VALUE, &transaction);
     return OrvSucceeded(result) ? Set(key.handle, type, bytes, size, name) : result;
 }
@@ -201,7 +201,7 @@ OrvResult OrvBasWinRegistryHandle::QueryValueTransacted(OrvWinTransaction &trans
                                                         OrvBasWinRegistryValueType &type,
                                                         IOrvBuffer<unsigned char> &bytes, const Name &name)
 {
-    detail::ScopedKey key;
+    detail::ScopedHandle key;
     const OrvResult result = CreateHandleInternal(key.handle, Name(), KEY_QUERY_VALUE, &transaction);
     return OrvSucceeded(result) ? Query(key.handle, type, bytes, name) : result;
 }
@@ -357,7 +357,7 @@ OrvResult OrvBasWinRegistryHandle::DeleteValue(const Name &name)
 
 OrvResult OrvBasWinRegistryHandle::DeleteValueTransacted(OrvWinTransaction &transaction, const Name &name)
 {
-    detail::ScopedKey key;
+    detail::ScopedHandle key;
     const OrvResult result = CreateHandleInternal(key.handle, Name(), KEY_SET_VALUE, &transaction);
     return OrvSucceeded(result) ? Remove(key.handle, name) : result;
 }
@@ -370,7 +370,7 @@ bool OrvBasWinRegistryHandle::ValueExists(const Name &name)
 
 bool OrvBasWinRegistryHandle::ValueExistsTransacted(OrvWinTransaction &transaction, const Name &name)
 {
-    detail::ScopedKey key;
+    detail::ScopedHandle key;
     return OrvSucceeded(CreateHandleInternal(key.handle, Name(), KEY_QUERY_VALUE, &transaction)) &&
            ::Exists(key.handle, name);
 }
