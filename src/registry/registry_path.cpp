@@ -156,8 +156,8 @@ OrvResult SplitNativeKeyName(const wchar_t *name, uint32_t length, OrvBasWinRegi
     uint32_t newAccess = access;
     // Only the first place counts, even when a longer name starts there.
     const wchar_t *const part = OrvFindSubString(upper.GetValue(), kNodePart, length, kNodePartLength);
-    const auto position = static_cast<uint32_t>(part - upper.GetValue());
-    if (part && HasPartAt(upper.GetBuffer(), length, position, kNodePart, kNodePartLength)) {
+    const auto position = part ? static_cast<uint32_t>(part - upper.GetValue()) : length;
+    if (HasPartAt(upper.GetBuffer(), length, position, kNodePart, kNodePartLength)) {
         upper.Erase(position, kNodePartLength);
         newAccess = (newAccess ^ kAccess64) | kAccess32;
     }

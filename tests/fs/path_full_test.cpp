@@ -116,6 +116,12 @@ TEST_CASE(LongPathsFitOrAreRefused)
     }
     OrvUtf16CharHeapBuffer path;
     OrvUtf16CharHeapBuffer out;
+    const uint32_t tooLong[] = {32763, 32766, 40000}; // once the prefix "\??\" stands before it
+    for (const uint32_t length : tooLong) {
+        MakeLong(path, length);
+        test::Note("length", length);
+        CHECK_EQUAL(OrvNtdll_RtlDosPathNameToNtPathName_T(path.GetValue(), out), ORV_E_NOT_PRODUCED);
+    }
     MakeLong(path, 32767);
     CHECK_EQUAL(GetFullPath(out, path.GetValue()), ORV_E_NOT_PRODUCED);
     CHECK_EQUAL(GetFullPath(out, L""), ORV_E_NOT_PRODUCED);
