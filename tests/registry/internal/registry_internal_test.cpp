@@ -34,7 +34,36 @@ NTSTATUS NTAPI NoteAccess(HANDLE *key, ACCESS_MASK access, const OBJECT_ATTRIBUT
     return Redirected<decltype(ZwOpenKey)>::original(key, access, attributes);
 }
 
+/// Someone else deletes the key "b" just before it is opened.
+NTSTATUS NTAPI VanishThenOpen(HANDLE *key, ACCESS_MASK access, const OBJECT_ATTRIBUTES *attributes)
+{
+    auto *const original = Redirected<decltype(ZwOpenKey)>::original;
+    HANDLE other = nullptr;
+    const UNICODE_STRING &name = *attributes->ObjectName;
+    if (name.Length == 2 && name.Buffer[0] == L'b' && original(&other, DELETE, attributes) == 0) {
+        calls++;
+        ZwDeleteKey(other);
+        ZwClose(other);
+    }
+    return original(key, access, attributes);
+}
+
 } // namespace
+
+TEST_CASE(KeysThatVanishAreDeletedToo)
+{
+    InternalInitializeOrvSysDll();
+    OrvBasWinRegistryHandle key(OrvRegistryCurrentUser);
+    CHECK(OrvSucceeded(key.OpenOrCreateKey(L"Software\\OrvRegistryCallTest")));
+    CHECK(OrvSucceeded(key.CreateKeys(L"x\\a")) && OrvSucceeded(key.CreateKeys(L"x\\b")));
+    calls = 0;
+    {
+        const Redirected<decltype(ZwOpenKey)> vanishing(ZwOpenKeySlot, VanishThenOpen);
+        CHECK_EQUAL(key.DeleteKey(L"x", true), ORV_S_OK);
+    }
+    CHECK(calls == 1 && !key.KeyExists(L"x"));
+    CHECK_EQUAL(key.DeleteKey(L"", false), ORV_S_OK);
+}
 
 TEST_CASE(SmallValuesAreOneCall)
 {
