@@ -9,18 +9,12 @@ namespace
 {
 
 using namespace OrvBasPath;
-typedef OrvMutableStringRefBase2<wchar_t> Reference;
+using test::Operation;
+using test::Reference;
 
 struct Case {
     const wchar_t *path;
     const wchar_t *expected;
-};
-
-/// The forms of an operation that takes a path and gives a text.
-struct Operation {
-    OrvResult (*counted)(_ORV_UTF16CHAR_STR &, const wchar_t *, uint32_t, unsigned int *);
-    OrvResult (*heap)(OrvUtf16CharHeapBuffer &, const wchar_t *, uint32_t);
-    OrvResult (*reference)(const Reference &, const OrvStringRefBase<wchar_t> &);
 };
 
 uint32_t LengthOf(const wchar_t *text)
@@ -36,18 +30,7 @@ void CheckAll(const Case (&cases)[N], const Operation &operation, bool needsNoRo
 {
     for (const Case &c : cases) {
         test::Note("case", &c - cases);
-        const uint32_t length = LengthOf(c.path);
-        const wchar_t *const unterminated = test::GuardedCopy(c.path, length);
-        test::CheckForms(
-            c.expected, 0,
-            [&](_ORV_UTF16CHAR_STR &out, unsigned int *required) {
-                return operation.counted(out, unterminated, length, required);
-            },
-            [&](OrvUtf16CharHeapBuffer &out) { return operation.heap(out, c.path, OrvTerminated); },
-            [&](const Reference &out) {
-                return operation.reference(out, {unterminated, length});
-            },
-            needsNoRoomWhenEmpty);
+        test::CheckPath(c.path, c.expected, 0, operation, needsNoRoomWhenEmpty);
         // In place: the path stands where the result goes.
         OrvUtf16CharHeapBuffer own;
         own.Assign(c.path);
@@ -142,13 +125,8 @@ TEST_CASE(VolumesStandBeforeTheColon)
     };
     for (const auto &c : cases) {
         test::Note("case", &c - cases);
-        test::CheckForms(
-            c.expected, c.result,
-            [&](_ORV_UTF16CHAR_STR &out, unsigned int *required) {
-                return GetVolumeFromPath(out, c.path, OrvTerminated, required);
-            },
-            [&](OrvUtf16CharHeapBuffer &out) { return GetVolumeFromPath(out, c.path); },
-            [&](const Reference &out) { return GetVolumeFromPath(out, c.path); }, true);
+        test::CheckPath(c.path, c.expected, c.result,
+                        {GetVolumeFromPath, GetVolumeFromPath, GetVolumeFromPath}, true);
     }
 }
 
