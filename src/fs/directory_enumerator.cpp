@@ -25,7 +25,10 @@ OrvResult DirectoryEnumerator::Open(const PathText &pattern)
     pattern_ = {size, size, const_cast<WCHAR *>(names.characters)};
 
     TerminatedText directory;
-    OrvResult result = directory.Set(PathPieces(start ? pattern.UpTo(start) : PathText(L".", 1)));
+    PathPieces pieces(pattern.UpTo(start));
+    if (start == 0 || pattern[start - 1] == L':')
+        pieces.Add(PathText(L".", 1)); // the current directory, that of the drive behind "D:"
+    OrvResult result = directory.Set(pieces);
     if (OrvFailed(result))
         return result;
     NtPath path;

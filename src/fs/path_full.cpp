@@ -101,11 +101,10 @@ OrvResult QueryVariable(const wchar_t *name, TextArray &value)
 
 OrvResult QueryTempDir(TextArray &value)
 {
-    constexpr OrvResult kNotSet = static_cast<OrvResult>(0xC00700CB); // ERROR_ENVVAR_NOT_FOUND
     constexpr const wchar_t *kNames[] = {L"TMP", L"TEMP", L"USERPROFILE"};
     for (const wchar_t *const name : kNames) {
         const OrvResult result = QueryVariable(name, value);
-        if (result != kNotSet)
+        if (OrvSucceeded(result) || result != detail::ResultFromStatus(STATUS_VARIABLE_NOT_FOUND))
             return result;
     }
     return ORV_E_PATH_NOT_FOUND;

@@ -8,6 +8,7 @@ namespace
 
 using detail::DirectoryEntry;
 using detail::DirectoryEnumerator;
+using detail::IsSeparator;
 using detail::PathPieces;
 using detail::PathText;
 using detail::WritePath;
@@ -40,10 +41,12 @@ bool CouldBeShortName(const PathText &name)
     return false;
 }
 
+/// Whether the file system would take the name for a pattern. `<>"` are what "*?." become below Win32.
 bool HasWildcard(const PathText &name)
 {
+    constexpr wchar_t kWildcards[] = L"*?<>\"";
     for (uint32_t i = 0; i < name.length; i++) {
-        if (name[i] == L'*' || name[i] == L'?')
+        if (OrvFindElement(kWildcards, name[i], 5))
             return true;
     }
     return false;
@@ -93,10 +96,13 @@ OrvResult BuildPath(const PathText &path, Names names, OrvUtf16CharHeapBuffer &o
         result = out.Append(path.characters, rootLength);
     for (uint32_t position = rootLength; OrvSucceeded(result) && position < path.length;) {
         if (Separates(path[position], names)) {
-            const wchar_t last = out.IsEmpty() ? L'\\' : out[out.GetInternal().length - 1];
-            if (!Separates(last, names))
+            while (position < path.length && Separates(path[position], names))
+                position++;
+            // A root ends with its own separator, but that of a share. At the end "\" stands in any case.
+            const bool isEnd = position == path.length && names == Names::Normalized;
+            const wchar_t last = out[out.GetInternal().length - 1];
+            if (isEnd ? last != L'\\' : out.GetInternal().length > rootLength || !IsSeparator(last))
                 result = out.Append(L'\\');
-            position++;
             continue;
         }
         uint32_t end = position;

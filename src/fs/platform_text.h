@@ -49,7 +49,7 @@ public:
     TerminatedText() = default;
 
     /// Pieces are copied; so is a text whose length is given. Returns 0, ORV_E_NOT_PRODUCED when it is longer
-    /// than any path, or ORV_E_OUT_OF_MEMORY.
+    /// than any path or has a zero in it, or ORV_E_OUT_OF_MEMORY.
     OrvResult Set(const PathPieces &pieces)
     {
         if (pieces.Length() > kLongestPath)
@@ -58,7 +58,7 @@ public:
             return ORV_E_OUT_OF_MEMORY;
         pieces.WriteTo(array_.Get());
         text_ = array_.Get();
-        return 0;
+        return OrvGetStringSizeInElements(text_) == pieces.Length() ? ORV_S_OK : ORV_E_NOT_PRODUCED;
     }
 
     OrvResult Set(const wchar_t *path, uint32_t length)

@@ -28,7 +28,7 @@ OrvResult InsertAll(OrvBasWinRegistryEnumerator &names, NameInserter &inserter)
 
 OrvResult OrvBasWinRegistryEnumerator::Next(OrvStringzRefBase<wchar_t> &name, bool &found)
 {
-    constexpr uint32_t kFirstSize = 512; // a name of the longest kind that keys have, nearly
+    constexpr uint32_t kFirstSize = 528; // the longest name of a key fits
     found = false;
     if (!key_)
         return 0;
@@ -48,7 +48,9 @@ OrvResult OrvBasWinRegistryEnumerator::Next(OrvStringzRefBase<wchar_t> &name, bo
         if (status == STATUS_NO_MORE_ENTRIES)
             return 0;
         if ((status == STATUS_BUFFER_OVERFLOW || status == STATUS_BUFFER_TOO_SMALL) && needed > room) {
-            const OrvResult result = buffer_.ReserveElements(needed + sizeof(WCHAR));
+            const uint32_t doubled = 2 * buffer_.GetCapacity(); // seldom, even where each name is longer
+            const OrvResult result =
+                buffer_.ReserveElements(doubled > needed ? doubled : needed + sizeof(WCHAR));
             if (OrvFailed(result))
                 return result;
             continue;

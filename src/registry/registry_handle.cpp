@@ -73,7 +73,7 @@ NTSTATUS CreateParents(const OBJECT_ATTRIBUTES &attributes, ACCESS_MASK viewAcce
         UNICODE_STRING parent = {size, size, path.Buffer};
         OBJECT_ATTRIBUTES parentAttributes = attributes;
         parentAttributes.ObjectName = &parent;
-        detail::ScopedKey key;
+        detail::ScopedHandle key;
         ULONG disposition = 0;
         const NTSTATUS status = CreateNative(parentAttributes, KEY_CREATE_SUB_KEY | viewAccess, transaction,
                                              key.handle, disposition);
@@ -214,6 +214,67 @@ OrvResult OrvBasWinRegistryHandle::MakeState()
     return 0;
 }
 
+/// Gives the root and the path below it that the keys make up which are open between.
+OrvResult OrvBasWinRegistryHandle::FindWay(Origin origin, OrvBasWinRegistryRootType &root,
+                                           OrvUtf16CharHeapBuffer &way) const
+{
+    OrvResult result = 0;
+    if (parent_)
+        result = parent_->FindWay(kFromCurrentKey, root, way);
+    else
+        root = root_;
+    if (OrvFailed(result) || origin == kFromParent || !IsOpened() || path_.IsEmpty())
+        return result;
+    if (!way.IsEmpty())
+        result = way.Append(L'\\');
+    return OrvSucceeded(result) ? way.Append(path_) : result;
+}
+
+/// Puts the path part of the 32-bit view into `path` if that is where it belongs; `changed` then holds it.
+OrvResult OrvBasWinRegistryHandle::ApplyView(Origin origin, Name &path, OrvUtf16CharHeapBuffer &changed) const
+{
+    if (ViewOf(viewMode_) != OrvRegistryViewNode)
+        return 0;
+    const uint32_t length = detail::ResolveLength(path.characters, path.length);
+    OrvBasWinRegistryRootType root = OrvRegistryNoRoot;
+    OrvUtf16CharHeapBuffer way;
+    OrvResult result = FindWay(origin, root, way);
+    if (OrvSucceeded(result) && !way.IsEmpty())
+        result = way.Append(L'\\');
+    const uint32_t start = way.GetInternal().length;
+    if (OrvSucceeded(result))
+        result = way.Append(path.characters, length);
+    if (OrvFailed(result))
+        return result;
+    const uint32_t found = detail::FindWow6432NodePosition(root, way.GetValue(), way.GetInternal().length);
+    if (found <= start)
+        return 0;
+    const uint32_t position = found - start;
+    result = changed.Append(path.characters, position);
+    if (OrvSucceeded(result))
+        result = changed.Append(L'\\');
+    if (OrvSucceeded(result))
+        result = changed.Append(detail::kWow6432Node);
+    if (OrvSucceeded(result))
+        result = changed.Append(path.characters + position, length - position);
+    path = Name(changed.GetValue(), changed.GetInternal().length);
+    return result;
+}
+
+OrvResult OrvBasWinRegistryHandle::Open(Origin origin, const Name &path, uint32_t access,
+                                        OrvWinTransaction *transaction, Creation creation,
+                                        void *&handle) const
+{
+    HANDLE base = nullptr;
+    OrvResult result = origin == kFromParent ? ParentKey(base) : CurrentKey(base);
+    Name inView = path;
+    OrvUtf16CharHeapBuffer changed;
+    if (OrvSucceeded(result))
+        result = ApplyView(origin, inView, changed);
+    return OrvSucceeded(result) ? OpenBelow(base, inView, access, transaction, creation, handle) : result;
+}
+
+/// Opens what the path says, to the letter.
 OrvResult OrvBasWinRegistryHandle::OpenBelow(void *base, const Name &path, uint32_t access,
                                              OrvWinTransaction *transaction, Creation creation,
                                              void *&handle) const
@@ -227,33 +288,15 @@ OrvResult OrvBasWinRegistryHandle::OpenBelow(void *base, const Name &path, uint3
     detail::CountedName name;
     if (!name.Set(path))
         return ORV_E_INVALID_NAME;
-    OrvUtf16CharHeapBuffer viewPath; // with the path part of the 32-bit view
-    const uint32_t length = name.Get()->Length / sizeof(WCHAR);
-    const uint32_t position = ViewOf(viewMode_) == OrvRegistryViewNode
-                                  ? detail::FindWow6432NodePosition(root_, path.characters, length)
-                                  : 0;
-    if (position) {
-        OrvResult result = viewPath.Append(path.characters, position);
-        if (OrvSucceeded(result))
-            result = viewPath.Append(L'\\');
-        if (OrvSucceeded(result))
-            result = viewPath.Append(detail::kWow6432Node);
-        if (OrvSucceeded(result))
-            result = viewPath.Append(path.characters + position, length - position);
-        if (OrvFailed(result))
-            return result;
-        if (!name.Set(Name(viewPath.GetBuffer(), viewPath.GetInternal().length)))
-            return ORV_E_INVALID_NAME;
-    }
-
+    const ULONG flags = OBJ_CASE_INSENSITIVE | (creation == kOpenLink ? OBJ_OPENLINK : 0);
     const OBJECT_ATTRIBUTES attributes = {
-        sizeof attributes,    base,    const_cast<UNICODE_STRING *>(name.Get()),
-        OBJ_CASE_INSENSITIVE, nullptr, nullptr};
+        sizeof attributes, base, const_cast<UNICODE_STRING *>(name.Get()), flags, nullptr, nullptr};
     const ACCESS_MASK viewAccess = ViewAccess(viewMode_);
     HANDLE opened = nullptr;
     ULONG disposition = REG_OPENED_EXISTING_KEY;
     NTSTATUS status = 0;
-    if (creation == kOpenOnly) {
+    const bool creates = creation == kCreateLast || creation == kCreateAll;
+    if (!creates) {
         status = OpenNative(attributes, access | viewAccess, inside, opened);
     } else {
         status = CreateNative(attributes, access | viewAccess, inside, opened, disposition);
@@ -267,7 +310,7 @@ OrvResult OrvBasWinRegistryHandle::OpenBelow(void *base, const Name &path, uint3
     if (!NT_SUCCESS(status))
         return detail::ResultFromStatus(status);
     handle = opened;
-    return creation != kOpenOnly && disposition == REG_OPENED_EXISTING_KEY ? ORV_S_ALREADY_EXISTS : ORV_S_OK;
+    return creates && disposition == REG_OPENED_EXISTING_KEY ? ORV_S_ALREADY_EXISTS : ORV_S_OK;
 }
 
 OrvResult OrvBasWinRegistryHandle::ReplaceKey(const Name &path, uint32_t access,
@@ -280,12 +323,8 @@ OrvResult OrvBasWinRegistryHandle::ReplaceKey(const Name &path, uint32_t access,
     result = newPath.Assign(path.characters, path.length);
     if (OrvFailed(result))
         return result;
-    HANDLE base = nullptr;
-    result = ParentKey(base);
-    if (OrvFailed(result))
-        return result;
     HANDLE opened = nullptr;
-    result = OpenBelow(base, path, access, transaction, creation, opened);
+    result = Open(kFromParent, path, access, transaction, creation, opened);
     if (OrvFailed(result))
         return result;
     CloseKey();
@@ -321,7 +360,5 @@ OrvResult OrvBasWinRegistryHandle::OpenKeyIfExistsTransacted(OrvWinTransaction &
 OrvResult OrvBasWinRegistryHandle::CreateHandleInternal(void *&handle, const Name &path, uint32_t access,
                                                         OrvWinTransaction *transaction)
 {
-    HANDLE base = nullptr;
-    const OrvResult result = CurrentKey(base);
-    return OrvSucceeded(result) ? OpenBelow(base, path, access, transaction, kOpenOnly, handle) : result;
+    return Open(kFromCurrentKey, path, access, transaction, kOpenOnly, handle);
 }

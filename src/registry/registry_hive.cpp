@@ -85,7 +85,7 @@ OrvResult OrvBasWinRegistryHandle::SaveKey(const wchar_t *file)
         return result;
     const OBJECT_ATTRIBUTES attributes = path.Attributes();
     {
-        detail::ScopedKey target;
+        detail::ScopedHandle target;
         IO_STATUS_BLOCK status = {};
         result = detail::ResultFromCall(ZwCreateFile(&target.handle, GENERIC_WRITE | SYNCHRONIZE, &attributes,
                                                      &status, nullptr, FILE_ATTRIBUTE_NORMAL, 0, FILE_CREATE,
@@ -114,7 +114,7 @@ OrvResult OrvBasWinRegistryHandle::RestoreKey(const wchar_t *file, IOrvString<wc
     if (OrvFailed(result))
         return result;
     const OBJECT_ATTRIBUTES attributes = nativePath.Attributes();
-    detail::ScopedKey source;
+    detail::ScopedHandle source;
     IO_STATUS_BLOCK status = {};
     result = detail::ResultFromCall(ZwOpenFile(&source.handle, GENERIC_READ | SYNCHRONIZE, &attributes,
                                                &status, FILE_SHARE_READ, FILE_SYNCHRONOUS_IO_NONALERT));
@@ -126,6 +126,9 @@ OrvResult OrvBasWinRegistryHandle::StartSingleWatchingKeyChange(OrvBasEvent &eve
     // The platform writes here when the change comes, be the handle long gone; nobody reads it.
     static IO_STATUS_BLOCK status;
     constexpr ULONG kNamesAttributesValuesSecurity = 0xF;
+    // Whoever opened the key closes what watches it, too, when he goes on to another.
+    if (!IsOpened() && parent_)
+        return parent_->StartSingleWatchingKeyChange(event, subtree);
     OrvResult result = MakeState();
     if (OrvFailed(result))
         return result;
@@ -147,7 +150,7 @@ OrvResult OrvBasWinRegistryHandle::EnablePrivilege(OrvBasWinRegistryPrivilege pr
     constexpr ULONG kEnabled = 2;
     if (!OrvNtdllIsTableInitialized() || !OrvNtdll_FunctionExists("ZwOpenProcessToken"))
         return ORV_E_NOT_SUPPORTED;
-    detail::ScopedKey token;
+    detail::ScopedHandle token;
     const OrvResult result = detail::ResultFromCall(
         OrvNtdll_ZwOpenProcessToken(NtCurrentProcess(), kAdjustAndQuery, &token.handle));
     if (OrvFailed(result))

@@ -39,14 +39,14 @@ private:
     UNICODE_STRING counted_;
 };
 
-/// A key that is open for one operation.
-class ScopedKey
+/// A handle for one operation: to a key, a file, a token.
+class ScopedHandle
 {
 public:
-    ScopedKey() = default;
-    ScopedKey(const ScopedKey &) = delete;
-    ScopedKey &operator=(const ScopedKey &) = delete;
-    ~ScopedKey()
+    ScopedHandle() = default;
+    ScopedHandle(const ScopedHandle &) = delete;
+    ScopedHandle &operator=(const ScopedHandle &) = delete;
+    ~ScopedHandle()
     {
         if (handle)
             ZwClose(handle);

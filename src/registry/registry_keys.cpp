@@ -81,7 +81,7 @@ OrvResult QueryInfo(HANDLE key, OrvBasWinRegistryKeyInfo &info)
 
 bool OrvBasWinRegistryHandle::Exists(const Name &path, OrvWinTransaction *transaction)
 {
-    detail::ScopedKey key;
+    detail::ScopedHandle key;
     const OrvResult result = CreateHandleInternal(key.handle, path, KEY_QUERY_VALUE, transaction);
     return OrvSucceeded(result) || result == ORV_E_ACCESS_DENIED;
 }
@@ -99,12 +99,8 @@ bool OrvBasWinRegistryHandle::KeyExistsTransacted(OrvWinTransaction &transaction
 OrvResult OrvBasWinRegistryHandle::CreateBelow(const Name &path, OrvWinTransaction *transaction,
                                                Creation creation)
 {
-    HANDLE base = nullptr;
-    const OrvResult result = CurrentKey(base);
-    if (OrvFailed(result))
-        return result;
-    detail::ScopedKey key;
-    return OpenBelow(base, path, KEY_QUERY_VALUE, transaction, creation, key.handle);
+    detail::ScopedHandle key;
+    return Open(kFromCurrentKey, path, KEY_QUERY_VALUE, transaction, creation, key.handle);
 }
 
 OrvResult OrvBasWinRegistryHandle::CreateKey(const Name &path)
@@ -129,9 +125,9 @@ OrvResult OrvBasWinRegistryHandle::CreateKeysTransacted(OrvWinTransaction &trans
 
 OrvResult OrvBasWinRegistryHandle::Delete(const Name &path, bool recursive, OrvWinTransaction *transaction)
 {
-    constexpr ACCESS_MASK kAccess = DELETE | KEY_ENUMERATE_SUB_KEYS;
+    const ACCESS_MASK access = recursive ? DELETE | KEY_ENUMERATE_SUB_KEYS : DELETE;
     HANDLE opened = nullptr;
-    OrvResult result = CreateHandleInternal(opened, path, kAccess, transaction);
+    OrvResult result = Open(kFromCurrentKey, path, access, transaction, kOpenLink, opened);
     if (OrvFailed(result))
         return result;
     KeyStack keys;
@@ -148,8 +144,8 @@ OrvResult OrvBasWinRegistryHandle::Delete(const Name &path, bool recursive, OrvW
             bool found = false;
             result = children.Next(name, found);
             if (OrvSucceeded(result) && found) {
-                result = OpenBelow(keys.Top(), Name(name.characters, children.GetLength()), kAccess,
-                                   transaction, kOpenOnly, opened);
+                result = OpenBelow(keys.Top(), Name(name.characters, children.GetLength()), access,
+                                   transaction, kOpenLink, opened);
                 constexpr uint32_t kPatience = 100;
                 if (OrvFailed(result) && (!IsGone(result) || ++vanished == kPatience))
                     return result;
@@ -192,7 +188,7 @@ OrvResult OrvBasWinRegistryHandle::GetKeyInfo(OrvBasWinRegistryKeyInfo &info)
 OrvResult OrvBasWinRegistryHandle::GetKeyInfoTransacted(OrvWinTransaction &transaction,
                                                         OrvBasWinRegistryKeyInfo &info)
 {
-    detail::ScopedKey key;
+    detail::ScopedHandle key;
     const OrvResult result = CreateHandleInternal(key.handle, Name(), KEY_QUERY_VALUE, &transaction);
     return OrvSucceeded(result) ? QueryInfo(key.handle, info) : result;
 }

@@ -130,6 +130,8 @@ uint32_t FindWow6432NodePosition(OrvBasWinRegistryRootType root, const wchar_t *
         if (end == length)
             return 0;
         position = end + 1;
+    } else if (root != OrvRegistryLocalMachine) {
+        return 0;
     }
     if (!HasPartAt(path, length, position, kSoftware, kSoftwareLength))
         return 0;
@@ -152,12 +154,12 @@ OrvResult SplitNativeKeyName(const wchar_t *name, uint32_t length, OrvBasWinRegi
         return ORV_E_NOT_PROVIDED;
 
     uint32_t newAccess = access;
-    for (uint32_t i = kMachineLength; i < length; i = FindSeparator(upper.GetBuffer(), length, i + 1)) {
-        if (HasPartAt(upper.GetBuffer(), length, i, kNodePart, kNodePartLength)) {
-            upper.Erase(i, kNodePartLength);
-            newAccess = (newAccess ^ kAccess64) | kAccess32;
-            break;
-        }
+    // Only the first place counts, even when a longer name starts there.
+    const wchar_t *const part = OrvFindSubString(upper.GetValue(), kNodePart, length, kNodePartLength);
+    const auto position = part ? static_cast<uint32_t>(part - upper.GetValue()) : length;
+    if (HasPartAt(upper.GetBuffer(), length, position, kNodePart, kNodePartLength)) {
+        upper.Erase(position, kNodePartLength);
+        newAccess = (newAccess ^ kAccess64) | kAccess32;
     }
     const Rest rest(upper.GetBuffer(), upper.GetInternal().length, kMachineLength);
     result = path.Assign(rest.characters, rest.count);

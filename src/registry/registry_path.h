@@ -13,7 +13,7 @@ namespace detail
 extern const wchar_t kWow6432Node[12];
 
 /// The position in a key's path below `root` where "\Wow6432Node" belongs; 0 when the path is the same in
-/// both views, or has that part there.
+/// both views, or has that part there. The path starts at the root itself.
 uint32_t FindWow6432NodePosition(OrvBasWinRegistryRootType root, const wchar_t *path, uint32_t length);
 
 /// Reads the native name of a key back. See OrvBasWinRegistryHandle::SplitCurrentKeyName, whose results these

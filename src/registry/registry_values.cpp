@@ -184,7 +184,7 @@ OrvResult OrvBasWinRegistryHandle::SetValueTransacted(OrvWinTransaction &transac
                                                       OrvBasWinRegistryValueType type, const void *bytes,
                                                       uint32_t size, const Name &name)
 {
-    detail::ScopedKey key;
+    detail::ScopedHandle key;
     const OrvResult result = CreateHandleInternal(key.handle, Name(), KEY_SET_VALUE, &transaction);
     return OrvSucceeded(result) ? Set(key.handle, type, bytes, size, name) : result;
 }
@@ -201,7 +201,7 @@ OrvResult OrvBasWinRegistryHandle::QueryValueTransacted(OrvWinTransaction &trans
                                                         OrvBasWinRegistryValueType &type,
                                                         IOrvBuffer<unsigned char> &bytes, const Name &name)
 {
-    detail::ScopedKey key;
+    detail::ScopedHandle key;
     const OrvResult result = CreateHandleInternal(key.handle, Name(), KEY_QUERY_VALUE, &transaction);
     return OrvSucceeded(result) ? Query(key.handle, type, bytes, name) : result;
 }
@@ -330,9 +330,12 @@ OrvResult OrvBasWinRegistryHandle::SetStringArrayValue(NameEnumerator &strings, 
             break;
         if (!item.characters || !*item.characters)
             return ORV_E_INVALID_ARGUMENT;
-        result = joined.Append(item.characters);
+        const uint32_t length = joined.GetInternal().length;
+        const uint32_t added = OrvGetStringSizeInElements(item.characters) + 1;
+        if (joined.GetCapacity() - length < added)
+            result = joined.ReserveElements(length / 2 + length + added); // so that many strings stay cheap
         if (OrvSucceeded(result))
-            result = joined.Append(wchar_t(0));
+            result = joined.Append(item.characters, added);
         if (OrvFailed(result))
             return result;
     }
@@ -354,7 +357,7 @@ OrvResult OrvBasWinRegistryHandle::DeleteValue(const Name &name)
 
 OrvResult OrvBasWinRegistryHandle::DeleteValueTransacted(OrvWinTransaction &transaction, const Name &name)
 {
-    detail::ScopedKey key;
+    detail::ScopedHandle key;
     const OrvResult result = CreateHandleInternal(key.handle, Name(), KEY_SET_VALUE, &transaction);
     return OrvSucceeded(result) ? Remove(key.handle, name) : result;
 }
@@ -367,7 +370,7 @@ bool OrvBasWinRegistryHandle::ValueExists(const Name &name)
 
 bool OrvBasWinRegistryHandle::ValueExistsTransacted(OrvWinTransaction &transaction, const Name &name)
 {
-    detail::ScopedKey key;
+    detail::ScopedHandle key;
     return OrvSucceeded(CreateHandleInternal(key.handle, Name(), KEY_QUERY_VALUE, &transaction)) &&
            ::Exists(key.handle, name);
 }

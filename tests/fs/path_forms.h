@@ -11,6 +11,15 @@
 namespace test
 {
 
+typedef OrvMutableStringRefBase2<wchar_t> Reference;
+
+/// The forms of an operation that takes a path and gives a text.
+struct Operation {
+    OrvResult (*counted)(_ORV_UTF16CHAR_STR &, const wchar_t *, uint32_t, unsigned int *);
+    OrvResult (*heap)(OrvUtf16CharHeapBuffer &, const wchar_t *, uint32_t);
+    OrvResult (*reference)(const Reference &, const OrvStringRefBase<wchar_t> &);
+};
+
 inline bool IsText(const _ORV_UTF16CHAR_STR &text, const wchar_t *expected)
 {
     uint32_t i = 0;
@@ -51,6 +60,26 @@ void CheckForms(const wchar_t *expected, OrvResult result, Counted counted, Heap
     buffer.Assign(L"what stood here before, which is longer than many a result is");
     CHECK_EQUAL(reference(OrvMakeMutableStringRef(buffer)), result);
     CHECK_TEXT(buffer.GetValue(), expected);
+}
+
+/// The same for an operation on a path, which is given with and without a terminator.
+inline void CheckPath(const wchar_t *path, const wchar_t *expected, OrvResult result,
+                      const Operation &operation, bool needsNoRoomWhenEmpty = false)
+{
+    uint32_t length = 0;
+    while (path[length])
+        length++;
+    const wchar_t *const unterminated = GuardedCopy(path, length);
+    CheckForms(
+        expected, result,
+        [&](_ORV_UTF16CHAR_STR &out, unsigned int *required) {
+            return operation.counted(out, unterminated, length, required);
+        },
+        [&](OrvUtf16CharHeapBuffer &out) { return operation.heap(out, path, OrvTerminated); },
+        [&](const Reference &out) {
+            return operation.reference(out, {unterminated, length});
+        },
+        needsNoRoomWhenEmpty);
 }
 
 } // namespace test

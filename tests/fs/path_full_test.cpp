@@ -11,9 +11,7 @@ namespace
 {
 
 using namespace OrvBasPath;
-typedef OrvMutableStringRefBase2<wchar_t> Reference;
-
-typedef OrvResult (*Naming)(OrvUtf16CharHeapBuffer &, const wchar_t *, uint32_t);
+using test::Reference;
 
 /// Sets the current directory, and takes it back.
 class CurrentDirectory
@@ -48,17 +46,6 @@ void SetVariable(const wchar_t *name, const wchar_t *value)
     RtlSetEnvironmentVariable(nullptr, &countedName, value ? &countedValue : nullptr);
 }
 
-void CheckFullPath(const wchar_t *path, const wchar_t *expected)
-{
-    test::CheckForms(
-        expected, 0,
-        [&](_ORV_UTF16CHAR_STR &out, unsigned int *required) {
-            return GetFullPath(out, path, OrvTerminated, required);
-        },
-        [&](OrvUtf16CharHeapBuffer &out) { return GetFullPath(out, path); },
-        [&](const Reference &out) { return GetFullPath(out, path); });
-}
-
 /// A path of so many characters: "C:\aaaa...".
 void MakeLong(OrvUtf16CharHeapBuffer &path, uint32_t length)
 {
@@ -72,8 +59,9 @@ void MakeLong(OrvUtf16CharHeapBuffer &path, uint32_t length)
 TEST_CASE(FullPathsAreThePlatforms)
 {
     const CurrentDirectory directory(L"C:\\windows");
-    CheckFullPath(L"a/../b\\.\\c", L"C:\\windows\\b\\c");
-    CheckFullPath(L"\\x", L"C:\\x");
+    const test::Operation full = {GetFullPath, GetFullPath, GetFullPath};
+    test::CheckPath(L"a/../b\\.\\c", L"C:\\windows\\b\\c", 0, full);
+    test::CheckPath(L"\\x", L"C:\\x", 0, full);
     test::Generator generator;
     const wchar_t alphabet[] = L"C:\\/.a ?";
     for (uint32_t i = 0; i < 3000; i++) {
@@ -116,6 +104,12 @@ TEST_CASE(LongPathsFitOrAreRefused)
     }
     OrvUtf16CharHeapBuffer path;
     OrvUtf16CharHeapBuffer out;
+    const uint32_t tooLong[] = {32763, 32766, 40000}; // once the prefix "\??\" stands before it
+    for (const uint32_t length : tooLong) {
+        MakeLong(path, length);
+        test::Note("length", length);
+        CHECK_EQUAL(OrvNtdll_RtlDosPathNameToNtPathName_T(path.GetValue(), out), ORV_E_NOT_PRODUCED);
+    }
     MakeLong(path, 32767);
     CHECK_EQUAL(GetFullPath(out, path.GetValue()), ORV_E_NOT_PRODUCED);
     CHECK_EQUAL(GetFullPath(out, L""), ORV_E_NOT_PRODUCED);
@@ -125,6 +119,7 @@ TEST_CASE(LongPathsFitOrAreRefused)
 TEST_CASE(NamesAreFoundInTheFileSystem)
 {
     const TestFile file(L"C:\\windows\\temp\\orv path test, a long name.tmp");
+    const CurrentDirectory directory(L"C:\\windows");
     OrvUtf16CharHeapBuffer alternate;
     CHECK_EQUAL(GetAlternatePath(alternate, L"C:\\windows\\temp\\ORV path test, a long name.tmp"), ORV_S_OK);
     OrvUtf16CharHeapBuffer shortName;
@@ -133,12 +128,12 @@ TEST_CASE(NamesAreFoundInTheFileSystem)
     OrvUtf16CharHeapBuffer doubled;
     CHECK_EQUAL(CombinePaths(doubled, L"C:\\\\WINDOWS\\\\\\temp\\.\\", shortName.GetValue()), ORV_S_OK);
 
-    const Naming normalized = GetNormalizedPath; // imports, whose addresses are no constants
-    const Naming toLong = GetLongPath;
-    const Naming toAlternate = GetAlternatePath;
+    const test::Operation normalized = {GetNormalizedPath, GetNormalizedPath, GetNormalizedPath};
+    const test::Operation toLong = {GetLongPath, GetLongPath, GetLongPath};
+    const test::Operation toAlternate = {GetAlternatePath, GetAlternatePath, GetAlternatePath};
     const wchar_t *const longName = L"C:\\windows\\temp\\orv path test, a long name.tmp";
     const struct {
-        Naming operation;
+        const test::Operation &operation;
         const wchar_t *path;
         const wchar_t *expected; ///< null: not found
     } cases[] = {
@@ -152,6 +147,12 @@ TEST_CASE(NamesAreFoundInTheFileSystem)
         {normalized, L"\\\\no-server\\share\\\\a", L"\\\\no-server\\share\\a"},
         {normalized, L"\\\\?\\C:\\\\WINDOWS", L"\\\\?\\C:\\windows"},
         {normalized, L"C:\\", L"C:\\"},
+        {normalized, L"C:/\\\\WINDOWS\\./TEMP\\", L"C:/windows\\temp\\"}, // "/" separates no names
+        {normalized, L"C:/\\", L"C:/\\"},
+        {normalized, L"\\WINDOWS\\x", L"\\windows\\x"},
+        {toLong, L"C:TEMP", L"C:temp"},
+        {normalized, L"C:TEMP\\x", L"C:temp\\x"},
+        {toLong, L"TEMP", L"temp"},
         {normalized, L"..\\.", L"..\\."},
         {toLong, L"C:\\windows\\no-such-file", nullptr},
         {toAlternate, L"C:\\windows\\no-such-dir\\x", nullptr},
@@ -159,26 +160,20 @@ TEST_CASE(NamesAreFoundInTheFileSystem)
     };
     for (const auto &c : cases) {
         test::Note("case", &c - cases);
+        if (c.expected) {
+            test::CheckPath(c.path, c.expected, 0, c.operation);
+            continue;
+        }
         OrvUtf16CharHeapBuffer out;
         out.Assign(L"before");
-        CHECK_EQUAL(c.operation(out, c.path, OrvTerminated), c.expected ? ORV_S_OK : ORV_E_FILE_NOT_FOUND);
-        CHECK_TEXT(out.GetValue(), c.expected ? c.expected : L"before");
-        if (!c.expected || c.operation == toAlternate)
-            continue;
-        const bool isLong = c.operation == toLong;
-        test::CheckForms(
-            c.expected, 0,
-            [&](_ORV_UTF16CHAR_STR &text, unsigned int *required) {
-                return isLong ? GetLongPath(text, c.path, OrvTerminated, required)
-                              : GetNormalizedPath(text, c.path, OrvTerminated, required);
-            },
-            [&](OrvUtf16CharHeapBuffer &text) { return c.operation(text, c.path, OrvTerminated); },
-            [&](const Reference &text) {
-                return isLong ? GetLongPath(text, c.path) : GetNormalizedPath(text, c.path);
-            });
+        CHECK_EQUAL(c.operation.heap(out, c.path, OrvTerminated), ORV_E_FILE_NOT_FOUND);
+        CHECK_TEXT(out.GetValue(), L"before");
     }
     OrvUtf16CharHeapBuffer out;
     CHECK_EQUAL(GetLongPath(out, L"C:\\windows\\*"), ORV_E_INVALID_NAME);
+    CHECK_EQUAL(GetLongPath(out, L"C:\\windows\\tem<"), ORV_E_INVALID_NAME);
+    CHECK_EQUAL(GetLongPath(out, L"C:\\windows\0x\\temp", 17), ORV_E_NOT_PRODUCED);
+    CHECK_EQUAL(GetFullPath(out, L"a\0b", 3), ORV_E_NOT_PRODUCED);
     CHECK_EQUAL(GetNormalizedPath(out, L""), ORV_E_INVALID_ARGUMENT);
     CHECK_EQUAL(GetLongPath(out, nullptr), ORV_E_INVALID_ARGUMENT);
     const test::RefusingHeap refusing;

@@ -9,18 +9,12 @@ namespace
 {
 
 using namespace OrvBasPath;
-typedef OrvMutableStringRefBase2<wchar_t> Reference;
+using test::Operation;
+using test::Reference;
 
 struct Case {
     const wchar_t *path;
     const wchar_t *expected;
-};
-
-/// The forms of an operation that takes a path and gives a text.
-struct Operation {
-    OrvResult (*counted)(_ORV_UTF16CHAR_STR &, const wchar_t *, uint32_t, unsigned int *);
-    OrvResult (*heap)(OrvUtf16CharHeapBuffer &, const wchar_t *, uint32_t);
-    OrvResult (*reference)(const Reference &, const OrvStringRefBase<wchar_t> &);
 };
 
 uint32_t LengthOf(const wchar_t *text)
@@ -36,18 +30,7 @@ void CheckAll(const Case (&cases)[N], const Operation &operation, bool needsNoRo
 {
     for (const Case &c : cases) {
         test::Note("case", &c - cases);
-        const uint32_t length = LengthOf(c.path);
-        const wchar_t *const unterminated = test::GuardedCopy(c.path, length);
-        test::CheckForms(
-            c.expected, 0,
-            [&](_ORV_UTF16CHAR_STR &out, unsigned int *required) {
-                return operation.counted(out, unterminated, length, required);
-            },
-            [&](OrvUtf16CharHeapBuffer &out) { return operation.heap(out, c.path, OrvTerminated); },
-            [&](const Reference &out) {
-                return operation.reference(out, {unterminated, length});
-            },
-            needsNoRoomWhenEmpty);
+        test::CheckPath(c.path, c.expected, 0, operation, needsNoRoomWhenEmpty);
         // In place: the path stands where the result goes.
         OrvUtf16CharHeapBuffer own;
         own.Assign(c.path);
@@ -142,13 +125,8 @@ TEST_CASE(VolumesStandBeforeTheColon)
     };
     for (const auto &c : cases) {
         test::Note("case", &c - cases);
-        test::CheckForms(
-            c.expected, c.result,
-            [&](_ORV_UTF16CHAR_STR &out, unsigned int *required) {
-                return GetVolumeFromPath(out, c.path, OrvTerminated, required);
-            },
-            [&](OrvUtf16CharHeapBuffer &out) { return GetVolumeFromPath(out, c.path); },
-            [&](const Reference &out) { return GetVolumeFromPath(out, c.path); }, true);
+        test::CheckPath(c.path, c.expected, c.result,
+                        {GetVolumeFromPath, GetVolumeFromPath, GetVolumeFromPath}, true);
     }
 }
 
@@ -307,55 +285,40 @@ TEST_CASE(RulesHoldForGeneratedPaths)
     for (uint32_t i = 0; i < 4000; i++) {
         test::Note("path", i);
         Generate(generator, path, L"D:\\/.a\\", 20);
-        OrvUtf16CharHeapBuffer root;
-        OrvUtf16CharHeapBuffer directory;
-        OrvUtf16CharHeapBuffer file;
-        OrvUtf16CharHeapBuffer base;
-        OrvUtf16CharHeapBuffer extension;
-        OrvUtf16CharHeapBuffer joined;
-        const uint32_t length = LengthOf(path);
-
-        // A root is a prefix, and the root of itself; nothing of a root is left behind it.
-        CHECK_EQUAL(GetPathRoot(root, path), ORV_S_OK);
-        const uint32_t rootLength = root.GetInternal().length;
-        CHECK(rootLength <= length && GetPathRootLength(root.GetValue()) == rootLength);
-
-        // The name ends the path, and base and extension make it up.
-        CHECK_EQUAL(GetFilename(file, path), ORV_S_OK);
-        CHECK_EQUAL(GetFilenameExtension(extension, path), ORV_S_OK);
-        CHECK_EQUAL(GetFilenameWithoutExtension(base, path), ORV_S_OK);
-        const uint32_t made = base.GetInternal().length + extension.GetInternal().length;
-        bool hasColon = false;
-        for (const wchar_t *c = file.GetValue(); *c; c++)
-            hasColon = hasColon || *c == L':';
-        const bool endsWithDot = length && path[length - 1] == L'.';
-        if (!hasColon && length != 2)
-            CHECK_EQUAL(made + endsWithDot, file.GetInternal().length);
-
-        // What a name was combined with, but for separators at its end, is the directory of the whole.
         Generate(generator, name, L"abc.", 6);
+        const uint32_t length = LengthOf(path);
+        OrvUtf16CharHeapBuffer joined;
+        OrvUtf16CharHeapBuffer part;
+        OrvUtf16CharHeapBuffer base;
+
+        // A root is a prefix, and the root of itself.
+        const uint32_t rootLength = GetPathRootLength(path);
+        CHECK(rootLength <= length && GetPathRootLength(path, rootLength) == rootLength);
+
+        // A name that was joined to a path comes out again, and what stands before it is its directory, but
+        // for separators at the end; a drive's root is written with one.
         if (*name) {
             CHECK_EQUAL(CombinePaths(joined, path, name), ORV_S_OK);
-            CHECK_EQUAL(GetFilename(file, joined.GetValue()), ORV_S_OK);
-            CHECK_TEXT(file.GetValue(), const_cast<const wchar_t *>(name));
-            CHECK_EQUAL(GetDirectoryPathFromFilenamePath(directory, joined.GetValue()), ORV_S_OK);
-            const wchar_t *d = directory.GetValue();
-            uint32_t same = 0;
-            while (d[same] && same < length && d[same] == path[same])
-                same++;
-            // A drive's root is written with its separator, whether or not there was one.
-            CHECK(!d[same] || (d[same - 1] == L':' && d[same] == L'\\' && !d[same + 1]));
-            for (uint32_t rest = same; rest < length; rest++)
-                CHECK(IsSeparator(path[rest]));
+            CHECK_EQUAL(GetFilename(part, joined.GetValue()), ORV_S_OK);
+            CHECK_TEXT(part.GetValue(), const_cast<const wchar_t *>(name));
+            CHECK_EQUAL(GetDirectoryPathFromFilenamePath(part, joined.GetValue()), ORV_S_OK);
+            uint32_t end = length;
+            while (end > 1 && IsSeparator(path[end - 1]))
+                end--;
+            const bool isDrive = end >= 2 && path[end - 1] == L':';
+            CHECK_EQUAL(part.GetInternal().length, end + isDrive);
+            for (uint32_t k = 0; k < end; k++)
+                CHECK_EQUAL(part[k], path[k]);
         }
 
-        // A changed extension is the extension.
-        joined.Assign(L"?");
-        CHECK_EQUAL(ChangeExtension(joined, path, L"new"), ORV_S_OK);
-        const bool isDirectory = length && (IsSeparator(path[length - 1]) || path[length - 1] == L':');
-        if (length && !isDirectory) {
-            CHECK_EQUAL(GetFilenameExtension(extension, joined.GetValue()), ORV_S_OK);
-            CHECK_TEXT(extension.GetValue(), L".new");
+        // A changed extension is the extension, and what it stands behind stays.
+        if (length && !IsSeparator(path[length - 1]) && path[length - 1] != L':') {
+            CHECK_EQUAL(ChangeExtension(joined, path, L"new"), ORV_S_OK);
+            CHECK_EQUAL(GetFilenameExtension(part, joined.GetValue()), ORV_S_OK);
+            CHECK_TEXT(part.GetValue(), L".new");
+            CHECK_EQUAL(GetFilenameWithoutExtension(part, joined.GetValue()), ORV_S_OK);
+            CHECK_EQUAL(GetFilenameWithoutExtension(base, path), ORV_S_OK);
+            CHECK_TEXT(part.GetValue(), base.GetValue());
         }
     }
 }

@@ -17,6 +17,27 @@ HANDLE &NativeKey(OrvBasWinRegistryHandle &handle)
     return **reinterpret_cast<HANDLE **>(&handle);
 }
 
+/// Makes the key `path` a symbolic link to the key `target`, which exists; both are below the key that is
+/// open.
+void MakeLink(OrvBasWinRegistryHandle &handle, const wchar_t *path, const wchar_t *target)
+{
+    constexpr ULONG kCreateLink = 2;
+    HANDLE link = nullptr;
+    UNICODE_STRING name;
+    RtlInitUnicodeString(&name, path);
+    const OBJECT_ATTRIBUTES attributes = {sizeof attributes, NativeKey(handle), &name, 0, nullptr, nullptr};
+    CHECK_EQUAL(ZwCreateKey(&link, KEY_SET_VALUE, &attributes, 0, nullptr, kCreateLink, nullptr), 0);
+    alignas(8) uint8_t bytes[512];
+    ULONG needed = 0;
+    OrvBasWinRegistryHandle targetKey(handle);
+    CHECK_EQUAL(targetKey.OpenKeyIfExists(target), ORV_S_OK);
+    CHECK_EQUAL(ZwQueryKey(NativeKey(targetKey), KeyNameInformation, bytes, sizeof bytes, &needed), 0);
+    const auto &found = *reinterpret_cast<KEY_NAME_INFORMATION *>(bytes);
+    RtlInitUnicodeString(&name, L"SymbolicLinkValue");
+    CHECK_EQUAL(ZwSetValueKey(link, &name, 0, OrvRegistryLink, found.Name, found.NameLength), 0);
+    ZwClose(link);
+}
+
 } // namespace
 
 TEST_CASE(KeysAreMadeOpenedAndDeleted)
@@ -89,9 +110,13 @@ TEST_CASE(DeepAndOddKeysAreDeletedWithAllBelow)
     // A name with a terminator in it can be listed, opened and deleted like any other.
     CHECK_EQUAL(key.CreateKey(OrvStringRefBase<wchar_t>(L"d\\z\0y", 5)), ORV_S_OK);
     CHECK(!key.KeyExists(L"d\\z"));
+    // A link is deleted, and what it leads to stays.
+    CHECK_EQUAL(key.CreateKeys(L"kept\\below"), ORV_S_OK);
+    MakeLink(key, L"d\\link", L"kept");
+    CHECK(key.KeyExists(L"d\\link\\below"));
     const test::Usage before = test::CountUsage();
     CHECK_EQUAL(key.DeleteKey(L"d", true), ORV_S_OK);
-    CHECK(!key.KeyExists(L"d"));
+    CHECK(!key.KeyExists(L"d") && key.KeyExists(L"kept\\below"));
     CHECK_USAGE(before);
 }
 
@@ -177,6 +202,13 @@ TEST_CASE(ChangesAreNoticedOnce)
     TestKey key;
     CHECK_EQUAL(key.CreateKey(L"a"), ORV_S_OK);
     OrvBasWinRegistryHandle child(key);
+    OrvBasWinRegistryHandle watcher(key);
+    OrvBasEvent parentEvent;
+    CHECK_EQUAL(parentEvent.Create(OrvBasEvent::AutoReset, false), ORV_S_OK);
+    CHECK_EQUAL(watcher.StartSingleWatchingKeyChange(parentEvent, false), ORV_S_OK);
+    CHECK_EQUAL(key.OpenOrCreateKey(kTestKey), ORV_S_ALREADY_EXISTS); // which closes what was watched
+    CHECK_EQUAL(parentEvent.Wait(10000), ORV_S_OK);
+    CHECK_EQUAL(watcher.StartSingleWatchingKeyChange(parentEvent, false), ORV_S_OK);
     CHECK_EQUAL(child.OpenOrCreateKey(L"a"), ORV_S_ALREADY_EXISTS);
     for (uint32_t subtree = 0; subtree < 2; subtree++) {
         OrvBasEvent event;
@@ -191,6 +223,7 @@ TEST_CASE(ChangesAreNoticedOnce)
         CHECK_EQUAL(key.SetDWordValue(subtree + 2, L"here"), ORV_S_OK);
         CHECK_EQUAL(event.Wait(10000), ORV_S_OK);
     }
+    CHECK_EQUAL(parentEvent.Wait(0), ORV_S_OK);
 }
 
 TEST_CASE(ViewsHaveTheirRules)
@@ -226,7 +259,16 @@ TEST_CASE(ViewsHaveTheirRules)
     CHECK_EQUAL(static_cast<uint32_t>(root), static_cast<uint32_t>(OrvRegistryLocalMachine));
     CHECK_TEXT(path.GetCharacters(), L"SOFTWARE\\ORVREGISTRYVIEWTEST");
     CHECK_EQUAL(access, 0x20219u);
-    CHECK_EQUAL(machine.DeleteKey(L"", false), ORV_S_OK);
+
+    // Only the way from the root decides: not what a key below is called.
+    CHECK_EQUAL(machine.CreateKeys(L"Software\\x"), ORV_S_OK);
+    CHECK(machine.KeyExists(L"Software\\x") && !machine.KeyExists(L"Software\\Wow6432Node"));
+    machine.CloseKey();
+    child.SetParent(machine);
+    CHECK(child.KeyExists(L"Software\\OrvRegistryViewTest\\Software\\x"));
+    CHECK_EQUAL(child.OpenKeyIfExists(L"Software"), ORV_S_OK);
+    CHECK(child.KeyExists(L"OrvRegistryViewTest\\Software"));
+    CHECK_EQUAL(child.DeleteKey(L"OrvRegistryViewTest", true), ORV_S_OK);
     CHECK(!plain.KeyExists(L"SOFTWARE\\Wow6432Node\\OrvRegistryViewTest"));
 
     CHECK_EQUAL(key.OpenOrCreateKey(kTestKey), ORV_S_ALREADY_EXISTS);

@@ -136,12 +136,11 @@ ORV_API OrvResult ChangeExtension(const OrvMutableStringRefBase2<wchar_t> &out,
 // Full forms: these ask the platform. A path has 32,766 characters at most.
 
 /// The path as the platform completes it: with its drive and directory, "." and ".." resolved, "/" turned
-/// into
-/// "\". The array must not overlap the path. A path that is not terminated, or that is longer than 259
-/// characters, may need an allocation.
+/// into "\". The array must not overlap the path. A path that is given with its length, or a result, of more
+/// than 259 characters may need an allocation.
 ///
-/// Returns 0, or as all forms do; ORV_E_NOT_PRODUCED when the platform makes none, as for an empty path. The
-/// capacity required is the platform's count.
+/// Returns 0, or as all forms do; ORV_E_NOT_PRODUCED when the platform makes none, as for an empty path, and
+/// for one with a zero in it. The capacity required is the platform's count.
 ORV_API OrvResult GetFullPath(_ORV_UTF16CHAR_STR &out, const wchar_t *path, uint32_t length = OrvTerminated,
                               unsigned int *required = nullptr);
 ORV_API OrvResult GetFullPath(OrvUtf16CharHeapBuffer &out, const wchar_t *path,
@@ -150,7 +149,11 @@ ORV_API OrvResult GetFullPath(const OrvMutableStringRefBase2<wchar_t> &out,
                               const OrvStringRefBase<wchar_t> &path);
 
 /// The path with every short name (8.3) in it replaced by the long one that the file system has for it, and
-/// doubled separators removed. Here only "\" separates. A name that is not found stays as it is. Allocates.
+/// doubled separators removed. A name that is not found stays as it is. Allocates.
+///
+/// The root, by GetPathRootLength, stays as it is, and so does the "\" behind a share: "\x" and "D:x" keep
+/// theirs, too, although they are not absolute. Behind the root only "\" separates: what stands between two
+/// is replaced as a whole, "a/b" by the name of "b". A pattern is replaced by the first name that it matches.
 ///
 /// Returns 0, or as all forms do; ORV_E_INVALID_ARGUMENT for an empty path; ORV_E_OUT_OF_MEMORY.
 ORV_API OrvResult GetNormalizedPath(_ORV_UTF16CHAR_STR &out, const wchar_t *path,
@@ -161,11 +164,11 @@ ORV_API OrvResult GetNormalizedPath(const OrvMutableStringRefBase2<wchar_t> &out
                                     const OrvStringRefBase<wchar_t> &path);
 
 /// The path with every name in it as the file system has it, in its letter case, and doubled separators
-/// removed; "." and ".." stay. Allocates.
+/// removed; the root, "." and ".." stay. Allocates.
 ///
-/// Returns 0, or as all forms do; ORV_E_INVALID_ARGUMENT for an empty path; ORV_E_OUT_OF_MEMORY;
-/// ORV_E_FILE_NOT_FOUND or ORV_E_PATH_NOT_FOUND when a name does not exist, or the converted status why it
-/// could not be looked up: the output is then as it was.
+/// Returns 0, or as all forms do; ORV_E_INVALID_ARGUMENT for an empty path; ORV_E_INVALID_NAME for one with a
+/// pattern in it; ORV_E_OUT_OF_MEMORY; ORV_E_FILE_NOT_FOUND or ORV_E_PATH_NOT_FOUND when a name does not
+/// exist, or the converted status why it could not be looked up: the output is then as it was.
 ORV_API OrvResult GetLongPath(_ORV_UTF16CHAR_STR &out, const wchar_t *path, uint32_t length = OrvTerminated,
                               unsigned int *required = nullptr);
 ORV_API OrvResult GetLongPath(OrvUtf16CharHeapBuffer &out, const wchar_t *path,
@@ -184,11 +187,12 @@ ORV_API OrvResult GetAlternatePath(const OrvMutableStringRefBase2<wchar_t> &out,
 /// Turns a path (terminated) into the form "\\?\D:\...", in which no name, be it "CON", is taken for a
 /// device's. `path` then points to the text in `buffer`, or is left alone when there is nothing to do: for
 /// relative paths, for those that start with two separators "\\", and for one that starts with a single
-/// separator while the current directory is on a server.
+/// separator while the current directory is on a server. The platform completes what it turns: "/", "." and
+/// "..", which have no meaning behind the prefix, have been resolved. The path may stand in the buffer.
 ///
 /// Returns 0; ORV_E_NOT_PRODUCED when the platform makes no full path; ORV_E_OUT_OF_MEMORY;
-/// ORV_E_BUFFER_TOO_SMALL when the current directory grew meanwhile. On failure `path` is as it was, and the
-/// buffer may hold anything.
+/// ORV_E_BUFFER_TOO_SMALL when the current directory grew meanwhile. On failure `path` and the buffer are as
+/// they were.
 ORV_API OrvResult WinEliminateDosDeviceAliasPath(const wchar_t *&path, OrvUtf16CharHeapBuffer &buffer);
 
 /// The same into a counted string of the caller, with a terminator; the path itself where there is nothing to

@@ -2,7 +2,9 @@
 //
 // A handle names a key by a parent, which is a root or another handle, and a path below that. A handle that
 // has opened no key stands for its parent: so a handle that was just made from HKEY_CURRENT_USER reads that
-// key's values. "The current key" below means the key that is open, or else the parent's.
+// key's values. "The current key" below means the key that is open, or else the parent's. Opening goes from
+// the parent, whatever is open, and everything else from the current key: OpenKeyIfExists("a") and then
+// OpenKeyIfExists("b") stand for "b" beside "a", whose "c" KeyExists("c") asks for.
 //
 // Paths and names are counted, or terminated, and may have zeros in them; letter case does not matter. A path
 // has no separator at its start. The empty name is the key's default value. Names of more than 32,766
@@ -15,11 +17,12 @@
 // What the platform refuses is its converted status, above all: ORV_E_FILE_NOT_FOUND when a key or value does
 // not exist, ORV_E_ACCESS_DENIED, ORV_E_INVALID_HANDLE when the key's handle was closed underneath,
 // 0xC00703FA (ERROR_KEY_DELETED) when the key was deleted meanwhile. The results of the root stand with
-// OpenRegistryRoot. On failure nothing has changed, unless it is said.
+// OpenRegistryRoot. On failure nothing has changed, unless it is said. Strings and buffers that are written
+// must not hold the texts that are read.
 //
-// A handle has no lock: one thread at a time may open and close it; any number may use its key meanwhile. The
-// roots, which all handles of the process share, are opened on first use and may be asked for by any number
-// of threads at once.
+// A handle has no lock. Any number of threads may use its current key at once, while none opens, closes,
+// watches or changes the handle, or a parent that the key belongs to. The roots, which all handles of the
+// process share, are opened on first use and may be asked for by any number of threads at once.
 
 #pragma once
 
@@ -73,20 +76,21 @@ public:
     /// which leaves the handle as it was.
     ORV_API OrvResult OpenRegistryRoot(OrvBasWinRegistryRootType root);
 
-    /// Closes the key that is open. The handle stands for its parent again.
+    /// Closes the key that is open, and ends what watches it. The handle stands for its parent again.
     ORV_API void CloseKey();
 
     /// Whether a key is open.
     ORV_API bool IsOpened() const;
 
-    /// The path below the parent that was opened last. Returns 0 or the string's failure.
+    /// The handle's path: the one below the parent that was opened or loaded last, be it closed again; empty
+    /// for a new parent. Returns 0 or the string's failure.
     ORV_API OrvResult GetCurrentKeyPath(IOrvString<wchar_t> &path) const;
 
-    /// Where the open key stands: asks the platform for its native name and reads that back into a root and a
-    /// path below it, in upper case. Under "\REGISTRY\MACHINE", a path part "WOW6432NODE" is left out, and in
-    /// `access`, the access mask of a request, 0x100 is flipped and 0x200 set. The keys of the calling user
-    /// are those of HKEY_CURRENT_USER, and of HKEY_CLASSES_ROOT when the name ends in "_CLASSES"; those of
-    /// others belong to HKEY_USERS.
+    /// Where the current key stands: asks the platform for its native name and reads that back into a root
+    /// and a path below it, in upper case. Under "\REGISTRY\MACHINE", a path part "WOW6432NODE" is left out,
+    /// and in `access`, the access mask of a request, 0x100 is flipped and 0x200 set. The keys of the calling
+    /// user are those of HKEY_CURRENT_USER, and of HKEY_CLASSES_ROOT when the name ends in "_CLASSES"; those
+    /// of others belong to HKEY_USERS.
     ///
     /// Returns 0; ORV_E_NOT_PROVIDED for a name outside these; ORV_E_OUT_OF_MEMORY; the string's failure; or
     /// the converted status. On failure `root` and `access` are as they were.
@@ -102,9 +106,9 @@ public:
     ORV_API static const wchar_t *GetWow6432NodeName();
 
     /// Selects the view in which keys are opened from now on. With OrvRegistryViewNode, "Wow6432Node" is put
-    /// behind the "SOFTWARE" at the start of a path below HKEY_LOCAL_MACHINE or another handle, and behind
-    /// the "Software" of a user, or a user's "_Classes" key, below HKEY_USERS, unless it stands there; other
-    /// paths are the same in both views.
+    /// behind the "SOFTWARE" of HKEY_LOCAL_MACHINE, and behind the "Software" of a user, or a user's
+    /// "_Classes" key, below HKEY_USERS, unless it stands there; other keys are the same in both views. It is
+    /// the whole way from the root that counts, through every handle that has a key open.
     ///
     /// Returns 0; ORV_E_NOT_SUPPORTED when a key is open, or the parent is another handle, and that has
     /// another view; ORV_E_VIEW_NOT_SUPPORTED for OrvRegistryView64 and OrvRegistryView32 on a system with
@@ -147,7 +151,8 @@ public:
     ORV_API OrvResult CreateKeysTransacted(OrvWinTransaction &transaction, const Name &path);
 
     /// Deletes the key at `path`, the current key itself when the path is empty; with `recursive`, also all
-    /// that is below it, deepest first. A key below it that someone else deletes meanwhile is no failure.
+    /// that is below it, deepest first. A key below it that someone else deletes meanwhile is no failure. Of
+    /// a symbolic link, the link is deleted, not what it leads to.
     ///
     /// Returns 0; ORV_E_ACCESS_DENIED also when there are keys below it and `recursive` is not set;
     /// ORV_E_OUT_OF_MEMORY; otherwise the converted status. On failure some keys may have been deleted.
@@ -247,19 +252,20 @@ public:
     ORV_API OrvResult SaveKey(const wchar_t *file);
 
     /// Replaces the contents of the current key by what SaveKey wrote. `path`, which may be null, receives
-    /// the full path of the file. Returns as LoadKey.
+    /// the full path of the file, and does so before the file is opened. Returns as LoadKey, or the string's
+    /// failure.
     ORV_API OrvResult RestoreKey(const wchar_t *file, IOrvString<wchar_t> *path = nullptr);
 
     /// Has `event` set once, when something next changes in the current key, or with `subtree` below it too:
-    /// names, values, attributes or security; or when the key is closed. The key's owner need not have opened
-    /// it with the right to be notified.
+    /// names, values, attributes or security; or when the key is closed. A handle that has no key open has
+    /// its parent watch. The key need not have been opened with the right to be notified.
     ///
     /// Returns 0; ORV_E_OUT_OF_MEMORY; or the converted status.
     ORV_API OrvResult StartSingleWatchingKeyChange(OrvBasEvent &event, bool subtree);
 
     /// Gives the process the privilege, if its account has it, or takes it back. Any other value names
-    /// privilege 0. Returns 0; ORV_E_ACCESS_DENIED when the account does not have it; otherwise the converted
-    /// status.
+    /// privilege 0. Returns 0; ORV_E_ACCESS_DENIED when the account does not have it; ORV_E_NOT_SUPPORTED
+    /// before the library is initialized; otherwise the converted status.
     ORV_API static OrvResult EnablePrivilege(OrvBasWinRegistryPrivilege privilege, bool enable);
 
     // The text form of a location: "HKLM\SOFTWARE\Orv", and with a value "HKLM\SOFTWARE\Orv\\Name".
@@ -269,7 +275,7 @@ public:
     /// empty.
     ///
     /// Returns 0; ORV_E_INVALID_ARGUMENT when the text does not start with the name of a root: nothing is
-    /// written; or a string's failure.
+    /// written; or a string's failure, after which the path may have been written.
     ORV_API static OrvResult SplitRegistryPath(OrvBasWinRegistryRootType &root, IOrvString<wchar_t> &path,
                                                bool &hasValue, IOrvString<wchar_t> &valueName,
                                                const Name &text);
@@ -291,11 +297,16 @@ public:
                                            OrvWinTransaction *transaction = nullptr);
 
 private:
-    enum Creation : uint32_t { kOpenOnly, kCreateLast, kCreateAll };
+    enum Origin : uint32_t { kFromParent, kFromCurrentKey };
+    enum Creation : uint32_t { kOpenOnly, kOpenLink, kCreateLast, kCreateAll };
 
     OrvResult ParentKey(void *&key) const;
     OrvResult CurrentKey(void *&key) const;
     OrvResult MakeState();
+    OrvResult FindWay(Origin origin, OrvBasWinRegistryRootType &root, OrvUtf16CharHeapBuffer &way) const;
+    OrvResult ApplyView(Origin origin, Name &path, OrvUtf16CharHeapBuffer &changed) const;
+    OrvResult Open(Origin origin, const Name &path, uint32_t access, OrvWinTransaction *transaction,
+                   Creation creation, void *&handle) const;
     OrvResult OpenBelow(void *base, const Name &path, uint32_t access, OrvWinTransaction *transaction,
                         Creation creation, void *&handle) const;
     OrvResult ReplaceKey(const Name &path, uint32_t access, OrvWinTransaction *transaction,

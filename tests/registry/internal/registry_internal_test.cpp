@@ -34,7 +34,36 @@ NTSTATUS NTAPI NoteAccess(HANDLE *key, ACCESS_MASK access, const OBJECT_ATTRIBUT
     return Redirected<decltype(ZwOpenKey)>::original(key, access, attributes);
 }
 
+/// Someone else deletes the key "b" just before it is opened.
+NTSTATUS NTAPI VanishThenOpen(HANDLE *key, ACCESS_MASK access, const OBJECT_ATTRIBUTES *attributes)
+{
+    auto *const original = Redirected<decltype(ZwOpenKey)>::original;
+    HANDLE other = nullptr;
+    const UNICODE_STRING &name = *attributes->ObjectName;
+    if (name.Length == 2 && name.Buffer[0] == L'b' && original(&other, DELETE, attributes) == 0) {
+        calls++;
+        ZwDeleteKey(other);
+        ZwClose(other);
+    }
+    return original(key, access, attributes);
+}
+
 } // namespace
+
+TEST_CASE(KeysThatVanishAreDeletedToo)
+{
+    InternalInitializeOrvSysDll();
+    OrvBasWinRegistryHandle key(OrvRegistryCurrentUser);
+    CHECK(OrvSucceeded(key.OpenOrCreateKey(L"Software\\OrvRegistryCallTest")));
+    CHECK(OrvSucceeded(key.CreateKeys(L"x\\a")) && OrvSucceeded(key.CreateKeys(L"x\\b")));
+    calls = 0;
+    {
+        const Redirected<decltype(ZwOpenKey)> vanishing(ZwOpenKeySlot, VanishThenOpen);
+        CHECK_EQUAL(key.DeleteKey(L"x", true), ORV_S_OK);
+    }
+    CHECK(calls == 1 && !key.KeyExists(L"x"));
+    CHECK_EQUAL(key.DeleteKey(L"", false), ORV_S_OK);
+}
 
 TEST_CASE(SmallValuesAreOneCall)
 {
@@ -92,8 +121,7 @@ TEST_CASE(PathPartOfTheViewHasItsPlace)
         {OrvRegistryLocalMachine, L"SYSTEM\\SOFTWARE", 0},
         {OrvRegistryLocalMachine, L"SOFTWARE\\wow6432node\\x", 0},
         {OrvRegistryLocalMachine, L"SOFTWARE\\Wow6432NodeX", 8},
-        {OrvRegistryNoRoot, L"software\\x", 8},
-        {OrvRegistryNoRoot, L"x", 0},
+        {OrvRegistryCurrentUser, L"software\\x", 0},
         {OrvRegistryUsers, L"S-1-5-18\\Software\\x", 17},
         {OrvRegistryUsers, L"S-1-5-18\\x", 0},
         {OrvRegistryUsers, L"S-1-5-18_Classes\\x", 16},
@@ -129,8 +157,8 @@ TEST_CASE(NativeNamesAreReadBack)
          0x201},
         {false, L"\\REGISTRY\\MACHINE\\SOFTWARE\\Wow6432Node\\a\\Wow6432Node", 0, OrvRegistryLocalMachine,
          L"SOFTWARE\\A\\WOW6432NODE", 0x201},
-        {false, L"\\REGISTRY\\MACHINE\\SOFTWARE\\Wow6432NodeX", 0, OrvRegistryLocalMachine,
-         L"SOFTWARE\\WOW6432NODEX", 0x101},
+        {false, L"\\REGISTRY\\MACHINE\\SOFTWARE\\Wow6432NodeX\\Wow6432Node", 0, OrvRegistryLocalMachine,
+         L"SOFTWARE\\WOW6432NODEX\\WOW6432NODE", 0x101},
         {false, L"\\REGISTRY\\USER", 0, OrvRegistryUsers, L"", 0x101},
         {false, L"\\REGISTRY\\USER\\S-1-5-18\\x", 0, OrvRegistryUsers, L"S-1-5-18\\X", 0x101},
         {true, L"", 0, OrvRegistryCurrentUser, L"", 0x101},
