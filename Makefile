@@ -37,6 +37,7 @@ lint:
 
 bench: build
 	@tools/run_wine.sh build/release/bin/orvbench.exe
+	@printf 'orvsys.dll has %s bytes\n' "$$(wc -c <build/release/bin/orvsys.dll)"
 
 fuzz:
 	@tools/build.sh host

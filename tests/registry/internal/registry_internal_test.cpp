@@ -13,6 +13,7 @@
 
 IMPORT_SLOT(ZwQueryValueKey, 24);
 IMPORT_SLOT(ZwOpenKey, 12);
+IMPORT_SLOT(ZwEnumerateValueKey, 24);
 
 namespace
 {
@@ -26,6 +27,14 @@ NTSTATUS NTAPI CountQuery(HANDLE key, const UNICODE_STRING *name, ULONG informat
     calls++;
     return Redirected<decltype(ZwQueryValueKey)>::original(key, name, informationClass, information, size,
                                                            needed);
+}
+
+NTSTATUS NTAPI CountEnumeration(HANDLE key, ULONG index, ULONG informationClass, PVOID information,
+                                ULONG size, ULONG *needed)
+{
+    calls++;
+    return Redirected<decltype(ZwEnumerateValueKey)>::original(key, index, informationClass, information,
+                                                               size, needed);
 }
 
 NTSTATUS NTAPI NoteAccess(HANDLE *key, ACCESS_MASK access, const OBJECT_ATTRIBUTES *attributes)
@@ -80,6 +89,29 @@ TEST_CASE(SmallValuesAreOneCall)
         CHECK_EQUAL(key.GetBinaryValue(read, L"v"), ORV_S_OK);
         CHECK_EQUAL(calls, size <= 256 ? 1u : 2u);
     }
+    CHECK_EQUAL(key.DeleteKey(L"", false), ORV_S_OK);
+}
+
+TEST_CASE(NamesAreOneCallEach)
+{
+    InternalInitializeOrvSysDll();
+    OrvBasWinRegistryHandle key(OrvRegistryCurrentUser);
+    CHECK(OrvSucceeded(key.OpenOrCreateKey(L"Software\\OrvRegistryCallTest")));
+    constexpr uint32_t kCount = 100;
+    wchar_t name[3] = {};
+    for (uint32_t i = 0; i < kCount; i++) {
+        name[0] = static_cast<wchar_t>(L'a' + i / 10);
+        name[1] = static_cast<wchar_t>(L'a' + i % 10);
+        CHECK_EQUAL(key.SetDWordValue(i, name), ORV_S_OK);
+    }
+    const Redirected<decltype(ZwEnumerateValueKey)> counted(ZwEnumerateValueKeySlot, CountEnumeration);
+    OrvBasWinRegistryEnumerator values;
+    CHECK_EQUAL(key.GetValuesEnumeratorImpl(values), ORV_S_OK);
+    calls = 0;
+    OrvStringzRefBase<wchar_t> found(nullptr);
+    for (bool more = true; more;)
+        CHECK_EQUAL(values.Next(found, more), ORV_S_OK);
+    CHECK_EQUAL(calls, kCount + 1); // the last says that there is none left
     CHECK_EQUAL(key.DeleteKey(L"", false), ORV_S_OK);
 }
 
