@@ -1,6 +1,6 @@
 # The C libraries inside orvsys.dll: zlib, libbzip2 and expat, from the distribution's source packages, which the
 # set-up puts into the cache folder. They are built with our flags against the few C headers of src/crt/include, and
-# stay behind the units that use them.
+# stay behind the units that use them. The host build has them too, against the host's own C headers.
 #
 # orv_dependencies is what those units link.
 
@@ -31,11 +31,19 @@ target_compile_definitions(orv_expat
   PRIVATE XML_CONTEXT_BYTES=1024 XML_NS XML_DTD XML_GE HAVE_ARC4RANDOM_BUF)
 
 add_library(orv_dependencies INTERFACE)
+target_include_directories(orv_dependencies SYSTEM INTERFACE ${zlib} ${bzip2} ${expat})
+if(WIN32)
+  target_include_directories(orv_dependencies SYSTEM INTERFACE ${PROJECT_SOURCE_DIR}/src/crt/include)
+endif()
 foreach(library zlib bzip2 expat)
-  target_include_directories(orv_${library} PRIVATE ${PROJECT_SOURCE_DIR}/src/crt/include)
-  # Aligned loops run alike wherever the linker puts them.
-  target_compile_options(orv_${library} PRIVATE /clang:-ffile-prefix-map=${ORV_SOURCES}=. /clang:-falign-functions=32
-    /clang:-falign-loops=32)
   target_link_libraries(orv_dependencies INTERFACE orv_${library})
+  if(WIN32)
+    target_include_directories(orv_${library} PRIVATE ${PROJECT_SOURCE_DIR}/src/crt/include)
+    # Aligned loops run alike wherever the linker puts them.
+    target_compile_options(orv_${library} PRIVATE /clang:-ffile-prefix-map=${ORV_SOURCES}=. /clang:-falign-functions=32
+      /clang:-falign-loops=32)
+  else()
+    # Ours stand behind the host's, where expat's configuration alone is missing.
+    target_compile_options(orv_${library} PRIVATE -w -idirafter ${PROJECT_SOURCE_DIR}/src/crt/include)
+  endif()
 endforeach()
-target_include_directories(orv_dependencies SYSTEM INTERFACE ${zlib} ${bzip2} ${expat} ${PROJECT_SOURCE_DIR}/src/crt/include)

@@ -7,6 +7,7 @@
 
 #include "orv/text/string.h"
 #include "runtime/entropy.h"
+#include "runtime/heap.h"
 
 #include <expat.h>
 
@@ -33,10 +34,13 @@ struct ParseContext {
     OrvResult result;
 };
 
+constexpr XML_Memory_Handling_Suite kProcessHeap = {detail::AllocateBytes, detail::ReallocateBytes,
+                                                    detail::FreeBytes};
+
 class Parser
 {
 public:
-    Parser() : parser_(XML_ParserCreate(nullptr)) {}
+    Parser() : parser_(XML_ParserCreate_MM(nullptr, &kProcessHeap, nullptr)) {}
     Parser(const Parser &) = delete;
     Parser &operator=(const Parser &) = delete;
     ~Parser()

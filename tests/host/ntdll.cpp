@@ -1,13 +1,16 @@
 // The few functions of ntdll.dll that the computations call, over the host's C library. Only as much as the
 // tests that are built here need: case mapping knows Latin-1, Greek and Cyrillic, statuses have no Win32
-// numbers, and the ANSI page, which is the OEM page too, is one that the test chooses.
+// numbers, and the ANSI page, which is the OEM page too, is one that the test chooses. Nothing here differs
+// from run to run, entropy included.
 
 #include "host_page.h"
 #include "nt/teb.h"
 
 #include "orv/runtime/ntdll_entry_points.h"
+#include "runtime/entropy.h"
 
 #include <stdlib.h>
+#include <string.h>
 
 PEB hostPeb;
 bool hostHeapRefuses;
@@ -116,7 +119,31 @@ unsigned Encode(const UNICODE_STRING &source, char *target)
     return count;
 }
 
+// The calendar: days since 1 January 1601, a Monday, from which every 400 years are alike.
+
+constexpr LONGLONG kTicksPerMillisecond = 10000;
+constexpr uint32_t kMillisecondsPerDay = 86400000;
+constexpr uint32_t kFirstYear = 1601;
+
+uint32_t DaysBeforeYear(uint32_t year)
+{
+    const uint32_t years = year - kFirstYear;
+    return years * 365 + years / 4 - years / 100 + years / 400;
+}
+
+uint32_t DaysOfMonth(uint32_t year, uint32_t month)
+{
+    static const uint8_t kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    const bool leapYear = DaysBeforeYear(year + 1) - DaysBeforeYear(year) == 366;
+    return kDays[month - 1] + (month == 2 && leapYear);
+}
+
 } // namespace
+
+void detail::FillWithEntropy(void *bytes, uint32_t count)
+{
+    memset(bytes, 0x5A, count);
+}
 
 // The table of entry points needs a loader, which is not here.
 wchar_t OrvNtdll_RtlDowncaseUnicodeChar(wchar_t character)
@@ -134,9 +161,52 @@ PVOID NTAPI RtlAllocateHeap(HANDLE, ULONG, size_t size)
     return hostHeapRefuses || size > kLargestBlock ? nullptr : malloc(size);
 }
 
+PVOID NTAPI RtlReAllocateHeap(HANDLE, ULONG, PVOID block, size_t size)
+{
+    return hostHeapRefuses ? nullptr : realloc(block, size);
+}
+
 BOOLEAN NTAPI RtlFreeHeap(HANDLE, ULONG, PVOID block)
 {
     free(block);
+    return true;
+}
+
+void NTAPI RtlTimeToTimeFields(const LONGLONG *time, TIME_FIELDS *fields)
+{
+    const auto milliseconds = static_cast<ULONGLONG>(*time) / kTicksPerMillisecond;
+    auto day = static_cast<uint32_t>(milliseconds / kMillisecondsPerDay);
+    const auto rest = static_cast<uint32_t>(milliseconds % kMillisecondsPerDay);
+    uint32_t year = kFirstYear + day / 366; // or a later one
+    while (DaysBeforeYear(year + 1) <= day)
+        year++;
+    uint32_t month = 1;
+    const auto weekday = static_cast<USHORT>((day + 1) % 7);
+    for (day -= DaysBeforeYear(year); day >= DaysOfMonth(year, month); month++)
+        day -= DaysOfMonth(year, month);
+    *fields = {static_cast<USHORT>(year),
+               static_cast<USHORT>(month),
+               static_cast<USHORT>(day + 1),
+               static_cast<USHORT>(rest / 3600000),
+               static_cast<USHORT>(rest / 60000 % 60),
+               static_cast<USHORT>(rest / 1000 % 60),
+               static_cast<USHORT>(rest % 1000),
+               weekday};
+}
+
+BOOLEAN NTAPI RtlTimeFieldsToTime(TIME_FIELDS *fields, LONGLONG *time)
+{
+    const TIME_FIELDS &f = *fields;
+    constexpr uint32_t kLastYear = 30827;
+    if (f.Year < kFirstYear || f.Year > kLastYear || f.Month < 1 || f.Month > 12 || f.Day < 1 ||
+        f.Day > DaysOfMonth(f.Year, f.Month) || f.Hour > 23 || f.Minute > 59 || f.Second > 59 ||
+        f.Milliseconds > 999)
+        return false;
+    uint32_t day = DaysBeforeYear(f.Year) + f.Day - 1;
+    for (uint32_t month = 1; month < f.Month; month++)
+        day += DaysOfMonth(f.Year, month);
+    const LONGLONG minutes = (day * 24ll + f.Hour) * 60 + f.Minute;
+    *time = ((minutes * 60 + f.Second) * 1000 + f.Milliseconds) * kTicksPerMillisecond;
     return true;
 }
 
