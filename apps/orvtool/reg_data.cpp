@@ -1,7 +1,7 @@
 #include "reg_data.h"
 
+#include "hex_digit.h"
 #include "orv/runtime/result.h"
-#include "orv/text/character.h"
 #include "orv/text/number.h"
 
 namespace orvtool
@@ -113,14 +113,6 @@ OrvResult AssignDigits(OrvMbCharHeapBuffer &bytes, const wchar_t *text, uint32_t
 }
 
 } // namespace
-
-uint32_t HexDigitOf(wchar_t character)
-{
-    const wchar_t lower = OrvToASCIILower(character);
-    if (OrvIsASCIIDigit(lower))
-        return lower - L'0';
-    return lower >= L'a' && lower <= L'f' ? lower - L'a' + 10 : 16;
-}
 
 bool ParseTypeName(const wchar_t *text, OrvBasWinRegistryValueType &type)
 {

@@ -10,9 +10,6 @@
 namespace orvtool
 {
 
-/// The value of a hexadecimal digit in either case; 16 for any other character.
-uint32_t HexDigitOf(wchar_t character);
-
 /// Reads "sz", "multi_sz" and the like, or a number for any type.
 bool ParseTypeName(const wchar_t *text, OrvBasWinRegistryValueType &type);
 

@@ -1,11 +1,8 @@
 #include "reg_file_reader.h"
 
-#include "crt/memory.h"
+#include "hex_digit.h"
 #include "orv/runtime/result.h"
-#include "orv/text/character.h"
-#include "orv/text/code_page.h"
-#include "reg_data.h"
-#include "text_bounds.h"
+#include "orv/text/string.h"
 
 namespace orvtool
 {
@@ -18,66 +15,7 @@ bool IsBlank(wchar_t character)
     return character == L' ' || character == L'\t' || character == L'\r';
 }
 
-OrvResult ReadAll(Input &input, OrvMbCharHeapBuffer &bytes)
-{
-    constexpr uint32_t kLeast = 4096;
-    const uint64_t size = input.Size();
-    uint32_t length = 0;
-    uint32_t room = size < UINT32_MAX / 2 ? static_cast<uint32_t>(size) + kLeast : UINT32_MAX / 2;
-    for (;;) {
-        OrvResult result = bytes.Resize(room);
-        uint32_t count = 0;
-        if (OrvSucceeded(result))
-            result = input.Read(bytes.GetBuffer() + length, room - length, count);
-        if (OrvFailed(result))
-            return result;
-        length += count;
-        if (length < room)
-            return bytes.Resize(length);
-        if (room > UINT32_MAX / 2)
-            return ORV_E_OUT_OF_MEMORY;
-        room *= 2;
-    }
-}
-
-uint32_t LineOf(const char *bytes, uint32_t offset)
-{
-    uint32_t line = 1;
-    for (uint32_t i = 0; i < offset; i++)
-        line += bytes[i] == '\n';
-    return line;
-}
-
 } // namespace
-
-OrvResult ReadRegFileText(Input &input, OrvUtf16CharHeapBuffer &text, uint32_t &line)
-{
-    OrvMbCharHeapBuffer collected;
-    OrvResult result = ReadAll(input, collected);
-    if (OrvFailed(result))
-        return result;
-    const char *bytes = collected.GetValue();
-    uint32_t size = collected.GetInternal().length;
-    if (size >= 2 && memcmp(bytes, "\xFF\xFE", 2) == 0) {
-        line = LineOf(bytes, size);
-        result = size % sizeof(wchar_t) ? ORV_E_INVALID_DATA : text.Resize(size / sizeof(wchar_t) - 1);
-        if (OrvSucceeded(result) && size > 2)
-            memcpy(text.GetBuffer(), bytes + 2, size - 2);
-        return result;
-    }
-    if (size >= 3 && memcmp(bytes, "\xEF\xBB\xBF", 3) == 0) {
-        bytes += 3;
-        size -= 3;
-    }
-    uint32_t units = 0;
-    result = text.Resize(size); // no text has more UTF-16 units than UTF-8 bytes
-    if (OrvSucceeded(result) && size)
-        result = OrvConvertMb2Utf16String(text.GetBuffer(), text.GetCapacity(), bytes, OrvCodePageUtf8,
-                                          &units, size);
-    if (result == ORV_E_INVALID_DATA)
-        line = LineOf(bytes, FindFault(bytes, size, OrvCodePageUtf8));
-    return OrvSucceeded(result) ? text.Resize(units) : result;
-}
 
 OrvResult RegFileReader::Fail(const wchar_t *problem)
 {

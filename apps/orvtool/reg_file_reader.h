@@ -8,7 +8,6 @@
 
 #pragma once
 
-#include "input.h"
 #include "reg_location.h"
 
 namespace orvtool
@@ -75,11 +74,5 @@ private:
     OrvUtf16CharHeapBuffer text_;
     OrvMbCharHeapBuffer bytes_;
 };
-
-/// Reads the whole input: UTF-16, little-endian, behind a byte order mark, or else UTF-8.
-///
-/// Returns 0; ORV_E_INVALID_DATA when the bytes are no such text, and `line` is where; ORV_E_OUT_OF_MEMORY;
-/// the input's failure.
-OrvResult ReadRegFileText(Input &input, OrvUtf16CharHeapBuffer &text, uint32_t &line);
 
 } // namespace orvtool

@@ -2,6 +2,9 @@
 
 #include "reg_location.h"
 
+#include "orv/text/format.h"
+#include "orv/text/string.h"
+
 namespace orvtool
 {
 
@@ -30,15 +33,15 @@ bool RegFileWriter::CanWriteKey(const Name &name)
     return !HasLineBreak(name.characters, name.length);
 }
 
-void RegFileWriter::PutCharacters(const wchar_t *text, uint32_t length)
+OrvResult RegFileWriter::PutCharacters(const wchar_t *text, uint32_t length)
 {
-    out_.Append(text, text + length); // the stream keeps its first failure
     column_ += length;
+    return out_.Append(text, text + length);
 }
 
-void RegFileWriter::Put(const wchar_t *text)
+OrvResult RegFileWriter::Put(const wchar_t *text)
 {
-    PutCharacters(text, OrvGetStringSizeInElements(text));
+    return PutCharacters(text, OrvGetStringSizeInElements(text));
 }
 
 void RegFileWriter::PutQuoted(const wchar_t *text, uint32_t length)
@@ -73,7 +76,7 @@ void RegFileWriter::PutBytes(const uint8_t *bytes, uint32_t size)
 
 OrvResult RegFileWriter::WriteHeader()
 {
-    return out_.Print(L"Windows Registry Editor Version 5.00\r\n");
+    return Put(L"Windows Registry Editor Version 5.00\r\n");
 }
 
 OrvResult RegFileWriter::WriteKey(OrvBasWinRegistryRootType root, const Name &path)
@@ -83,7 +86,7 @@ OrvResult RegFileWriter::WriteKey(OrvBasWinRegistryRootType root, const Name &pa
     if (path.length)
         Put(L"\\");
     PutCharacters(path.characters, path.length);
-    return out_.Print(L"]\r\n");
+    return Put(L"]\r\n");
 }
 
 OrvResult RegFileWriter::WriteValue(const Name &name, OrvBasWinRegistryValueType type, const uint8_t *bytes,
@@ -98,7 +101,7 @@ OrvResult RegFileWriter::WriteValue(const Name &name, OrvBasWinRegistryValueType
         Put(L"=");
         PutQuoted(reinterpret_cast<const wchar_t *>(bytes), size / sizeof(wchar_t) - 1);
     } else if (type == OrvRegistryDWord && size == sizeof(uint32_t)) {
-        out_.Print(L"=dword:%02x%02x%02x%02x", bytes[3], bytes[2], bytes[1], bytes[0]);
+        OrvBasAppendFormat(out_, L"=dword:%02x%02x%02x%02x", bytes[3], bytes[2], bytes[1], bytes[0]);
     } else if (type == OrvRegistryBinary) {
         Put(L"=hex:");
         PutBytes(bytes, size);
@@ -108,7 +111,7 @@ OrvResult RegFileWriter::WriteValue(const Name &name, OrvBasWinRegistryValueType
         Put(kind);
         PutBytes(bytes, size);
     }
-    return out_.Print(L"\r\n");
+    return Put(L"\r\n");
 }
 
 } // namespace orvtool

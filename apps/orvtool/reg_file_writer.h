@@ -5,8 +5,6 @@
 
 #pragma once
 
-#include "console.h"
-
 #include "orv/registry/registry_handle.h"
 
 namespace orvtool
@@ -17,8 +15,8 @@ class RegFileWriter
 public:
     typedef OrvBasWinRegistryHandle::Name Name;
 
-    /// The stream must outlive the writer.
-    explicit RegFileWriter(Stream &out) : out_(out) {}
+    /// The stream must outlive the writer, and keep its first failure.
+    explicit RegFileWriter(OrvBasAppendable<wchar_t> &out) : out_(out) {}
 
     // Each returns 0 or the first failure of the stream. Names are counted.
 
@@ -34,12 +32,12 @@ public:
     static bool CanWriteKey(const Name &name);
 
 private:
-    void Put(const wchar_t *text);
-    void PutCharacters(const wchar_t *text, uint32_t length);
+    OrvResult Put(const wchar_t *text);
+    OrvResult PutCharacters(const wchar_t *text, uint32_t length);
     void PutQuoted(const wchar_t *text, uint32_t length);
     void PutBytes(const uint8_t *bytes, uint32_t size);
 
-    Stream &out_;
+    OrvBasAppendable<wchar_t> &out_;
     uint32_t column_ = 0;
 };
 

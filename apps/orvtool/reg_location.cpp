@@ -1,6 +1,7 @@
 #include "reg_location.h"
 
 #include "orv/runtime/result.h"
+#include "orv/text/string.h"
 
 namespace orvtool
 {

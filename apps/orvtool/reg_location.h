@@ -3,8 +3,6 @@
 
 #pragma once
 
-#include "command.h"
-
 #include "orv/registry/registry_handle.h"
 #include "orv/text/heap_string.h"
 

@@ -6,6 +6,7 @@
 #include "orv/runtime/heap_object.h"
 #include "output_file.h"
 #include "reg_file_reader.h"
+#include "reg_file_text.h"
 #include "reg_file_writer.h"
 
 namespace orvtool
@@ -247,6 +248,29 @@ OrvResult ExportTo(const Command &command, Console &console, OrvBasWinRegistryHa
     return result;
 }
 
+/// Reads the input to its end.
+OrvResult ReadAll(Input &input, OrvMbCharHeapBuffer &bytes)
+{
+    constexpr uint32_t kLeast = 4096;
+    const uint64_t size = input.Size();
+    uint32_t length = 0;
+    uint32_t room = size < UINT32_MAX / 2 ? static_cast<uint32_t>(size) + kLeast : UINT32_MAX / 2;
+    for (;;) {
+        OrvResult result = bytes.Resize(room);
+        uint32_t count = 0;
+        if (OrvSucceeded(result))
+            result = input.Read(bytes.GetBuffer() + length, room - length, count);
+        if (OrvFailed(result))
+            return result;
+        length += count;
+        if (length < room)
+            return bytes.Resize(length);
+        if (room > UINT32_MAX / 2)
+            return ORV_E_OUT_OF_MEMORY;
+        room *= 2;
+    }
+}
+
 struct Counts {
     uint32_t keys = 0;
     uint32_t values = 0;
@@ -337,9 +361,12 @@ ExitCode ExportTree(const Command &command, Console &console, OrvBasWinRegistryH
 
 ExitCode ImportTree(const Command &command, Console &console, Input &input, RegistryView view)
 {
+    OrvMbCharHeapBuffer bytes;
     OrvUtf16CharHeapBuffer text;
     uint32_t line = 0;
-    OrvResult result = ReadRegFileText(input, text, line);
+    OrvResult result = ReadAll(input, bytes);
+    if (OrvSucceeded(result))
+        result = DecodeRegFile(bytes.GetValue(), bytes.GetInternal().length, text, line);
     if (result == ORV_E_INVALID_DATA)
         return ReportFault(command, console, line,
                            L"this is neither UTF-16 behind a byte order mark nor UTF-8");

@@ -6,12 +6,6 @@
 
 #include <bzlib.h>
 
-/// libbzip2 calls this where its own state contradicts itself.
-extern "C" void bz_internal_error(int)
-{
-    __builtin_trap();
-}
-
 namespace detail
 {
 

@@ -7,6 +7,7 @@
 #include "orv/runtime/result.h"
 #include "registry/registry_key.h"
 #include "registry/registry_path.h"
+#include "registry/registry_root_keys.h"
 #include "registry/registry_roots.h"
 #include "runtime/heap.h"
 #include "runtime/status.h"

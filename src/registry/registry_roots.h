@@ -1,8 +1,7 @@
-// The predefined keys: what they are called, and the process's one handle to each.
+// The predefined keys: what they are called.
 
 #pragma once
 
-#include "nt/nt.h"
 #include "orv/registry/registry_types.h"
 
 namespace detail
@@ -15,15 +14,15 @@ struct RegistryRoot {
     const wchar_t *objectName; ///< null: the calling user's key, which the platform finds
 };
 
+constexpr uint32_t kRegistryRootCount = 9;
+
+extern const RegistryRoot kRegistryRoots[kRegistryRootCount];
+
 /// Null when the value is no root.
 const RegistryRoot *FindRegistryRoot(OrvBasWinRegistryRootType type);
 
 /// The root whose short or long name the text of `length` characters is, in any letter case; null when it is
 /// none.
 const RegistryRoot *FindRegistryRoot(const wchar_t *name, uint32_t length);
-
-/// The handle of a root, opened on first use and kept for the life of the process. Returns 0;
-/// ORV_E_INVALID_HANDLE for no root; ORV_E_INVALID_ARGUMENT for what is none; or the converted status.
-OrvResult GetRegistryRootKey(OrvBasWinRegistryRootType type, HANDLE &key);
 
 } // namespace detail

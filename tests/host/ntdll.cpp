@@ -145,6 +145,12 @@ void detail::FillWithEntropy(void *bytes, uint32_t count)
     memset(bytes, 0x5A, count);
 }
 
+/// As src/crt/c_library.cpp has it, which has a malloc, too.
+extern "C" void bz_internal_error(int)
+{
+    __builtin_trap();
+}
+
 // The table of entry points needs a loader, which is not here.
 wchar_t OrvNtdll_RtlDowncaseUnicodeChar(wchar_t character)
 {
@@ -208,6 +214,19 @@ BOOLEAN NTAPI RtlTimeFieldsToTime(TIME_FIELDS *fields, LONGLONG *time)
     const LONGLONG minutes = (day * 24ll + f.Hour) * 60 + f.Minute;
     *time = ((minutes * 60 + f.Second) * 1000 + f.Milliseconds) * kTicksPerMillisecond;
     return true;
+}
+
+NTSTATUS NTAPI RtlFormatCurrentUserKeyPath(UNICODE_STRING *path)
+{
+    static constexpr WCHAR kPath[] = L"\\REGISTRY\\USER\\S-1-5-21-1-2-3-1000";
+    *path = {sizeof kPath - sizeof(WCHAR), sizeof kPath, static_cast<WCHAR *>(malloc(sizeof kPath))};
+    memcpy(path->Buffer, kPath, sizeof kPath);
+    return STATUS_SUCCESS;
+}
+
+void NTAPI RtlFreeUnicodeString(UNICODE_STRING *counted)
+{
+    free(counted->Buffer);
 }
 
 ULONG NTAPI RtlNtStatusToDosError(NTSTATUS)

@@ -1,10 +1,8 @@
-// The text form of locations, and the roots that it names.
+// The text form of locations.
 
 #include "orv/registry/registry_handle.h"
 
 #include "harness/test.h"
-#include "harness/thread.h"
-#include "harness/usage.h"
 #include "orv/runtime/result.h"
 #include "orv/text/heap_string.h"
 
@@ -63,40 +61,4 @@ TEST_CASE(LocationsAreSplitAndCombined)
     OrvUtf16HeapString text;
     OrvBasWinRegistryHandle::CombineRegistryPath(text, static_cast<OrvBasWinRegistryRootType>(1), L"a", L"");
     CHECK_TEXT(text.GetCharacters(), L"\\a\\\\");
-}
-
-TEST_CASE(RootsAreOpenedOnFirstUseAndOnce)
-{
-    // The first use, by eight threads at once: all but one close what they opened.
-    const test::Usage before = test::CountUsage();
-    OrvResult results[8] = {};
-    auto work = [&](uint32_t i) {
-        OrvBasWinRegistryHandle root(OrvRegistryCurrentConfig);
-        results[i] = root.OpenRegistryRoot(OrvRegistryCurrentConfig);
-    };
-    test::RunOnThreads(8, work);
-    for (const OrvResult result : results)
-        CHECK_EQUAL(result, ORV_S_OK);
-    CHECK_EQUAL(test::CountUsage().handles, before.handles + 1);
-
-    const struct {
-        OrvBasWinRegistryRootType root;
-        bool opens;
-    } cases[] = {
-        {OrvRegistryClassesRoot, true},      {OrvRegistryCurrentUser, true},
-        {OrvRegistryLocalMachine, true},     {OrvRegistryUsers, true},
-        {OrvRegistryPerformanceData, false}, {OrvRegistryPerformanceNlsText, false},
-        {OrvRegistryDynData, false},         {OrvRegistryCurrentConfig, true},
-    };
-    OrvBasWinRegistryHandle handle(OrvRegistryLocalMachine);
-    for (const auto &c : cases) {
-        test::Note("root", static_cast<uint32_t>(c.root));
-        CHECK_EQUAL(OrvSucceeded(handle.OpenRegistryRoot(c.root)), c.opens);
-        CHECK_EQUAL(handle.SetParent(c.root), ORV_S_OK);
-        OrvBasWinRegistryKeyInfo info = {};
-        CHECK_EQUAL(OrvSucceeded(handle.GetKeyInfo(info)), c.opens);
-    }
-    CHECK_EQUAL(handle.OpenRegistryRoot(OrvRegistryNoRoot), ORV_E_INVALID_HANDLE);
-    CHECK_EQUAL(handle.OpenRegistryRoot(static_cast<OrvBasWinRegistryRootType>(7)), ORV_E_INVALID_ARGUMENT);
-    CHECK_EQUAL(handle.SetParent(OrvRegistryNoRoot), ORV_E_INVALID_HANDLE);
 }
