@@ -51,27 +51,33 @@ void MakeSource(uint32_t size)
     }
 }
 
-/// Feeds the input in pieces of `chunk` bytes, and gives as much room at a time, until the stream ends or a
-/// step fails; an input that ends early ends the loop with what the last step answered.
+/// Feeds the input in pieces of `chunk` bytes, and gives as much room at a time, both at unmapped pages,
+/// until the stream ends or a step fails; an input that ends early ends the loop with what the last step
+/// answered.
 template <typename Context>
 OrvResult Pump(Context &context, const Bytes &in, Bytes &out, uint32_t chunk, OrvResult (Context::*step)(),
                OrvResult (Context::*finish)())
 {
+    static test::GuardedPages inPages(kRoom);
+    static test::GuardedPages outPages(kRoom);
     uint32_t taken = 0;
     out.size = 0;
     for (;;) {
         const uint32_t given = in.size - taken < chunk ? in.size - taken : chunk;
         const uint32_t room = kRoom - out.size < chunk ? kRoom - out.size : chunk;
-        context.SetNextIn(in.data + taken);
+        const unsigned char *const from = inPages.Copy(in.data + taken, given);
+        auto *const to = outPages.Place<unsigned char>(room);
+        context.SetNextIn(from);
         context.SetAvailIn(given);
-        context.SetNextOut(out.data + out.size);
+        context.SetNextOut(to);
         context.SetAvailOut(room);
         const bool last = given == 0;
         const OrvResult result = last && finish ? (context.*finish)() : (context.*step)();
         const uint32_t consumed = given - context.GetAvailIn();
         const uint32_t produced = room - context.GetAvailOut();
-        CHECK_EQUAL(context.GetNextIn(), in.data + taken + consumed);
-        CHECK_EQUAL(context.GetNextOut(), out.data + out.size + produced);
+        CHECK_EQUAL(context.GetNextIn(), from + consumed);
+        CHECK_EQUAL(context.GetNextOut(), to + produced);
+        __builtin_memcpy(out.data + out.size, to, produced);
         taken += consumed;
         out.size += produced;
         if (result != ORV_S_OK || (last && !finish && produced == 0))

@@ -1,4 +1,4 @@
-// Guarded arrays and the refusing heap, under the native interface.
+// Pages for guarded arrays, and the refusing heap, under the native interface.
 
 #include "harness/memory.h"
 
@@ -8,22 +8,21 @@
 namespace test
 {
 
-void *AllocateBeforeGuard(size_t size)
+uint8_t *ReserveAddresses(size_t size)
 {
-    constexpr size_t kPage = 0x1000;
-    const size_t pages = (size + kPage - 1) / kPage * kPage;
     PVOID base = nullptr;
-    ULONG reserved = pages + kPage;
-    if (NtAllocateVirtualMemory(NtCurrentProcess(), &base, 0, &reserved, MEM_RESERVE | MEM_COMMIT,
-                                PAGE_READWRITE) < 0)
+    ULONG reserved = size;
+    if (NtAllocateVirtualMemory(NtCurrentProcess(), &base, 0, &reserved, MEM_RESERVE, PAGE_READWRITE) < 0)
         __builtin_trap();
-    auto *const end = static_cast<uint8_t *>(base) + pages;
-    PVOID guard = end;
-    ULONG guardSize = kPage;
-    ULONG oldProtection = 0;
-    if (NtProtectVirtualMemory(NtCurrentProcess(), &guard, &guardSize, PAGE_NOACCESS, &oldProtection) < 0)
+    return static_cast<uint8_t *>(base);
+}
+
+void MapPages(uint8_t *first, size_t size)
+{
+    PVOID base = first;
+    ULONG mapped = size;
+    if (NtAllocateVirtualMemory(NtCurrentProcess(), &base, 0, &mapped, MEM_COMMIT, PAGE_READWRITE) < 0)
         __builtin_trap();
-    return end - size;
 }
 
 RefusingHeap::RefusingHeap()

@@ -2,6 +2,7 @@
 
 #include "harness/test.h"
 
+#include "harness/memory.h"
 #include "harness/program.h"
 
 namespace
@@ -27,6 +28,8 @@ const test::Case *current;
 uint32_t failures;
 const char *noteText;
 uint64_t noteValue;
+test::Edge guardedEdge;
+bool isEdgeAskedFor;
 
 void PrintNumber(uint64_t number, uint32_t radix)
 {
@@ -128,7 +131,20 @@ bool StartReport(const char *file, int line, const char *expression)
         PrintNumber(noteValue, 10);
         program::Print("]");
     }
+    if (guardedEdge == test::Edge::kStart)
+        program::Print(" (behind an unmapped page)");
     return true;
+}
+
+void Run(const test::Case &testCase)
+{
+    isEdgeAskedFor = false;
+    testCase.run();
+    if (!isEdgeAskedFor)
+        return;
+    guardedEdge = test::Edge::kStart;
+    testCase.run();
+    guardedEdge = test::Edge::kEnd;
 }
 
 } // namespace
@@ -159,6 +175,12 @@ void Note(const char *what, uint64_t value)
     noteValue = value;
 }
 
+Edge GuardedEdge()
+{
+    isEdgeAskedFor = true;
+    return guardedEdge;
+}
+
 } // namespace test
 
 const char *program::CurrentWork()
@@ -181,9 +203,9 @@ int program::Main(uint32_t count, const char *const *arguments)
         current = *entry;
         failures = 0;
         noteText = nullptr;
-        current->run();
+        Run(*current);
         for (uint32_t i = 1; i < repeats && !failures; i++)
-            current->run();
+            Run(*current);
         (failures ? failed : passed)++;
     }
     PrintNumber(passed, 10);

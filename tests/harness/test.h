@@ -9,6 +9,9 @@
 // check, and ends with the line "N passed, N failed". A number as the first argument makes it run each case
 // so often, or until it fails: "100 UnderLoad" hammers the locks for longer. The harness needs nothing of the
 // library, so that a broken library cannot hide its own faults.
+//
+// A case that lays arrays against an unmapped page (harness/memory.h) runs twice: they end there, then start
+// there.
 
 #pragma once
 

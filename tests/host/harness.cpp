@@ -1,4 +1,4 @@
-// The harness on the host: entry, output, guarded arrays, and the heap that refuses.
+// The harness on the host: entry, output, pages for guarded arrays, and the heap that refuses.
 
 #include "harness/memory.h"
 #include "harness/program.h"
@@ -22,15 +22,18 @@ int main(int count, char **arguments)
 namespace test
 {
 
-void *AllocateBeforeGuard(size_t size)
+uint8_t *ReserveAddresses(size_t size)
 {
-    constexpr size_t kPage = 0x1000;
-    const size_t pages = (size + kPage - 1) / kPage * kPage;
-    void *const base =
-        mmap(nullptr, pages + kPage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (base == MAP_FAILED || mprotect(static_cast<char *>(base) + pages, kPage, PROT_NONE) != 0)
+    void *const base = mmap(nullptr, size, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    if (base == MAP_FAILED)
         __builtin_trap();
-    return static_cast<char *>(base) + pages - size;
+    return static_cast<uint8_t *>(base);
+}
+
+void MapPages(uint8_t *first, size_t size)
+{
+    if (mprotect(first, size, PROT_READ | PROT_WRITE) != 0)
+        __builtin_trap();
 }
 
 RefusingHeap::RefusingHeap() : processHeap_(nullptr), smallHeap_(nullptr)

@@ -27,6 +27,19 @@ char *BytesOf(const OrvSharedMemoryView &view)
     return static_cast<char *>(view.GetPointer());
 }
 
+/// The view of a section is as large as it says: the last byte can be touched, and nothing that is mapped
+/// with it stands before or behind it.
+void CheckEdges(const OrvSharedMemoryView &view)
+{
+    MEMORY_BASIC_INFORMATION information = {};
+    const uint32_t size = SizeOf(view);
+    CHECK_EQUAL(
+        NtQueryVirtualMemory(NtCurrentProcess(), BytesOf(view), 0, &information, sizeof information, nullptr),
+        0);
+    CHECK(information.AllocationBase == BytesOf(view) && information.RegionSize == size);
+    static_cast<void>(static_cast<const volatile char *>(BytesOf(view))[size - 1]);
+}
+
 OrvFlags<OrvAccessFlagsValues> ReadAndWrite()
 {
     return OrvFlags<OrvAccessFlagsValues>(OrvAccessRead) | OrvAccessWrite;
@@ -65,6 +78,9 @@ TEST_CASE(SectionIsSharedByItsId)
         CHECK_EQUAL(SizeOf(end), kPage);
         CHECK_EQUAL(others.Attach(other, 2 * kGranularity, 1), ORV_S_OK);
         CHECK_EQUAL(SizeOf(others), kPage);
+        CheckEdges(whole);
+        CheckEdges(end);
+        CheckEdges(others);
         CHECK_EQUAL(BytesOf(end)[0], 0);
         BytesOf(whole)[3 * kGranularity] = 'e';
         BytesOf(others)[0] = 'o';

@@ -7,15 +7,15 @@
 
 TEST_CASE(MemoryIsReadToItsEnd)
 {
-    OrvMemoryStream stream("abcdef", 6);
-    char bytes[8] = {};
+    OrvMemoryStream stream(test::GuardedCopy("abcdef", 6), 6);
+    char *const bytes = test::GuardedArray<char>(8);
     uint32_t read = 9;
     uint64_t number = 0;
     CHECK_EQUAL(stream.Read(bytes, 4, read), ORV_S_OK);
     CHECK_EQUAL(read, 4u);
     CHECK_EQUAL(stream.Read(bytes + 4, 4, read), ORV_S_OK);
     CHECK_EQUAL(read, 2u);
-    CHECK_TEXT(static_cast<const char *>(bytes), "abcdef");
+    CHECK_TEXT(bytes, "abcdef");
     CHECK_EQUAL(stream.Read(bytes, 4, read), ORV_E_END_OF_DATA);
     CHECK_EQUAL(read, 0u);
     CHECK_EQUAL(stream.SetPosition(7), ORV_E_INVALID_ARGUMENT);
@@ -42,12 +42,13 @@ TEST_CASE(BufferGrowsAndReadsBack)
     uint32_t read = 0;
     CHECK_EQUAL(stream.Write(nullptr, 0, count), ORV_S_OK);
     CHECK_EQUAL(count, 0u);
-    uint8_t bytes[700];
+    constexpr uint32_t kPiece = 700;
+    uint8_t *const bytes = test::GuardedArray<uint8_t>(kPiece);
     for (uint32_t piece = 0; piece < 40; piece++) {
-        for (uint32_t i = 0; i < sizeof bytes; i++)
+        for (uint32_t i = 0; i < kPiece; i++)
             bytes[i] = static_cast<uint8_t>(piece + i);
-        CHECK_EQUAL(stream.Write(bytes, sizeof bytes, count), ORV_S_OK);
-        CHECK_EQUAL(count, uint32_t(sizeof bytes));
+        CHECK_EQUAL(stream.Write(bytes, kPiece, count), ORV_S_OK);
+        CHECK_EQUAL(count, kPiece);
     }
     CHECK_EQUAL(stream.GetLength(), 40u * 700);
     for (uint32_t i = 0; i < stream.GetLength(); i++) {
@@ -56,7 +57,7 @@ TEST_CASE(BufferGrowsAndReadsBack)
     }
     uint64_t position = 0;
     CHECK_EQUAL(stream.SetPosition(700 * 39 + 699), ORV_S_OK);
-    CHECK_EQUAL(stream.Read(bytes, 5, read), ORV_S_OK);
+    CHECK_EQUAL(stream.Read(test::GuardedArray<uint8_t>(1), 5, read), ORV_S_OK);
     CHECK_EQUAL(read, 1u);
     CHECK_EQUAL(stream.GetPosition(position), ORV_S_OK);
     CHECK_EQUAL(position, uint64_t(28000));

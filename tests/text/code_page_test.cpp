@@ -68,15 +68,15 @@ OrvResult Measure(uint32_t &size, const char *source, OrvCodePage from, OrvCodeP
     return OrvGetMb2MbStringSize(size, source, from, to, count);
 }
 
-test::GuardedPage &SourcePage()
+test::TextPages &SourcePage()
 {
-    static test::GuardedPage page;
+    static test::TextPages page;
     return page;
 }
 
-test::GuardedPage &TargetPage()
+test::TextPages &TargetPage()
 {
-    static test::GuardedPage page;
+    static test::TextPages page;
     return page;
 }
 

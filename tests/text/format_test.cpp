@@ -23,7 +23,8 @@ OrvResult FormatBoth(char (&out)[kRoom], const char *format, ...)
     va_list arguments;
     va_start(arguments, format);
     uint32_t written = 0;
-    const OrvResult result = OrvFormatStringV(OrvCodePageUtf8, out, kRoom, format, &written, arguments);
+    const OrvResult result =
+        OrvFormatStringV(OrvCodePageUtf8, out, kRoom, test::Guarded(format), &written, arguments);
     va_end(arguments);
 
     static wchar_t wideOut[kRoom];

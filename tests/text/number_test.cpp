@@ -18,8 +18,9 @@ using test::Wide;
 /// Reads in both widths, with and without an end position, which must agree. `stop` is the index where
 /// reading stops, kRoom when the whole text is read.
 template <typename V>
-void CheckRead(const char *text, int radix, V expected, uint32_t stop)
+void CheckRead(const char *given, int radix, V expected, uint32_t stop)
 {
+    const char *const text = test::Guarded(given);
     const Wide wide(text);
     V value = 1;
     const char *end = text;
@@ -44,16 +45,10 @@ template <typename V>
 void CheckLimits(V largest, const char *largestText, const char *aboveText, V cutAbove, V smallest,
                  const char *smallestText, const char *belowText, V cutBelow, const char *allBitsText)
 {
-    const auto length = [](const char *text) {
-        uint32_t count = 0;
-        while (text[count])
-            count++;
-        return count;
-    };
     CheckRead<V>(largestText, 10, largest, kRoom);
-    CheckRead<V>(aboveText, 10, cutAbove, length(aboveText) - 1);
+    CheckRead<V>(aboveText, 10, cutAbove, test::LengthOf(aboveText) - 1);
     CheckRead<V>(smallestText, 10, smallest, kRoom);
-    CheckRead<V>(belowText, 10, cutBelow, length(belowText) - 1);
+    CheckRead<V>(belowText, 10, cutBelow, test::LengthOf(belowText) - 1);
     CheckRead<V>(allBitsText, 16, static_cast<V>(-1), kRoom);
     char text[80];
     CHECK_EQUAL(OrvConvertNumber2String(text, sizeof text, largest, 10), ORV_S_OK);
@@ -235,11 +230,11 @@ TEST_CASE(DoublesAreExactAndRound)
     for (const auto &c : cases) {
         test::Note(c.expected, static_cast<uint32_t>(c.digits));
         char text[kRoom];
-        wchar_t wide[kRoom];
         unsigned int written = 0;
         CHECK_EQUAL(OrvConvertDouble2String(text, kRoom, c.value, c.digits, &written), ORV_S_OK);
         CHECK_TEXT(text, c.expected);
-        CHECK_EQUAL(OrvConvertDouble2String(wide, kRoom, c.value, c.digits), ORV_S_OK);
+        wchar_t *const wide = test::GuardedArray<wchar_t>(written + 1);
+        CHECK_EQUAL(OrvConvertDouble2String(wide, written + 1, c.value, c.digits), ORV_S_OK);
         CHECK_TEXT(wide, Wide(c.expected).text);
         CHECK_EQUAL(OrvConvertDouble2String(text, written, c.value, c.digits), ORV_E_BUFFER_TOO_SMALL);
     }
@@ -280,7 +275,7 @@ TEST_CASE(DoublesAreReadToTheNearest)
         CHECK(__builtin_memcmp(&value, &c.value, sizeof value) == 0);
         CHECK_EQUAL(end, whole ? nullptr : wide.text + c.stop);
         value = 77;
-        CHECK_EQUAL(OrvConvertString2Double(value, c.text, OrvTerminated), ORV_S_OK);
+        CHECK_EQUAL(OrvConvertString2Double(value, test::Guarded(c.text), OrvTerminated), ORV_S_OK);
         CHECK(__builtin_memcmp(&value, &c.value, sizeof value) == 0);
     }
     double value = 77;

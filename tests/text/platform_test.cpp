@@ -6,7 +6,7 @@
 #include "text/texts.h"
 
 using test::Generator;
-using test::GuardedPage;
+using test::TextPages;
 
 TEST_CASE(ClassesFollowThePlatform)
 {
@@ -54,8 +54,8 @@ TEST_CASE(CompareNoCaseMapsEveryUnit)
                                 L'{',   L'i',   L'I',   0x00E9, 0x00C9, 0x00FF, 0x0178,
                                 0x0131, 0x017F, 0x0436, 0x0416, 0x8061, 0xFF41};
     constexpr uint32_t kLetters = sizeof alphabet / sizeof alphabet[0];
-    GuardedPage pageA;
-    GuardedPage pageB;
+    TextPages pageA;
+    TextPages pageB;
     Generator generator;
     for (uint32_t round = 0; round < 40000; round++) {
         const uint32_t length = generator.Below(60);

@@ -9,8 +9,8 @@
 using test::Ascii;
 using test::ForBothWidths;
 using test::Generator;
-using test::GuardedPage;
 using test::kSlacks;
+using test::TextPages;
 
 namespace
 {
@@ -46,7 +46,7 @@ TEST_CASE(MeasureReadsNothingBehindTheText)
 {
     ForBothWidths([](auto unit) {
         typedef decltype(unit) T;
-        GuardedPage page;
+        TextPages page;
         for (uint32_t slack = 0; slack < kSlacks; slack++) {
             for (uint32_t length = 0; length <= kLongest; length++) {
                 page.Fill(0);
@@ -70,7 +70,7 @@ TEST_CASE(FindElementFromBothEnds)
 {
     ForBothWidths([](auto unit) {
         typedef decltype(unit) T;
-        GuardedPage page;
+        TextPages page;
         Generator generator;
         for (uint32_t slack = 0; slack < kSlacks; slack++) {
             for (uint32_t length = 0; length <= kLongest; length++) {
@@ -106,8 +106,8 @@ TEST_CASE(FindSubStringFromBothEnds)
 {
     ForBothWidths([](auto unit) {
         typedef decltype(unit) T;
-        GuardedPage page;
-        GuardedPage needlePage;
+        TextPages page;
+        TextPages needlePage;
         Generator generator;
         for (uint32_t round = 0; round < 20000; round++) {
             const uint32_t letters = 2 + generator.Below(4);
@@ -157,8 +157,8 @@ TEST_CASE(CompareByBytes)
 {
     ForBothWidths([](auto unit) {
         typedef decltype(unit) T;
-        GuardedPage pageA;
-        GuardedPage pageB;
+        TextPages pageA;
+        TextPages pageB;
         Generator generator;
         for (uint32_t round = 0; round < 40000; round++) {
             const uint32_t lengthA = generator.Below(kLongest);

@@ -65,7 +65,7 @@ TEST_CASE(CopyOfARangeChecksItsCountOnly)
         typedef decltype(unit) T;
         for (const auto &c : cases) {
             test::Note("case", &c - cases);
-            Ascii<T> destination("old");
+            Ascii<T> destination("old", c.capacity);
             CHECK_EQUAL(OrvCopySubString(destination.units, c.capacity, Ascii<T>("abcdef").units, c.start,
                                          c.count, c.sourceLength),
                         c.result);
@@ -105,7 +105,7 @@ TEST_CASE(AppendLeavesTheTextWhenItFails)
         for (const auto &c : cases) {
             test::Note("case", &c - cases);
             const Ascii<T> source(c.source);
-            Ascii<T> destination("abc");
+            Ascii<T> destination("abc", c.capacity);
             uint32_t length = c.length;
             CHECK_EQUAL(OrvAppendString(destination.units, c.capacity, c.source ? source.units : nullptr,
                                         c.length == kNone ? nullptr : &length, c.count),
@@ -116,7 +116,7 @@ TEST_CASE(AppendLeavesTheTextWhenItFails)
             else
                 CHECK_EQUAL(destination.units[length], T(0));
         }
-        Ascii<T> itself("abc");
+        Ascii<T> itself("abc", 7);
         CHECK_EQUAL(OrvAppendString(itself.units, 7, itself.units), ORV_S_OK);
         CHECK_TEXT(itself.units, Ascii<T>("abcabc").units);
     });
@@ -155,7 +155,7 @@ TEST_CASE(DescriptorsStayWhenTheResultDoesNotFit)
     };
     for (const auto &c : cases) {
         test::Note("case", &c - cases);
-        Ascii<wchar_t> characters("abc");
+        Ascii<wchar_t> characters("abc", c.capacity);
         Text text = {3, c.capacity, characters.units};
         uint32_t requiredSize = 0;
         CHECK_EQUAL(c.change(text, &requiredSize), c.result);
@@ -163,7 +163,7 @@ TEST_CASE(DescriptorsStayWhenTheResultDoesNotFit)
         CHECK_TEXT(characters.units, c.text);
         CHECK_EQUAL(text.length, OrvGetStringSizeInElements(c.text));
     }
-    Ascii<wchar_t> characters("abc");
+    Ascii<wchar_t> characters("abc", 6);
     Text terminated = {OrvTerminated, 6, characters.units};
     CHECK_EQUAL(OrvAppendString(terminated, L"de"), ORV_S_OK);
     CHECK_EQUAL(terminated.length, 5u);
@@ -190,19 +190,23 @@ TEST_CASE(TrimCutsItsFiveCharacters)
         typedef decltype(unit) T;
         OrvResult (*const trim[])(T *, uint32_t, const T *, uint32_t *,
                                   uint32_t) = {OrvTrimStringLeft, OrvTrimStringRight, OrvTrimString};
-        T destination[16];
+        test::TextPages pages;
         uint32_t length = 0;
         for (const auto &c : cases) {
             for (uint32_t side = 0; side < 3; side++) {
                 test::Note("case", &c - cases);
-                CHECK_EQUAL(trim[side](destination, 16, Ascii<T>(c.source).units, &length, c.count),
+                // What is cut off at the right has to fit too, unless nothing else is cut off.
+                const uint32_t left = OrvGetStringSizeInElements(c.expected[side == 1 ? 1 : 0]);
+                const uint32_t room = c.count == OrvTerminated ? left + 1 : c.count + 1;
+                T *const destination = pages.Place<T>(room);
+                CHECK_EQUAL(trim[side](destination, room, Ascii<T>(c.source).units, &length, c.count),
                             ORV_S_OK);
                 CHECK_TEXT(destination, Ascii<T>(c.expected[side]).units);
                 CHECK_EQUAL(destination[length], T(0));
                 CHECK_EQUAL(trim[side](destination, 0, nullptr, &length, 0), ORV_E_INVALID_ARGUMENT);
             }
         }
-        // On both sides what is cut off at the right has to fit too, on the right alone it does not.
+        T *const destination = pages.Place<T>(3);
         CHECK_EQUAL(OrvTrimStringRight(destination, 3, Ascii<T>("xy  ").units, &length), ORV_S_OK);
         CHECK_EQUAL(OrvTrimString(destination, 3, Ascii<T>(" x  ").units, &length), ORV_E_BUFFER_TOO_SMALL);
         CHECK_EQUAL(destination[0], T(0));
@@ -217,7 +221,7 @@ TEST_CASE(AsciiCaseChangesLettersOnly)
 {
     ForBothWidths([](auto unit) {
         typedef decltype(unit) T;
-        test::GuardedPage page;
+        test::TextPages page;
         const T firsts[] = {'A', 'a'};
         for (uint32_t length = 0; length < 0x180; length++) { // every byte, and as many code units
             for (const T first : firsts) {

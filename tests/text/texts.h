@@ -18,14 +18,19 @@ void ForBothWidths(Body body)
     body(wchar_t());
 }
 
-/// ASCII text in either width; without text, zeros.
+/// ASCII text in either width and its terminator, at an unmapped page; null text is empty.
 template <typename T>
 struct Ascii {
-    T units[64] = {};
+    T *units;
 
-    Ascii(const char *text)
+    /// With at least so many units.
+    explicit Ascii(const char *text, uint32_t capacity = 0)
     {
-        for (uint32_t i = 0; text && text[i]; i++)
+        uint32_t length = 0;
+        while (text && text[length])
+            length++;
+        units = GuardedArray<T>(capacity > length ? capacity : length + 1);
+        for (uint32_t i = 0; i < length; i++)
             units[i] = static_cast<T>(text[i]);
     }
 };
@@ -44,20 +49,10 @@ private:
     uint32_t state_ = 1;
 };
 
-constexpr uint32_t kSlacks = 17; ///< bytes between a text and the unmapped page: every alignment
-
-/// A page before an unmapped one. UTF-16 text may stand at odd addresses there, so it is written by
-/// StoreUnit.
-class GuardedPage
+/// Pages for texts. UTF-16 text may stand at odd addresses there, so it is written by StoreUnit.
+class TextPages : public GuardedPages
 {
 public:
-    /// Where `count` units end `slack` bytes before the unmapped page.
-    template <typename T>
-    T *Place(uint32_t count, uint32_t slack)
-    {
-        return reinterpret_cast<T *>(bytes_ + kSize - slack - count * sizeof(T));
-    }
-
     /// A place with `unitAt(i)` for every unit, and a terminator behind them.
     template <typename T, typename UnitAt>
     T *Make(uint32_t length, uint32_t slack, UnitAt unitAt)
@@ -68,17 +63,6 @@ public:
         detail::StoreUnit(text + length, T(0));
         return text;
     }
-
-    void Fill(uint8_t byte)
-    {
-        for (uint32_t i = 0; i < kSize; i++)
-            bytes_[i] = byte;
-    }
-
-private:
-    static constexpr uint32_t kSize = 0x1000;
-
-    uint8_t *bytes_ = GuardedArray<uint8_t>(kSize);
 };
 
 } // namespace test

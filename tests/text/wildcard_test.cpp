@@ -5,9 +5,16 @@
 
 #include "harness/memory.h"
 #include "harness/test.h"
+#include "orv/text/string.h"
 
 namespace
 {
+
+/// Terminated text at an unmapped page.
+OrvStringRefBase<wchar_t> Guarded(const wchar_t *text)
+{
+    return test::GuardedCopy(text, OrvGetStringSizeInElements(text) + 1);
+}
 
 bool Matches(const OrvStringRefBase<wchar_t> &pattern, const OrvStringRefBase<wchar_t> &name)
 {
@@ -78,8 +85,8 @@ TEST_CASE(WildcardsMatchWhatTheyMust)
     };
     for (const auto &c : cases) {
         test::Note("case", static_cast<uint32_t>(&c - cases));
-        CHECK_EQUAL(Matches(c.pattern, c.name), c.matches);
-        CHECK_EQUAL(MatchesNoCase(c.pattern, c.name), c.matchesNoCase);
+        CHECK_EQUAL(Matches(Guarded(c.pattern), Guarded(c.name)), c.matches);
+        CHECK_EQUAL(MatchesNoCase(Guarded(c.pattern), Guarded(c.name)), c.matchesNoCase);
     }
     // A length ends a text before its terminator; null is empty.
     CHECK(Matches({L"a*?", 2}, {L"abc", 3}));

@@ -39,4 +39,5 @@ TEST_CASE(VersionsHaveTextAndOrder)
         CHECK_EQUAL(OsInfo::IsAtLeast(6, 1), c.isWindows7OrLater);
         CHECK_EQUAL(OrvEnvironment::detail::GetWinVersionString(c.facts, text, 9), ORV_E_BUFFER_TOO_SMALL);
     }
+    OsInfo::Initialize({}, L"");
 }

@@ -8,11 +8,11 @@
 namespace
 {
 
-using test::GuardedPage;
+using test::TextPages;
 
 constexpr uint32_t kMostGroups = 67;
 
-void CheckEncode(GuardedPage &data, GuardedPage &wide, uint32_t groups, uint32_t slack)
+void CheckEncode(TextPages &data, TextPages &wide, uint32_t groups, uint32_t slack)
 {
     static wchar_t expected[kMostGroups * 4];
     uint8_t *const bytes = data.Place<uint8_t>(groups * 3, slack);
@@ -29,7 +29,7 @@ void CheckEncode(GuardedPage &data, GuardedPage &wide, uint32_t groups, uint32_t
 void CheckDecode(const wchar_t *text, uint32_t groups, uint32_t wholeGroups)
 {
     static uint8_t expected[kMostGroups * 3];
-    static GuardedPage page;
+    static TextPages page;
     constexpr uint8_t kUntouched = 0xA5;
     uint8_t *const bytes = page.Place<uint8_t>(wholeGroups * 3, 0);
     for (uint8_t &byte : expected)
@@ -50,8 +50,8 @@ TEST_CASE(Base64LoopsAgree)
 {
     if (!detail::CpuHas(detail::kCpuSsse3))
         return;
-    GuardedPage data;
-    GuardedPage text;
+    TextPages data;
+    TextPages text;
     test::Generator generator;
     for (uint32_t slack = 0; slack < test::kSlacks; slack++) {
         for (uint32_t groups = 0; groups <= kMostGroups; groups++) {

@@ -14,8 +14,8 @@ constexpr uint32_t kMostUnits = 50;
 template <uint32_t kLimit, typename Source, typename Target>
 void Check(wchar_t end)
 {
-    test::GuardedPage sourcePage;
-    test::GuardedPage targetPage;
+    test::TextPages sourcePage;
+    test::TextPages targetPage;
     for (uint32_t count = 0; count <= kMostUnits; count++) {
         for (uint32_t endAt = 0; endAt <= count; endAt++) {
             const uint32_t slack = (count + endAt) % test::kSlacks;

@@ -1,4 +1,4 @@
-// Moving bytes: every size around the pieces that it is done in, up against the end of memory and over
+// Moving bytes: every size around the pieces that it is done in, up against the edge of memory and over
 // itself.
 
 #include "text/vector.h"
@@ -16,8 +16,9 @@ TEST_CASE(MovedBytesAreAllOfThemAndNoOthers)
             for (uint32_t up = 0; up < 2; up++) {
                 for (uint32_t i = 0; i < kRoom; i++)
                     bytes[i] = static_cast<uint8_t>(i * 7);
-                const uint32_t from = kRoom - size - (up ? shift : 0);
-                const uint32_t to = kRoom - size - (up ? 0 : shift);
+                const uint32_t low = test::GuardedEdge() == test::Edge::kStart ? 0 : kRoom - size - shift;
+                const uint32_t from = low + (up ? 0 : shift);
+                const uint32_t to = low + (up ? shift : 0);
                 detail::MoveBytes(bytes + to, bytes + from, size);
                 uint32_t right = 0;
                 while (right < kRoom) {
