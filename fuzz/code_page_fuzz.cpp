@@ -1,70 +1,201 @@
-// Any bytes in each of the library's own pages, to each other one: the measured size is the size that fits
-// and no smaller one does, and what reaches UTF-16 comes back as the same text.
+// Any bytes, and any UTF-16, from each page to each other one: the measured size is the size that fits and no
+// smaller one does, what goes directly is what goes by way of UTF-16, what is converted comes back, and UTF-8
+// is what a plain decoder takes it for.
 
 #include "fuzz.h"
 
+#include "host_page.h"
 #include "orv/runtime/result.h"
 #include "orv/text/code_page.h"
-
-#include <string.h>
 
 namespace
 {
 
-constexpr OrvCodePage kPages[] = {OrvCodePageUtf7, OrvCodePageUtf8, OrvCodePageUtf16};
+constexpr uint32_t kUntouched = 0xABCDEF;
+constexpr uint32_t kPages = 6;
 
-void CheckToUtf16(const char *source, uint32_t size, OrvCodePage page)
+struct Pages {
+    OrvCodePage from;
+    OrvCodePage to;
+
+    bool IsPlatformOnly() const { return IsPlatforms(from) && IsPlatforms(to); }
+    static bool IsPlatforms(OrvCodePage page) { return page <= OrvCodePageOem; }
+    static bool IsUnicode(OrvCodePage page) { return page >= OrvCodePageUtf7; }
+};
+
+// One name for each direction, by the widths of target and source.
+
+OrvResult Convert(wchar_t *target, uint32_t capacity, const char *source, Pages pages, uint32_t *size,
+                  uint32_t count)
 {
-    uint32_t needed = 0;
-    const OrvResult measured = OrvGetMb2Utf16StringSize(needed, source, page, size);
-    if (OrvFailed(measured)) {
-        REQUIRE(measured == ORV_E_INVALID_DATA);
-        return;
-    }
-    ExactArray<wchar_t> text(needed + 1);
-    uint32_t written = 0;
-    REQUIRE(OrvConvertMb2Utf16String(text, needed + 1, source, page, &written, size) == ORV_S_OK);
-    REQUIRE(written == needed && text[needed] == 0);
-    ExactArray<wchar_t> small(needed);
-    uint32_t required = 0;
-    REQUIRE(OrvConvertMb2Utf16String(small, needed, source, page, &required, size) == ORV_E_BUFFER_TOO_SMALL);
-    REQUIRE(required == needed + 1);
-
-    // There and back: the bytes may differ (UTF-7 has many forms), the text may not.
-    uint32_t backSize = 0;
-    REQUIRE(OrvGetUtf162MbStringSize(backSize, text, page, needed) == ORV_S_OK);
-    ExactArray<char> back(backSize + 1);
-    REQUIRE(OrvConvertUtf162MbString(back, backSize + 1, text, page, &written, needed) == ORV_S_OK);
-    REQUIRE(written == backSize);
-    if (page != OrvCodePageUtf7)
-        REQUIRE(backSize == size && memcmp(back, source, size) == 0);
-    ExactArray<wchar_t> again(needed + 1);
-    REQUIRE(OrvConvertMb2Utf16String(again, needed + 1, back, page, &written, backSize) == ORV_S_OK);
-    REQUIRE(written == needed && memcmp(again, text, needed * sizeof(wchar_t)) == 0);
+    return OrvConvertMb2Utf16String(target, capacity, source, pages.from, size, count);
 }
 
-void CheckBetween(const char *source, uint32_t size, OrvCodePage from, OrvCodePage to)
+OrvResult Convert(char *target, uint32_t capacity, const wchar_t *source, Pages pages, uint32_t *size,
+                  uint32_t count)
 {
-    uint32_t needed = 0;
-    const OrvResult measured = OrvGetMb2MbStringSize(needed, source, from, to, size);
-    if (OrvFailed(measured))
+    return OrvConvertUtf162MbString(target, capacity, source, pages.to, size, count);
+}
+
+OrvResult Convert(char *target, uint32_t capacity, const char *source, Pages pages, uint32_t *size,
+                  uint32_t count)
+{
+    return OrvConvertMb2MbString(target, capacity, source, pages.from, pages.to, size, count);
+}
+
+OrvResult Measure(uint32_t &size, const char *source, Pages pages, uint32_t count, const wchar_t *)
+{
+    return OrvGetMb2Utf16StringSize(size, source, pages.from, count);
+}
+
+OrvResult Measure(uint32_t &size, const wchar_t *source, Pages pages, uint32_t count, const char *)
+{
+    return OrvGetUtf162MbStringSize(size, source, pages.to, count);
+}
+
+OrvResult Measure(uint32_t &size, const char *source, Pages pages, uint32_t count, const char *)
+{
+    return OrvGetMb2MbStringSize(size, source, pages.from, pages.to, count);
+}
+
+/// A text that was converted; null when the source is none.
+template <typename T>
+struct Text {
+    T *units = nullptr;
+    uint32_t length = 0;
+
+    Text() = default;
+    Text(const Text &) = delete;
+    Text &operator=(const Text &) = delete;
+    ~Text() { free(units); }
+
+    bool Equals(const T *other, uint32_t otherLength) const
+    {
+        return length == otherLength && memcmp(units, other, length * sizeof(T)) == 0;
+    }
+};
+
+/// Converts into an array that fits, and into one that does not; `pick` says which.
+template <typename Target, typename Source>
+void Check(Text<Target> &text, const Source *source, uint32_t count, Pages pages, uint32_t pick)
+{
+    uint32_t measured = kUntouched;
+    const OrvResult query = Measure(measured, source, pages, count, static_cast<const Target *>(nullptr));
+    REQUIRE(query == ORV_S_OK || (query == ORV_E_INVALID_DATA && measured == kUntouched));
+
+    uint32_t required = kUntouched;
+    const OrvResult asked = Convert(static_cast<Target *>(nullptr), 0, source, pages, &required, count);
+    if (asked == ORV_E_INVALID_DATA) {
+        REQUIRE(query == asked || (pages.IsPlatformOnly() && sizeof(Target) == sizeof(Source)));
+        REQUIRE(required == kUntouched);
+        ExactArray<Target> any(pick);
+        REQUIRE(Convert(any, pick, source, pages, &required, count) == ORV_E_INVALID_DATA);
+        REQUIRE(required == kUntouched && (pick == 0 || any[0] == 0));
         return;
-    ExactArray<char> target(needed + 1);
-    uint32_t written = 0;
-    const OrvResult result = OrvConvertMb2MbString(target, needed + 1, source, from, to, &written, size);
-    REQUIRE(result == ORV_S_OK ? written == needed : from == to || result == ORV_E_INVALID_DATA);
+    }
+    REQUIRE(asked == ORV_E_BUFFER_TOO_SMALL && required > 0);
+    // Between the platform's pages the query counts the source; from page 1 it takes another page.
+    const bool isExact = sizeof(Target) != sizeof(Source) || pages.from == pages.to ||
+                         (!pages.IsPlatformOnly() && pages.from != OrvCodePageAnsi);
+    REQUIRE(!isExact || (query == ORV_S_OK && required == measured + 1));
+
+    const uint32_t tooFew = pick % required;
+    ExactArray<Target> small(tooFew);
+    uint32_t requiredAgain = kUntouched;
+    REQUIRE(Convert(small, tooFew, source, pages, &requiredAgain, count) == ORV_E_BUFFER_TOO_SMALL);
+    REQUIRE(requiredAgain == required);
+    uint32_t end = 0;
+    while (end < tooFew && small[end])
+        end++;
+    REQUIRE(tooFew == 0 || end < tooFew);
+
+    text.units = static_cast<Target *>(malloc(required * sizeof(Target)));
+    REQUIRE(Convert(text.units, required, source, pages, &text.length, count) == ORV_S_OK);
+    REQUIRE(text.length == required - 1 && text.units[text.length] == 0);
+}
+
+/// By the book: one code point after the other. False when it is no UTF-8.
+bool DecodePlainly(const uint8_t *bytes, uint32_t count, wchar_t *text, uint32_t &length)
+{
+    constexpr uint32_t kLeast[] = {0, 0x80, 0x800, 0x10000};
+    length = 0;
+    for (uint32_t i = 0; i < count;) {
+        const uint32_t lead = bytes[i++];
+        const uint32_t more = lead < 0x80 ? 0 : lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
+        if (lead >> 6 == 2 || lead >= 0xF8 || more > count - i)
+            return false;
+        uint32_t code = more ? lead & (0x3Fu >> more) : lead;
+        for (const uint32_t end = i + more; i < end; i++) {
+            if ((bytes[i] & 0xC0) != 0x80)
+                return false;
+            code = code << 6 | (bytes[i] & 0x3F);
+        }
+        if (code < kLeast[more] || code > 0x10FFFF || (code >= 0xD800 && code < 0xE000))
+            return false;
+        if (code >= 0x10000)
+            text[length++] = static_cast<wchar_t>(0xD7C0 + (code >> 10));
+        text[length++] = static_cast<wchar_t>(code >= 0x10000 ? 0xDC00 | (code & 0x3FF) : code);
+    }
+    return true;
+}
+
+void CheckBytes(const char *source, uint32_t count, Pages pages, uint32_t pick)
+{
+    Text<wchar_t> text;
+    Check(text, source, count, pages, pick);
+    if (pages.from == OrvCodePageUtf8) {
+        ExactArray<wchar_t> expected(count);
+        uint32_t length = 0;
+        const bool isText = DecodePlainly(reinterpret_cast<const uint8_t *>(source), count, expected, length);
+        REQUIRE(isText == (text.units != nullptr) && (!isText || text.Equals(expected, length)));
+    }
+    Text<char> direct;
+    Check(direct, source, count, pages, pick);
+    if (pages.from == pages.to) {
+        REQUIRE(direct.Equals(source, count));
+    } else if (pages.from != OrvCodePageAnsi && text.units) {
+        Text<char> indirect; // page 5 may hold what is no text
+        Check(indirect, text.units, text.length, {OrvCodePageUtf16, pages.to}, pick);
+        REQUIRE(indirect.units ? direct.Equals(indirect.units, indirect.length) : !direct.units);
+    }
+
+    // There and back: the bytes may differ (UTF-7 has many forms), the text may not.
+    if (!text.units || !Pages::IsUnicode(pages.from))
+        return;
+    Text<char> back;
+    Check(back, text.units, text.length, {OrvCodePageUtf16, pages.from}, pick);
+    REQUIRE(back.units && (pages.from == OrvCodePageUtf7 || back.Equals(source, count)));
+    Text<wchar_t> again;
+    Check(again, back.units, back.length, pages, pick);
+    REQUIRE(again.Equals(text.units, text.length));
+}
+
+void CheckText(const wchar_t *source, uint32_t count, Pages pages, uint32_t pick)
+{
+    Text<char> bytes;
+    Check(bytes, source, count, pages, pick);
+    if (!bytes.units || !Pages::IsUnicode(pages.to))
+        return;
+    Text<wchar_t> back;
+    Check(back, bytes.units, bytes.length, {pages.to, OrvCodePageUtf16}, pick);
+    REQUIRE(back.Equals(source, count));
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
-    ExactArray<char> source(size);
-    memcpy(source, data, size);
-    for (const OrvCodePage from : kPages) {
-        CheckToUtf16(source, static_cast<uint32_t>(size), from);
-        for (const OrvCodePage to : kPages)
-            CheckBetween(source, static_cast<uint32_t>(size), from, to);
-    }
+    Input input(data, size);
+    const uint8_t choice = input.Byte();
+    const Pages pages = {static_cast<OrvCodePage>(choice % kPages),
+                         static_cast<OrvCodePage>(choice / kPages % kPages)};
+    hostPage = static_cast<HostPage>(choice / (kPages * kPages) % 3);
+    const uint32_t pick = input.Byte();
+    const uint32_t count = input.Left();
+    ExactArray<char> bytes(reinterpret_cast<const char *>(input.Bytes(count)), count);
+    CheckBytes(bytes, count, pages, pick);
+    ExactArray<wchar_t> text(count / sizeof(wchar_t));
+    memcpy(text, bytes, count / sizeof(wchar_t) * sizeof(wchar_t));
+    CheckText(text, count / sizeof(wchar_t), pages, pick);
     return 0;
 }

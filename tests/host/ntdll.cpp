@@ -38,7 +38,8 @@ NTSTATUS MapString(UNICODE_STRING &destination, const UNICODE_STRING &source, Ma
     return STATUS_SUCCESS;
 }
 
-/// Takes the first character off a byte string; what is cut short counts as one bad character.
+/// Takes the first character off a byte string; what is none counts as one bad character up to where it
+/// breaks.
 unsigned TakeCharacter(const char *&text, unsigned &left)
 {
     const auto byte = [&](unsigned at) { return static_cast<unsigned char>(text[at]); };
@@ -48,14 +49,12 @@ unsigned TakeCharacter(const char *&text, unsigned &left)
         length = 2;
         character = 0x4E00 + ((character - 0x81) << 8 | byte(1));
     } else if (hostPage == HostPage::kUtf8 && character >= 0xC0) {
-        length = character < 0xE0 ? 2 : character < 0xF0 ? 3 : 4;
-        character &= 0x7F >> length;
-        for (unsigned i = 1; i < length; i++)
-            character = character << 6 | (i < left ? byte(i) & 0x3F : 0);
-        if (length > left) {
-            length = left;
+        const unsigned whole = character < 0xE0 ? 2 : character < 0xF0 ? 3 : 4;
+        character &= 0x7F >> whole;
+        for (; length < whole && length < left && (byte(length) & 0xC0) == 0x80; length++)
+            character = character << 6 | (byte(length) & 0x3F);
+        if (length < whole || character > 0x10FFFF || character >> 11 == 0x1B)
             character = 0xFFFD;
-        }
     } else if (hostPage == HostPage::kUtf8 && character >= 0x80) {
         character = 0xFFFD;
     }

@@ -1,0 +1,105 @@
+// Any text as a GUID: what is taken prints as a text that is taken for the same, what is refused leaves the
+// GUID alone, and both follow from the text's form.
+
+#include "fuzz.h"
+
+#include "orv/runtime/result.h"
+#include "orv/text/guid.h"
+
+namespace
+{
+
+constexpr uint32_t kLength = 36;
+
+bool IsHexadecimal(wchar_t c)
+{
+    return (c >= L'0' && c <= L'9') || (c >= L'a' && c <= L'f') || (c >= L'A' && c <= L'F');
+}
+
+bool IsDash(uint32_t position)
+{
+    return position == 8 || position == 13 || position == 18 || position == 23;
+}
+
+/// Digits and dashes where they belong, and nothing else.
+bool IsCanonical(const wchar_t *text, uint32_t length)
+{
+    bool isCanonical = length == kLength;
+    for (uint32_t i = 0; isCanonical && i < length; i++)
+        isCanonical = IsDash(i) ? text[i] == L'-' : IsHexadecimal(text[i]);
+    return isCanonical;
+}
+
+bool HasForm(const wchar_t *text, uint32_t length)
+{
+    return length == kLength && text[8] == L'-' && text[13] == L'-' && text[18] == L'-' && text[23] == L'-';
+}
+
+/// Prints at every capacity; the text is canonical, in lower case, and says the same.
+void CheckPrint(const _OrvGuid &guid, wchar_t (&printed)[kLength + 1])
+{
+    for (uint32_t capacity = 1; capacity <= kLength + 1; capacity++) {
+        ExactArray<wchar_t> room(capacity);
+        _ORV_UTF16CHAR_STR text = {77, capacity, room};
+        const bool fits = capacity > kLength;
+        REQUIRE(OrvGuidUtils::GetString(guid, text) == (fits ? ORV_S_OK : ORV_E_BUFFER_TOO_SMALL));
+        REQUIRE(text.length == (fits ? kLength : 77) && room[capacity - 1] == 0);
+        if (fits)
+            memcpy(printed, room, sizeof printed);
+    }
+    REQUIRE(IsCanonical(printed, kLength));
+    for (uint32_t i = 0; i < 16; i++) {
+        char pair[3];
+        snprintf(pair, sizeof pair, "%02x", guid.bytes[i]);
+        const uint32_t at = i * 2 + (i >= 4) + (i >= 6) + (i >= 8) + (i >= 10);
+        REQUIRE(printed[at] == static_cast<wchar_t>(pair[0]) &&
+                printed[at + 1] == static_cast<wchar_t>(pair[1]));
+    }
+    _OrvGuid again = {};
+    REQUIRE(OrvGuidUtils::Parse(again, printed) == ORV_S_OK);
+    REQUIRE(memcmp(&again, &guid, sizeof guid) == 0);
+}
+
+void CheckParse(const wchar_t *text, uint32_t length)
+{
+    _OrvGuid before;
+    memset(&before, 0x5A, sizeof before);
+    _OrvGuid guid = before;
+    const OrvResult result = OrvGuidUtils::Parse(guid, {text, length});
+    if (OrvFailed(result)) {
+        REQUIRE(result == (HasForm(text, length) ? ORV_E_INVALID_ARGUMENT : ORV_E_GUID_TEXT));
+        REQUIRE(!IsCanonical(text, length) && memcmp(&guid, &before, sizeof guid) == 0);
+        return;
+    }
+    REQUIRE(result == ORV_S_OK && HasForm(text, length));
+    wchar_t printed[kLength + 1];
+    CheckPrint(guid, printed);
+    for (uint32_t i = 0; i < kLength && IsCanonical(text, length); i++)
+        REQUIRE(printed[i] == (IsDash(i) ? L'-' : (text[i] | 0x20)));
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    const auto count = static_cast<uint32_t>(size);
+    ExactArray<wchar_t> text(count);
+    for (uint32_t i = 0; i < count; i++) // a high byte now and then
+        text[i] = static_cast<wchar_t>(data[i] < 0xF8 ? data[i] : 0x0130 + data[i]);
+    CheckParse(text, count);
+    if (count >= kLength) {
+        for (uint32_t i = 0; i < kLength; i++) {
+            if (IsDash(i))
+                text[i] = L'-';
+        }
+        ExactArray<wchar_t> dashed(text, kLength);
+        CheckParse(dashed, kLength);
+    }
+    if (count >= sizeof(_OrvGuid)) {
+        _OrvGuid guid;
+        wchar_t printed[kLength + 1];
+        OrvGuidUtils::Assign(guid, data);
+        CheckPrint(guid, printed);
+    }
+    return 0;
+}
