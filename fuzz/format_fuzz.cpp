@@ -1,12 +1,13 @@
-// Any format, with arguments that serve as whatever a directive takes them for: both widths agree, and a
-// smaller array holds the beginning of what a larger one does.
+// Any format, with arguments that serve as whatever a directive takes them for: both widths agree, all
+// targets get the same text, and a smaller array holds its beginning. And any single directive with any
+// value: the text is the host's C library's.
 
 #include "fuzz.h"
 
 #include "orv/runtime/result.h"
 #include "orv/text/format.h"
 
-#include <string.h>
+#include <stdio.h>
 
 namespace
 {
@@ -24,40 +25,91 @@ const Anything anything;
 
 constexpr uint32_t kRoom = 600;
 
+/// Collects pieces.
 template <typename T>
-OrvResult Format(T *target, uint32_t capacity, uint32_t *written, const T *format, ...)
+class Sink final : public OrvBasAppendable<T>
+{
+public:
+    OrvResult Append(const T *first, const T *last) override
+    {
+        const auto count = static_cast<uint32_t>(last - first);
+        REQUIRE(count <= kRoom - length);
+        memcpy(text + length, first, count * sizeof(T));
+        length += count;
+        return ORV_S_OK;
+    }
+
+    T text[kRoom];
+    uint32_t length = 0;
+};
+
+/// Calls `form` with as many arguments as a format of this length can take: each directive up to four words.
+template <typename Form>
+OrvResult WithArguments(Form form, int none, ...)
 {
     va_list arguments;
-    va_start(arguments, format);
-    const OrvResult result = OrvFormatStringV(OrvCodePageUtf8, target, capacity, format, written, arguments);
+    va_start(arguments, none);
+    const OrvResult result = form(arguments);
     va_end(arguments);
     return result;
 }
 
-/// As many arguments as a format of this length can take: each directive up to four words.
-template <typename T>
-OrvResult FormatAnything(T *target, uint32_t capacity, uint32_t &written, const T *format)
+template <typename Form>
+OrvResult FormatAnything(Form form)
 {
     const void *const p = &anything;
-    return Format(target, capacity, &written, format, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p,
-                  p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p,
-                  p, p, p, p, p, p);
+    return WithArguments(form, 0, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p,
+                         p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p, p,
+                         p, p, p, p, p, p, p);
 }
 
-} // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+/// Into an array of this capacity.
+template <typename T>
+OrvResult FormatArray(T *target, uint32_t capacity, uint32_t &written, const T *format)
 {
-    constexpr size_t kLongestFormat =
-        30; // at two characters a directive and four words each, the arguments last
-    if (size < 2 || size > kLongestFormat)
-        return 0;
-    const uint32_t capacity = 1 + data[0] * 2u;
-    data++;
-    size--;
+    return FormatAnything([&](va_list arguments) {
+        return OrvFormatStringV(OrvCodePageUtf8, target, capacity, format, &written, arguments);
+    });
+}
+
+/// Every other target of UTF-16 gets what the array got.
+void CheckTargets(const wchar_t *format, OrvResult result, const wchar_t *text, uint32_t length)
+{
+    const auto equals = [&](const wchar_t *other, uint32_t otherLength) {
+        return otherLength == length && memcmp(other, text, length * sizeof *text) == 0;
+    };
+    ExactArray<wchar_t> array(length + 1);
+    _ORV_UTF16CHAR_STR descriptor = {77, length + 1, array};
+    REQUIRE(FormatAnything([&](va_list arguments) {
+                return OrvFormatStringV(OrvCodePageUtf8, descriptor, format, arguments);
+            }) == result);
+    REQUIRE(descriptor.length == (result == ORV_S_OK ? length : 77));
+
+    OrvUtf16CharHeapBuffer buffer;
+    REQUIRE(FormatAnything([&](va_list arguments) {
+                return OrvFormatStringV(OrvCodePageUtf8, buffer, format, arguments);
+            }) == result);
+    REQUIRE(result != ORV_S_OK || equals(buffer.GetValue(), buffer.GetInternal().length));
+
+    // Without a code page other directives are copied, so these two have a text of their own.
+    Sink<wchar_t> sink;
+    const OrvResult sinkResult =
+        FormatAnything([&](va_list arguments) { return OrvBasAppendFormatV(sink, format, arguments); });
+    OrvUtf16CharHeapBuffer owner;
+    owner.Assign(L"before ");
+    REQUIRE(FormatAnything([&](va_list arguments) {
+                return OrvAppendFormatStringV(OrvMakeMutableStringRef(owner), format, arguments);
+            }) == sinkResult);
+    const uint32_t added = sinkResult == ORV_S_OK ? sink.length : 0;
+    REQUIRE(owner.GetInternal().length == 7 + added);
+    REQUIRE(memcmp(owner.GetValue() + 7, sink.text, added * sizeof(wchar_t)) == 0);
+}
+
+void CheckFormat(const uint8_t *data, uint32_t size, uint32_t capacity)
+{
     ExactArray<char> format(size + 1);
     ExactArray<wchar_t> wideFormat(size + 1);
-    for (size_t i = 0; i < size; i++) {
+    for (uint32_t i = 0; i < size; i++) {
         format[i] = static_cast<char>(data[i]);
         wideFormat[i] = data[i];
     }
@@ -66,13 +118,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 
     static char full[kRoom];
     uint32_t written = 0;
-    const OrvResult result = FormatAnything<char>(full, kRoom, written, format);
+    const OrvResult result = FormatArray<char>(full, kRoom, written, format);
     REQUIRE(result == ORV_S_OK || result == ORV_E_BUFFER_TOO_SMALL || result == ORV_E_INVALID_DATA);
     REQUIRE(written < kRoom && full[written] == 0);
 
     ExactArray<char> part(capacity);
     uint32_t partWritten = 0;
-    const OrvResult partResult = FormatAnything<char>(part, capacity, partWritten, format);
+    const OrvResult partResult = FormatArray<char>(part, capacity, partWritten, format);
     REQUIRE(partWritten < capacity && part[partWritten] == 0);
     if (result == ORV_S_OK)
         REQUIRE(partResult == (written < capacity ? ORV_S_OK : ORV_E_BUFFER_TOO_SMALL));
@@ -80,13 +132,83 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 
     static wchar_t wide[kRoom];
     uint32_t wideWritten = 0;
-    const OrvResult wideResult = FormatAnything<wchar_t>(wide, kRoom, wideWritten, wideFormat);
+    const OrvResult wideResult = FormatArray<wchar_t>(wide, kRoom, wideWritten, wideFormat);
     REQUIRE(wideWritten < kRoom && wide[wideWritten] == 0);
+    if (wideResult != ORV_E_BUFFER_TOO_SMALL)
+        CheckTargets(wideFormat, wideResult, wide, wideWritten);
     // Strings and characters differ between the widths; without them the texts are the same.
     if (!memchr(data, 's', size) && !memchr(data, 'Z', size) && !memchr(data, 'c', size)) {
         REQUIRE(wideResult == result && wideWritten == written);
         for (uint32_t i = 0; i < written; i++)
             REQUIRE(wide[i] == static_cast<uint8_t>(full[i]));
+    }
+}
+
+void CheckText(const char *format, const char *expected, uint32_t length, uint64_t bits, bool isWide)
+{
+    constexpr uint32_t kLongest = 1200;
+    static char text[kLongest];
+    uint32_t written = 0;
+    double number = 0;
+    memcpy(&number, &bits, sizeof number);
+    const bool isDouble = strchr("eEfgG", format[strlen(format) - 1]) != nullptr;
+    const OrvResult result =
+        isDouble ? OrvFormatString(OrvCodePageUtf8, text, kLongest, &written, format, number)
+        : isWide
+            ? OrvFormatString(OrvCodePageUtf8, text, kLongest, &written, format, bits)
+            : OrvFormatString(OrvCodePageUtf8, text, kLongest, &written, format, static_cast<uint32_t>(bits));
+    REQUIRE(result == ORV_S_OK);
+    REQUIRE(written == length && memcmp(text, expected, length) == 0);
+}
+
+void CheckDirective(Input &input)
+{
+    const uint32_t flags = input.Byte();
+    const uint32_t extent = input.Byte();
+    const char conversion = "diuoxXeEfgGd"[input.Byte() % 12];
+    char format[32] = "%";
+    for (uint32_t i = 0; i < 5; i++) {
+        if (flags >> i & 1)
+            strncat(format, &"-+ 0#"[i], 1);
+    }
+    const bool isDouble = strchr("eEfgG", conversion) != nullptr;
+    const bool isWide = !isDouble && flags & 0x80;
+    char *end = format + strlen(format);
+    if (flags & 0x20)
+        end += sprintf(end, "%u", 1 + extent % 40);
+    if (flags & 0x40)
+        end += sprintf(end, ".%u", extent / 8);
+    sprintf(end, "%s%c", isWide ? "ll" : "", conversion);
+
+    uint64_t bits = 0;
+    for (uint32_t i = 0; i < 8; i++)
+        bits = bits << 8 | input.Byte();
+    double number = 0;
+    memcpy(&number, &bits, sizeof number);
+    if (isDouble && number != number)
+        return; // a NaN has a sign in C
+    static char expected[1200];
+    const int length = isDouble ? snprintf(expected, sizeof expected, format, number)
+                       : isWide ? snprintf(expected, sizeof expected, format, bits)
+                                : snprintf(expected, sizeof expected, format, static_cast<uint32_t>(bits));
+    CheckText(format, expected, static_cast<uint32_t>(length), bits, isWide);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    constexpr size_t kLongestFormat =
+        30; // at two characters a directive and four words each, the arguments last
+    if (size < 2)
+        return 0;
+    Input input(data, size);
+    const uint32_t choice = input.Byte();
+    if (choice % 2) {
+        CheckDirective(input);
+    } else if (input.Left() <= kLongestFormat) {
+        const uint32_t count = input.Left();
+        CheckFormat(input.Bytes(count), count, 1 + choice * 2);
     }
     return 0;
 }
