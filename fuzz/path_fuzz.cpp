@@ -6,8 +6,6 @@
 #include "orv/fs/path.h"
 #include "orv/runtime/result.h"
 
-#include <string.h>
-
 namespace
 {
 
@@ -43,12 +41,15 @@ void CheckForms(Buffer &result, Operation operation)
         return query == expected;
     }();
     REQUIRE(!needsNoRoom || length == 0);
-    if (length) {
-        ExactArray<wchar_t> shorter(length);
-        memset(shorter, '#', length * sizeof(wchar_t));
-        _ORV_UTF16CHAR_STR tooSmall = {77, length, shorter};
+    constexpr uint32_t kMostTried = 24; // the least and the largest that do not fit
+    for (uint32_t capacity = 1; capacity <= length; capacity++) {
+        if (capacity == kMostTried / 2 && length > kMostTried)
+            capacity = length - kMostTried / 2;
+        ExactArray<wchar_t> shorter(capacity);
+        memset(shorter, '#', capacity * sizeof(wchar_t));
+        _ORV_UTF16CHAR_STR tooSmall = {77, capacity, shorter};
         REQUIRE(operation(tooSmall, nullptr) == ORV_E_BUFFER_TOO_SMALL && tooSmall.length == 77);
-        for (uint32_t i = 0; i < length; i++)
+        for (uint32_t i = 0; i < capacity; i++)
             REQUIRE(shorter[i] == 0x2323);
     }
     ExactArray<wchar_t> array(length + 1);
@@ -67,8 +68,9 @@ void CheckForms(Buffer &result, Operation operation)
 template <typename Operation>
 void CheckSplit(Buffer &result, const Text &path, Operation operation)
 {
+    ExactArray<wchar_t> counted(path.characters, path.length); // no terminator to lean on
     CheckForms(result, [&](auto &out, unsigned int *required) {
-        return operation(out, path.characters, path.length, required);
+        return operation(out, counted, path.length, required);
     });
     Buffer own;
     own.Assign(path.characters, path.length);
@@ -130,6 +132,22 @@ SPLITTER(GetDirectoryPathFromFilenamePath);
 JOINER(CombinePaths);
 JOINER(ChangeExtension);
 
+/// The operation whose path is terminated, which is where `length` is.
+struct AnyGetPathRoot {
+    OrvResult operator()(_ORV_UTF16CHAR_STR &out, const wchar_t *path, uint32_t, unsigned int *required) const
+    {
+        return GetPathRoot(out, path, required);
+    }
+    OrvResult operator()(Buffer &out, const wchar_t *path, uint32_t, unsigned int *) const
+    {
+        return GetPathRoot(out, path);
+    }
+    OrvResult operator()(const Reference &out, const wchar_t *path, uint32_t length, unsigned int *) const
+    {
+        return GetPathRoot(out, OrvStringRefBase<wchar_t>(path, length));
+    }
+};
+
 bool IsSeparator(wchar_t character)
 {
     return character == L'\\' || character == L'/';
@@ -156,15 +174,20 @@ void CheckRoot(const Text &path)
     REQUIRE(GetPathRootLength(path.characters, length) == length);
     REQUIRE(IsPathRooted(path.characters, path.length) == (length != 0));
     Buffer root;
-    REQUIRE(GetPathRoot(root, path.characters) == 0);
+    CheckForms(root, [&](auto &out, unsigned int *required) {
+        return AnyGetPathRoot()(out, path.characters, path.length, required);
+    });
     REQUIRE(Equal(root, path.characters, length));
 }
 
 void CheckJoin(const Text &first, const Text &second)
 {
+    ExactArray<wchar_t> firstCounted(first.characters, first.length);
+    ExactArray<wchar_t> secondCounted(second.characters, second.length);
+    const Text counted[] = {{firstCounted, first.length}, {secondCounted, second.length}};
     Buffer combined;
     Buffer part;
-    CheckForms(combined, AnyCombinePaths{first, second});
+    CheckForms(combined, AnyCombinePaths{counted[0], counted[1]});
     if (second.length && !HasAny(second, EndsName)) {
         // A plain name comes out again, and so does the directory, but for the separators at its end.
         REQUIRE(GetFilename(part, combined.GetValue()) == 0);
@@ -178,10 +201,21 @@ void CheckJoin(const Text &first, const Text &second)
         REQUIRE(memcmp(part.GetValue(), first.characters, end * sizeof(wchar_t)) == 0);
     }
 
+    // Appending puts a separator between, and nothing else, whatever the part is.
+    Buffer appended;
+    appended.Assign(first.characters, first.length);
+    REQUIRE(AppendPath(appended, second.characters) == 0);
+    const bool isSeparated = first.length == 0 || IsSeparator(first.characters[first.length - 1]);
+    const uint32_t start = first.length + !isSeparated;
+    REQUIRE(appended.GetInternal().length == start + second.length);
+    REQUIRE(isSeparated || appended[first.length] == L'\\');
+    REQUIRE(memcmp(appended.GetValue(), first.characters, first.length * sizeof(wchar_t)) == 0);
+    REQUIRE(memcmp(appended.GetValue() + start, second.characters, second.length * sizeof(wchar_t)) == 0);
+
     if (first.length == 0)
         return;
     Buffer changed;
-    CheckForms(changed, AnyChangeExtension{first, second});
+    CheckForms(changed, AnyChangeExtension{counted[0], counted[1]});
     Buffer before;
     REQUIRE(GetFilenameWithoutExtension(before, first.characters) == 0);
     const bool isPlain = !HasAny(second, [](wchar_t c) { return EndsName(c) || c == L'.'; });
