@@ -1,0 +1,216 @@
+// Any bytes as an XML document: its events are balanced, they are the same when it comes in pieces, a handler
+// that fails gets no further call, and what the writer makes of them is read as the same events again.
+
+#include "fuzz.h"
+
+#include "orv/runtime/result.h"
+#include "orv/text/heap_buffer.h"
+#include "orv/xml/xml_sax.h"
+#include "orv/xml/xml_writer.h"
+#include "xml/escape.h"
+#include "xml/streams.h"
+
+namespace
+{
+
+typedef OrvStringRefBase<wchar_t> Text;
+
+// What stands before each part of an event in a record. No document has these characters.
+enum Mark : wchar_t { kNone, kStart, kAttribute, kValue, kEnd, kText };
+
+/// Writes the events down, the pieces of a text as one, and checks their order.
+class Recorder final : public OrvBasXmlSaxHandlerBase
+{
+public:
+    static constexpr uint32_t kMostUnits = 0x10000;
+
+    explicit Recorder(uint32_t failAt = 0) : failAt_(failAt) {}
+
+    OrvResult StartElement(const Text &element) override
+    {
+        REQUIRE(depth_ > 0 || !hasRoot_);
+        hasRoot_ = true;
+        depth_++;
+        return Record(kStart, element);
+    }
+
+    OrvResult Attribute(const Text &element, const Text &name, const Text &value) override
+    {
+        REQUIRE(last_ == kStart || last_ == kValue);
+        REQUIRE(element.length && name.length);
+        const OrvResult result = Record(kAttribute, name);
+        return OrvFailed(result) ? result : Append(kValue, value);
+    }
+
+    OrvResult EndElement(const Text &element) override
+    {
+        REQUIRE(depth_ > 0);
+        depth_--;
+        return Record(kEnd, element);
+    }
+
+    OrvResult CharacterData(const Text &text) override
+    {
+        REQUIRE(depth_ > 0);
+        return Record(last_ == kText ? kNone : kText, text);
+    }
+
+    /// A document that was taken: one root, and all that was opened is closed by its name.
+    void CheckBalance() const
+    {
+        REQUIRE(hasRoot_ && depth_ == 0);
+        OrvUtf16CharHeapBuffer open; // the names, each behind its mark
+        ForEach([&open](Mark mark, const Text &text) {
+            if (mark == kStart) {
+                open.Append(kStart);
+                open.Append(text.characters, text.length);
+            } else if (mark == kEnd) {
+                const uint32_t length = open.GetInternal().length;
+                REQUIRE(length > text.length && open[length - text.length - 1] == kStart);
+                REQUIRE(memcmp(open.GetValue() + length - text.length, text.characters,
+                               text.length * sizeof(wchar_t)) == 0);
+                open.Resize(length - text.length - 1);
+            }
+        });
+        REQUIRE(open.IsEmpty());
+    }
+
+    template <typename Body>
+    void ForEach(Body body) const
+    {
+        const wchar_t *next = events_.GetValue();
+        const wchar_t *const last = next + events_.GetInternal().length;
+        while (next != last) {
+            const auto mark = static_cast<Mark>(*next++);
+            const wchar_t *const first = next;
+            while (next != last && *next > kText)
+                next++;
+            body(mark, {first, static_cast<uint32_t>(next - first)});
+        }
+    }
+
+    bool Equals(const Recorder &other) const
+    {
+        const uint32_t length = events_.GetInternal().length;
+        return other.events_.GetInternal().length == length &&
+               memcmp(events_.GetValue(), other.events_.GetValue(), length * sizeof(wchar_t)) == 0;
+    }
+
+    uint32_t Calls() const { return calls_; }
+
+    /// For events that the writer cannot write as they are: see Writable.
+    template <typename Map>
+    void Change(Map map)
+    {
+        for (uint32_t i = 0; i < events_.GetInternal().length; i++)
+            events_[i] = map(events_[i]);
+    }
+
+private:
+    OrvResult Record(Mark mark, const Text &text)
+    {
+        REQUIRE(failAt_ == 0 || calls_ < failAt_);
+        if (++calls_ == failAt_ || events_.GetInternal().length > kMostUnits)
+            return ORV_E_ABORTED;
+        return Append(mark, text);
+    }
+
+    OrvResult Append(Mark mark, const Text &text)
+    {
+        for (uint32_t i = 0; i < text.length; i++)
+            REQUIRE(text.characters[i] > kText);
+        if (mark != kNone) {
+            events_.Append(mark);
+            last_ = mark;
+        }
+        return events_.Append(text.characters, text.length);
+    }
+
+    OrvUtf16CharHeapBuffer events_;
+    uint32_t failAt_;
+    uint32_t calls_ = 0;
+    uint32_t depth_ = 0;
+    bool hasRoot_ = false;
+    Mark last_ = kNone;
+};
+
+/// The writer writes halves of pairs as references, which no reader takes, and line ends and tabs as they
+/// are, which a reader turns into others.
+wchar_t Writable(wchar_t unit)
+{
+    return unit == L'\r' || unit == L'\n' || unit == L'\t' ? L' ' : unit >> 11 == 0x1B ? L'?' : unit;
+}
+
+void CheckWriter(Recorder &events)
+{
+    events.Change(Writable);
+    OrvBufferStream stream;
+    OrvBasXmlWriter::Impl *const writer = OrvBasXmlWriter::Impl::New(stream);
+    writer->WriteXmlDecl(L"1.0");
+    Text attribute;
+    events.ForEach([&](Mark mark, const Text &text) {
+        if (mark == kStart)
+            writer->WriteStartElement(text);
+        else if (mark == kAttribute)
+            attribute = text;
+        else if (mark == kValue)
+            writer->WriteAttribute(attribute, text);
+        else if (mark == kEnd)
+            text.length % 2 ? writer->WriteEndElement() : writer->WriteFullEndElement();
+        else
+            writer->WriteText(text);
+    });
+    REQUIRE(writer->Flush() == ORV_S_OK);
+    OrvBasXmlWriter::Impl::Delete(writer);
+    Recorder again;
+    REQUIRE(OrvBasXmlSaxParse(stream, again) == ORV_S_OK);
+    REQUIRE(again.Equals(events));
+}
+
+void CheckEscape(const wchar_t *text, uint32_t count)
+{
+    for (uint32_t attribute = 0; attribute < 2; attribute++)
+        REQUIRE(detail::CountUnescaped(text, count, attribute) ==
+                detail::plain::CountUnescaped(text, count, attribute));
+}
+
+void CheckDocument(const uint8_t *bytes, uint32_t size, uint32_t piece, uint32_t failAt)
+{
+    OrvMemoryStream stream(bytes, size);
+    Recorder whole;
+    OrvBasXmlSaxError error = {};
+    const OrvResult result = OrvBasXmlSaxParse(stream, whole, error);
+    REQUIRE(result == ORV_S_OK || result == ORV_E_INVALID_DATA || result == ORV_E_ABORTED);
+    REQUIRE(error.byteOffset <= size && (error.line != 0) == (result == ORV_E_INVALID_DATA));
+
+    test::PiecewiseStream pieces(bytes, size, piece);
+    Recorder parts;
+    REQUIRE(OrvBasXmlSaxParse(pieces, parts) == result);
+    REQUIRE(result == ORV_E_ABORTED || parts.Equals(whole));
+
+    if (failAt && failAt <= whole.Calls()) {
+        stream.SetPosition(0);
+        Recorder failing(failAt);
+        REQUIRE(OrvBasXmlSaxParse(stream, failing) == ORV_E_ABORTED && failing.Calls() == failAt);
+    }
+    if (result == ORV_S_OK) {
+        whole.CheckBalance();
+        CheckWriter(whole);
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    Input input(data, size);
+    const uint32_t piece = 1 + input.Byte();
+    const uint32_t failAt = input.Byte();
+    const uint32_t count = input.Left();
+    ExactArray<uint8_t> bytes(input.Bytes(count), count);
+    CheckDocument(bytes, count, piece, failAt);
+    ExactArray<wchar_t> units(count / sizeof(wchar_t));
+    memcpy(units, bytes, count / sizeof(wchar_t) * sizeof(wchar_t));
+    CheckEscape(units, count / sizeof(wchar_t));
+    return 0;
+}
