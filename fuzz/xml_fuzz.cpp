@@ -96,6 +96,14 @@ public:
                memcmp(events_.GetValue(), other.events_.GetValue(), length * sizeof(wchar_t)) == 0;
     }
 
+    /// Whether one of both is the beginning of the other.
+    bool StartsLike(const Recorder &other) const
+    {
+        const uint32_t a = events_.GetInternal().length;
+        const uint32_t b = other.events_.GetInternal().length;
+        return memcmp(events_.GetValue(), other.events_.GetValue(), (a < b ? a : b) * sizeof(wchar_t)) == 0;
+    }
+
     uint32_t Calls() const { return calls_; }
 
     /// For events that the writer cannot write as they are: see Writable.
@@ -186,7 +194,8 @@ void CheckDocument(const uint8_t *bytes, uint32_t size, uint32_t piece, uint32_t
     test::PiecewiseStream pieces(bytes, size, piece);
     Recorder parts;
     REQUIRE(OrvBasXmlSaxParse(pieces, parts) == result);
-    REQUIRE(result == ORV_E_ABORTED || parts.Equals(whole));
+    // How much of a text comes before the fault in it depends on the pieces.
+    REQUIRE(result == ORV_S_OK ? parts.Equals(whole) : parts.StartsLike(whole));
 
     if (failAt && failAt <= whole.Calls()) {
         stream.SetPosition(0);

@@ -1,5 +1,5 @@
 // The few functions of ntdll.dll that the computations call, over the host's C library. Only as much as the
-// tests that are built here need: case mapping knows Latin-1, Greek and Cyrillic, statuses have no Win32
+// tests that are built here need: case mapping knows Latin-1, Greek and Cyrillic, few statuses have Win32
 // numbers, and the ANSI page, which is the OEM page too, is one that the test chooses. Nothing here differs
 // from run to run, entropy included.
 
@@ -228,8 +228,25 @@ void NTAPI RtlFreeUnicodeString(UNICODE_STRING *counted)
     free(counted->Buffer);
 }
 
-ULONG NTAPI RtlNtStatusToDosError(NTSTATUS)
+ULONG NTAPI RtlNtStatusToDosError(NTSTATUS status)
 {
+    static constexpr struct {
+        NTSTATUS status;
+        ULONG number;
+    } kNumbers[] = {
+        {STATUS_PENDING, 997},
+        {STATUS_NO_MORE_FILES, ERROR_NO_MORE_FILES},
+        {STATUS_INVALID_HANDLE, ERROR_INVALID_HANDLE},
+        {STATUS_INVALID_PARAMETER, ERROR_INVALID_PARAMETER},
+        {static_cast<NTSTATUS>(0xC0000017), ERROR_NOT_ENOUGH_MEMORY},
+        {STATUS_ACCESS_DENIED, ERROR_ACCESS_DENIED},
+        {STATUS_OBJECT_NAME_NOT_FOUND, ERROR_FILE_NOT_FOUND},
+        {static_cast<NTSTATUS>(0xC0000035), ERROR_ALREADY_EXISTS},
+    };
+    for (const auto &known : kNumbers) {
+        if (known.status == status)
+            return known.number;
+    }
     return 317; // ERROR_MR_MID_NOT_FOUND, what the platform answers where it knows no number
 }
 

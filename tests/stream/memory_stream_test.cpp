@@ -29,10 +29,27 @@ TEST_CASE(MemoryIsReadToItsEnd)
     CHECK_EQUAL(stream.GetSize(number), ORV_S_OK);
     CHECK_EQUAL(number, uint64_t(6));
     CHECK_EQUAL(stream.Write("x", 1, read), ORV_E_NOT_PROVIDED);
-    CHECK_EQUAL(stream.Close(), ORV_E_NOT_PROVIDED);
 
     OrvMemoryStream empty(nullptr, 0);
     CHECK_EQUAL(empty.Read(bytes, 4, read), ORV_E_END_OF_DATA);
+}
+
+TEST_CASE(StreamsProvideWhatTheyImplement)
+{
+    class Bare final : public IOrvStream
+    {
+    } bare;
+    uint64_t number = 7;
+    uint32_t count = 7;
+    char byte = 7;
+    CHECK_EQUAL(bare.Close(), ORV_E_NOT_PROVIDED);
+    CHECK_EQUAL(bare.Flush(), ORV_E_NOT_PROVIDED);
+    CHECK_EQUAL(bare.GetPosition(number), ORV_E_NOT_PROVIDED);
+    CHECK_EQUAL(bare.SetPosition(0), ORV_E_NOT_PROVIDED);
+    CHECK_EQUAL(bare.GetSize(number), ORV_E_NOT_PROVIDED);
+    CHECK_EQUAL(bare.Read(&byte, 1, count), ORV_E_NOT_PROVIDED);
+    CHECK_EQUAL(bare.Write(&byte, 1, count), ORV_E_NOT_PROVIDED);
+    CHECK(number == 7 && count == 7 && byte == 7);
 }
 
 TEST_CASE(BufferGrowsAndReadsBack)
@@ -51,6 +68,9 @@ TEST_CASE(BufferGrowsAndReadsBack)
         CHECK_EQUAL(count, kPiece);
     }
     CHECK_EQUAL(stream.GetLength(), 40u * 700);
+    uint64_t size = 0;
+    CHECK_EQUAL(stream.GetSize(size), ORV_S_OK);
+    CHECK_EQUAL(size, uint64_t(40 * 700));
     for (uint32_t i = 0; i < stream.GetLength(); i++) {
         if (!CHECK_EQUAL(stream.GetBytes()[i], static_cast<uint8_t>(i / 700 + i % 700)))
             return;

@@ -477,6 +477,27 @@ TEST_CASE(ReferencesGrowAndRollBack)
     CHECK_TEXT(buffer.GetValue(), L"");
 }
 
+TEST_CASE(FieldsLongerThanTheEnginesRoom)
+{
+    // Long padding, and long text behind padding: what the array gets every other target gets, too.
+    static wchar_t text[151];
+    for (uint32_t i = 0; i < 150; i++)
+        text[i] = static_cast<wchar_t>(L'a' + i % 26);
+    wchar_t array[kRoom];
+    uint32_t length = 0;
+    CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, array, kRoom, &length, L"%200d|%0200u|%180s", 7, 8, text),
+                ORV_S_OK);
+    CHECK_EQUAL(length, 582u);
+    CHECK(array[198] == L' ' && array[199] == L'7' && array[201] == L'0' && array[400] == L'8');
+    CHECK_TEXT(array + 432, const_cast<const wchar_t *>(text));
+    Collector<wchar_t> sink;
+    CHECK_EQUAL(OrvBasAppendFormat(sink, L"%200d|%0200u|%180s", 7, 8, text), ORV_S_OK);
+    CHECK_TEXT(sink.text, array);
+    OrvUtf16CharHeapBuffer owner;
+    CHECK_EQUAL(OrvFormatString(OrvMakeMutableStringRef(owner), L"%200d|%0200u|%180s", 7, 8, text), ORV_S_OK);
+    CHECK_TEXT(owner.GetValue(), array);
+}
+
 TEST_CASE(MemoryThatRunsOutIsReported)
 {
     OrvUtf16CharHeapBuffer buffer;

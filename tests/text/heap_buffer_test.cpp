@@ -5,6 +5,7 @@
 #include "harness/memory.h"
 #include "harness/test.h"
 #include "orv/runtime/result.h"
+#include "orv/text/heap_string.h"
 #include "orv/text/string.h"
 #include "text/texts.h"
 
@@ -196,4 +197,24 @@ TEST_CASE(ReferenceGrowsItsBuffer)
     CHECK_EQUAL(reference.operations->resize(reference.view, 90, reference.owner), ORV_E_OUT_OF_MEMORY);
     CHECK_EQUAL(reference.view.characters, buffer.GetBuffer());
     CHECK_EQUAL(reference.view.length, 9u);
+}
+
+TEST_CASE(ContainersForTheInterfaces)
+{
+    OrvUtf16HeapString string;
+    OrvByteHeapBuffer bytes;
+    CHECK_TEXT(string.GetCharacters(), L"");
+    CHECK_EQUAL(string.Set(L"text", 3), ORV_S_OK);
+    CHECK_EQUAL(bytes.Resize(3), ORV_S_OK);
+    bytes.GetElements()[2] = 7;
+    {
+        const test::RefusingHeap refusing;
+        CHECK_EQUAL(string.Set(L"longer", 6), ORV_E_OUT_OF_MEMORY);
+        CHECK_EQUAL(bytes.Resize(100), ORV_E_OUT_OF_MEMORY);
+    }
+    CHECK_TEXT(string.GetCharacters(), L"tex");
+    CHECK_EQUAL(string.GetLength(), 3u);
+    CHECK(bytes.GetSize() == 3 && bytes.GetElements()[2] == 7);
+    CHECK_EQUAL(string.Set(nullptr, 0), ORV_S_OK);
+    CHECK(string.GetBuffer().IsEmpty());
 }

@@ -164,7 +164,8 @@ TEST_CASE(DurationsLoseTheirSignAndOverflow)
     };
     for (const auto &c : cases) {
         test::Note("difference", static_cast<uint64_t>(c.difference));
-        OrvTimeDifferenceStruct structure(9, 9, 9, 9, 9, 9, 9);
+        OrvTimeDifferenceStruct structure;
+        structure.Initialize(9, 9, 9, 9, 9, 9, 9);
         CHECK_EQUAL(OrvConvertOrvTimeDifferenceToStruct(structure, c.difference), c.result);
         CHECK(structure.Equal(c.structure));
         int64_t back = 0;
