@@ -1,22 +1,57 @@
 #!/usr/bin/env bash
-# Runs each fuzz target of the host build for FUZZ_SECONDS (60), from what earlier runs learned.
+# Runs each fuzz target of the host build, or those that are named, for FUZZ_SECONDS (60), from its seeds and from
+# what earlier runs learned: fuzz.sh [TARGET...]. Where the seeds reach less than what was learned could, they are
+# replaced by the fewest inputs that reach most: at most 30 files and 10,000 bytes a target in fuzz/seeds.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 cd "$root"
-cmake --build --preset host --target fuzz_targets || fail 'the fuzz targets do not build' 'the reason stands above'
+targets=("${@/%/_fuzz}")
+[ $# -gt 0 ] || targets=(build/host/bin/*_fuzz)
+
+# The edges of the code that the inputs in a folder reach.
+reached() {
+    "$1" -runs=0 "$2" 2>&1 | sed -n 's/.* cov: \([0-9]*\) .*/\1/p' | tail -n 1
+}
+
+keep_seeds() {
+    local target=$1 seeds=$2 corpus=$3 all=$3-all chosen=$3-chosen size name files=0 bytes=0
+    rm -rf "$all" "$chosen"
+    mkdir "$all" "$chosen"
+    # By edges, not by how often each is passed: few inputs are needed then.
+    "$target" -set_cover_merge=1 -use_counters=0 -max_len=1000 -verbosity=0 "$all" "$seeds" "$corpus" 2>"$corpus.log" ||
+        fail "the inputs of $(basename "$target") cannot be merged" "see $corpus.log"
+    # What reaches much is large.
+    while read -r size name; do
+        [ $files -lt 30 ] && [ $((bytes + size)) -le 10000 ] || continue
+        cp "$all/$name" "$chosen/"
+        files=$((files + 1))
+        bytes=$((bytes + size))
+    done < <(find "$all" -type f -printf '%s %f\n' | sort -k1,1nr -k2)
+    if [ "$(reached "$target" "$chosen")" -gt "$(reached "$target" "$seeds")" ]; then
+        rm -f "$seeds"/*
+        cp "$chosen"/* "$seeds/"
+        printf '%s: the seeds are new, %s files with %s bytes\n' "$(basename "$target")" $files $bytes
+    fi
+    rm -r "$all" "$chosen"
+}
+
 status=0
-for target in build/host/bin/*_fuzz; do
-    [ -e "$target" ] || fail 'no fuzz target is built' 'run: make fuzz'
+for target in "${targets[@]}"; do
+    target=build/host/bin/$(basename "$target")
+    [ -e "$target" ] || fail "$target is not built" 'run: make fuzz'
     name=$(basename "$target")
+    seeds=fuzz/seeds/${name%_fuzz}
     corpus=build/fuzz/$name
-    mkdir -p "$corpus"
+    mkdir -p "$corpus" "$seeds"
     printf '%s: %s s\n' "$name" "${FUZZ_SECONDS:-60}"
     "$target" -max_total_time="${FUZZ_SECONDS:-60}" -print_final_stats=1 -verbosity=0 \
-        -artifact_prefix="$corpus-" "$corpus" 2>"$corpus.log" || {
+        -artifact_prefix="$corpus-" "$corpus" "$seeds" 2>"$corpus.log" || {
         tail -n 20 "$corpus.log" >&2
         status=1
+        continue
     }
     grep -E 'number_of_executed_units|new_units_added' "$corpus.log" || true
+    keep_seeds "$target" "$seeds" "$corpus"
 done
 [ $status -eq 0 ] || fail 'a fuzz target found something' 'the input stands in build/fuzz'
