@@ -55,12 +55,18 @@ public:
         return Record(last_ == kText ? kNone : kText, text);
     }
 
-    /// A document that was taken: one root, and all that was opened is closed by its name.
-    void CheckBalance() const
+    /// A document that was taken: one root, all that was opened is closed by its name, and text is text.
+    void CheckForm() const
     {
         REQUIRE(hasRoot_ && depth_ == 0);
         OrvUtf16CharHeapBuffer open; // the names, each behind its mark
         ForEach([&open](Mark mark, const Text &text) {
+            for (uint32_t i = 0; i < text.length; i++) {
+                const wchar_t unit = text.characters[i];
+                REQUIRE(unit < 0xFFFE && (unit >= 0x20 || unit == L'\t' || unit == L'\n' || unit == L'\r'));
+                if (unit >> 11 == 0x1B) // a first half, and the second one behind it
+                    REQUIRE(unit < 0xDC00 && ++i < text.length && text.characters[i] >> 10 == 0x37);
+            }
             if (mark == kStart) {
                 open.Append(kStart);
                 open.Append(text.characters, text.length);
@@ -125,8 +131,6 @@ private:
 
     OrvResult Append(Mark mark, const Text &text)
     {
-        for (uint32_t i = 0; i < text.length; i++)
-            REQUIRE(text.characters[i] > kText);
         if (mark != kNone) {
             events_.Append(mark);
             last_ = mark;
@@ -203,7 +207,7 @@ void CheckDocument(const uint8_t *bytes, uint32_t size, uint32_t piece, uint32_t
         REQUIRE(OrvBasXmlSaxParse(stream, failing) == ORV_E_ABORTED && failing.Calls() == failAt);
     }
     if (result == ORV_S_OK) {
-        whole.CheckBalance();
+        whole.CheckForm();
         CheckWriter(whole);
     }
 }

@@ -8,6 +8,7 @@
 #include "orv/text/string.h"
 #include "runtime/entropy.h"
 #include "runtime/heap.h"
+#include "xml/document_bytes.h"
 
 #include <expat.h>
 
@@ -82,22 +83,17 @@ void XMLCALL OnCharacterData(void *opaque, const XML_Char *text, int length)
 }
 
 /// Reads the next piece into expat's own buffer and hands it over. `more` is cleared behind the last one.
-OrvResult ParsePiece(XML_Parser parser, IOrvStream &stream, bool &more)
+OrvResult ParsePiece(XML_Parser parser, detail::DocumentBytes &document, bool &more)
 {
     constexpr int kPieceBytes = 4096;
     void *const buffer = XML_GetBuffer(parser, kPieceBytes);
     if (!buffer)
         return ORV_E_OUT_OF_MEMORY;
-    uint32_t read = 0;
-    const OrvResult result = stream.Read(buffer, kPieceBytes, read);
-    if (result == ORV_E_END_OF_DATA)
-        read = 0;
-    else if (OrvFailed(result))
+    uint32_t size = 0;
+    const OrvResult result = document.Read(static_cast<uint8_t *>(buffer), kPieceBytes, size, more);
+    if (OrvFailed(result) || (size == 0 && more))
         return result;
-    if (read > kPieceBytes) // a stream that claims more than there is room for
-        return ORV_E_READ_FAULT;
-    more = read != 0;
-    if (XML_ParseBuffer(parser, static_cast<int>(read), !more) != XML_STATUS_ERROR)
+    if (XML_ParseBuffer(parser, static_cast<int>(size), !more) != XML_STATUS_ERROR)
         return ORV_S_OK;
     return XML_GetErrorCode(parser) == XML_ERROR_NO_MEMORY ? ORV_E_OUT_OF_MEMORY : ORV_E_INVALID_DATA;
 }
@@ -110,9 +106,10 @@ OrvResult Parse(const Parser &parser, IOrvStream &stream, OrvBasXmlSaxHandlerBas
     XML_SetUserData(parser.Get(), &context);
     XML_SetElementHandler(parser.Get(), OnStartElement, OnEndElement);
     XML_SetCharacterDataHandler(parser.Get(), OnCharacterData);
+    detail::DocumentBytes document(stream);
     bool more = true;
     while (more) {
-        const OrvResult result = ParsePiece(parser.Get(), stream, more);
+        const OrvResult result = ParsePiece(parser.Get(), document, more);
         if (OrvFailed(context.result)) // the handler's came first, whatever expat found behind it
             return context.result;
         if (OrvFailed(result))

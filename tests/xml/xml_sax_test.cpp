@@ -132,6 +132,49 @@ TEST_CASE(MalformedDocumentsAreRefusedWhereTheyBreak)
     }
 }
 
+TEST_CASE(HalvesOfPairsStandInPairs)
+{
+    constexpr uint32_t kWellFormed = 0xFFFF;
+    struct {
+        const wchar_t *document;
+        uint32_t fault; ///< the unit that is refused
+    } const cases[] = {
+        {L"<a b='\xD83D\xDE00'>\xD83D\xDE00<!--\xDBFF\xDFFF--></a>", kWellFormed},
+        {L"<a>\xD83D</a>", 3},
+        {L"<a>\xD83D\xD83D\xDE00</a>", 3},
+        {L"<a>\xDE00\xD83D</a>", 3},
+        {L"<a b='\xD83Dx'/>", 6},
+        {L"<a><!--\xD83D--></a>", 7},
+        {L"<a><![CDATA[\xD83D]]></a>", 12},
+        {L"<a/>\xD83D", 4},
+        {L"\xD83D<a/>", 0},
+    };
+    for (const auto &c : cases) {
+        for (uint32_t form = 0; form < 4; form++) { // either order of bytes, with a mark and without
+            wchar_t document[32] = {0xFEFF};
+            const bool isMarked = form % 2;
+            uint32_t length = isMarked;
+            for (const wchar_t *unit = c.document; *unit; unit++)
+                document[length++] = *unit;
+            for (uint32_t i = 0; i < length && form / 2; i++)
+                document[i] = __builtin_bswap16(document[i]);
+            for (uint32_t piece = 1; piece <= 5; piece++) {
+                test::Note("case", &c - cases);
+                test::PiecewiseStream stream(document, length * sizeof(wchar_t), piece);
+                Recorder recorder;
+                OrvBasXmlSaxError error = {};
+                const bool isWellFormed = c.fault == kWellFormed;
+                const OrvResult result = OrvBasXmlSaxParse(stream, recorder, error);
+                CHECK_EQUAL(result, isWellFormed ? ORV_S_NOT_SET : ORV_E_INVALID_DATA);
+                if (isWellFormed)
+                    CHECK_TEXT(recorder.events.GetValue(), L"<a a.b=\xD83D\xDE00\xD83D\xDE00/a>");
+                else if (c.fault || isMarked) // without a mark this one is no UTF-16 to expat
+                    CHECK_EQUAL(error.byteOffset, (c.fault + isMarked) * uint64_t(sizeof(wchar_t)));
+            }
+        }
+    }
+}
+
 TEST_CASE(BombsAndOutsideEntitiesDoNotGoOff)
 {
     static char bomb[2000];
