@@ -532,6 +532,10 @@ is 1 '' "orvtool reg: making the file '$work/none/x' failed: 0xE001003E (ORV_E_P
 run reg delete "$key" --recursive
 
 like 0 'orvtool [0-9]+\.[0-9]+\.[0-9]+ ' --version
+like 0 'Usage: orvtool guid .*Usage: orvtool match .*Exit codes: .*' help guid match
+like 0 'Usage: orvtool COMMAND .*' help
+is 2 '' "orvtool: there is no command 'x'. See 'orvtool --help'.\n" help x
+is 2 '' "orvtool: there is no option '--verbose' before a command. See 'orvtool --help'.\n" --verbose info
 
 for command in base64 bunzip2 bzip2 convert deflate guid hash inflate lock match number path random reg shm time xml; do
     like 0 "Usage: orvtool $command .*" $command --help

@@ -1,4 +1,4 @@
-// The command line: split as Windows programs agree on, then read argument by argument.
+// The command line: split as the platform's own CommandLineToArgvW splits it, then read argument by argument.
 
 #pragma once
 
@@ -7,11 +7,12 @@
 namespace orvtool
 {
 
-/// The arguments of the process, without the program's name. They live as long as the process.
+/// The arguments of a command line, without the program's name. They live as long as this.
 class CommandLine
 {
 public:
-    CommandLine();
+    /// `length` characters. An empty line has no arguments.
+    CommandLine(const wchar_t *line, uint32_t length);
     CommandLine(const CommandLine &) = delete;
     CommandLine &operator=(const CommandLine &) = delete;
     ~CommandLine();
