@@ -10,7 +10,7 @@ help:
 	@echo 'make demo     the main job, on a real NT interface'
 	@echo 'make test     builds and runs every test (PLATFORM=wine8: on an older NT interface)'
 	@echo 'make lint     formatting and static analysis'
-	@echo 'make bench    speed beside a peer in the same run'
+	@echo 'make bench    speed beside a peer in the same run, kept in docs/benchmarks (BENCH=PART: only such rows)'
 	@echo 'make fuzz     each fuzz target for a minute (FUZZ_SECONDS)'
 	@echo 'make coverage what the tests on the host reach, as a summary and as HTML'
 	@echo 'make install  DLL, import library, headers, CMake package (DESTDIR, PREFIX)'
@@ -36,8 +36,7 @@ lint:
 	@tools/lint.sh
 
 bench: build
-	@tools/run_wine.sh build/release/bin/orvbench.exe
-	@printf 'orvsys.dll has %s bytes\n' "$$(wc -c <build/release/bin/orvsys.dll)"
+	@tools/bench.sh $(BENCH)
 
 fuzz:
 	@tools/build.sh host
