@@ -3,7 +3,7 @@
 .DEFAULT_GOAL := build
 # Which NT interface programs run on: wine10, or wine8, which reports Windows 7.
 export ORV_PLATFORM := $(or $(PLATFORM),wine10)
-.PHONY: build platform demo test lint bench fuzz coverage install clean help
+.PHONY: build platform demo test lint bench fuzz coverage install package reference clean help
 
 help:
 	@echo 'make build    orvsys.dll and orvtool.exe, in build/release/bin'
@@ -14,6 +14,8 @@ help:
 	@echo 'make fuzz     each fuzz target for a minute (FUZZ_SECONDS)'
 	@echo 'make coverage what the tests on the host reach, as a summary and as HTML'
 	@echo 'make install  DLL, import library, headers, CMake package (DESTDIR, PREFIX)'
+	@echo 'make package  the same as a zip, in build/release/package'
+	@echo 'make reference  docs/orvtool.md, out of what orvtool says'
 	@echo 'make clean    removes build/; the cache with the test platform stays'
 
 build:
@@ -48,6 +50,14 @@ coverage:
 
 install: build
 	@cmake --install build/release --prefix "$(DESTDIR)$(or $(PREFIX),/usr/local/orvsys)"
+
+package: build
+	@cd build/release && cpack --config CPackConfig.cmake >cpack.log || { tail -n 20 cpack.log; exit 1; }
+	@ls build/release/package/*.zip
+
+reference: build
+	@tools/orvtool_reference.sh build/release/bin/orvtool.exe >build/orvtool.md
+	@mv build/orvtool.md docs/orvtool.md
 
 clean:
 	@tools/clean.sh

@@ -67,6 +67,12 @@ inline bool Equal(const wchar_t *left, const wchar_t *right)
     return OrvCompareString(left, right) == 0;
 }
 
+/// Whether an argument is a number below zero, which is no option.
+inline bool IsNegativeNumber(const wchar_t *argument)
+{
+    return argument[0] == L'-' && argument[1] >= L'0' && argument[1] <= L'9';
+}
+
 /// Takes "-n COUNT" if it stands next, and says so in `isTaken`. False when the count is missing or none.
 bool TakeCount(ArgumentReader &arguments, uint32_t &count, bool &isTaken);
 
