@@ -11,6 +11,9 @@ cp "$root/tests/package/CMakeLists.txt" "$work/"
 sed -n '/^## A first program/,/^A result code/s/^    //p' "$root/README.md" | cat - "$root/tests/package/entry.cpp" >"$work/main.cpp"
 {
     cmake --install "$1" --prefix "$work/installed"
+    (cd "$1" && cpack --config CPackConfig.cmake -B "$work/package")
+    python3 -m zipfile -e "$work"/package/*.zip "$work/unpacked"
+    diff -r "$work/unpacked"/* "$work/installed"
     # Somebody else's flags: the cookie and the guard would want what this program does not have.
     cmake -S "$work" -B "$work/build" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$root/cmake/i686-windows.cmake" \
         -DCMAKE_BUILD_TYPE=Release -DCMAKE_PREFIX_PATH="$work/installed" -DCMAKE_FIND_ROOT_PATH_MODE_PACKAGE=BOTH \

@@ -532,10 +532,21 @@ is 1 '' "orvtool reg: making the file '$work/none/x' failed: 0xE001003E (ORV_E_P
 run reg delete "$key" --recursive
 
 like 0 'orvtool [0-9]+\.[0-9]+\.[0-9]+ ' --version
+like 0 'Usage: orvtool guid .*Usage: orvtool match .*Exit codes: .*' help guid match
+like 0 'Usage: orvtool COMMAND .*' help
+is 2 '' "orvtool: there is no command 'x'. See 'orvtool --help'.\n" help x
+is 2 '' "orvtool: there is no option '--verbose' before a command. See 'orvtool --help'.\n" --verbose info
 
-for command in base64 bunzip2 bzip2 convert deflate guid hash inflate lock match number path random reg shm time xml; do
+for command in $(run help | sed -n '/^Commands:/,$s/^  \([a-z0-9]*\) .*/\1/p'); do
     like 0 "Usage: orvtool $command .*" $command --help
+    is 2 '' "orvtool $command: there is no option '--nonsense'. $(see $command)" $command --nonsense
 done
+if "$root/tools/orvtool_reference.sh" "$tool" | cmp -s - "$root/docs/orvtool.md"; then
+    passed=$((passed + 1))
+else
+    failed=$((failed + 1))
+    echo 'docs/orvtool.md is not what the tool says: run make reference'
+fi
 
 printf '%s passed, %s failed\n' "$passed" "$failed"
 [ "$failed" -eq 0 ]

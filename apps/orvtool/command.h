@@ -48,6 +48,9 @@ extern const Command kTimeCommand;
 /// Says on standard error what is wrong with the arguments and where help is. `what` may be null.
 ExitCode UsageError(const Command &command, Console &console, const wchar_t *problem, const wchar_t *what);
 
+/// The same of the argument that stands next and has no place there.
+ExitCode UnwantedArgument(const Command &command, Console &console, const ArgumentReader &arguments);
+
 /// Says on standard error what failed and with which result, and gives the exit code for it. `what`, such as
 /// a file's name, may be null.
 ExitCode ReportFailure(const Command &command, Console &console, const wchar_t *action, OrvResult result,

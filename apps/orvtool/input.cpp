@@ -101,7 +101,7 @@ uint64_t Input::Size() const
 ExitCode TakePath(const Command &command, Console &console, ArgumentReader &arguments, const wchar_t *&path)
 {
     if (arguments.IsAtOption())
-        return UsageError(command, console, L"there is no option", arguments.Peek());
+        return UnwantedArgument(command, console, arguments);
     const wchar_t *const argument = arguments.Take();
     if (argument && path)
         return UsageError(command, console, L"one argument too many:", argument);

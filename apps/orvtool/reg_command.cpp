@@ -335,7 +335,7 @@ ExitCode Locate(Job &job, const Action &action)
 ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments)
 {
     if (arguments.IsAtOption())
-        return UsageError(command, console, L"there is no option", arguments.Peek());
+        return UnwantedArgument(command, console, arguments);
     const wchar_t *const name = arguments.Take();
     if (!name)
         return UsageError(command, console, L"an action is missing", nullptr);

@@ -112,6 +112,13 @@ ExitCode UsageError(const Command &command, Console &console, const wchar_t *pro
     return kExitUsage;
 }
 
+ExitCode UnwantedArgument(const Command &command, Console &console, const ArgumentReader &arguments)
+{
+    return UsageError(command, console,
+                      arguments.IsAtOption() ? L"there is no option" : L"one argument too many:",
+                      arguments.Peek());
+}
+
 ExitCode ReportFailure(const Command &command, Console &console, const wchar_t *action, OrvResult result,
                        const wchar_t *what)
 {

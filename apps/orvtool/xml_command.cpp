@@ -138,7 +138,9 @@ ExitCode Format(const Arguments &arguments)
 
 ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments)
 {
-    const wchar_t *const action = arguments.IsAtOption() ? nullptr : arguments.Take();
+    if (arguments.IsAtOption())
+        return UnwantedArgument(command, console, arguments);
+    const wchar_t *const action = arguments.Take();
     if (!action)
         return UsageError(command, console, L"an action is missing: format or check", nullptr);
     if (!Equal(action, L"format") && !Equal(action, L"check"))
