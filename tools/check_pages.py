@@ -32,7 +32,7 @@ BLOCK = re.compile(r"^```(?P<kind>\w+)\n(?P<text>.*?)^```$", re.M | re.S)
 class Block:
     def __init__(self, page, match):
         before = page[:match.start()].rstrip().rsplit("\n\n", 1)[-1]
-        name = re.search(r"`([\w.-]+)`:$", before)
+        name = re.search(r"`([\w./-]+)`:$", before)
         self.kind, self.text, self.start = match["kind"], match["text"], match.start("text")
         self.file = name[1] if name else None
         self.is_output = before.endswith("prints:") or before.endswith("print:")
@@ -110,23 +110,17 @@ def update(folder):
 
 # The commands.
 
-# What runs elsewhere, because it would run this check once more or takes too long, and where that is.
+# What runs elsewhere, because it would run this check once more, and where that is.
 ELSEWHERE = {
-    "git clone": "whoever runs this has done it",
-    "cd orvsys": "the folder is there",
-    "make demo": "a test run of its own",
-    "make test": "this is part of it",
-    "make lint": "a test run of its own",
-    "make bench": "takes minutes",
-    "make fuzz": "takes minutes",
-    "make coverage": "builds everything anew",
-    "make docs": "release.check.docs",
-    "make help": "says what stands in the Makefile",
+    "make demo": "a run of its own",
+    "make test": "this is a part of it",
+    "make lint": "a run of its own",
+    "make docs": "the check of the documentation",
 }
 # What make does once everything is built: a build inside the build under test must not start another one.
-STANDS_FOR = [(r"^make install PREFIX=(\S+)$", r'cmake --install build/release --prefix "\1"')]
-# Commands of other systems, of which another one here does the same.
-NOT_HERE = "bat"
+STANDS_FOR = [(r"^make install PREFIX=(\S+)$", r'cmake --install build/release --prefix "\1" >/dev/null')]
+# Blocks of these kinds hold no commands.
+NO_COMMANDS = {"cpp", "cmake", "text"}
 
 
 def pages():
@@ -154,29 +148,38 @@ def look_like_the_repository(folder, build):
 
 
 def run_page(page, folder):
-    faults = []
+    where = page.relative_to(ROOT)
+    # A block of any other form would go unseen.
+    faults = [f"{where}: a command outside a block marked `sh`: {line.strip()}"
+              for line in re.findall(r"^ {4,}(?:make|cmake|tools/|clang-cl).*", BLOCK.sub("", page.read_text()), re.M)]
     environment = {"ORV_WINEPREFIX": os.environ.get("ORV_WINEPREFIX", str(ROOT / "build/wine"))}
     blocks = blocks_of(page)
-    for i, block in enumerate(blocks):
-        where = f"{page.relative_to(ROOT)}:{block.line}"
-        if block.file and block.kind != "sh":
-            (folder / block.file).unlink(missing_ok=True)
+    for block, following in zip(blocks, [*blocks[1:], None]):
+        if block.kind == "sh":
+            faults += run_commands(f"{where}:{block.line}", block, following, folder, environment)
+        elif block.kind not in NO_COMMANDS:
+            faults.append(f"{where}:{block.line}: a block marked `{block.kind}`, which nobody runs")
+        elif block.file:
+            (folder / block.file).parent.mkdir(parents=True, exist_ok=True)
             (folder / block.file).write_text(block.text)
-        if block.kind != "sh":
-            continue
-        lines = [line for line in block.text.replace("\\\n", " ").splitlines() if line.strip()]
-        script = ["set -e"]
-        for line in lines:
-            if not any(line.startswith(name) for name in ELSEWHERE):
-                for pattern, replacement in STANDS_FOR:
-                    line = re.sub(pattern, replacement + " >/dev/null", line)
-                script.append(line)
-        code, text = run("\n".join(script), folder, environment, shell=True)
-        if code != 0:
-            faults.append(f"{where} ended with {code}:\n{text}")
-        elif i + 1 < len(blocks) and blocks[i + 1].is_output and blocks[i + 1].text != text.replace("\r", ""):
-            faults.append(difference(f"what {where} prints", blocks[i + 1].text, text.replace("\r", "")))
     return faults
+
+
+def run_commands(where, block, following, folder, environment):
+    script = ["set -e"]
+    for line in block.text.replace("\\\n", " ").splitlines():
+        if line in ELSEWHERE:
+            continue
+        for pattern, replacement in STANDS_FOR:
+            line = re.sub(pattern, replacement, line)
+        script.append(line)
+    code, text = run("\n".join(script), folder, environment, shell=True)
+    text = text.replace("\r", "")
+    if code != 0:
+        return [f"{where} ended with {code}:\n{text}"]
+    if following and following.is_output and following.text != text:
+        return [difference(f"what {where} prints", following.text, text)]
+    return []
 
 
 # The binary interface.
