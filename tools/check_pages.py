@@ -152,7 +152,8 @@ def run_page(page, folder):
     # A block of any other form would go unseen.
     faults = [f"{where}: a command outside a block marked `sh`: {line.strip()}"
               for line in re.findall(r"^ {4,}(?:make|cmake|tools/|clang-cl).*", BLOCK.sub("", page.read_text()), re.M)]
-    environment = {"ORV_WINEPREFIX": os.environ.get("ORV_WINEPREFIX", str(ROOT / "build/wine"))}
+    platform = os.environ.get("ORV_PLATFORM", "wine10").replace("wine10", "wine") # as tools/lib.sh has it
+    environment = {"ORV_WINEPREFIX": os.environ.get("ORV_WINEPREFIX", str(ROOT / "build" / platform))}
     blocks = blocks_of(page)
     for block, following in zip(blocks, [*blocks[1:], None]):
         if block.kind == "sh":

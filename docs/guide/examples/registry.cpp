@@ -16,6 +16,8 @@ int Main()
     uint32_t port = 0;
     uint32_t limit = 0;
     result = key.GetDWordValue(port, L"port"); // in any letter case
+    if (OrvFailed(result))
+        return 1;
     const OrvResult defaulted = key.GetDWordValueWithDefault(limit, L"Limit", 10);
     Print(L"%u, %u (%08X)\n", port, limit, defaulted);
     Print(L"as a number: %08X\n", key.GetDWordValue(limit, L"Log"));

@@ -26,12 +26,12 @@ int Main()
     PrintTime(L"36 hours later", time + 36 * 3600 * OrvTimeUnitsPerSecond);
 
     OrvDayOfWeek day = OrvSunday;
-    result = OrvGetDayOfWeek(day, time);
+    OrvGetDayOfWeek(day, time);
     Print(L"day of the week: %u\n", day);
 
     // Foreign forms.
     int64_t seconds = 0;
-    result = OrvConvertOrvTimeToTimeT(seconds, time);
+    OrvConvertOrvTimeToTimeT(seconds, time);
     Print(L"time_t: %I64d\n", seconds);
     uint16_t dosDate = 0;
     uint16_t dosTime = 0;
