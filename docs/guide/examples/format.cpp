@@ -38,7 +38,7 @@ int Main()
 
     // One number alone, without a format. `end` tells where reading stopped; without it the rest is ignored.
     wchar_t digits[33];
-OrvConvertNumber2String(digits, 33, 48879, 16, nullptr);
+    OrvConvertNumber2String(digits, 33, 48879, 16, nullptr);
     int value = 0;
     const wchar_t *end = nullptr;
     const OrvResult read = OrvConvertString2Number(value, L"0x7f;", OrvTerminated, 0, &end);
