@@ -3,7 +3,7 @@
 .DEFAULT_GOAL := build
 # Which NT interface programs run on: wine10, or wine8, which reports Windows 7.
 export ORV_PLATFORM := $(or $(PLATFORM),wine10)
-.PHONY: build platform demo test lint bench fuzz coverage install package reference clean help
+.PHONY: build platform demo test lint bench fuzz coverage docs install package reference clean help
 
 help:
 	@echo 'make build    orvsys.dll and orvtool.exe, in build/release/bin'
@@ -13,6 +13,7 @@ help:
 	@echo 'make bench    speed beside a peer in the same run, kept in docs/benchmarks (BENCH=PART: only such rows)'
 	@echo 'make fuzz     each fuzz target for a minute (FUZZ_SECONDS)'
 	@echo 'make coverage what the tests on the host reach, as a summary and as HTML'
+	@echo 'make docs     the reference documentation, as HTML in build/docs/html'
 	@echo 'make install  DLL, import library, headers, CMake package (DESTDIR, PREFIX)'
 	@echo 'make package  the same as a zip, in build/release/package'
 	@echo 'make reference  docs/orvtool.md, out of what orvtool says'
@@ -30,6 +31,7 @@ platform:
 	@tools/get_wine.sh >/dev/null
 
 test: platform
+	@tools/setup.sh docs
 	@tools/build.sh release debug host
 	@tools/test.sh release debug host
 
@@ -47,6 +49,9 @@ fuzz:
 coverage:
 	@tools/build.sh coverage
 	@tools/coverage.sh
+
+docs:
+	@tools/docs.sh
 
 install: build
 	@cmake --install build/release --prefix "$(DESTDIR)$(or $(PREFIX),/usr/local/orvsys)"

@@ -11,6 +11,7 @@
 #include "orv/runtime/heap_object.h"
 #include "orv/security/security_context.h"
 
+/// One party's hold on the lock: the file that it has open, and how it locked it.
 class OrvBasWinLockFileResource : public OrvHeapObject
 {
 public:

@@ -12,6 +12,7 @@
 
 #include "orv/base.h"
 
+/// Bits 31-30.
 enum _OrvErrorCodeSeverity : uint32_t {
     OrvSeveritySuccess = 0,
     OrvSeverityInformational = 1,
@@ -19,10 +20,12 @@ enum _OrvErrorCodeSeverity : uint32_t {
     OrvSeverityError = 3,
 };
 
+/// Plain success.
 constexpr OrvResult ORV_S_OK = 0;
 
 // Failures.
 
+/// The heap refused, or the length is more than 32 bits can count.
 constexpr OrvResult ORV_E_OUT_OF_MEMORY = static_cast<OrvResult>(0xE0010001);
 /// A null pointer, a value outside its enumeration, flags that exclude each other, a zero size.
 constexpr OrvResult ORV_E_INVALID_ARGUMENT = static_cast<OrvResult>(0xE0010002);
@@ -44,35 +47,59 @@ constexpr OrvResult ORV_E_VIEW_ROOT = static_cast<OrvResult>(0xE0010039);
 constexpr OrvResult ORV_E_VIEW_NOT_SUPPORTED = static_cast<OrvResult>(0xE001003A);
 /// The operation, or this case of it, is not provided.
 constexpr OrvResult ORV_E_NOT_PROVIDED = static_cast<OrvResult>(0xE001003C);
+/// The file, the named object, the registry key or value does not exist.
 constexpr OrvResult ORV_E_FILE_NOT_FOUND = static_cast<OrvResult>(0xE001003D);
+/// A directory on the way to the name does not exist.
 constexpr OrvResult ORV_E_PATH_NOT_FOUND = static_cast<OrvResult>(0xE001003E);
+/// There is no such handle, or it is another kind of object's.
 constexpr OrvResult ORV_E_INVALID_HANDLE = static_cast<OrvResult>(0xE001003F);
+/// There is nothing in it.
 constexpr OrvResult ORV_E_EMPTY = static_cast<OrvResult>(0xE0010040);
+/// There is something in it.
 constexpr OrvResult ORV_E_NOT_EMPTY = static_cast<OrvResult>(0xE0010041);
+/// Reading failed.
 constexpr OrvResult ORV_E_READ_FAULT = static_cast<OrvResult>(0xE0010042);
+/// Writing failed.
 constexpr OrvResult ORV_E_WRITE_FAULT = static_cast<OrvResult>(0xE0010043);
 /// The caller's buffer cannot hold the result and its terminator.
 constexpr OrvResult ORV_E_BUFFER_TOO_SMALL = static_cast<OrvResult>(0xE0010044);
 /// The input breaks the format that the operation expects.
 constexpr OrvResult ORV_E_INVALID_DATA = static_cast<OrvResult>(0xE0010045);
+/// The enumeration has come to its end.
 constexpr OrvResult ORV_E_NO_MORE_FILES = static_cast<OrvResult>(0xE0010046);
+/// The name is given already.
 constexpr OrvResult ORV_E_DUPLICATE_NAME = static_cast<OrvResult>(0xE0010047);
+/// Things of this type cannot be worked with.
 constexpr OrvResult ORV_E_UNSUPPORTED_TYPE = static_cast<OrvResult>(0xE0010048);
+/// A length is more than the operation, or the platform behind it, can take.
 constexpr OrvResult ORV_E_BAD_LENGTH = static_cast<OrvResult>(0xE0010049);
+/// The checksum is wrong.
 constexpr OrvResult ORV_E_CHECKSUM = static_cast<OrvResult>(0xE001004A);
+/// The name cannot be one, for its characters or for its length.
 constexpr OrvResult ORV_E_INVALID_NAME = static_cast<OrvResult>(0xE001004B);
+/// What the operation works on is not there.
 constexpr OrvResult ORV_E_OBJECT_NOT_FOUND = static_cast<OrvResult>(0xE001004C);
+/// Memory at that address cannot be used.
 constexpr OrvResult ORV_E_INVALID_ADDRESS = static_cast<OrvResult>(0xE001004D);
+/// The access asked for makes no sense here.
 constexpr OrvResult ORV_E_INVALID_ACCESS = static_cast<OrvResult>(0xE001004E);
+/// There is one already, and it stays.
 constexpr OrvResult ORV_E_ALREADY_EXISTS = static_cast<OrvResult>(0xE001004F);
+/// A position before the start.
 constexpr OrvResult ORV_E_NEGATIVE_SEEK = static_cast<OrvResult>(0xE0010051);
+/// The memory cannot be accessed that way.
 constexpr OrvResult ORV_E_NO_ACCESS = static_cast<OrvResult>(0xE0010052);
+/// Somebody else has it open and does not share it that way.
 constexpr OrvResult ORV_E_SHARING_VIOLATION = static_cast<OrvResult>(0xE0010053);
 /// The platform lacks the entry point or the feature.
 constexpr OrvResult ORV_E_NOT_SUPPORTED = static_cast<OrvResult>(0xE0010054);
+/// The operation makes no sense now, such as a lock that would wait for itself.
 constexpr OrvResult ORV_E_INVALID_OPERATION = static_cast<OrvResult>(0xE0010055);
+/// The platform has no such function for this kind of object.
 constexpr OrvResult ORV_E_INVALID_FUNCTION = static_cast<OrvResult>(0xE0010056);
+/// The operation was cancelled.
 constexpr OrvResult ORV_E_ABORTED = static_cast<OrvResult>(0xE0010057);
+/// The caller does not have the right.
 constexpr OrvResult ORV_E_ACCESS_DENIED = static_cast<OrvResult>(0xE0010058);
 /// The time cannot be held by the target representation.
 constexpr OrvResult ORV_E_TIME_OUT_OF_RANGE = static_cast<OrvResult>(0xE0010064);
@@ -82,11 +109,13 @@ constexpr OrvResult ORV_E_DURATION_OUT_OF_RANGE = static_cast<OrvResult>(0xE0010
 constexpr OrvResult ORV_E_INVALID_STATE = static_cast<OrvResult>(0xE0010078);
 /// The thread is still running.
 constexpr OrvResult ORV_E_THREAD_RUNNING = static_cast<OrvResult>(0xE001008C);
+/// There is no room on the volume.
 constexpr OrvResult ORV_E_DISK_FULL = static_cast<OrvResult>(0xE0010097);
 /// The text to append to has no terminator within its capacity.
 constexpr OrvResult ORV_E_NOT_TERMINATED = static_cast<OrvResult>(0xE0010101);
 /// The data ended before the expected amount was read.
 constexpr OrvResult ORV_E_END_OF_DATA = static_cast<OrvResult>(0xE001018B);
+/// The other side does not take the connection.
 constexpr OrvResult ORV_E_CONNECTION_REFUSED = static_cast<OrvResult>(0xE0010190);
 
 // Warnings: failures too, since they are below zero.

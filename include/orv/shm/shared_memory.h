@@ -22,6 +22,7 @@ namespace detail
 struct SharedHeapBlock;
 }
 
+/// What a client opens a section for; they combine.
 enum OrvAccessFlagsValues : uint32_t {
     OrvAccessRead = 0x1,
     OrvAccessWrite = 0x2,
@@ -50,11 +51,11 @@ public:
 protected:
     ORV_API OrvSharedMemoryBase();
 
-    OrvBasSyncNamed naming_;
-    void *section_ = reinterpret_cast<void *>(-1);
-    detail::SharedHeapBlock *heapBlock_ = nullptr;
-    uint32_t heapSize_ = 0;
-    uint32_t access_ = 0; ///< with bit 0x2 views may be written to
+    OrvBasSyncNamed naming_;                       ///< id and name space
+    void *section_ = reinterpret_cast<void *>(-1); ///< its handle, or the invalid one
+    detail::SharedHeapBlock *heapBlock_ = nullptr; ///< null when there is none
+    uint32_t heapSize_ = 0;                        ///< of the block, in bytes
+    uint32_t access_ = 0;                          ///< with bit 0x2 views may be written to
 
     friend class OrvSharedMemoryClient;
     friend class OrvSharedMemoryView;
@@ -62,6 +63,7 @@ protected:
 
 static_assert(sizeof(OrvSharedMemoryBase) == 284, "fixed layout");
 
+/// Makes the memory.
 class OrvSharedMemoryServer : public OrvSharedMemoryBase
 {
 public:
@@ -87,6 +89,7 @@ public:
     ORV_API OrvResult Destroy();
 };
 
+/// Joins the memory that a server made.
 class OrvSharedMemoryClient : public OrvSharedMemoryBase
 {
 public:

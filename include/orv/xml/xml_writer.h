@@ -20,6 +20,7 @@
 #include "orv/text/string_ref.h"
 #include "orv/xml/line_end.h"
 
+/// The name that the writer stands under.
 struct OrvBasXmlWriter {
     class Impl;
 };
@@ -30,7 +31,7 @@ struct OrvBasXmlWriter {
 class OrvBasXmlWriter::Impl
 {
 public:
-    typedef OrvStringRefBase<wchar_t> Text;
+    typedef OrvStringRefBase<wchar_t> Text; ///< counted or terminated, in UTF-16
 
     Impl(const Impl &) = delete;
     Impl &operator=(const Impl &) = delete;
@@ -74,6 +75,8 @@ public:
     /// Opens an attribute of the start tag that is being written; WriteText then writes its value.
     ORV_API OrvResult WriteStartAttribute(const Text &name);
     ORV_API OrvResult WriteEndAttribute();
+
+    /// Both, with the text between them.
     ORV_API OrvResult WriteAttribute(const Text &name, const Text &value);
 
     /// Writes text into an element or an attribute, escaped. An empty text writes nothing. Returns also
