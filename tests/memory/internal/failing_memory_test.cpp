@@ -250,7 +250,7 @@ const Operation kOperations[] = {
          return OrvFailed(released) ? kChanged : result;
      }},
     {"object on the heap",
-     [] {
+     []() -> OrvResult {
          auto *const event = new OrvBasEvent;
          if (!event)
              return ORV_E_OUT_OF_MEMORY;
@@ -283,7 +283,7 @@ const Operation kOperations[] = {
          return context.Initialize(100, true);
      }},
     {"XML writer",
-     [] {
+     []() -> OrvResult {
          OrvMbCharHeapBuffer unused;
          OrvBufferStream stream;
          OrvBasXmlWriter::Impl *const writer = OrvBasXmlWriter::Impl::New(stream);
