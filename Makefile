@@ -14,7 +14,7 @@ help:
 	@echo 'make fuzz     each fuzz target for a minute (FUZZ_SECONDS)'
 	@echo 'make coverage what the tests on the host reach, as a summary and as HTML'
 	@echo 'make docs     the reference documentation, as HTML in build/docs/html'
-	@echo 'make install  DLL, import library, headers, CMake package (DESTDIR, PREFIX)'
+	@echo 'make install  DLL, import library, headers, pages, CMake package (PREFIX, DESTDIR)'
 	@echo 'make package  the same as a zip, in build/release/package'
 	@echo 'make reference  docs/orvtool.md, out of what orvtool says'
 	@echo 'make clean    removes build/; the cache with the test platform stays'
@@ -53,8 +53,10 @@ coverage:
 docs:
 	@tools/docs.sh
 
+# CMake puts DESTDIR in front of the prefix by itself.
+install: export DESTDIR := $(DESTDIR)
 install: build
-	@cmake --install build/release --prefix "$(DESTDIR)$(or $(PREFIX),/usr/local/orvsys)"
+	@cmake --install build/release --prefix "$(or $(PREFIX),/usr/local/orvsys)"
 
 package: build
 	@cd build/release && cpack --config CPackConfig.cmake >cpack.log || { tail -n 20 cpack.log; exit 1; }

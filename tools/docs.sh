@@ -9,7 +9,8 @@ tools/setup.sh docs
 rm -rf build/docs
 mkdir -p build/docs
 python3 tools/doc_headers.py include build/docs/include
-doxygen docs/Doxyfile 2>build/docs/warnings || fail 'Doxygen failed' "see build/docs/warnings"
+version=$(sed -n 's/.*OrvVersion[A-Z][a-z]* = \([0-9]*\);/\1/p' include/orv/version.h | paste -sd.)
+printf '@INCLUDE = docs/Doxyfile\nPROJECT_NUMBER = %s\n' "$version" | doxygen - 2>build/docs/warnings || fail 'Doxygen failed' "see build/docs/warnings"
 if [ -s build/docs/warnings ]; then
     sed "s,^$root/,,; s,^build/docs/,," build/docs/warnings >&2
     fail 'the documentation has gaps' 'they stand above'

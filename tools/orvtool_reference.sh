@@ -23,7 +23,7 @@ the platform's `CommandLineToArgvW` splits them; `--` ends the options. Progress
 | Exit code | Meaning |
 |---|---|
 | 0 | success |
-| 1 | failed: the result code and its name are on standard error |
+| 1 | failed, with the reason or the result code on standard error; or the answer is no, as when nothing matches |
 | 2 | wrong usage |
 | 3 | timed out |
 

@@ -112,7 +112,7 @@ ExitCode TakePath(const Command &command, Console &console, ArgumentReader &argu
 ExitCode OpenInput(const Command &command, Console &console, const wchar_t *path, Input &input)
 {
     const OrvResult result = input.Open(path);
-    return OrvFailed(result) ? ReportFailure(command, console, L"opening the file", result) : kExitSuccess;
+    return OrvFailed(result) ? ReportFailure(command, console, L"opening", result, path) : kExitSuccess;
 }
 
 OrvResult LineReader::Refill()

@@ -20,9 +20,6 @@ const Command *const kCommands[] = {
     &kRandomCommand, &kRegCommand,    &kTimeCommand,    &kXmlCommand,
 };
 
-constexpr wchar_t kExitCodes[] = L"\n"
-                                 L"Exit codes: 0 success, 1 failed, 2 wrong usage, 3 timed out.\n";
-
 void PrintOverview(Stream &stream)
 {
     stream.Print(L"Usage: orvtool COMMAND [ARGUMENT...]\n"
@@ -57,10 +54,21 @@ ExitCode ReportUnknownOption(Console &console, const wchar_t *option)
     return kExitUsage;
 }
 
+/// Whether --help stands among the options.
+bool AsksForHelp(ArgumentReader arguments)
+{
+    while (!arguments.IsAtEnd()) {
+        if (arguments.TakeOption(L"--help", L"-h"))
+            return true;
+        arguments.Take();
+    }
+    return false;
+}
+
 /// The overview, or what --help says of each command that is named.
 ExitCode PrintHelp(Console &console, ArgumentReader &arguments)
 {
-    if (arguments.IsAtEnd()) {
+    if (arguments.IsAtEnd() || AsksForHelp(arguments) || Equal(arguments.Peek(), L"help")) {
         PrintOverview(console.out);
         return kExitSuccess;
     }
@@ -71,17 +79,6 @@ ExitCode PrintHelp(Console &console, ArgumentReader &arguments)
         console.out.Print(L"%s%s", command->help, arguments.IsAtEnd() ? kExitCodes : L"\n");
     }
     return kExitSuccess;
-}
-
-/// Whether --help stands among the options.
-bool AsksForHelp(ArgumentReader arguments)
-{
-    while (!arguments.IsAtEnd()) {
-        if (arguments.TakeOption(L"--help", L"-h"))
-            return true;
-        arguments.Take();
-    }
-    return false;
 }
 
 ExitCode Run(Console &console, const CommandLine &line)
@@ -105,11 +102,8 @@ ExitCode Run(Console &console, const CommandLine &line)
     const Command *const command = FindCommand(name);
     if (!command)
         return ReportUnknownCommand(console, name);
-    if (AsksForHelp(arguments)) {
-        console.out.Print(L"%s%s", command->help, kExitCodes);
-        return kExitSuccess;
-    }
-    return command->run(*command, console, arguments);
+    return !command->readsHelp && AsksForHelp(arguments) ? PrintHelp(*command, console)
+                                                         : command->run(*command, console, arguments);
 }
 
 ExitCode RunWithStreams()

@@ -34,17 +34,20 @@ private:
 
 int Main()
 {
-    // The writer remembers its first failure, so one look at the end is enough.
+    // The writer remembers the first failure of its stream, so one look at the end is enough. An element that
+    // there is no memory for is another matter.
     OrvBufferStream document;
     OrvBasXmlWriter::Impl *const writer = OrvBasXmlWriter::Impl::New(document);
     if (!writer)
         return 1;
     writer->WriteXmlDecl(L"1.0");
-    writer->WriteStartElement(L"note");
-    writer->WriteAttribute(L"to", L"A & B");
-    writer->WriteText(L"1 < 2");
-    writer->WriteEndElement();
-    OrvResult result = writer->Flush();
+    OrvResult result = writer->WriteStartElement(L"note");
+    if (OrvSucceeded(result)) {
+        writer->WriteAttribute(L"to", L"A & B");
+        writer->WriteText(L"1 < 2");
+        writer->WriteEndElement();
+        result = writer->Flush();
+    }
     OrvBasXmlWriter::Impl::Delete(writer);
     Print(L"%u bytes, %08X\n", document.GetLength(), result);
 

@@ -107,13 +107,14 @@ public:
                            OrvFlags<OrvAccessFlagsValues> access);
 
     /// Closes what is held and shares the memory of a server in this process: its heap block, or its section
-    /// to be read only.
+    /// with the right to read. Views of that are read-only by themselves in a client that never opened
+    /// anything; after an Open they have to be asked for read-only.
     ///
     /// Returns 0, or the converted status, ORV_E_INVALID_HANDLE when the server holds nothing; nothing is
     /// held then.
     ORV_API OrvResult Connect(OrvSharedMemoryServer &server);
 
-    /// Takes a section over. One that is held is not closed.
+    /// Takes a section over. One that is held is not closed. Views are as after Connect.
     ORV_API void AttachToSection(void *handle);
 
     /// Gives the section up to the caller: the invalid handle 0xFFFFFFFF when there is none.

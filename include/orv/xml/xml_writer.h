@@ -11,8 +11,8 @@
 //
 // The output is UTF-8. The caller keeps the order; the writer decides where a start tag ends, when an element
 // is empty, what is escaped, and where lines break. Names are written as they are. After the first failure of
-// the stream the writer writes nothing more, and every operation returns that failure. A writer belongs to
-// one thread at a time.
+// the stream the writer writes nothing more, and every operation returns that failure; what an operation
+// "returns also" is told once. A writer belongs to one thread at a time.
 
 #pragma once
 
