@@ -3,17 +3,20 @@
 .DEFAULT_GOAL := build
 # Which NT interface programs run on: wine10, or wine8, which reports Windows 7.
 export ORV_PLATFORM := $(or $(PLATFORM),wine10)
-.PHONY: build platform demo test lint bench fuzz coverage install clean help
+.PHONY: build platform demo test lint bench fuzz coverage docs install package reference clean help
 
 help:
 	@echo 'make build    orvsys.dll and orvtool.exe, in build/release/bin'
 	@echo 'make demo     the main job, on a real NT interface'
 	@echo 'make test     builds and runs every test (PLATFORM=wine8: on an older NT interface)'
 	@echo 'make lint     formatting and static analysis'
-	@echo 'make bench    speed beside a peer in the same run'
+	@echo 'make bench    speed beside a peer in the same run, kept in docs/benchmarks (BENCH=PART: only such rows)'
 	@echo 'make fuzz     each fuzz target for a minute (FUZZ_SECONDS)'
 	@echo 'make coverage what the tests on the host reach, as a summary and as HTML'
-	@echo 'make install  DLL, import library, headers, CMake package (DESTDIR, PREFIX)'
+	@echo 'make docs     the reference documentation, as HTML in build/docs/html'
+	@echo 'make install  DLL, import library, headers, pages, CMake package (PREFIX, DESTDIR)'
+	@echo 'make package  the same as a zip, in build/release/package'
+	@echo 'make reference  docs/orvtool.md, out of what orvtool says'
 	@echo 'make clean    removes build/; the cache with the test platform stays'
 
 build:
@@ -28,6 +31,7 @@ platform:
 	@tools/get_wine.sh >/dev/null
 
 test: platform
+	@tools/setup.sh docs
 	@tools/build.sh release debug host
 	@tools/test.sh release debug host
 
@@ -36,8 +40,7 @@ lint:
 	@tools/lint.sh
 
 bench: build
-	@tools/run_wine.sh build/release/bin/orvbench.exe
-	@printf 'orvsys.dll has %s bytes\n' "$$(wc -c <build/release/bin/orvsys.dll)"
+	@tools/bench.sh $(BENCH)
 
 fuzz:
 	@tools/build.sh host
@@ -47,8 +50,21 @@ coverage:
 	@tools/build.sh coverage
 	@tools/coverage.sh
 
+docs:
+	@tools/docs.sh
+
+# CMake puts DESTDIR in front of the prefix by itself.
+install: export DESTDIR := $(DESTDIR)
 install: build
-	@cmake --install build/release --prefix "$(DESTDIR)$(or $(PREFIX),/usr/local/orvsys)"
+	@cmake --install build/release --prefix "$(or $(PREFIX),/usr/local/orvsys)"
+
+package: build
+	@cd build/release && cpack --config CPackConfig.cmake >cpack.log || { tail -n 20 cpack.log; exit 1; }
+	@ls build/release/package/*.zip
+
+reference: build
+	@tools/orvtool_reference.sh build/release/bin/orvtool.exe >build/orvtool.md
+	@mv build/orvtool.md docs/orvtool.md
 
 clean:
 	@tools/clean.sh

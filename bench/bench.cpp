@@ -134,6 +134,26 @@ void PrintHeading()
     line.Print();
 }
 
+/// The heading of a file's rows: its bare name, without "_bench.cpp".
+void PrintGroup(const char *file)
+{
+    constexpr char kEnding[] = "_bench.cpp";
+    const char *name = file;
+    const char *last = file;
+    for (; *last; last++) {
+        if (*last == '/' || *last == '\\')
+            name = last + 1;
+    }
+    last -= sizeof kEnding - 1;
+    Line line;
+    line.Put("\n");
+    for (char character[2] = {}; name < last; name++) {
+        character[0] = *name == '_' ? ' ' : *name;
+        line.Put(character);
+    }
+    line.Print();
+}
+
 bool Selected(const char *name, uint32_t count, const char *const *parts)
 {
     for (uint32_t i = 0; i < count; i++) {
@@ -196,6 +216,8 @@ int program::Main(uint32_t count, const char *const *arguments)
     for (const bench::Benchmark *const *entry = &kBefore; entry != &kAfter; entry++) {
         if (!*entry || !Selected((*entry)->name, count, arguments)) // a linker may pad the section
             continue;
+        if (!current || current->file != (*entry)->file)
+            PrintGroup((*entry)->file);
         current = *entry;
         current->run();
     }

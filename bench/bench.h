@@ -20,6 +20,7 @@ namespace bench
 
 struct Benchmark {
     const char *name;
+    const char *file; ///< its rows stand under the name of that
     void (*run)();
 };
 
@@ -69,7 +70,7 @@ void Compare(const Row &row, const Ours &ours, const Peer &peer)
 
 #define BENCHMARK(name)                                                                                      \
     static void name();                                                                                      \
-    static const bench::Benchmark name##Benchmark = {#name, name};                                           \
+    static const bench::Benchmark name##Benchmark = {#name, __FILE__, name};                                 \
     __declspec(allocate(".orvb$m")) __attribute__((used)) static const bench::Benchmark *const name##Entry = \
         &name##Benchmark;                                                                                    \
     static void name()

@@ -1,5 +1,5 @@
-# What `cmake --install` lays out: the DLL with its PDB, the import library, the headers and a package that
-# find_package(orvsys) finds.
+# What `cmake --install` lays out, and `make package` puts into an archive: the DLL with its PDB, the import library,
+# the headers, how a debugger shows their types, and a package that find_package(orvsys) finds.
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
@@ -9,9 +9,20 @@ install(TARGETS orvsys EXPORT OrvSysTargets
 install(TARGETS orvtool RUNTIME DESTINATION bin)
 install(FILES $<TARGET_PDB_FILE:orvsys> DESTINATION bin)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/orv DESTINATION include)
+install(FILES ${PROJECT_SOURCE_DIR}/src/orvsys.natvis DESTINATION share/orvsys)
+install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md DESTINATION share/doc/orvsys)
+# The pages lie as they do here, so that their links hold.
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION share/doc/orvsys
+  FILES_MATCHING PATTERN "*.md" PATTERN "benchmarks/results.*" PATTERN "examples" EXCLUDE)
 install(EXPORT OrvSysTargets NAMESPACE OrvSys:: DESTINATION lib/cmake/orvsys FILE orvsys-targets.cmake)
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/orvsys-config.cmake.in
   ${PROJECT_BINARY_DIR}/orvsys-config.cmake INSTALL_DESTINATION lib/cmake/orvsys)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/orvsys-config-version.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/orvsys-config.cmake ${PROJECT_BINARY_DIR}/orvsys-config-version.cmake
   DESTINATION lib/cmake/orvsys)
+
+set(CPACK_GENERATOR ZIP)
+set(CPACK_PACKAGE_FILE_NAME orvsys-${PROJECT_VERSION}-x86)
+set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/package)
+set(CPACK_VERBATIM_VARIABLES ON)
+include(CPack)

@@ -15,6 +15,8 @@
   check_binaries.py hardening READOBJ MODULE
       the module can be placed anywhere, has no code that can be written and no constant that can, and tells the
       loader its stack cookie, its exception handlers and the functions that may be called through pointers
+  check_binaries.py natvis CLANG_CL INCLUDE NATVIS
+      every expression that the debugger is to evaluate compiles within the type that it is for
   check_binaries.py version HEADER MODULE...
       the modules' version resources are those of the header
 
@@ -28,6 +30,7 @@ import struct
 import subprocess
 import sys
 import tempfile
+import xml.etree.ElementTree
 
 TARGET = "--target=i686-pc-windows-msvc"
 
@@ -150,6 +153,32 @@ def hardening(readobj, module):
     return faults
 
 
+def natvis(clang_cl, include, path):
+    source = ['#include "orv/orv.h"']
+    for number, kind in enumerate(xml.etree.ElementTree.parse(path).getroot()):
+        texts = [text for element in kind.iter() for text in (element.get("Condition"),) if text]
+        for element in kind.iter():
+            if element.tag.endswith("}DisplayString"):
+                texts += re.findall(r"\{(.+?)\}", element.text)
+            elif len(element) == 0 and element is not kind:
+                texts.append(element.text)
+        expressions = []
+        for text in texts:  # behind a comma stands how to show it, with a length in brackets at most
+            value, length = re.fullmatch(r"(.+?)(?:,(?:\[(.+?)\])?\w*)?", text).groups()
+            expressions += [value, length] if length else [value]
+        name = kind.get("Name").replace("*", "0")
+        body = " ".join(f"(void)({expression});" for expression in expressions)
+        source.append(f"struct Probe{number} : {name} {{ void Evaluate() {{ {body} }} }};")
+    with tempfile.TemporaryDirectory() as folder:
+        file = pathlib.Path(folder) / "probe.cpp"
+        file.write_text("\n".join(source))
+        # A debugger knows no access control, and a final type is looked into by deriving from it here.
+        compiled = subprocess.run([clang_cl, TARGET, "/nologo", f"/I{include}", "/Zs", "/Dfinal=", "-Xclang",
+                                   "-fno-access-control", "-ferror-limit=0", str(file)], capture_output=True, text=True)
+    return [line for line in compiled.stderr.splitlines() if ": error:" in line] or (
+        ["nothing was compiled"] if compiled.returncode else [])
+
+
 def version(header, *modules):
     wanted = [int(number) for number in re.findall(r"OrvVersion\w+ = (\d+)", pathlib.Path(header).read_text())]
     faults = [] if len(wanted) == 3 and modules else ["no version, or no module"]
@@ -171,7 +200,8 @@ def number_of(text, field):
     return int(match[1], 0) if match else 0
 
 
-CHECKS = {check.__name__: check for check in (imports, exports, headers, initialisers, size, hardening, version)}
+CHECKS = {check.__name__: check
+          for check in (imports, exports, headers, initialisers, size, hardening, natvis, version)}
 
 
 def main():

@@ -58,6 +58,14 @@ CONF
         fail "cannot read the package lists ($(tail -n 1 "$dir/log"))" 'check the network, or set ORV_DEBIAN_MIRROR'
 }
 
+# wine_server WINE: the server that belongs to it.
+wine_server() {
+    local server
+    server=$(dirname "$1")/wineserver
+    [ -x "$server" ] || server=wineserver
+    printf '%s\n' "$server"
+}
+
 # What every Wine program of ours is started with: a prefix in the build folder, no debug output, no offers to
 # install extra runtimes.
 wine_environment() {

@@ -8,6 +8,7 @@ set -euo pipefail
 
 wine=$("$root/tools/get_wine.sh")
 wine_environment
-[ -e "$WINEPREFIX/system.reg" ] || "$root/tools/wine_session.sh" prepare
+# The program that starts the server gets to see what that says: let it be another one.
+"$(wine_server "$wine")" -k0 2>/dev/null || "$root/tools/wine_session.sh" prepare
 [ "${ORV_RUN_SECONDS:-}" != 0 ] || exec "$wine" "$@"
 exec timeout --foreground "${ORV_RUN_SECONDS:-600}" "$wine" "$@"

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Makes sure that this machine has what the build needs: setup.sh [host]
-# Missing packages are installed when we may, and named when we may not. `host` adds what the sanitizer build needs.
+# Makes sure that this machine has what the build needs: setup.sh [host|docs]
+# Missing packages are installed when we may, and named when we may not. `host` adds what the sanitizer build needs,
+# `docs` what the reference documentation needs.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -21,6 +22,7 @@ needs llvm-14 llvm-dlltool-14 llvm-dlltool
 needs python3 python3
 needs patchelf patchelf
 needs dpkg-dev dpkg-source
+[ "${1:-}" != docs ] || needs doxygen doxygen
 if [ "${1:-}" = host ]; then
     needs clang-14 clang++-14
     [ -e /usr/include/i386-linux-gnu/sys/cdefs.h ] || [ -e /usr/include/sys/cdefs.h ] || missing+=(libc6-dev-i386)

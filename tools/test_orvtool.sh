@@ -92,7 +92,7 @@ is 0 'f' 'Zg==\n' base64
 is 0 '\x00\xff\x10' 'AP8Q\n' base64 -
 is 0 '' 'Zm9v\n' base64 "$work/file"
 is 0 "$(repeat foo 3000)" "$(repeat Zm9v 3000)\n" base64
-is 1 '' 'orvtool base64: opening the file failed: 0xE001003D (ORV_E_FILE_NOT_FOUND)\n' base64 "$work/none"
+is 1 '' "orvtool base64: opening '$work/none' failed: 0xE001003D (ORV_E_FILE_NOT_FOUND)\n" base64 "$work/none"
 is 0 'AP8Q' '\x00\xff\x10' base64 -d
 is 0 ' Zm\r\n9v\tZg==\n' 'foof' base64 --decode
 is 0 "$(repeat Zm9v 3000)\n" "$(repeat foo 3000)" base64 -d
@@ -337,7 +337,7 @@ is 3 '' "orvtool lock: locking '$work/lock' failed: 0xA0010004 (ORV_W_TIMEOUT)\n
     lock "$work/lock" -- "$tool" lock --timeout 50 "$work/lock" -- "$tool" number 17
 is 1 '' "orvtool lock: starting the command failed: 0xE001003D (ORV_E_FILE_NOT_FOUND)\n" lock "$work/lock" none
 is 2 '' "orvtool lock: a command is missing behind --. $(see lock)" lock "$work/lock" --
-is 2 '' "orvtool lock: --timeout wants milliseconds, not 'x'. $(see lock)" lock --timeout x "$work/lock"
+is 2 '' "orvtool lock: 'x' is no value for '--timeout'. $(see lock)" lock --timeout x "$work/lock"
 
 is 1 '' 'orvtool shm: opening the memory failed: 0xE001003D (ORV_E_FILE_NOT_FOUND)\n' shm read 0x7E57
 ORV_RUN_SECONDS=60 "$root/tools/run_wine.sh" "$tool" shm serve 0x7E57 --size 5000 --hold 60000 >"$work/server" 2>/dev/null &
@@ -412,7 +412,7 @@ is 2 '' "orvtool reg: this is no location: 'x'. $(see reg)" reg query x
 is 2 '' "orvtool reg: a value is wanted, not the key '$shown'. $(see reg)" reg get "$key"
 is 2 '' "orvtool reg: a key is wanted, not the value 'HKCU\\\\\\\\x'. $(see reg)" reg list 'HKCU\\x'
 is 2 '' "orvtool reg: there is no option '--subtree'. $(see reg)" reg list --subtree HKCU
-is 2 '' "orvtool reg: the option has a wrong value: '16'. $(see reg)" reg list --view 16 HKCU
+is 2 '' "orvtool reg: '16' is no value for '--view'. $(see reg)" reg list --view 16 HKCU
 is 2 '' "orvtool reg: there is no action 'x'. $(see reg)" reg x
 for value in 'dword 4294967296' 'qword -' 'binary 0' 'binary 0x' 'sz a b' 'sz' 'multi_sz '; do
     read -r -a words <<<"$value"
@@ -532,10 +532,24 @@ is 1 '' "orvtool reg: making the file '$work/none/x' failed: 0xE001003E (ORV_E_P
 run reg delete "$key" --recursive
 
 like 0 'orvtool [0-9]+\.[0-9]+\.[0-9]+ ' --version
-
-for command in base64 bunzip2 bzip2 convert deflate guid hash inflate lock match number path random reg shm time xml; do
-    like 0 "Usage: orvtool $command .*" $command --help
+like 0 'Usage: orvtool guid .*Usage: orvtool match .*Exit codes: .*' help guid match
+for words in help 'help --help' 'help help'; do
+    like 0 'Usage: orvtool COMMAND .*' $words
 done
+like 0 'Usage: orvtool number .*' lock "$work/lock" "$tool" number --help # the command's own
+is 2 '' "orvtool: there is no command 'x'. See 'orvtool --help'.\n" help x
+is 2 '' "orvtool: there is no option '--verbose' before a command. See 'orvtool --help'.\n" --verbose info
+
+for command in $(run help | sed -n '/^Commands:/,$s/^  \([a-z0-9]*\) .*/\1/p'); do
+    like 0 "Usage: orvtool $command .*" $command --help
+    is 2 '' "orvtool $command: there is no option '--nonsense'. $(see $command)" $command --nonsense
+done
+if "$root/tools/orvtool_reference.sh" "$tool" | cmp -s - "$root/docs/orvtool.md"; then
+    passed=$((passed + 1))
+else
+    failed=$((failed + 1))
+    echo 'docs/orvtool.md is not what the tool says: run make reference'
+fi
 
 printf '%s passed, %s failed\n' "$passed" "$failed"
 [ "$failed" -eq 0 ]

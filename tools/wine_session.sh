@@ -1,18 +1,18 @@
 #!/usr/bin/env bash
 # The server behind every program that run_wine.sh starts: wine_session.sh prepare|start|stop
-# `prepare` makes the prefix when there is none; `start` also keeps a server alive, with which a program starts in a
+# `prepare` makes the prefix when there is none, and runs a program; `start` also keeps a server alive, with which a program starts in a
 # tenth of a second; `stop` ends it, and every program with it.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 wine=$("$root/tools/get_wine.sh")
-server=$(dirname "$wine")/wineserver
-[ -x "$server" ] || server=wineserver
+server=$(wine_server "$wine")
 wine_environment
 
 prepare() {
     mkdir -p "$(dirname "$WINEPREFIX")"
-    # Making the prefix is a program's first run; what that prints about fonts and drivers is of no use here.
+    # Making the prefix and starting the server are a program's first run; what that prints about fonts and drivers is
+    # of no use here.
     timeout 120 "$wine" cmd /c exit >"$WINEPREFIX.log" 2>&1 ||
         fail "Wine does not start ($(tail -n 1 "$WINEPREFIX.log" | grep . || echo it says nothing))" 'see the README on ORV_WINE'
 }

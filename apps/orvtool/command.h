@@ -20,6 +20,7 @@ struct Command {
     const wchar_t *summary; ///< one line
     const wchar_t *help;    ///< what --help prints
     ExitCode (*run)(const Command &command, Console &console, ArgumentReader &arguments);
+    bool readsHelp = false; ///< looks for --help itself, since arguments of another program are among its own
 };
 
 extern const Command kInfoCommand;
@@ -45,8 +46,21 @@ extern const Command kBunzip2Command;
 extern const Command kXmlCommand;
 extern const Command kTimeCommand;
 
+/// Prints what --help says of a command. Always kExitSuccess.
+ExitCode PrintHelp(const Command &command, Console &console);
+
+/// The last lines of every help text.
+extern const wchar_t kExitCodes[];
+
 /// Says on standard error what is wrong with the arguments and where help is. `what` may be null.
 ExitCode UsageError(const Command &command, Console &console, const wchar_t *problem, const wchar_t *what);
+
+/// The same of the argument that stands next and has no place there.
+ExitCode UnwantedArgument(const Command &command, Console &console, const ArgumentReader &arguments);
+
+/// The same of an option's value, null when there is none. `option` is as it stands there, with "=VALUE" or
+/// not.
+ExitCode WrongValue(const Command &command, Console &console, const wchar_t *option, const wchar_t *value);
 
 /// Says on standard error what failed and with which result, and gives the exit code for it. `what`, such as
 /// a file's name, may be null.

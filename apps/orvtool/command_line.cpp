@@ -2,7 +2,6 @@
 
 #include "command_line.h"
 
-#include "nt/teb.h"
 #include "orv/text/number.h"
 #include "runtime/heap.h"
 
@@ -17,30 +16,46 @@ bool IsBlank(wchar_t character)
     return character == L' ' || character == L'\t';
 }
 
-/// Copies one argument. Blanks count inside quotes; backslashes are literal except before a quote, where each
-/// pair stands for one and an odd one makes the quote literal.
+/// Skips the program's name, in which a backslash means nothing: up to the next quotation mark when it starts
+/// with one, else up to a blank.
+const wchar_t *SkipProgram(const wchar_t *next, const wchar_t *last)
+{
+    if (next == last)
+        return next;
+    const bool quoted = *next == L'"';
+    if (quoted)
+        next++;
+    while (next != last && (quoted ? *next != L'"' : !IsBlank(*next)))
+        next++;
+    return next != last && quoted ? next + 1 : next;
+}
+
+/// Copies one argument. Two backslashes in front of a quotation mark stand for one, and an odd one makes the
+/// mark a character of the argument; all others are what they are. Blanks count inside quotation marks. Of
+/// the marks in a run, with the one that is open, each three stand for one character; a single one that is
+/// left opens, two have opened and closed.
 const wchar_t *CopyArgument(const wchar_t *next, const wchar_t *last, wchar_t *&out)
 {
     bool quoted = false;
     while (next != last && (quoted || !IsBlank(*next))) {
-        uint32_t backslashes = 0;
-        while (next != last && *next == L'\\') {
-            backslashes++;
-            next++;
-        }
-        const bool atQuote = next != last && *next == L'"';
-        for (uint32_t i = 0; i < (atQuote ? backslashes / 2 : backslashes); i++)
-            *out++ = L'\\';
-        if (!atQuote) {
-            if (next != last && (quoted || !IsBlank(*next)))
-                *out++ = *next++;
+        if (*next != L'\\' && *next != L'"') {
+            *out++ = *next++;
             continue;
         }
-        if (backslashes % 2)
+        uint32_t backslashes = 0;
+        for (; next != last && *next == L'\\'; next++)
+            backslashes++;
+        const bool atMark = next != last && *next == L'"';
+        for (uint32_t i = 0; i < (atMark ? backslashes / 2 : backslashes); i++)
+            *out++ = L'\\';
+        if (atMark && backslashes % 2)
+            *out++ = *next++;
+        uint32_t marks = quoted ? 1 : 0;
+        for (; next != last && *next == L'"'; next++)
+            marks++;
+        for (uint32_t i = 0; i < marks / 3; i++)
             *out++ = L'"';
-        else
-            quoted = !quoted;
-        next++;
+        quoted = marks % 3 == 1;
     }
     *out++ = 0;
     return next;
@@ -48,10 +63,8 @@ const wchar_t *CopyArgument(const wchar_t *next, const wchar_t *last, wchar_t *&
 
 } // namespace
 
-CommandLine::CommandLine()
+CommandLine::CommandLine(const wchar_t *line, uint32_t length)
 {
-    const UNICODE_STRING &line = NtCurrentPeb()->ProcessParameters->CommandLine;
-    const uint32_t length = line.Length / sizeof(wchar_t);
     // No argument is longer than its text, and every second character at most starts one.
     const uint32_t mostArguments = length / 2 + 1;
     auto *const block = static_cast<uint8_t *>(detail::AllocateBytes(
@@ -60,19 +73,15 @@ CommandLine::CommandLine()
         return;
     arguments_ = reinterpret_cast<const wchar_t **>(block);
     auto *out = reinterpret_cast<wchar_t *>(block + mostArguments * sizeof(wchar_t *));
-    const wchar_t *next = line.Buffer;
-    const wchar_t *const last = next + length;
-    bool isProgram = true;
+    const wchar_t *const last = line + length;
+    const wchar_t *next = SkipProgram(line, last);
     for (;;) {
         while (next != last && IsBlank(*next))
             next++;
         if (next == last)
             return;
-        wchar_t *const argument = out;
+        arguments_[count_++] = out;
         next = CopyArgument(next, last, out);
-        if (!isProgram)
-            arguments_[count_++] = argument;
-        isProgram = false;
     }
 }
 

@@ -1,4 +1,4 @@
-// The command line: split as Windows programs agree on, then read argument by argument.
+// The command line: split as the platform's own CommandLineToArgvW splits it, then read argument by argument.
 
 #pragma once
 
@@ -7,11 +7,12 @@
 namespace orvtool
 {
 
-/// The arguments of the process, without the program's name. They live as long as the process.
+/// The arguments of a command line, without the program's name. They live as long as this.
 class CommandLine
 {
 public:
-    CommandLine();
+    /// `length` characters. An empty line has no arguments.
+    CommandLine(const wchar_t *line, uint32_t length);
     CommandLine(const CommandLine &) = delete;
     CommandLine &operator=(const CommandLine &) = delete;
     ~CommandLine();
@@ -64,6 +65,12 @@ private:
 inline bool Equal(const wchar_t *left, const wchar_t *right)
 {
     return OrvCompareString(left, right) == 0;
+}
+
+/// Whether an argument is a number below zero, which is no option.
+inline bool IsNegativeNumber(const wchar_t *argument)
+{
+    return argument[0] == L'-' && argument[1] >= L'0' && argument[1] <= L'9';
 }
 
 /// Takes "-n COUNT" if it stands next, and says so in `isTaken`. False when the count is missing or none.

@@ -22,7 +22,7 @@ ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments
         if (arguments.TakeOption(L"--random"))
             isRandom = true;
         else if (!isCount)
-            return UsageError(command, console, L"no such argument is wanted:", arguments.Peek());
+            return UnwantedArgument(command, console, arguments);
     }
     for (; count; count--) {
         _OrvGuid guid;

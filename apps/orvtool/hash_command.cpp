@@ -197,7 +197,7 @@ ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments
             continue;
         }
         if (!arguments.TakeValueOption(L"-a", name) && !arguments.TakeValueOption(L"--algorithm", name))
-            return UsageError(command, console, L"there is no option", arguments.Peek());
+            return UnwantedArgument(command, console, arguments);
         algorithm = name ? FindAlgorithm(name) : nullptr;
         if (!algorithm)
             return UsageError(command, console, L"there is no algorithm", name ? name : L"");

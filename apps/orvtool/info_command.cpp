@@ -67,7 +67,7 @@ void PrintTables(Stream &out)
 ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments)
 {
     if (!arguments.IsAtEnd())
-        return UsageError(command, console, L"no argument is wanted:", arguments.Peek());
+        return UnwantedArgument(command, console, arguments);
     Stream &out = console.out;
     const OrvEnvironment::OsFacts &os = OrvEnvironment::OsInfo::GetFacts();
     const OrvEnvironment::MachineFacts &machine = OrvEnvironment::MachineInfo::GetFacts();

@@ -101,7 +101,7 @@ uint64_t Input::Size() const
 ExitCode TakePath(const Command &command, Console &console, ArgumentReader &arguments, const wchar_t *&path)
 {
     if (arguments.IsAtOption())
-        return UsageError(command, console, L"there is no option", arguments.Peek());
+        return UnwantedArgument(command, console, arguments);
     const wchar_t *const argument = arguments.Take();
     if (argument && path)
         return UsageError(command, console, L"one argument too many:", argument);
@@ -112,7 +112,7 @@ ExitCode TakePath(const Command &command, Console &console, ArgumentReader &argu
 ExitCode OpenInput(const Command &command, Console &console, const wchar_t *path, Input &input)
 {
     const OrvResult result = input.Open(path);
-    return OrvFailed(result) ? ReportFailure(command, console, L"opening the file", result) : kExitSuccess;
+    return OrvFailed(result) ? ReportFailure(command, console, L"opening", result, path) : kExitSuccess;
 }
 
 OrvResult LineReader::Refill()

@@ -19,6 +19,7 @@ struct Options {
     const wchar_t *path = nullptr;
     Kind kind = Kind::Mutex;
     int timeoutMs = -1;
+    bool help = false;
 };
 
 ExitCode ReadOptions(const Command &command, Console &console, ArgumentReader &arguments, Options &options)
@@ -30,11 +31,12 @@ ExitCode ReadOptions(const Command &command, Console &console, ArgumentReader &a
             options.kind = Kind::Shared;
         } else if (arguments.TakeOption(L"--exclusive", L"-x")) {
             options.kind = Kind::Exclusive;
+        } else if (arguments.TakeOption(L"--help", L"-h")) {
+            options.help = true;
         } else if (arguments.TakeValueOption(L"--timeout", value)) {
             uint32_t number = 0;
             if (!value || *value == L'-' || !ParseNumber(value, number) || number > INT32_MAX)
-                return UsageError(command, console, L"--timeout wants milliseconds, not",
-                                  value ? value : L"");
+                return WrongValue(command, console, shown, value);
             options.timeoutMs = static_cast<int>(number);
         } else {
             return UsageError(command, console, L"there is no option", shown);
@@ -82,11 +84,13 @@ ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments
     if (usage != kExitSuccess)
         return usage;
     options.path = arguments.Take();
-    if (!options.path)
-        return UsageError(command, console, L"FILE is missing", nullptr);
-    usage = ReadOptions(command, console, arguments, options);
+    usage = ReadOptions(command, console, arguments, options); // none of those behind the command
     if (usage != kExitSuccess)
         return usage;
+    if (options.help)
+        return PrintHelp(command, console);
+    if (!options.path)
+        return UsageError(command, console, L"FILE is missing", nullptr);
 
     OrvUtf16CharHeapBuffer line;
     while (const wchar_t *const argument = arguments.Take()) {
@@ -131,6 +135,7 @@ const Command kLockCommand = {
     L"the\n"
     L"mutex do not see each other.\n",
     Run,
+    true,
 };
 
 } // namespace orvtool

@@ -20,14 +20,11 @@ const Command *const kCommands[] = {
     &kRandomCommand, &kRegCommand,    &kTimeCommand,    &kXmlCommand,
 };
 
-constexpr wchar_t kExitCodes[] = L"\n"
-                                 L"Exit codes: 0 success, 1 failed, 2 wrong usage, 3 timed out.\n";
-
 void PrintOverview(Stream &stream)
 {
     stream.Print(L"Usage: orvtool COMMAND [ARGUMENT...]\n"
-                 L"       orvtool COMMAND --help\n"
-                 L"       orvtool --version\n"
+                 L"       orvtool help [COMMAND...]\n"
+                 L"       orvtool --help | --version\n"
                  L"\n"
                  L"Commands:\n");
     for (const Command *command : kCommands)
@@ -44,6 +41,19 @@ const Command *FindCommand(const wchar_t *name)
     return nullptr;
 }
 
+ExitCode ReportUnknownCommand(Console &console, const wchar_t *name)
+{
+    console.error.Print(L"orvtool: there is no command '%s'. See 'orvtool --help'.\n", name);
+    return kExitUsage;
+}
+
+ExitCode ReportUnknownOption(Console &console, const wchar_t *option)
+{
+    console.error.Print(L"orvtool: there is no option '%s' before a command. See 'orvtool --help'.\n",
+                        option);
+    return kExitUsage;
+}
+
 /// Whether --help stands among the options.
 bool AsksForHelp(ArgumentReader arguments)
 {
@@ -53,6 +63,22 @@ bool AsksForHelp(ArgumentReader arguments)
         arguments.Take();
     }
     return false;
+}
+
+/// The overview, or what --help says of each command that is named.
+ExitCode PrintHelp(Console &console, ArgumentReader &arguments)
+{
+    if (arguments.IsAtEnd() || AsksForHelp(arguments) || Equal(arguments.Peek(), L"help")) {
+        PrintOverview(console.out);
+        return kExitSuccess;
+    }
+    while (const wchar_t *const name = arguments.Take()) {
+        const Command *const command = FindCommand(name);
+        if (!command)
+            return ReportUnknownCommand(console, name);
+        console.out.Print(L"%s%s", command->help, arguments.IsAtEnd() ? kExitCodes : L"\n");
+    }
+    return kExitSuccess;
 }
 
 ExitCode Run(Console &console, const CommandLine &line)
@@ -66,22 +92,18 @@ ExitCode Run(Console &console, const CommandLine &line)
         console.out.Print(L"orvtool %u.%u.%u\n", OrvVersionMajor, OrvVersionMinor, OrvVersionPatch);
         return kExitSuccess;
     }
-    const bool wantsOverview = arguments.TakeOption(L"--help", L"-h");
-    const wchar_t *const name = wantsOverview ? nullptr : arguments.Take();
-    if (!name || Equal(name, L"help")) {
-        PrintOverview(console.out);
-        return kExitSuccess;
-    }
+    if (arguments.TakeOption(L"--help", L"-h"))
+        return PrintHelp(console, arguments);
+    if (arguments.IsAtOption())
+        return ReportUnknownOption(console, arguments.Peek());
+    const wchar_t *const name = arguments.Take();
+    if (!name || Equal(name, L"help"))
+        return PrintHelp(console, arguments);
     const Command *const command = FindCommand(name);
-    if (!command) {
-        console.error.Print(L"orvtool: there is no command '%s'. See 'orvtool --help'.\n", name);
-        return kExitUsage;
-    }
-    if (AsksForHelp(arguments)) {
-        console.out.Print(L"%s%s", command->help, kExitCodes);
-        return kExitSuccess;
-    }
-    return command->run(*command, console, arguments);
+    if (!command)
+        return ReportUnknownCommand(console, name);
+    return !command->readsHelp && AsksForHelp(arguments) ? PrintHelp(*command, console)
+                                                         : command->run(*command, console, arguments);
 }
 
 ExitCode RunWithStreams()
@@ -90,7 +112,7 @@ ExitCode RunWithStreams()
     Stream out(parameters.StandardOutput);
     Stream error(parameters.StandardError);
     Console console = {out, error};
-    const CommandLine line;
+    const CommandLine line(parameters.CommandLine.Buffer, parameters.CommandLine.Length / sizeof(wchar_t));
     if (!line.IsValid()) {
         error.Print(L"orvtool: out of memory\n");
         return kExitFailed;

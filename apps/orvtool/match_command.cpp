@@ -44,7 +44,7 @@ ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments
     bool ignoresCase = false;
     while (arguments.IsAtOption()) {
         if (!arguments.TakeOption(L"-i", L"--ignore-case"))
-            return UsageError(command, console, L"there is no option", arguments.Peek());
+            return UnwantedArgument(command, console, arguments);
         ignoresCase = true;
     }
     const wchar_t *const pattern = arguments.Take();

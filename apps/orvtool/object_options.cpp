@@ -99,9 +99,7 @@ ExitCode ReadObjectOptions(const Command &command, Console &console, ArgumentRea
             return UsageError(command, console, L"there is no option", shown);
         }
         if (!understood)
-            return UsageError(command, console,
-                              value ? L"the option has a wrong value:" : L"a value is missing behind",
-                              value ? value : shown);
+            return WrongValue(command, console, shown, value);
     }
     if (!options.action)
         return UsageError(command, console, L"an action is missing", nullptr);

@@ -45,7 +45,7 @@ ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments
         {L"short", OrvBasPath::GetAlternatePath},
     };
     if (arguments.IsAtOption())
-        return UsageError(command, console, L"there is no option", arguments.Peek());
+        return UnwantedArgument(command, console, arguments);
     const wchar_t *const action = arguments.Take();
     if (!action)
         return UsageError(command, console, L"an action is missing", nullptr);

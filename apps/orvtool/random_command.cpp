@@ -19,7 +19,7 @@ ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments
             return UsageError(command, console,
                               L"a count, a number from 0 to 4294967295, must stand behind -n", nullptr);
         if (!isCount)
-            return UsageError(command, console, L"no such argument is wanted:", arguments.Peek());
+            return UnwantedArgument(command, console, arguments);
     }
     while (count && OrvSucceeded(console.out.Print(L"%u\n", OrvGenerateRandomDWord())))
         count--;

@@ -289,9 +289,7 @@ ExitCode ReadArguments(Job &job, const Action &action, ArgumentReader &arguments
             if (!TakeOption(job, action, arguments, value, isUnderstood))
                 return UsageError(job.command, job.console, L"there is no option", shown);
             if (!isUnderstood)
-                return UsageError(job.command, job.console,
-                                  value ? L"the option has a wrong value:" : L"a value is missing behind",
-                                  value ? value : shown);
+                return WrongValue(job.command, job.console, shown, value);
             continue;
         }
         const wchar_t *const argument = arguments.Take();
@@ -335,7 +333,7 @@ ExitCode Locate(Job &job, const Action &action)
 ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments)
 {
     if (arguments.IsAtOption())
-        return UsageError(command, console, L"there is no option", arguments.Peek());
+        return UnwantedArgument(command, console, arguments);
     const wchar_t *const name = arguments.Take();
     if (!name)
         return UsageError(command, console, L"an action is missing", nullptr);

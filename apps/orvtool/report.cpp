@@ -90,6 +90,15 @@ void PrintNamedResult(Stream &stream, OrvResult result)
 
 } // namespace
 
+const wchar_t kExitCodes[] = L"\n"
+                             L"Exit codes: 0 success, 1 failed, 2 wrong usage, 3 timed out.\n";
+
+ExitCode PrintHelp(const Command &command, Console &console)
+{
+    console.out.Print(L"%s%s", command.help, kExitCodes);
+    return kExitSuccess;
+}
+
 const wchar_t *NameOfResult(OrvResult result)
 {
     for (const NamedResult &named : kNamedResults) {
@@ -109,6 +118,25 @@ ExitCode UsageError(const Command &command, Console &console, const wchar_t *pro
 {
     console.error.Print(what ? L"orvtool %s: %s '%s'" : L"orvtool %s: %s", command.name, problem, what);
     console.error.Print(L". See 'orvtool %s --help'.\n", command.name);
+    return kExitUsage;
+}
+
+ExitCode UnwantedArgument(const Command &command, Console &console, const ArgumentReader &arguments)
+{
+    return UsageError(command, console,
+                      arguments.IsAtOption() ? L"there is no option" : L"one argument too many:",
+                      arguments.Peek());
+}
+
+ExitCode WrongValue(const Command &command, Console &console, const wchar_t *option, const wchar_t *value)
+{
+    if (!value)
+        return UsageError(command, console, L"a value is missing behind", option);
+    uint32_t length = 0;
+    while (option[length] && option[length] != L'=')
+        length++;
+    console.error.Print(L"orvtool %s: '%s' is no value for '%.*s'. See 'orvtool %s --help'.\n", command.name,
+                        value, length, option, command.name);
     return kExitUsage;
 }
 

@@ -38,6 +38,8 @@ ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments
     if (arguments.IsAtEnd())
         return UsageError(command, console, L"a result code is missing", nullptr);
     while (!arguments.IsAtEnd()) {
+        if (arguments.IsAtOption() && !IsNegativeNumber(arguments.Peek()))
+            return UnwantedArgument(command, console, arguments);
         const wchar_t *const text = arguments.Take();
         uint32_t number = 0;
         if (!text || !ParseNumber(text, number))

@@ -73,9 +73,7 @@ ExitCode ReadOptions(const Command &command, Console &console, ArgumentReader &a
             return UsageError(command, console, L"there is no option", shown);
         }
         if (!understood)
-            return UsageError(command, console,
-                              value ? L"the option has a wrong value:" : L"a value is missing behind",
-                              value ? value : shown);
+            return WrongValue(command, console, shown, value);
     }
     if (!options.action)
         return UsageError(command, console, L"an action is missing", nullptr);

@@ -21,19 +21,13 @@ ExitCode PrintNow(const Command &command, Console &console, ArgumentReader &argu
         else if (arguments.TakeOption(L"--local"))
             isUtc = false;
         else
-            return UsageError(command, console, L"no such argument is wanted:", arguments.Peek());
+            return UnwantedArgument(command, console, arguments);
     }
     OrvTime time = 0;
     OrvResult result = isUtc ? OrvGetSystemTime(time) : OrvGetLocalTime(time);
     if (OrvSucceeded(result))
         result = PrintIsoTime(console.out, time, isUtc);
     return OrvFailed(result) ? ReportFailure(command, console, L"reading the clock", result) : kExitSuccess;
-}
-
-/// Whether the argument is a number below zero, which is no option.
-bool IsNegativeNumber(const wchar_t *argument)
-{
-    return argument[0] == L'-' && argument[1] >= L'0' && argument[1] <= L'9';
 }
 
 ExitCode Convert(const Command &command, Console &console, ArgumentReader &arguments)
@@ -45,7 +39,7 @@ ExitCode Convert(const Command &command, Console &console, ArgumentReader &argum
         if (arguments.TakeValueOption(L"--from", from) || arguments.TakeValueOption(L"--to", to))
             continue;
         if (arguments.IsAtOption() && !IsNegativeNumber(arguments.Peek()))
-            return UsageError(command, console, L"there is no option", arguments.Peek());
+            return UnwantedArgument(command, console, arguments);
         const wchar_t *const argument = arguments.Take();
         if (argument && text)
             return UsageError(command, console, L"one argument too many:", argument);

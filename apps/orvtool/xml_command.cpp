@@ -138,7 +138,9 @@ ExitCode Format(const Arguments &arguments)
 
 ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments)
 {
-    const wchar_t *const action = arguments.IsAtOption() ? nullptr : arguments.Take();
+    if (arguments.IsAtOption())
+        return UnwantedArgument(command, console, arguments);
+    const wchar_t *const action = arguments.Take();
     if (!action)
         return UsageError(command, console, L"an action is missing: format or check", nullptr);
     if (!Equal(action, L"format") && !Equal(action, L"check"))
@@ -163,9 +165,9 @@ const Command kXmlCommand = {
     L"Usage: orvtool xml check FILE\n"
     L"       orvtool xml format FILE\n"
     L"\n"
-    L"check says whether FILE, '-' for standard input, is well-formed XML, and if not at which byte (from "
-    L"0),\n"
-    L"line and column (from 1) it ceases to be.\n"
+    L"check says nothing when FILE, '-' for standard input, is well-formed XML, and if not at which byte "
+    L"(from\n"
+    L"0), line and column (from 1) it ceases to be.\n"
     L"\n"
     L"format prints it in UTF-8, each element on a line of its own, indented by two spaces. White space "
     L"between\n"

@@ -19,11 +19,13 @@
 /// The named values and the layout stand in orv/runtime/result.h.
 typedef int32_t OrvResult;
 
+/// Whether the result is a failure: below zero, warnings included.
 constexpr bool OrvFailed(OrvResult result)
 {
     return result < 0;
 }
 
+/// Whether the result is a success, with a remark or without.
 constexpr bool OrvSucceeded(OrvResult result)
 {
     return result >= 0;

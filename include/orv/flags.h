@@ -9,10 +9,16 @@ template <typename T>
 class OrvFlags
 {
 public:
+    /// No flag.
     constexpr OrvFlags() : bits_(0) {}
+
+    /// One flag.
     constexpr OrvFlags(T flag) : bits_(static_cast<uint32_t>(flag)) {} // NOLINT(google-explicit-constructor)
+
+    /// These bits.
     constexpr explicit OrvFlags(uint32_t bits) : bits_(bits) {}
 
+    /// All bits that are set.
     constexpr uint32_t GetBits() const { return bits_; }
 
     /// Whether every bit of `flag` is set.
@@ -21,12 +27,15 @@ public:
         return (bits_ & static_cast<uint32_t>(flag)) == static_cast<uint32_t>(flag);
     }
 
+    /// The flags of both.
     constexpr OrvFlags operator|(OrvFlags other) const { return OrvFlags(bits_ | other.bits_); }
     constexpr OrvFlags &operator|=(OrvFlags other)
     {
         bits_ |= other.bits_;
         return *this;
     }
+
+    /// Whether both have the same bits.
     constexpr bool operator==(OrvFlags other) const { return bits_ == other.bits_; }
     constexpr bool operator!=(OrvFlags other) const { return bits_ != other.bits_; }
 

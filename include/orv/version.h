@@ -5,6 +5,7 @@
 
 #include <stdint.h>
 
+/// The version's three numbers.
 constexpr uint32_t OrvVersionMajor = 0;
-constexpr uint32_t OrvVersionMinor = 5;
+constexpr uint32_t OrvVersionMinor = 6;
 constexpr uint32_t OrvVersionPatch = 0;

@@ -13,7 +13,7 @@ namespace
 enum Reason : ULONG { kProcessDetach, kProcessAttach, kThreadAttach, kThreadDetach };
 
 /// There are no static objects that would have to be made and ended: the build refuses them.
-constexpr detail::RuntimeWork kRuntime = {[] { return ORV_S_OK; }, [] {}, [] {}, [] {}, [] {}};
+constexpr detail::RuntimeWork kRuntime = {[]() -> OrvResult { return ORV_S_OK; }, [] {}, [] {}, [] {}, [] {}};
 
 /// A stack cookie that nobody can foresee. The loaders of older systems make theirs of clocks and counters,
 /// or leave the one of the file.

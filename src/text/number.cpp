@@ -106,64 +106,95 @@ uint32_t DigitValue(T character)
     return letter < 26 && code < 0x80 ? letter + 10 : UINT32_MAX;
 }
 
+/// A text of digits from left to right. A terminated one is not measured first: its end is no digit.
+template <typename T>
+struct DigitText {
+    DigitText(const T *text, uint32_t length)
+        : next(text), last(length == OrvTerminated && text ? nullptr
+                           : text                          ? text + length
+                                                           : text)
+    {
+    }
+
+    bool IsAtEnd() const { return next == last || (!last && *next == 0); }
+
+    /// The digit that stands next, or something not below `radix`.
+    uint32_t Peek() const { return next == last ? UINT32_MAX : DigitValue(*next); }
+
+    const T *next;
+    const T *last; ///< null in a terminated text, and in none
+};
+
 /// Reports where reading stopped, which is a failure only to a caller that asks for it.
 template <typename T>
-OrvResult Finish(const T *next, const T *last, const T **end)
+OrvResult Finish(const T *next, bool isAtEnd, const T **end)
 {
-    if (next == last || !end)
+    if (isAtEnd || !end)
         return ORV_S_OK;
     *end = next;
     return ORV_E_INVALID_ARGUMENT;
 }
 
 /// The digits of a number below 2^64, as far as they belong to it. Most numbers fit 32 bits, and a 64-bit
-/// multiplication costs three, so the sum is widened only when it has to be.
+/// multiplication costs three, so the sum is widened only when it has to be; only its last digits can be too
+/// many.
 template <typename T>
-const T *ReadDigits(const T *next, const T *last, uint32_t radix, uint64_t limit, uint64_t &value)
+uint64_t ReadDigits(DigitText<T> &text, uint32_t radix, uint64_t limit)
 {
-    // While the sum is below a 64th of the limit, another digit of any radix keeps it within.
-    const auto safe = static_cast<uint32_t>((limit > UINT32_MAX ? UINT32_MAX : limit) / 64);
+    // While the sum is below a 64th of the limit, another digit of any radix keeps it within. The limit of
+    // negative numbers, for an unsigned type, is none.
+    const auto narrowLimit = static_cast<uint32_t>(limit > UINT32_MAX ? UINT32_MAX : limit) / 64;
     uint32_t narrow = 0;
-    uint32_t digit = 0;
-    for (; next != last && narrow <= safe && (digit = DigitValue(*next)) < radix; next++) {
-        if (digit > limit) // a limit smaller than the radix: that of negative numbers, for an unsigned type
-            break;
+    uint32_t digit = text.Peek();
+    for (; digit < radix && narrow < narrowLimit; digit = text.Peek()) {
         narrow = narrow * radix + digit;
+        text.next++;
     }
-    value = narrow;
-    if (next == last || (digit = DigitValue(*next)) >= radix)
-        return next;
+    uint64_t value = narrow;
+    const auto wideLimit = static_cast<uint32_t>(limit >> 38); // of the upper half, for the same reason
+    for (; digit < radix && value >> 32 < wideLimit; digit = text.Peek()) {
+        value = value * radix + digit;
+        text.next++;
+    }
+    if (digit >= radix)
+        return value;
     uint64_t whole = limit;
     const uint32_t part = detail::DivideInPlace(whole, radix);
-    for (; next != last && (digit = DigitValue(*next)) < radix; next++) {
-        if (value > whole || (value == whole && digit > part))
-            break;
+    for (; digit < radix && (value < whole || (value == whole && digit <= part)); digit = text.Peek()) {
         value = value * radix + digit;
+        text.next++;
     }
-    return next;
+    return value;
 }
 
 /// Reads any value type: its bits, to be cut to its width.
 template <typename T>
-__declspec(noinline) OrvResult
-    ReadNumber(uint64_t &bits, const Limits &limits, const T *text, uint32_t length, int radix, const T **end)
+__declspec(noinline) OrvResult ReadNumber(uint64_t &bits, const Limits &limits, const T *characters,
+                                          uint32_t length, int radix, const T **end)
 {
-    const T *next = text;
-    const T *const last = next + detail::ResolveLength(text, length);
-    const bool negative = next != last && *next == '-';
-    next += negative;
-    const bool hasPrefix = last - next >= 2 && next[0] == '0' && (next[1] == 'x' || next[1] == 'X');
+    DigitText<T> text(characters, length);
+    const bool negative = !text.IsAtEnd() && *text.next == '-';
+    text.next += negative;
+    if ((radix == 0 || radix == 16) && text.Peek() == 0) {
+        DigitText<T> behind = text;
+        behind.next++;
+        if (!behind.IsAtEnd() && (*behind.next == 'x' || *behind.next == 'X')) {
+            behind.next++;
+            if (radix == 16 || !behind.IsAtEnd()) {
+                radix = 16;
+                text = behind;
+            }
+        }
+    }
     if (radix == 0)
-        radix = hasPrefix && last - next > 2 ? 16 : 10;
-    if (radix == 16 && hasPrefix)
-        next += 2;
+        radix = 10;
     const uint64_t limit = negative      ? limits.negative
                            : radix == 16 ? limits.positiveHexadecimal
                                          : limits.positive;
-    next = ReadDigits(next, last, static_cast<uint32_t>(radix), limit, bits);
+    bits = ReadDigits(text, static_cast<uint32_t>(radix), limit);
     if (negative)
         bits = 0 - bits;
-    return Finish(next, last, end);
+    return Finish(text.next, text.IsAtEnd(), end);
 }
 
 template <typename T, typename V>
@@ -212,7 +243,8 @@ OrvResult StringToDouble(double &value, const T *text, uint32_t length, const T 
     if (mode != OrvString2DoubleDecimal)
         return ORV_E_INVALID_ARGUMENT;
     length = detail::ResolveLength(text, length);
-    return Finish(detail::ParseDouble(text, length, value), text + length, end);
+    const T *const next = detail::ParseDouble(text, length, value);
+    return Finish(next, next == text + length, end);
 }
 
 } // namespace

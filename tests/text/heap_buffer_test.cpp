@@ -22,7 +22,7 @@ TEST_CASE(CapacitiesAreExact)
             uint32_t capacity;
             const char *text;
         } const cases[] = {
-            {[](Buffer &) { return ORV_S_OK; }, 0, ""},
+            {[](Buffer &) -> OrvResult { return ORV_S_OK; }, 0, ""},
             {[](Buffer &b) { return b.Append(T('x')); }, 3, "x"},
             {[](Buffer &b) { return b.Append(T('x')) | b.Append(T('y')); }, 4, "xy"},
             {[](Buffer &b) { return b.Append(T('x')) | b.Append(T('y')) | b.Append(T('z')); }, 5, "xyz"},

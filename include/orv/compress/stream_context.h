@@ -21,13 +21,28 @@ public:
     OrvStreamContext(const OrvStreamContext &) = delete;
     OrvStreamContext &operator=(const OrvStreamContext &) = delete;
 
+    /// Where the next step reads. A step moves it past what it has read.
     ORV_API void SetNextIn(const unsigned char *next);
+
+    /// Where the next step reads.
     ORV_API const unsigned char *GetNextIn() const;
+
+    /// How many bytes stand there. A step takes off what it has read.
     ORV_API void SetAvailIn(unsigned bytes);
+
+    /// How many bytes are still to be read.
     ORV_API unsigned GetAvailIn() const;
+
+    /// Where the next step writes. A step moves it past what it has written.
     ORV_API void SetNextOut(unsigned char *next);
+
+    /// Where the next step writes.
     ORV_API unsigned char *GetNextOut() const;
+
+    /// How many bytes there is room for. A step takes off what it has written.
     ORV_API void SetAvailOut(unsigned bytes);
+
+    /// How much room is left.
     ORV_API unsigned GetAvailOut() const;
 
     /// The context's own buffer, null before the first Initialize. It lives until the destructor or until an
@@ -47,14 +62,15 @@ protected:
     OrvStreamContext() = default;
     ~OrvStreamContext();
 
+    /// Makes the buffer at least so large. Returns 0 or ORV_E_OUT_OF_MEMORY.
     OrvResult ReserveBuffer(unsigned bytes);
 
-    Stream *stream_ = nullptr; ///< on the process heap; null when there is none
-    unsigned char *buffer_ = nullptr;
-    uint32_t bufferSize_ = 0;
-    uint32_t bufferCapacity_ = 0;
-    bool compresses_ = false;
-    bool finished_ = false;
+    Stream *stream_ = nullptr;        ///< on the process heap; null when there is none
+    unsigned char *buffer_ = nullptr; ///< what GetBuffer gives
+    uint32_t bufferSize_ = 0;         ///< as it was asked for last
+    uint32_t bufferCapacity_ = 0;     ///< as it was allocated
+    bool compresses_ = false;         ///< the direction
+    bool finished_ = false;           ///< what IsFinished gives
 };
 
 } // namespace detail

@@ -9,12 +9,14 @@
 namespace OrvEnvironment
 {
 
+/// What is known of the machine.
 struct MachineFacts {
     uint32_t pageSize;              ///< in bytes
     uint32_t allocationGranularity; ///< in bytes: what reserved memory is aligned to
     uint32_t processorCount;        ///< those that this process may use
 };
 
+/// Where the facts stand.
 class MachineInfo
 {
 public:
@@ -23,6 +25,7 @@ public:
     /// Records the facts. For start-up alone: it must not race with queries.
     static void Initialize(const MachineFacts &facts);
 
+    /// The facts; the reference stays good as long as the library is loaded.
     ORV_API static const MachineFacts &GetFacts();
 };
 

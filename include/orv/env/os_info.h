@@ -17,23 +17,26 @@ enum ProcessorArchitecture : uint32_t {
     ProcessorItanium = 3,
 };
 
+/// What the system is sold as.
 enum ProductType : uint32_t {
     ProductWorkstation = 1,
     ProductDomainController = 2,
     ProductServer = 3,
 };
 
+/// What is known of the operating system.
 struct OsFacts {
-    uint32_t majorVersion;
-    uint32_t minorVersion;
-    uint32_t buildNumber;
-    uint32_t servicePackMajor;
-    uint32_t servicePackMinor;
-    uint32_t suiteMask; ///< the platform's VER_SUITE bits
-    ProductType productType;
-    ProcessorArchitecture processorArchitecture;
+    uint32_t majorVersion;                       ///< 6 of 6.1
+    uint32_t minorVersion;                       ///< 1 of 6.1
+    uint32_t buildNumber;                        ///< 7601 of 6.1.7601
+    uint32_t servicePackMajor;                   ///< 0 when there is no service pack
+    uint32_t servicePackMinor;                   ///< mostly 0
+    uint32_t suiteMask;                          ///< the platform's VER_SUITE bits
+    ProductType productType;                     ///< workstation or server
+    ProcessorArchitecture processorArchitecture; ///< of the system, not of this process
 };
 
+/// Where the facts stand.
 class OsInfo
 {
 public:
@@ -43,6 +46,7 @@ public:
     /// must not race with queries.
     static void Initialize(const OsFacts &facts, const wchar_t *versionString);
 
+    /// The facts; the reference stays good as long as the library is loaded.
     ORV_API static const OsFacts &GetFacts();
 
     /// The version as text, such as "Windows 6.1.7601 Service Pack 1.0, server, x64"; terminated, valid as

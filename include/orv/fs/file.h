@@ -4,6 +4,7 @@
 
 #include "orv/base.h"
 
+/// What a file was opened for.
 enum OrvFileAccessMode : uint32_t {
     OrvFileNotOpen = 0,
     OrvFileReadOnly = 1,
@@ -19,6 +20,7 @@ public:
     OrvWinFile &operator=(const OrvWinFile &) = delete;
     ORV_API ~OrvWinFile();
 
+    /// Whether there is a file.
     bool IsOpen() const { return accessMode_ != OrvFileNotOpen; }
 
     /// Closes the file that is open and takes the handle over.
@@ -30,6 +32,7 @@ public:
     /// The native handle, or the invalid handle 0xFFFFFFFF.
     void *GetHandle() const { return handle_; }
 
+    /// What the file was opened for.
     OrvFileAccessMode GetAccessMode() const { return accessMode_; }
 
 private:

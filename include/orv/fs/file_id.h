@@ -9,8 +9,9 @@
 #include "orv/base.h"
 #include "orv/text/string_ref.h"
 
+/// An identity: equal bytes, the same file.
 struct OrvFileId {
-    uint8_t bytes[16];
+    uint8_t bytes[16]; ///< the digest
 };
 
 namespace OrvFileIdUtils

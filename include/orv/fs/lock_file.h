@@ -6,6 +6,7 @@
 
 #include "orv/sync/win_mutex.h"
 
+/// The mutex of one file. What it inherits acquires and releases it.
 class OrvBasWinLockFile : public OrvBasWinMutex
 {
 public:
@@ -48,6 +49,7 @@ public:
     /// Releases the lock file that is held, if any.
     ORV_API void Release();
 
+    /// Whether a lock file is held.
     bool IsHeld() const { return held_; }
 
 private:

@@ -1,8 +1,8 @@
 // A reader/writer lock that processes share through a file: byte-range locks over the whole of it. Whoever
 // opens the file may lock it, and the lock ends with the process at the latest.
 //
-// One object holds the lock at most once, in one way, and an object is not locked against itself: one thread
-// at a time may use it.
+// One object holds the lock at most once, in one way. It has no lock of its own for its fields: one thread at
+// a time may use it.
 
 #pragma once
 
@@ -11,6 +11,7 @@
 #include "orv/runtime/heap_object.h"
 #include "orv/security/security_context.h"
 
+/// One party's hold on the lock: the file that it has open, and how it locked it.
 class OrvBasWinLockFileResource : public OrvHeapObject
 {
 public:

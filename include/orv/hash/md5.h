@@ -11,7 +11,7 @@ class OrvMiniHashMd5
 public:
     /// The digest's bytes in the usual order.
     struct HashType {
-        uint8_t bytes[16];
+        uint8_t bytes[16]; ///< the first printed first
     };
 
     ORV_API OrvMiniHashMd5();
@@ -22,6 +22,7 @@ public:
     /// Adds `length` bytes.
     ORV_API void Add(const uint8_t *data, uint32_t length);
 
+    /// Ends the message and gives its digest.
     ORV_API void Get(HashType &digest);
 
     /// The digest inside the object.

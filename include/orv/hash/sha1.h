@@ -14,7 +14,7 @@ class OrvMiniHashSha1
 public:
     /// The digest's bytes in the usual order.
     struct HashType {
-        uint8_t bytes[20];
+        uint8_t bytes[20]; ///< the first printed first
     };
 
     ORV_API OrvMiniHashSha1();
@@ -28,6 +28,7 @@ public:
     /// is added then.
     ORV_API OrvResult Add(const uint8_t *data, uint32_t length);
 
+    /// Ends the message and gives its digest.
     ORV_API void Get(HashType &digest);
     ORV_API HashType Get();
 

@@ -40,13 +40,14 @@ namespace detail
 struct RegistryState;
 }
 
+/// A key: by a parent and a path below it.
 class OrvBasWinRegistryHandle
 {
 public:
-    typedef OrvFlags<OrvBasWinRegistryViewModeValues> ViewMode;
-    typedef OrvStringRefBase<wchar_t> Name;
-    typedef IOrvBackInserter<OrvStringRefBase<wchar_t>> NameInserter;
-    typedef IOrvEnumerator<OrvStringzRefBase<wchar_t>> NameEnumerator;
+    typedef OrvFlags<OrvBasWinRegistryViewModeValues> ViewMode; ///< the view, and bits that are carried along
+    typedef OrvStringRefBase<wchar_t> Name;                     ///< a path or a name
+    typedef IOrvBackInserter<OrvStringRefBase<wchar_t>> NameInserter;  ///< takes names
+    typedef IOrvEnumerator<OrvStringzRefBase<wchar_t>> NameEnumerator; ///< gives names
 
     // Lifetime and parents.
 
@@ -115,6 +116,7 @@ public:
     /// one view; ORV_E_VIEW_ROOT for OrvRegistryViewNode below another root.
     ORV_API OrvResult SetViewMode(ViewMode mode);
 
+    /// The view in which keys are opened.
     ORV_API ViewMode GetViewMode() const;
 
     // Keys. Paths to open are below the parent; paths of all other operations are below the current key.
@@ -186,6 +188,7 @@ public:
     // number of another size; otherwise as QueryValue. Setters return as SetValue. The WithDefault getters
     // give `defaultValue` and ORV_S_NOT_SET when there is no such value.
 
+    /// Of type 3. See above for the results.
     ORV_API OrvResult GetBinaryValue(IOrvBuffer<unsigned char> &bytes, const Name &name);
     ORV_API OrvResult SetBinaryValue(const void *bytes, uint32_t size, const Name &name);
 
@@ -196,6 +199,7 @@ public:
     /// As type 4, or with `bigEndian` as type 5, the bytes turned round.
     ORV_API OrvResult SetDWordValue(uint32_t value, const Name &name, bool bigEndian = false);
 
+    /// Of type 11.
     ORV_API OrvResult GetQWordValue(uint64_t &value, const Name &name);
     ORV_API OrvResult GetQWordValueWithDefault(uint64_t &value, const Name &name, uint64_t defaultValue);
     ORV_API OrvResult SetQWordValue(uint64_t value, const Name &name);
@@ -219,6 +223,7 @@ public:
     ORV_API OrvResult DeleteValue(const Name &name);
     ORV_API OrvResult DeleteValueTransacted(OrvWinTransaction &transaction, const Name &name);
 
+    /// Whether there is such a value.
     ORV_API bool ValueExists(const Name &name);
     ORV_API bool ValueExistsTransacted(OrvWinTransaction &transaction, const Name &name);
 

@@ -39,11 +39,13 @@ enum OrvWinRegistryRights : uint32_t {
     OrvRegistryAllAccess = 0xF003F,
 };
 
+/// The rights of both.
 constexpr OrvWinRegistryRights operator|(OrvWinRegistryRights a, OrvWinRegistryRights b)
 {
     return static_cast<OrvWinRegistryRights>(static_cast<uint32_t>(a) | static_cast<uint32_t>(b));
 }
 
+/// What an account needs for hives.
 enum OrvBasWinRegistryPrivilege : uint32_t {
     OrvRegistryBackupPrivilege = 1,  ///< to save keys
     OrvRegistryRestorePrivilege = 2, ///< to load and to restore them
@@ -62,11 +64,12 @@ enum OrvBasWinRegistryValueType : uint32_t {
     OrvRegistryQWord = 11,
 };
 
+/// What the platform says of a key.
 struct OrvBasWinRegistryKeyInfo {
-    uint64_t lastWriteTime; ///< an OrvTime: 100 ns since 1601
-    uint32_t subKeyCount;
+    uint64_t lastWriteTime;     ///< an OrvTime: 100 ns since 1601
+    uint32_t subKeyCount;       ///< the keys right below it
     uint32_t longestSubKeyName; ///< in characters
-    uint32_t valueCount;
-    uint32_t longestValueName; ///< in characters
-    uint32_t largestValue;     ///< in bytes
+    uint32_t valueCount;        ///< the default value included, when it is set
+    uint32_t longestValueName;  ///< in characters
+    uint32_t largestValue;      ///< in bytes
 };

@@ -12,9 +12,16 @@
 class OrvHeapObject
 {
 public:
+    /// On the process heap; null when that refuses.
     ORV_API static void *operator new(size_t size) noexcept;
+
+    /// Where the caller wants it.
     static void *operator new(size_t, void *place) noexcept { return place; }
     static void *operator new[](size_t size) = delete;
+
+    /// Back to the process heap. Null is allowed.
     ORV_API static void operator delete(void *block) noexcept;
+
+    /// Of the other `new`: does nothing.
     static void operator delete(void *, void *) noexcept {}
 };

@@ -49,8 +49,7 @@ ORV_API bool OrvIsWOW64Process();
 /// OrvNtdll_NtGetTickCount.
 ORV_API unsigned long OrvGetTimestamp();
 
-// Whether an entry was found.
-
+/// Whether the entry was found: only then the wrapper of that name may be called.
 ORV_API bool OrvNtdllIsFnLoaded_RtlGetProductInfo();
 ORV_API bool OrvNtdllIsFnLoaded_RtlGetUnloadEventTraceEx();
 ORV_API bool OrvNtdllIsFnLoaded_RtlAddMandatoryAce();
@@ -65,8 +64,7 @@ ORV_API bool OrvNtdllIsFnLoaded_EtwEventUnregister();
 ORV_API bool OrvNtdllIsFnLoaded_EtwEventWrite();
 ORV_API bool OrvNtdllIsFnLoaded_EtwEventWriteEx();
 
-// The wrappers, in the order in which the table looks its entries up.
-
+/// The platform's function of that name, in the order in which the table looks its entries up.
 ORV_API long OrvNtdll_RtlGetVersion(_OSVERSIONINFOW *version);
 ORV_API unsigned char OrvNtdll_RtlGetProductInfo(unsigned long osMajor, unsigned long osMinor,
                                                  unsigned long servicePackMajor,

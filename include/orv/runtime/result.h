@@ -12,6 +12,7 @@
 
 #include "orv/base.h"
 
+/// Bits 31-30.
 enum _OrvErrorCodeSeverity : uint32_t {
     OrvSeveritySuccess = 0,
     OrvSeverityInformational = 1,
@@ -19,101 +20,132 @@ enum _OrvErrorCodeSeverity : uint32_t {
     OrvSeverityError = 3,
 };
 
-constexpr OrvResult ORV_S_OK = 0;
+/// The codes that have names. An enumeration, so that a debugger knows them: watch "(OrvResultCode)result".
+enum OrvResultCode : OrvResult {
+    /// Plain success.
+    ORV_S_OK = 0,
 
-// Failures.
+    // Failures.
 
-constexpr OrvResult ORV_E_OUT_OF_MEMORY = static_cast<OrvResult>(0xE0010001);
-/// A null pointer, a value outside its enumeration, flags that exclude each other, a zero size.
-constexpr OrvResult ORV_E_INVALID_ARGUMENT = static_cast<OrvResult>(0xE0010002);
-/// A field of a calendar structure lies outside its range.
-constexpr OrvResult ORV_E_FIELD_OUT_OF_RANGE = static_cast<OrvResult>(0xE001000D);
-/// The calling thread does not own the lock.
-constexpr OrvResult ORV_E_NOT_OWNER = static_cast<OrvResult>(0xE0010010);
-/// The registry key or folder does not exist.
-constexpr OrvResult ORV_E_KEY_NOT_FOUND = static_cast<OrvResult>(0xE0010013);
-/// The registry value exists but has another type.
-constexpr OrvResult ORV_E_VALUE_TYPE = static_cast<OrvResult>(0xE0010014);
-/// A path, an environment value or a piece of a compressed stream could not be produced.
-constexpr OrvResult ORV_E_NOT_PRODUCED = static_cast<OrvResult>(0xE0010020);
-/// The text is not a GUID.
-constexpr OrvResult ORV_E_GUID_TEXT = static_cast<OrvResult>(0xE0010027);
-/// The registry view does not exist under this root.
-constexpr OrvResult ORV_E_VIEW_ROOT = static_cast<OrvResult>(0xE0010039);
-/// The system has no separate 32-bit and 64-bit registry views.
-constexpr OrvResult ORV_E_VIEW_NOT_SUPPORTED = static_cast<OrvResult>(0xE001003A);
-/// The operation, or this case of it, is not provided.
-constexpr OrvResult ORV_E_NOT_PROVIDED = static_cast<OrvResult>(0xE001003C);
-constexpr OrvResult ORV_E_FILE_NOT_FOUND = static_cast<OrvResult>(0xE001003D);
-constexpr OrvResult ORV_E_PATH_NOT_FOUND = static_cast<OrvResult>(0xE001003E);
-constexpr OrvResult ORV_E_INVALID_HANDLE = static_cast<OrvResult>(0xE001003F);
-constexpr OrvResult ORV_E_EMPTY = static_cast<OrvResult>(0xE0010040);
-constexpr OrvResult ORV_E_NOT_EMPTY = static_cast<OrvResult>(0xE0010041);
-constexpr OrvResult ORV_E_READ_FAULT = static_cast<OrvResult>(0xE0010042);
-constexpr OrvResult ORV_E_WRITE_FAULT = static_cast<OrvResult>(0xE0010043);
-/// The caller's buffer cannot hold the result and its terminator.
-constexpr OrvResult ORV_E_BUFFER_TOO_SMALL = static_cast<OrvResult>(0xE0010044);
-/// The input breaks the format that the operation expects.
-constexpr OrvResult ORV_E_INVALID_DATA = static_cast<OrvResult>(0xE0010045);
-constexpr OrvResult ORV_E_NO_MORE_FILES = static_cast<OrvResult>(0xE0010046);
-constexpr OrvResult ORV_E_DUPLICATE_NAME = static_cast<OrvResult>(0xE0010047);
-constexpr OrvResult ORV_E_UNSUPPORTED_TYPE = static_cast<OrvResult>(0xE0010048);
-constexpr OrvResult ORV_E_BAD_LENGTH = static_cast<OrvResult>(0xE0010049);
-constexpr OrvResult ORV_E_CHECKSUM = static_cast<OrvResult>(0xE001004A);
-constexpr OrvResult ORV_E_INVALID_NAME = static_cast<OrvResult>(0xE001004B);
-constexpr OrvResult ORV_E_OBJECT_NOT_FOUND = static_cast<OrvResult>(0xE001004C);
-constexpr OrvResult ORV_E_INVALID_ADDRESS = static_cast<OrvResult>(0xE001004D);
-constexpr OrvResult ORV_E_INVALID_ACCESS = static_cast<OrvResult>(0xE001004E);
-constexpr OrvResult ORV_E_ALREADY_EXISTS = static_cast<OrvResult>(0xE001004F);
-constexpr OrvResult ORV_E_NEGATIVE_SEEK = static_cast<OrvResult>(0xE0010051);
-constexpr OrvResult ORV_E_NO_ACCESS = static_cast<OrvResult>(0xE0010052);
-constexpr OrvResult ORV_E_SHARING_VIOLATION = static_cast<OrvResult>(0xE0010053);
-/// The platform lacks the entry point or the feature.
-constexpr OrvResult ORV_E_NOT_SUPPORTED = static_cast<OrvResult>(0xE0010054);
-constexpr OrvResult ORV_E_INVALID_OPERATION = static_cast<OrvResult>(0xE0010055);
-constexpr OrvResult ORV_E_INVALID_FUNCTION = static_cast<OrvResult>(0xE0010056);
-constexpr OrvResult ORV_E_ABORTED = static_cast<OrvResult>(0xE0010057);
-constexpr OrvResult ORV_E_ACCESS_DENIED = static_cast<OrvResult>(0xE0010058);
-/// The time cannot be held by the target representation.
-constexpr OrvResult ORV_E_TIME_OUT_OF_RANGE = static_cast<OrvResult>(0xE0010064);
-/// The duration cannot be held by the target representation.
-constexpr OrvResult ORV_E_DURATION_OUT_OF_RANGE = static_cast<OrvResult>(0xE0010073);
-/// The object is not in a state that allows the operation.
-constexpr OrvResult ORV_E_INVALID_STATE = static_cast<OrvResult>(0xE0010078);
-/// The thread is still running.
-constexpr OrvResult ORV_E_THREAD_RUNNING = static_cast<OrvResult>(0xE001008C);
-constexpr OrvResult ORV_E_DISK_FULL = static_cast<OrvResult>(0xE0010097);
-/// The text to append to has no terminator within its capacity.
-constexpr OrvResult ORV_E_NOT_TERMINATED = static_cast<OrvResult>(0xE0010101);
-/// The data ended before the expected amount was read.
-constexpr OrvResult ORV_E_END_OF_DATA = static_cast<OrvResult>(0xE001018B);
-constexpr OrvResult ORV_E_CONNECTION_REFUSED = static_cast<OrvResult>(0xE0010190);
+    /// The heap refused, or the length is more than 32 bits can count.
+    ORV_E_OUT_OF_MEMORY = static_cast<OrvResult>(0xE0010001),
+    /// A null pointer, a value outside its enumeration, flags that exclude each other, a zero size.
+    ORV_E_INVALID_ARGUMENT = static_cast<OrvResult>(0xE0010002),
+    /// A field of a calendar structure lies outside its range.
+    ORV_E_FIELD_OUT_OF_RANGE = static_cast<OrvResult>(0xE001000D),
+    /// The calling thread does not own the lock.
+    ORV_E_NOT_OWNER = static_cast<OrvResult>(0xE0010010),
+    /// The registry key or folder does not exist.
+    ORV_E_KEY_NOT_FOUND = static_cast<OrvResult>(0xE0010013),
+    /// The registry value exists but has another type.
+    ORV_E_VALUE_TYPE = static_cast<OrvResult>(0xE0010014),
+    /// A path, an environment value or a piece of a compressed stream could not be produced.
+    ORV_E_NOT_PRODUCED = static_cast<OrvResult>(0xE0010020),
+    /// The text is not a GUID.
+    ORV_E_GUID_TEXT = static_cast<OrvResult>(0xE0010027),
+    /// The registry view does not exist under this root.
+    ORV_E_VIEW_ROOT = static_cast<OrvResult>(0xE0010039),
+    /// The system has no separate 32-bit and 64-bit registry views.
+    ORV_E_VIEW_NOT_SUPPORTED = static_cast<OrvResult>(0xE001003A),
+    /// The operation, or this case of it, is not provided.
+    ORV_E_NOT_PROVIDED = static_cast<OrvResult>(0xE001003C),
+    /// The file, the named object, the registry key or value does not exist.
+    ORV_E_FILE_NOT_FOUND = static_cast<OrvResult>(0xE001003D),
+    /// A directory on the way to the name does not exist.
+    ORV_E_PATH_NOT_FOUND = static_cast<OrvResult>(0xE001003E),
+    /// There is no such handle, or it is another kind of object's.
+    ORV_E_INVALID_HANDLE = static_cast<OrvResult>(0xE001003F),
+    /// There is nothing in it.
+    ORV_E_EMPTY = static_cast<OrvResult>(0xE0010040),
+    /// There is something in it.
+    ORV_E_NOT_EMPTY = static_cast<OrvResult>(0xE0010041),
+    /// Reading failed.
+    ORV_E_READ_FAULT = static_cast<OrvResult>(0xE0010042),
+    /// Writing failed.
+    ORV_E_WRITE_FAULT = static_cast<OrvResult>(0xE0010043),
+    /// The caller's buffer cannot hold the result and its terminator.
+    ORV_E_BUFFER_TOO_SMALL = static_cast<OrvResult>(0xE0010044),
+    /// The input breaks the format that the operation expects.
+    ORV_E_INVALID_DATA = static_cast<OrvResult>(0xE0010045),
+    /// The enumeration has come to its end.
+    ORV_E_NO_MORE_FILES = static_cast<OrvResult>(0xE0010046),
+    /// The name is given already.
+    ORV_E_DUPLICATE_NAME = static_cast<OrvResult>(0xE0010047),
+    /// Things of this type cannot be worked with.
+    ORV_E_UNSUPPORTED_TYPE = static_cast<OrvResult>(0xE0010048),
+    /// A length is more than the operation, or the platform behind it, can take.
+    ORV_E_BAD_LENGTH = static_cast<OrvResult>(0xE0010049),
+    /// The checksum is wrong.
+    ORV_E_CHECKSUM = static_cast<OrvResult>(0xE001004A),
+    /// The name cannot be one, for its characters or for its length.
+    ORV_E_INVALID_NAME = static_cast<OrvResult>(0xE001004B),
+    /// What the operation works on is not there.
+    ORV_E_OBJECT_NOT_FOUND = static_cast<OrvResult>(0xE001004C),
+    /// Memory at that address cannot be used.
+    ORV_E_INVALID_ADDRESS = static_cast<OrvResult>(0xE001004D),
+    /// The access asked for makes no sense here.
+    ORV_E_INVALID_ACCESS = static_cast<OrvResult>(0xE001004E),
+    /// There is one already, and it stays.
+    ORV_E_ALREADY_EXISTS = static_cast<OrvResult>(0xE001004F),
+    /// A position before the start.
+    ORV_E_NEGATIVE_SEEK = static_cast<OrvResult>(0xE0010051),
+    /// The memory cannot be accessed that way.
+    ORV_E_NO_ACCESS = static_cast<OrvResult>(0xE0010052),
+    /// Somebody else has it open and does not share it that way.
+    ORV_E_SHARING_VIOLATION = static_cast<OrvResult>(0xE0010053),
+    /// The platform lacks the entry point or the feature.
+    ORV_E_NOT_SUPPORTED = static_cast<OrvResult>(0xE0010054),
+    /// The operation makes no sense now, such as a lock that would wait for itself.
+    ORV_E_INVALID_OPERATION = static_cast<OrvResult>(0xE0010055),
+    /// The platform has no such function for this kind of object.
+    ORV_E_INVALID_FUNCTION = static_cast<OrvResult>(0xE0010056),
+    /// The operation was cancelled.
+    ORV_E_ABORTED = static_cast<OrvResult>(0xE0010057),
+    /// The caller does not have the right.
+    ORV_E_ACCESS_DENIED = static_cast<OrvResult>(0xE0010058),
+    /// The time cannot be held by the target representation.
+    ORV_E_TIME_OUT_OF_RANGE = static_cast<OrvResult>(0xE0010064),
+    /// The duration cannot be held by the target representation.
+    ORV_E_DURATION_OUT_OF_RANGE = static_cast<OrvResult>(0xE0010073),
+    /// The object is not in a state that allows the operation.
+    ORV_E_INVALID_STATE = static_cast<OrvResult>(0xE0010078),
+    /// The thread is still running.
+    ORV_E_THREAD_RUNNING = static_cast<OrvResult>(0xE001008C),
+    /// There is no room on the volume.
+    ORV_E_DISK_FULL = static_cast<OrvResult>(0xE0010097),
+    /// The text to append to has no terminator within its capacity.
+    ORV_E_NOT_TERMINATED = static_cast<OrvResult>(0xE0010101),
+    /// The data ended before the expected amount was read.
+    ORV_E_END_OF_DATA = static_cast<OrvResult>(0xE001018B),
+    /// The other side does not take the connection.
+    ORV_E_CONNECTION_REFUSED = static_cast<OrvResult>(0xE0010190),
 
-// Warnings: failures too, since they are below zero.
+    // Warnings: failures too, since they are below zero.
 
-/// The wait interval elapsed, or the lock could not be taken at once and the caller did not want to wait.
-constexpr OrvResult ORV_W_TIMEOUT = static_cast<OrvResult>(0xA0010004);
-/// The thread has not ended, so it has no exit code yet.
-constexpr OrvResult ORV_W_STILL_ACTIVE = static_cast<OrvResult>(0xA001000A);
-/// The second instant precedes the first.
-constexpr OrvResult ORV_W_NEGATIVE_DURATION = static_cast<OrvResult>(0xA001005B);
+    /// The wait interval elapsed, or the lock could not be taken at once and the caller did not want to wait.
+    ORV_W_TIMEOUT = static_cast<OrvResult>(0xA0010004),
+    /// The thread has not ended, so it has no exit code yet.
+    ORV_W_STILL_ACTIVE = static_cast<OrvResult>(0xA001000A),
+    /// The second instant precedes the first.
+    ORV_W_NEGATIVE_DURATION = static_cast<OrvResult>(0xA001005B),
 
-// Successes with a remark.
+    // Successes with a remark.
 
-/// The mutex was acquired, but its owner had ended without releasing it.
-constexpr OrvResult ORV_S_ABANDONED = 0x60010003;
-/// There was nothing to remove.
-constexpr OrvResult ORV_S_OBJECT_NOT_FOUND = 0x6001004C;
-/// A named object was opened because it already existed.
-constexpr OrvResult ORV_S_ALREADY_EXISTS = 0x6001004F;
-/// The feature is not available on this system, and the call did nothing.
-constexpr OrvResult ORV_S_NOT_SUPPORTED = 0x60010054;
-/// The end marker was converted to or from its structure.
-constexpr OrvResult ORV_S_END_OF_TIME = 0x60010064;
-/// What was asked for is not set, and an empty or default answer was given.
-constexpr OrvResult ORV_S_NOT_SET = 0x6001006A;
-/// Fewer bytes than asked for were available and were returned, or the stream is complete.
-constexpr OrvResult ORV_S_END_OF_DATA = 0x6001018B;
+    /// The mutex was acquired, but its owner had ended without releasing it.
+    ORV_S_ABANDONED = 0x60010003,
+    /// There was nothing to remove.
+    ORV_S_OBJECT_NOT_FOUND = 0x6001004C,
+    /// A named object was opened because it already existed.
+    ORV_S_ALREADY_EXISTS = 0x6001004F,
+    /// The feature is not available on this system, and the call did nothing.
+    ORV_S_NOT_SUPPORTED = 0x60010054,
+    /// The end marker was converted to or from its structure.
+    ORV_S_END_OF_TIME = 0x60010064,
+    /// What was asked for is not set, and an empty or default answer was given.
+    ORV_S_NOT_SET = 0x6001006A,
+    /// Fewer bytes than asked for were available and were returned, or the stream is complete.
+    ORV_S_END_OF_DATA = 0x6001018B,
+};
 
 /// Makes a result code from a Win32 error number. A number that has an own code gives that code with bit 29
 /// and facility 1; any other is carried in facility 7, cut to its low 16 bits. Zero is not special here:

@@ -27,6 +27,7 @@ enum OrvMandatoryLevel : uint32_t {
     OrvMandatorySystem = 4,
 };
 
+/// Entries and a level, and the descriptor that they make.
 class OrvSecurityCtx
 {
 public:

@@ -11,6 +11,7 @@ public:
     /// The native descriptor must outlive this object; null stands for none.
     explicit OrvWinSecurityDescriptor(void *native = nullptr) : native_(native) {}
 
+    /// The native descriptor, or null.
     void *GetNative() const { return native_; }
 
 private:

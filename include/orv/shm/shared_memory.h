@@ -22,6 +22,7 @@ namespace detail
 struct SharedHeapBlock;
 }
 
+/// What a client opens a section for; they combine.
 enum OrvAccessFlagsValues : uint32_t {
     OrvAccessRead = 0x1,
     OrvAccessWrite = 0x2,
@@ -50,11 +51,11 @@ public:
 protected:
     ORV_API OrvSharedMemoryBase();
 
-    OrvBasSyncNamed naming_;
-    void *section_ = reinterpret_cast<void *>(-1);
-    detail::SharedHeapBlock *heapBlock_ = nullptr;
-    uint32_t heapSize_ = 0;
-    uint32_t access_ = 0; ///< with bit 0x2 views may be written to
+    OrvBasSyncNamed naming_;                       ///< id and name space
+    void *section_ = reinterpret_cast<void *>(-1); ///< its handle, or the invalid one
+    detail::SharedHeapBlock *heapBlock_ = nullptr; ///< null when there is none
+    uint32_t heapSize_ = 0;                        ///< of the block, in bytes
+    uint32_t access_ = 0;                          ///< with bit 0x2 views may be written to
 
     friend class OrvSharedMemoryClient;
     friend class OrvSharedMemoryView;
@@ -62,6 +63,7 @@ protected:
 
 static_assert(sizeof(OrvSharedMemoryBase) == 284, "fixed layout");
 
+/// Makes the memory.
 class OrvSharedMemoryServer : public OrvSharedMemoryBase
 {
 public:
@@ -87,6 +89,7 @@ public:
     ORV_API OrvResult Destroy();
 };
 
+/// Joins the memory that a server made.
 class OrvSharedMemoryClient : public OrvSharedMemoryBase
 {
 public:
@@ -104,13 +107,14 @@ public:
                            OrvFlags<OrvAccessFlagsValues> access);
 
     /// Closes what is held and shares the memory of a server in this process: its heap block, or its section
-    /// to be read only.
+    /// with the right to read. Views of that are read-only by themselves in a client that never opened
+    /// anything; after an Open they have to be asked for read-only.
     ///
     /// Returns 0, or the converted status, ORV_E_INVALID_HANDLE when the server holds nothing; nothing is
     /// held then.
     ORV_API OrvResult Connect(OrvSharedMemoryServer &server);
 
-    /// Takes a section over. One that is held is not closed.
+    /// Takes a section over. One that is held is not closed. Views are as after Connect.
     ORV_API void AttachToSection(void *handle);
 
     /// Gives the section up to the caller: the invalid handle 0xFFFFFFFF when there is none.

@@ -9,6 +9,7 @@
 class OrvMemoryStream : public IOrvStream
 {
 public:
+    /// Over `size` bytes, from the first on.
     OrvMemoryStream(const void *bytes, uint32_t size)
         : bytes_(static_cast<const uint8_t *>(bytes)), size_(size), position_(0)
     {
@@ -19,6 +20,8 @@ public:
 
     /// Returns 0, or ORV_E_INVALID_ARGUMENT behind the end; the position is then as it was.
     ORV_API OrvResult SetPosition(uint64_t position) override;
+
+    /// How many bytes there are. Always 0.
     ORV_API OrvResult GetSize(uint64_t &size) override;
 
     /// Returns 0, or ORV_E_END_OF_DATA, and 0 bytes, at the end.
@@ -46,11 +49,14 @@ public:
     /// Forgets all bytes and goes to the start; the buffer stays.
     ORV_API void Clear();
 
+    /// Where reading goes on. Always 0.
     ORV_API OrvResult GetPosition(uint64_t &position) override;
 
     /// Where reading goes on. Returns 0, or ORV_E_INVALID_ARGUMENT behind the end; the position is then as it
     /// was.
     ORV_API OrvResult SetPosition(uint64_t position) override;
+
+    /// How many bytes there are. Always 0.
     ORV_API OrvResult GetSize(uint64_t &size) override;
 
     /// Returns 0, or ORV_E_END_OF_DATA, and 0 bytes, at the end.

@@ -11,10 +11,19 @@
 class IOrvStream
 {
 public:
+    /// Ends the use of the stream.
     virtual OrvResult Close() { return ORV_E_NOT_PROVIDED; }
+
+    /// Hands on what was written.
     virtual OrvResult Flush() { return ORV_E_NOT_PROVIDED; }
+
+    /// Where the stream stands, in bytes from its start.
     virtual OrvResult GetPosition(uint64_t & /*position*/) { return ORV_E_NOT_PROVIDED; }
+
+    /// Where it goes on.
     virtual OrvResult SetPosition(uint64_t /*position*/) { return ORV_E_NOT_PROVIDED; }
+
+    /// How many bytes it has.
     virtual OrvResult GetSize(uint64_t & /*size*/) { return ORV_E_NOT_PROVIDED; }
 
     /// Reads at most `size` bytes and stores how many they were. There may be fewer at any time.

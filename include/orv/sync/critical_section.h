@@ -8,6 +8,7 @@
 
 #include "orv/base.h"
 
+/// One critical section.
 class OrvBasCriticalSection
 {
 public:

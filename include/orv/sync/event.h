@@ -6,9 +6,11 @@
 
 struct _OBJECT_ATTRIBUTES;
 
+/// An event of this process, unless it is handed on by its handle.
 class OrvBasEvent : public OrvBasWaitable
 {
 public:
+    /// Who ends the signal.
     enum ResetType : uint32_t {
         ManualReset = 0, ///< stays signalled until it is reset
         AutoReset = 1,   ///< releases one waiter and resets itself; any other non-zero value means the same

@@ -4,6 +4,7 @@
 
 #include "orv/sync/waitable.h"
 
+/// Waits on any handle that can be waited on.
 class OrvBasWinHandleWaitable : public OrvBasWaitable
 {
 public:

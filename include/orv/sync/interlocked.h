@@ -5,6 +5,7 @@
 
 extern "C" {
 
+/// As the compiler's own: they give the value of before, and the new one for the last two.
 long __cdecl _InterlockedCompareExchange(long volatile *target, long exchange, long comparand);
 long __cdecl _InterlockedDecrement(long volatile *target);
 long __cdecl _InterlockedIncrement(long volatile *target);

@@ -5,6 +5,7 @@
 
 #include "orv/sync/waitable.h"
 
+/// A mutex of this process, unless it is handed on by its handle.
 class OrvBasMutex : public OrvBasWaitable
 {
 public:

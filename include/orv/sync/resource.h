@@ -29,6 +29,7 @@
 #include "orv/sync/event.h"
 #include "orv/sync/semaphore.h"
 
+/// One reader/writer lock, of one process.
 class OrvBasResource : public OrvHeapObject
 {
 public:

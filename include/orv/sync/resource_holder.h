@@ -9,6 +9,7 @@
 class OrvBasResourceHolder
 {
 public:
+    /// How the resource is acquired.
     enum LockType : uint32_t {
         Exclusive = 0,
         Shared = 1,

@@ -6,6 +6,7 @@
 
 struct _OBJECT_ATTRIBUTES;
 
+/// A semaphore of this process, unless it is handed on by its handle.
 class OrvBasSemaphore : public OrvBasWaitable
 {
 public:

@@ -10,6 +10,7 @@
 
 class OrvBasSparseNonrecursiveLock;
 
+/// The events of any number of sparse locks.
 class OrvBasSparseLockManager
 {
 public:

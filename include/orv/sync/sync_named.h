@@ -4,6 +4,7 @@
 
 #include "orv/base.h"
 
+/// Who shares the object.
 enum OrvBasSyncObjectNameSpace : uint32_t {
     OrvBasSyncGlobal = 0,  ///< shared by all sessions
     OrvBasSyncSession = 1, ///< the caller's session; as a name's place any other value means the same
@@ -14,6 +15,7 @@ enum OrvBasSyncObjectNameSpace : uint32_t {
 class OrvBasSyncNamed
 {
 public:
+    /// The directory of the name.
     enum NamedObjectRoot : uint32_t {
         SessionRoot = 0, ///< "\Sessions\N\BaseNamedObjects", N the caller's session, be it 0
         BaseRoot = 1,    ///< "\BaseNamedObjects"; any other value means the same
@@ -22,6 +24,7 @@ public:
     /// Id 0 means that the object has no name.
     ORV_API OrvBasSyncNamed(unsigned long objectId, OrvBasSyncObjectNameSpace nameSpace);
 
+    /// Another id, and another place.
     ORV_API void SetObjectId(unsigned long objectId, OrvBasSyncObjectNameSpace nameSpace);
 
     /// Whether the id is not 0.

@@ -13,6 +13,7 @@
 #include "orv/base.h"
 #include "orv/runtime/heap_object.h"
 
+/// What a waitable holds.
 enum OrvBasWaitableResourceType : uint32_t {
     OrvBasWaitableNone = 0,
     OrvBasWaitableHandle = 1,      ///< a native handle; owned, closed when it is released
@@ -31,6 +32,7 @@ protected:
     ~OrvBasSelfWaiting() = default;
 };
 
+/// What can be waited on, whatever that is.
 class OrvBasWaitable : public OrvHeapObject
 {
 public:
@@ -74,6 +76,7 @@ public:
     /// Empties the waitable and releases nothing: a handle now belongs to the caller.
     ORV_API void DetachResource();
 
+    /// What the waitable holds.
     ORV_API OrvBasWaitableResourceType GetResourceType();
 
     /// The waitable forwarded to, or null when the resource is not a forward.

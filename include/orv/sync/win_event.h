@@ -18,11 +18,13 @@ enum OrvWinEventRights : uint32_t {
     OrvWinEventAllAccess = 0x1F0003,
 };
 
+/// The rights of both.
 constexpr OrvWinEventRights operator|(OrvWinEventRights a, OrvWinEventRights b)
 {
     return static_cast<OrvWinEventRights>(static_cast<uint32_t>(a) | static_cast<uint32_t>(b));
 }
 
+/// An event with a name.
 class OrvBasWinEvent : public OrvBasEvent
 {
 public:

@@ -17,11 +17,13 @@ enum OrvWinMutexRights : uint32_t {
     OrvWinMutexAllAccess = 0x1F0001,
 };
 
+/// The rights of both.
 constexpr OrvWinMutexRights operator|(OrvWinMutexRights a, OrvWinMutexRights b)
 {
     return static_cast<OrvWinMutexRights>(static_cast<uint32_t>(a) | static_cast<uint32_t>(b));
 }
 
+/// A mutex with a name.
 class OrvBasWinMutex : public OrvBasMutex
 {
 public:

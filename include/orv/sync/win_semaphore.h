@@ -18,11 +18,13 @@ enum OrvWinSemaphoreRights : uint32_t {
     OrvWinSemaphoreAllAccess = 0x1F0003,
 };
 
+/// The rights of both.
 constexpr OrvWinSemaphoreRights operator|(OrvWinSemaphoreRights a, OrvWinSemaphoreRights b)
 {
     return static_cast<OrvWinSemaphoreRights>(static_cast<uint32_t>(a) | static_cast<uint32_t>(b));
 }
 
+/// A semaphore with a name.
 class OrvBasWinSemaphore : public OrvBasSemaphore
 {
 public:

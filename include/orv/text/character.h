@@ -70,6 +70,7 @@ ORV_API inline bool OrvIsASCIIWhiteSpace(char character)
     return character == 32 || character == 9 || character == 10 || character == 13 || character == 11;
 }
 
+/// The same for UTF-16.
 ORV_API inline bool OrvIsASCIIWhiteSpace(wchar_t character)
 {
     return character == 32 || character == 9 || character == 10 || character == 13 || character == 11;
@@ -81,6 +82,7 @@ ORV_API inline char OrvToASCIILower(char character)
     return static_cast<char>(character >= 'A' && character <= 'Z' ? character + 32 : character);
 }
 
+/// The same for UTF-16.
 ORV_API inline wchar_t OrvToASCIILower(wchar_t character)
 {
     return static_cast<wchar_t>(character >= L'A' && character <= L'Z' ? character + 32 : character);
@@ -92,6 +94,7 @@ ORV_API inline char OrvToASCIIUpper(char character)
     return static_cast<char>(character >= 'a' && character <= 'z' ? character - 32 : character);
 }
 
+/// The same for UTF-16.
 ORV_API inline wchar_t OrvToASCIIUpper(wchar_t character)
 {
     return static_cast<wchar_t>(character >= L'a' && character <= L'z' ? character - 32 : character);

@@ -48,6 +48,7 @@
 #include "orv/base.h"
 #include "orv/text/string_ref.h"
 
+/// The pages.
 enum OrvCodePage : uint32_t {
     OrvCodePageDefault = 0, ///< the platform's ANSI page
     OrvCodePageAnsi = 1,    ///< the platform's ANSI page towards UTF-16, Latin-1 in every other direction

@@ -97,8 +97,7 @@ ORV_API OrvResult OrvBasAppendFormatV(OrvBasAppendable<char> &target, const char
 ORV_API OrvResult OrvBasAppendFormatV(OrvBasAppendable<wchar_t> &target, const wchar_t *format,
                                       va_list arguments);
 
-// The same with the arguments behind the format.
-
+/// OrvFormatStringV, with the arguments behind the format.
 inline OrvResult OrvFormatString(OrvCodePage codePage, wchar_t *buffer, uint32_t capacity, uint32_t *written,
                                  const wchar_t *format, ...)
 {
@@ -109,6 +108,7 @@ inline OrvResult OrvFormatString(OrvCodePage codePage, wchar_t *buffer, uint32_t
     return result;
 }
 
+/// OrvFormatStringV, with the arguments behind the format.
 inline OrvResult OrvFormatString(OrvCodePage codePage, char *buffer, uint32_t capacity, uint32_t *written,
                                  const char *format, ...)
 {
@@ -119,6 +119,7 @@ inline OrvResult OrvFormatString(OrvCodePage codePage, char *buffer, uint32_t ca
     return result;
 }
 
+/// OrvFormatStringV, with the arguments behind the format.
 inline OrvResult OrvFormatString(OrvCodePage codePage, _ORV_UTF16CHAR_STR &target, const wchar_t *format, ...)
 {
     va_list arguments;
@@ -128,6 +129,7 @@ inline OrvResult OrvFormatString(OrvCodePage codePage, _ORV_UTF16CHAR_STR &targe
     return result;
 }
 
+/// OrvFormatStringV, with the arguments behind the format.
 inline OrvResult OrvFormatString(OrvCodePage codePage, OrvUtf16CharHeapBuffer &target, const wchar_t *format,
                                  ...)
 {
@@ -138,6 +140,7 @@ inline OrvResult OrvFormatString(OrvCodePage codePage, OrvUtf16CharHeapBuffer &t
     return result;
 }
 
+/// OrvAppendFormatStringV, with the arguments behind the format.
 inline OrvResult OrvAppendFormatString(OrvCodePage codePage, OrvUtf16CharHeapBuffer &target,
                                        const wchar_t *format, ...)
 {
@@ -148,6 +151,7 @@ inline OrvResult OrvAppendFormatString(OrvCodePage codePage, OrvUtf16CharHeapBuf
     return result;
 }
 
+/// OrvFormatStringV, with the arguments behind the format.
 inline OrvResult OrvFormatString(const OrvMutableStringRefBase2<wchar_t, 0> &target, const wchar_t *format,
                                  ...)
 {
@@ -158,6 +162,7 @@ inline OrvResult OrvFormatString(const OrvMutableStringRefBase2<wchar_t, 0> &tar
     return result;
 }
 
+/// OrvAppendFormatStringV, with the arguments behind the format.
 inline OrvResult OrvAppendFormatString(const OrvMutableStringRefBase2<wchar_t, 0> &target,
                                        const wchar_t *format, ...)
 {
@@ -168,6 +173,7 @@ inline OrvResult OrvAppendFormatString(const OrvMutableStringRefBase2<wchar_t, 0
     return result;
 }
 
+/// OrvBasAppendFormatV, with the arguments behind the format.
 inline OrvResult OrvBasAppendFormat(OrvBasAppendable<char> &target, const char *format, ...)
 {
     va_list arguments;
@@ -177,6 +183,7 @@ inline OrvResult OrvBasAppendFormat(OrvBasAppendable<char> &target, const char *
     return result;
 }
 
+/// OrvBasAppendFormatV, with the arguments behind the format.
 inline OrvResult OrvBasAppendFormat(OrvBasAppendable<wchar_t> &target, const wchar_t *format, ...)
 {
     va_list arguments;

@@ -6,8 +6,9 @@
 #include "orv/base.h"
 #include "orv/text/string_ref.h"
 
+/// Sixteen bytes, aligned at any address.
 struct _OrvGuid {
-    uint8_t bytes[16];
+    uint8_t bytes[16]; ///< in the order in which they are printed
 };
 
 static_assert(sizeof(_OrvGuid) == 16 && alignof(_OrvGuid) == 1, "fixed layout");

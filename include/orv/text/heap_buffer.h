@@ -20,11 +20,12 @@
 /// The constant empty text, of either width: all of its bytes are 0.
 ORV_API extern const wchar_t OrvEmptyText[1];
 
+/// A string that owns its array.
 template <typename T>
 class OrvCharHeapBuffer
 {
 public:
-    typedef typename OrvDescriptorOf<T>::Type Descriptor;
+    typedef typename OrvDescriptorOf<T>::Type Descriptor; ///< of the same width
 
     constexpr OrvCharHeapBuffer() : text_{0, 0, nullptr} {}
     OrvCharHeapBuffer(const OrvCharHeapBuffer &) = delete;
@@ -56,6 +57,7 @@ public:
     /// What the array can hold, terminator included.
     uint32_t GetCapacity() const { return text_.capacity; }
 
+    /// Whether the text has no characters; there may be an array all the same.
     bool IsEmpty() const { return text_.length == 0; }
 
     /// The terminated text; never null.
@@ -64,14 +66,14 @@ public:
         return text_.length != 0 ? text_.characters : reinterpret_cast<const T *>(OrvEmptyText);
     }
 
+    /// The descriptor itself, for operations that take one.
     Descriptor &GetInternal() { return text_; }
     const Descriptor &GetInternal() const { return text_; }
 
     /// The array; null when there is none.
     T *GetBuffer() { return text_.characters; }
 
-    // The index is not checked.
-
+    /// A character. The index is not checked.
     T &Element(uint32_t index) { return text_.characters[index]; }
     const T &ConstElement(uint32_t index) const { return text_.characters[index]; }
     T &operator[](uint32_t index) { return text_.characters[index]; }
@@ -114,6 +116,7 @@ private:
     Descriptor text_;
 };
 
+/// UTF-16 text, and bytes.
 typedef OrvCharHeapBuffer<wchar_t> OrvUtf16CharHeapBuffer;
 typedef OrvCharHeapBuffer<char> OrvMbCharHeapBuffer;
 

@@ -18,8 +18,10 @@ public:
     /// Terminated; never null.
     const wchar_t *GetCharacters() const override { return buffer_.GetValue(); }
 
+    /// In characters.
     uint32_t GetLength() const override { return buffer_.GetInternal().length; }
 
+    /// The heap buffer itself.
     OrvUtf16CharHeapBuffer &GetBuffer() { return buffer_; }
 
 private:
@@ -36,6 +38,7 @@ public:
     /// Null while there has been no byte.
     unsigned char *GetElements() override { return reinterpret_cast<unsigned char *>(bytes_.GetBuffer()); }
 
+    /// In bytes.
     uint32_t GetSize() const override { return bytes_.GetInternal().length; }
 
 private:

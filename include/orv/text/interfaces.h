@@ -27,6 +27,7 @@ public:
     /// Replaces the content with `length` characters.
     virtual OrvResult Set(const T *characters, uint32_t length) = 0;
 
+    /// The content and its length; not necessarily terminated.
     virtual const T *GetCharacters() const = 0;
     virtual uint32_t GetLength() const = 0;
 
@@ -42,6 +43,7 @@ public:
     /// Keeps the elements up to the smaller of both sizes; new ones hold anything.
     virtual OrvResult Resize(uint32_t size) = 0;
 
+    /// The elements and their number.
     virtual T *GetElements() = 0;
     virtual uint32_t GetSize() const = 0;
 

@@ -15,9 +15,9 @@ struct _ORV_UTF16CHAR_STR {
 
 /// A byte array of the caller.
 struct _ORV_MBCHAR_STR {
-    uint32_t length;
-    uint32_t capacity;
-    char *characters;
+    uint32_t length;   ///< as above, in bytes
+    uint32_t capacity; ///< as above, in bytes
+    char *characters;  ///< as above
 };
 
 static_assert(offsetof(_ORV_UTF16CHAR_STR, capacity) == 4 && sizeof(_ORV_UTF16CHAR_STR) == 12,
@@ -27,21 +27,26 @@ static_assert(offsetof(_ORV_MBCHAR_STR, capacity) == 4 && sizeof(_ORV_MBCHAR_STR
 /// The descriptor type for a character type, for code written once for both widths.
 template <typename T>
 struct OrvDescriptorOf;
+
+/// The descriptor of UTF-16 text.
 template <>
 struct OrvDescriptorOf<wchar_t> {
-    typedef _ORV_UTF16CHAR_STR Type;
+    typedef _ORV_UTF16CHAR_STR Type; ///< for UTF-16
 };
+
+/// The descriptor of a byte string.
 template <>
 struct OrvDescriptorOf<char> {
-    typedef _ORV_MBCHAR_STR Type;
+    typedef _ORV_MBCHAR_STR Type; ///< for bytes
 };
 
 /// Text to read: not owned, not necessarily terminated.
 template <typename T, int = 0>
 struct OrvStringRefBase {
-    const T *characters;
-    uint32_t length; ///< OrvTerminated: the characters are terminated and are to be counted
+    const T *characters; ///< may be null when the length is 0
+    uint32_t length;     ///< OrvTerminated: the characters are terminated and are to be counted
 
+    /// No text, a terminated one, or so many characters.
     constexpr OrvStringRefBase() : characters(nullptr), length(0) {}
     constexpr OrvStringRefBase(const T *terminated) : characters(terminated), length(OrvTerminated) {}
     constexpr OrvStringRefBase(const T *text, uint32_t count) : characters(text), length(count) {}
@@ -52,16 +57,17 @@ static_assert(sizeof(OrvStringRefBase<wchar_t>) == 8, "fixed layout");
 /// Text to read that has a terminator, so that its characters can be passed on as they are.
 template <typename T, int = 0>
 struct OrvStringzRefBase {
-    const T *characters;
+    const T *characters; ///< terminated
 
+    /// A terminated text.
     constexpr OrvStringzRefBase(const T *terminated) : characters(terminated) {}
 };
 
 /// The part of a writable reference that follows its owner: the current array and length.
 template <typename T>
 struct OrvMutableStringView {
-    T *characters; ///< null while the owner holds no characters
-    uint32_t length;
+    T *characters;   ///< null while the owner holds no characters
+    uint32_t length; ///< in characters
 };
 
 /// How a writable reference reaches the owner of its characters. Each operation stores what changed back into
@@ -86,9 +92,9 @@ struct OrvMutableStringOperations {
 /// const reference, because it is a handle: its view is brought up to date as the owner changes.
 template <typename T, int = 0>
 struct OrvMutableStringRefBase2 {
-    const OrvMutableStringOperations<T> *operations;
-    void *owner;
-    mutable OrvMutableStringView<T> view;
+    const OrvMutableStringOperations<T> *operations; ///< how the owner is reached
+    void *owner;                                     ///< what they are given
+    mutable OrvMutableStringView<T> view;            ///< what the owner holds at the moment
 };
 
 static_assert(sizeof(OrvMutableStringRefBase2<wchar_t>) == 16, "fixed layout");

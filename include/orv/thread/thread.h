@@ -26,9 +26,11 @@ enum OrvPriority : int32_t {
     OrvPriorityIdle = 19,
 };
 
+/// One thread at a time, and the way to ask it to stop.
 class OrvBasThread : public OrvBasWaitable
 {
 public:
+    /// How a thread starts, runs and ends; they combine.
     enum ThreadFlag : uint32_t {
         /// Reads and writes of the thread give way to all others, as in the background mode of the platform.
         /// Does nothing on systems without I/O priorities.
@@ -42,6 +44,7 @@ public:
         ThreadStartsSuspended = 0x8,
     };
 
+    /// Where a thread stands.
     enum ThreadState : uint32_t {
         ThreadNotStarted = 1,
         ThreadRunning = 2,
@@ -146,6 +149,7 @@ public:
     /// The id of the thread started last; 0 before.
     ORV_API unsigned long GetId() const;
 
+    /// The id of the calling thread.
     ORV_API static unsigned long GetCurrentThreadId();
 
     /// SetThreadName for the calling thread.

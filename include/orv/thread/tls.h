@@ -11,6 +11,7 @@
 
 #include "orv/base.h"
 
+/// One key.
 class OrvTls
 {
 public:

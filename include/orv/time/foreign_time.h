@@ -35,7 +35,7 @@ ORV_API OrvResult OrvConvertOrvTimeToTimeval(timeval &value, OrvTime time);
 ORV_API OrvResult OrvConvertTimevalToOrvTime(OrvTime &time, const timeval &value);
 
 /// A broken-down time of the C library, from 1601 on: this conversion does not stop at 1970. Days of the week
-/// and of the year and the daylight flag are not read.
+/// and of the year and the daylight flag are not read; of the other fields the low 16 bits are.
 ///
 /// Returns 0, or ORV_E_INVALID_ARGUMENT for fields that are no date and time.
 ORV_API OrvResult OrvConvertTMToOrvTime(OrvTime &time, const tm &value);

@@ -33,7 +33,7 @@ ORV_API OrvResult OrvConvertOrvTimeDifferenceToStruct(OrvTimeDifferenceStruct &s
 ORV_API OrvResult OrvConvertOrvTimeDifferenceToStruct(OrvTimeDifferenceStruct &structure, OrvTime first,
                                                       OrvTime second);
 
-/// The 100-ns units of a duration, from fields of any size. Always 0.
+/// The 100-ns units of a duration, from fields of any size; nanoseconds count in steps of 100. Always 0.
 ORV_API OrvResult OrvConvertStructToOrvTimeDifference(int64_t &difference,
                                                       const OrvTimeDifferenceStruct &structure);
 

@@ -9,6 +9,7 @@
 
 #include "orv/base.h"
 
+/// An instant, in units of 100 ns since 1601.
 typedef uint64_t OrvTime;
 
 /// The end marker.
@@ -17,9 +18,11 @@ constexpr OrvTime OrvTimeEnd = 0xFFFFFFFFFFFFFFFF;
 /// 1970-01-01 00:00:00, the first instant that conversions accept.
 constexpr OrvTime OrvTimeFloor = 116444736000000000;
 
+/// Durations in units of 100 ns.
 constexpr OrvTime OrvTimeUnitsPerSecond = 10000000;
 constexpr OrvTime OrvTimeUnitsPerDay = 86400 * OrvTimeUnitsPerSecond;
 
+/// From 1 on.
 enum OrvMonth : uint32_t {
     OrvJanuary = 1,
     OrvFebruary,
@@ -35,6 +38,7 @@ enum OrvMonth : uint32_t {
     OrvDecember,
 };
 
+/// From Sunday, 0, on.
 enum OrvDayOfWeek : uint32_t {
     OrvSunday = 0,
     OrvMonday,
@@ -49,16 +53,16 @@ enum OrvDayOfWeek : uint32_t {
 ///
 /// The end marker's structure is 1600-12-31 with every other field 0.
 struct OrvTimeStruct {
-    uint16_t year; ///< 1970, not 70
-    OrvMonth month;
+    uint16_t year;          ///< 1970, not 70
+    OrvMonth month;         ///< 1 to 12
     OrvDayOfWeek dayOfWeek; ///< comes with a conversion, and is never read by one to an OrvTime
     uint16_t day;           ///< 1 to 31
-    uint16_t hour;
-    uint16_t minute;
-    uint16_t second;
-    uint16_t millisecond; ///< 0 to 999
-    uint16_t microsecond; ///< 0 to 999, within the millisecond
-    uint16_t nanosecond;  ///< 0 to 900 in steps of 100, within the microsecond
+    uint16_t hour;          ///< 0 to 23
+    uint16_t minute;        ///< 0 to 59
+    uint16_t second;        ///< 0 to 59
+    uint16_t millisecond;   ///< 0 to 999
+    uint16_t microsecond;   ///< 0 to 999, within the millisecond
+    uint16_t nanosecond;    ///< 0 to 900 in steps of 100, within the microsecond
 
     /// How deep a comparison goes: the named field is the last one that counts. Below ResolutionYear counts
     /// as ResolutionYear, above ResolutionNanosecond as ResolutionNanosecond.
@@ -114,14 +118,15 @@ static_assert(sizeof(OrvTimeStruct) == 28 && offsetof(OrvTimeStruct, dayOfWeek) 
 
 /// A duration without a sign.
 struct OrvTimeDifferenceStruct {
-    uint16_t days;
-    uint16_t hours;
-    uint16_t minutes;
-    uint16_t seconds;
-    uint16_t milliseconds;
-    uint16_t microseconds;
-    uint16_t nanoseconds; ///< in steps of 100
+    uint16_t days;         ///< up to 65,535
+    uint16_t hours;        ///< 0 to 23, or more when the days do not hold all
+    uint16_t minutes;      ///< 0 to 59
+    uint16_t seconds;      ///< 0 to 59
+    uint16_t milliseconds; ///< 0 to 999
+    uint16_t microseconds; ///< 0 to 999, within the millisecond
+    uint16_t nanoseconds;  ///< in steps of 100
 
+    /// No time, or these fields.
     constexpr OrvTimeDifferenceStruct() : OrvTimeDifferenceStruct(0, 0, 0, 0, 0, 0, 0) {}
     constexpr OrvTimeDifferenceStruct(uint16_t dayCount, uint16_t hourCount, uint16_t minuteCount,
                                       uint16_t secondCount, uint16_t millisecondCount,

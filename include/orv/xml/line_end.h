@@ -4,6 +4,7 @@
 
 #include "orv/base.h"
 
+/// What stands at the end of a line.
 enum LineEndSequence : uint32_t {
     LineEndLf = 0,   ///< line feed
     LineEndCr = 1,   ///< carriage return

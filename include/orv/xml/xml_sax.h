@@ -8,11 +8,12 @@
 /// What receives the events. A view lasts for its call; its length is a count. A failing call ends the parse,
 /// and no further call is made. The slots stand in this order.
 struct OrvBasXmlSaxHandlerBase {
-    typedef OrvStringRefBase<wchar_t> Text;
+    typedef OrvStringRefBase<wchar_t> Text; ///< counted, in UTF-16
 
     /// Not called by the parser.
     virtual OrvResult Reserved() { return ORV_S_OK; }
 
+    /// A start tag, or the first half of an empty element. The name is as it stands, prefix included.
     virtual OrvResult StartElement(const Text & /*element*/) { return ORV_S_OK; }
 
     /// Once for each attribute of the element that has just started, in document order.
@@ -21,6 +22,7 @@ struct OrvBasXmlSaxHandlerBase {
         return ORV_S_OK;
     }
 
+    /// An end tag, or the second half of an empty element.
     virtual OrvResult EndElement(const Text & /*element*/) { return ORV_S_OK; }
 
     /// Character data. One text of the document may come in several calls.

@@ -11,8 +11,8 @@
 //
 // The output is UTF-8. The caller keeps the order; the writer decides where a start tag ends, when an element
 // is empty, what is escaped, and where lines break. Names are written as they are. After the first failure of
-// the stream the writer writes nothing more, and every operation returns that failure. A writer belongs to
-// one thread at a time.
+// the stream the writer writes nothing more, and every operation returns that failure; what an operation
+// "returns also" is told once. A writer belongs to one thread at a time.
 
 #pragma once
 
@@ -20,6 +20,7 @@
 #include "orv/text/string_ref.h"
 #include "orv/xml/line_end.h"
 
+/// The name that the writer stands under.
 struct OrvBasXmlWriter {
     class Impl;
 };
@@ -30,7 +31,7 @@ struct OrvBasXmlWriter {
 class OrvBasXmlWriter::Impl
 {
 public:
-    typedef OrvStringRefBase<wchar_t> Text;
+    typedef OrvStringRefBase<wchar_t> Text; ///< counted or terminated, in UTF-16
 
     Impl(const Impl &) = delete;
     Impl &operator=(const Impl &) = delete;
@@ -74,6 +75,8 @@ public:
     /// Opens an attribute of the start tag that is being written; WriteText then writes its value.
     ORV_API OrvResult WriteStartAttribute(const Text &name);
     ORV_API OrvResult WriteEndAttribute();
+
+    /// Both, with the text between them.
     ORV_API OrvResult WriteAttribute(const Text &name, const Text &value);
 
     /// Writes text into an element or an attribute, escaped. An empty text writes nothing. Returns also

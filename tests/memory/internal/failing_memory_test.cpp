@@ -1,11 +1,14 @@
 // Every operation that allocates, once for each of its allocations with that one refused: it says so, what it
-// was given is as it was, and nothing is left behind.
+// was given is as it was, and nothing is left behind. The contended sparse lock, thread-local keys and
+// conversions that need the platform's pages are refused memory by tests of their own.
 
 #include "orv/orv.h"
 
 #include "harness/test.h"
 #include "harness/usage.h"
+#include "nt/teb.h"
 #include "sync/internal/redirected.h"
+#include "thread/thread_record.h"
 
 IMPORT_SLOT(RtlAllocateHeap, 12);
 IMPORT_SLOT(RtlReAllocateHeap, 16);
@@ -44,26 +47,30 @@ constexpr wchar_t kText[] = L"a text that is longer than it looks";
 constexpr wchar_t kKey[] = L"Software\\OrvFailingMemoryTest";
 constexpr OrvResult kChanged = ORV_E_INVALID_STATE; ///< a failure changed what it must not
 
-/// A heap buffer that an operation may only change when it succeeds.
-class Guarded
+/// Runs an operation on a heap buffer that it may only change when it succeeds.
+template <typename Change>
+OrvResult Keep(Change change)
 {
-public:
-    Guarded()
+    OrvUtf16CharHeapBuffer buffer;
     {
         const Unwatched unwatched;
         buffer.Assign(L"before");
     }
+    const OrvResult result = change(buffer);
+    const _ORV_UTF16CHAR_STR &text = buffer.GetInternal();
+    const bool kept = text.length == 6 && OrvCompareString(text.characters, L"before") == 0;
+    return OrvSucceeded(result) || kept ? result : kChanged;
+}
 
-    OrvResult Judge(OrvResult result) const
-    {
-        const _ORV_UTF16CHAR_STR &text = buffer.GetInternal();
-        if (OrvSucceeded(result) || (text.length == 6 && OrvCompareString(text.characters, L"before") == 0))
-            return result;
-        return kChanged;
-    }
+using Buffer = OrvUtf16CharHeapBuffer;
+using PathOperation = OrvResult (*)(Buffer &out, const wchar_t *path, uint32_t length);
 
-    OrvUtf16CharHeapBuffer buffer;
-};
+/// A path, of which an operation makes text that is not short.
+template <PathOperation operation>
+OrvResult KeepPath()
+{
+    return Keep([](Buffer &b) { return operation(b, L"C:\\windows\\system32\\ntdll.dll", OrvTerminated); });
+}
 
 class Collector final : public OrvBasWinRegistryHandle::NameInserter
 {
@@ -123,87 +130,57 @@ OrvResult Decompress(Context &&context)
 }
 
 const Operation kOperations[] = {
-    {"assign",
-     [] {
-         Guarded g;
-         return g.Judge(g.buffer.Assign(kText));
-     }},
-    {"append",
-     [] {
-         Guarded g;
-         return g.Judge(g.buffer.Append(kText));
-     }},
-    {"resize",
-     [] {
-         Guarded g;
-         return g.Judge(g.buffer.Resize(1000));
-     }},
-    {"reserve",
-     [] {
-         Guarded g;
-         return g.Judge(g.buffer.ReserveElements(1000));
-     }},
+    {"assign", [] { return Keep([](Buffer &b) { return b.Assign(kText); }); }},
+    {"append", [] { return Keep([](Buffer &b) { return b.Append(kText); }); }},
+    {"resize", [] { return Keep([](Buffer &b) { return b.Resize(1000); }); }},
+    {"reserve", [] { return Keep([](Buffer &b) { return b.ReserveElements(1000); }); }},
     {"format a buffer",
      [] {
          OrvUtf16CharHeapBuffer buffer;
          return OrvFormatString(OrvMakeMutableStringRef(buffer), L"%s%300d", kText, 1);
      }},
+    {"measure in another page",
+     [] {
+         char text[1000] = {};
+         uint32_t size = 0;
+         return OrvGetMb2MbStringSize(size, text, OrvCodePageOem, OrvCodePageUtf8, sizeof text);
+     }},
+    {"convert to another page",
+     [] {
+         char text[1000] = {};
+         char target[1001] = {7};
+         const OrvResult result = OrvConvertMb2MbString(target, sizeof target, text, OrvCodePageOem,
+                                                        OrvCodePageUtf8, nullptr, sizeof text);
+         return OrvFailed(result) && target[0] != 7 ? kChanged : result;
+     }},
     {"GUID text",
      [] {
-         Guarded g;
-         return g.Judge(OrvGuidUtils::GetStringAppend(_OrvGuid(), OrvMakeMutableStringRef(g.buffer)));
+         return Keep(
+             [](Buffer &b) { return OrvGuidUtils::GetStringAppend(_OrvGuid(), OrvMakeMutableStringRef(b)); });
      }},
-    {"combine",
-     [] {
-         Guarded g;
-         return g.Judge(OrvBasPath::CombinePaths(g.buffer, kText, kText));
-     }},
+    {"combine", [] { return Keep([](Buffer &b) { return OrvBasPath::CombinePaths(b, kText, kText); }); }},
     {"combine with itself",
-     [] {
-         Guarded g;
-         return g.Judge(OrvBasPath::CombinePaths(g.buffer, kText, g.buffer.GetValue()));
-     }},
-    {"append a path",
-     [] {
-         Guarded g;
-         return g.Judge(OrvBasPath::AppendPath(g.buffer, kText));
-     }},
-    {"full path",
-     [] {
-         Guarded g;
-         return g.Judge(OrvBasPath::GetFullPath(g.buffer, kText));
-     }},
-    {"long path",
-     [] {
-         Guarded g;
-         return g.Judge(OrvBasPath::GetLongPath(g.buffer, L"C:\\windows\\system32\\ntdll.dll"));
-     }},
-    {"normalized path",
-     [] {
-         Guarded g;
-         return g.Judge(OrvBasPath::GetNormalizedPath(g.buffer, L"C:\\windows\\system32\\ntdll.dll"));
-     },
-     true},
-    {"temporary directory",
-     [] {
-         Guarded g;
-         return g.Judge(OrvBasPath::GetTempDirPath(g.buffer));
-     }},
-    {"random name",
-     [] {
-         Guarded g;
-         return g.Judge(OrvBasPath::GetRandomName(g.buffer));
-     }},
+     [] { return Keep([](Buffer &b) { return OrvBasPath::CombinePaths(b, kText, b.GetValue()); }); }},
+    {"append a path", [] { return Keep([](Buffer &b) { return OrvBasPath::AppendPath(b, kText); }); }},
+    {"full path", KeepPath<OrvBasPath::GetFullPath>},
+    {"long path", KeepPath<OrvBasPath::GetLongPath>},
+    {"normalized path", KeepPath<OrvBasPath::GetNormalizedPath>, true},
+    {"short path", KeepPath<OrvBasPath::GetAlternatePath>},
+    {"file name", KeepPath<OrvBasPath::GetFilename>},
+    {"directory", KeepPath<OrvBasPath::GetDirectoryPathFromFilenamePath>},
+    {"change an extension",
+     [] { return Keep([](Buffer &b) { return OrvBasPath::ChangeExtension(b, kText, L"txt"); }); }},
+    {"temporary file", [] { return Keep([](Buffer &b) { return OrvBasPath::GetRandomTempFileName(b); }); }},
+    {"temporary directory", [] { return Keep([](Buffer &b) { return OrvBasPath::GetTempDirPath(b); }); }},
+    {"random name", [] { return Keep([](Buffer &b) { return OrvBasPath::GetRandomName(b); }); }},
     {"native path",
      [] {
-         Guarded g;
-         return g.Judge(OrvNtdll_RtlDosPathNameToNtPathName_T_EliminateDosDevice(L"C:\\con", g.buffer));
+         return Keep([](Buffer &b) {
+             return OrvNtdll_RtlDosPathNameToNtPathName_T_EliminateDosDevice(L"C:\\con", b);
+         });
      }},
     {"environment",
-     [] {
-         Guarded g;
-         return g.Judge(OrvNtdll_RtlExpandEnvironmentStrings_T(kText, g.buffer));
-     }},
+     [] { return Keep([](Buffer &b) { return OrvNtdll_RtlExpandEnvironmentStrings_T(kText, b); }); }},
     {"file identity",
      [] {
          OrvFileId id;
@@ -234,6 +211,52 @@ const Operation kOperations[] = {
                                    OrvFlags<OrvBasThread::ThreadFlag>(0u), nullptr);
      },
      true},
+    {"record of a thread",
+     [] {
+         OrvResult result = detail::CreateThreadRecordList();
+         if (OrvSucceeded(result))
+             result = detail::AllocateThreadRecordKey();
+         if (OrvSucceeded(result))
+             result = detail::EnsureThreadRecord();
+         detail::RemoveThreadRecord();
+         detail::FreeThreadRecordKey();
+         detail::DeleteThreadRecordList();
+         return result;
+     }},
+    {"resource with many readers",
+     [] {
+         OrvBasResource resource;
+         OrvResult result = resource.Create();
+         // The platform asks the thread who it is: this one is eight.
+         HANDLE &self = NtCurrentTeb()->ClientId.UniqueThread;
+         HANDLE const own = self;
+         const auto become = [&self](uint32_t reader) {
+             self = reinterpret_cast<HANDLE>(0x10000 + 4 * reader);
+         };
+         uint32_t readers = 0;
+         while (OrvSucceeded(result) && readers < 8) {
+             become(readers);
+             result = resource.AcquireShared(0);
+             readers += OrvSucceeded(result);
+         }
+         OrvResult released = ORV_S_OK;
+         while (OrvSucceeded(released) && readers > 0) {
+             become(--readers);
+             released = resource.Release();
+         }
+         self = own;
+         if (OrvSucceeded(released))
+             released = resource.AcquireExclusive(0);
+         return OrvFailed(released) ? kChanged : result;
+     }},
+    {"object on the heap",
+     []() -> OrvResult {
+         auto *const event = new OrvBasEvent;
+         if (!event)
+             return ORV_E_OUT_OF_MEMORY;
+         delete event;
+         return ORV_S_OK;
+     }},
     {"buffer stream",
      [] {
          OrvBufferStream stream;
@@ -260,7 +283,7 @@ const Operation kOperations[] = {
          return context.Initialize(100, true);
      }},
     {"XML writer",
-     [] {
+     []() -> OrvResult {
          OrvMbCharHeapBuffer unused;
          OrvBufferStream stream;
          OrvBasXmlWriter::Impl *const writer = OrvBasXmlWriter::Impl::New(stream);
@@ -332,6 +355,47 @@ const Operation kOperations[] = {
      [] {
          Key key;
          return key.SetStringValue(OrvStringRefBase<wchar_t>(kText, 5), L"text");
+     }},
+    {"set strings",
+     [] {
+         struct Strings final : OrvBasWinRegistryHandle::NameEnumerator {
+             OrvResult Next(OrvStringzRefBase<wchar_t> &name, bool &found) override
+             {
+                 name.characters = kText;
+                 found = left > 0;
+                 left -= found;
+                 return 0;
+             }
+             uint32_t left = 20;
+         } strings;
+         Key key;
+         const OrvResult result = key.SetStringArrayValue(strings, L"text");
+         const Unwatched unwatched;
+         OrvUtf16HeapString value;
+         return OrvFailed(result) && OrvFailed(key.GetStringValue(value, L"text")) ? kChanged : result;
+     }},
+    {"list keys one by one",
+     [] {
+         Key key;
+         OrvBasWinRegistryEnumerator names;
+         OrvResult result = key.GetChildrenEnumeratorImpl(names);
+         OrvStringzRefBase<wchar_t> name(nullptr);
+         bool found = true;
+         while (OrvSucceeded(result) && found)
+             result = names.Next(name, found);
+         return result;
+     }},
+    {"save a key",
+     [] {
+         Key key;
+         OrvBasWinRegistryHandle::EnablePrivilege(OrvRegistryBackupPrivilege, true);
+         wchar_t native[] = L"\\??\\C:\\windows\\temp\\orv-failing-memory";
+         const OrvResult result = key.SaveKey(native + 4);
+         UNICODE_STRING name = {sizeof native - sizeof(wchar_t), sizeof native, native};
+         const OBJECT_ATTRIBUTES attributes = {sizeof attributes,    nullptr, &name,
+                                               OBJ_CASE_INSENSITIVE, nullptr, nullptr};
+         NtDeleteFile(&attributes);
+         return result;
      }},
     {"watch a key",
      [] {

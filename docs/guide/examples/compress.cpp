@@ -1,0 +1,57 @@
+#include "example.h"
+
+namespace
+{
+
+typedef detail::OrvDeflateContext Context;
+
+/// Takes steps until the stream is complete, and hands what each one makes to `out`. The context's own buffer
+/// is the output range.
+OrvResult Run(Context &context, OrvResult (Context::*step)(), OrvMbCharHeapBuffer &out)
+{
+    OrvResult result = ORV_S_OK;
+    while (result == ORV_S_OK) {
+        context.SetNextOut(context.GetBuffer());
+        context.SetAvailOut(context.GetBufferSize());
+        result = (context.*step)();
+        const OrvResult taken = out.Append(reinterpret_cast<const char *>(context.GetBuffer()),
+                                           context.GetBufferSize() - context.GetAvailOut());
+        if (OrvFailed(taken))
+            return taken;
+    }
+    return result;
+}
+
+} // namespace
+
+int Main()
+{
+    OrvMbCharHeapBuffer text;
+    for (uint32_t i = 0; i < 100; i++) {
+        if (OrvFailed(text.Append("One line among many. ")))
+            return 1;
+    }
+
+    // Compression: all of the input is there, so the first step asks for the end already.
+    Context context;
+    OrvMbCharHeapBuffer packed;
+    OrvResult result = context.Initialize(256, true, Context::kDefaultLevel);
+    context.SetNextIn(reinterpret_cast<const unsigned char *>(text.GetValue()));
+    context.SetAvailIn(text.GetInternal().length);
+    if (OrvSucceeded(result))
+        result = Run(context, &Context::CompressFinish, packed);
+    Print(L"%u bytes, compressed: fewer than 100: %s, %08X\n", text.GetInternal().length,
+          packed.GetInternal().length < 100 ? L"yes" : L"no", result);
+    if (OrvFailed(result) || OrvFailed(context.Destroy())) // a context is emptied before it is used again
+        return 1;
+
+    OrvMbCharHeapBuffer unpacked;
+    result = context.Initialize(256, false, Context::kDefaultLevel);
+    context.SetNextIn(reinterpret_cast<const unsigned char *>(packed.GetValue()));
+    context.SetAvailIn(packed.GetInternal().length);
+    if (OrvSucceeded(result))
+        result = Run(context, &Context::Decompress, unpacked);
+    const bool same = OrvCompareString(text.GetValue(), unpacked.GetValue()) == 0;
+    Print(L"%u bytes again, the same: %s\n", unpacked.GetInternal().length, same ? L"yes" : L"no");
+    return OrvFailed(result) ? 1 : 0;
+}

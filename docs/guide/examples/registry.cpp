@@ -1,0 +1,46 @@
+#include "example.h"
+
+int Main()
+{
+    // A handle stands for its root until it opens a key below it. What is missing on the way is made.
+    OrvBasWinRegistryHandle key(OrvRegistryCurrentUser);
+    OrvResult result = key.OpenOrCreateKey(L"Software\\OrvGuide\\Settings");
+    if (OrvSucceeded(result))
+        result = key.SetDWordValue(80, L"Port");
+    if (OrvSucceeded(result))
+        result = key.SetStringValue(L"%TEMP%\\log", L"Log", true);
+    if (OrvFailed(result))
+        return 1;
+
+    // A value that is not there is no failure when there is a default for it.
+    uint32_t port = 0;
+    uint32_t limit = 0;
+    result = key.GetDWordValue(port, L"port"); // in any letter case
+    if (OrvFailed(result))
+        return 1;
+    const OrvResult defaulted = key.GetDWordValueWithDefault(limit, L"Limit", 10);
+    Print(L"%u, %u (%08X)\n", port, limit, defaulted);
+    Print(L"as a number: %08X\n", key.GetDWordValue(limit, L"Log"));
+
+    // Strings go into the caller's own container. Expanding puts the variables' values in.
+    OrvUtf16HeapString log;
+    result = key.GetStringValue(log, L"Log");
+    Print(L"%s\n", log.GetCharacters());
+
+    // Names one by one.
+    OrvBasWinRegistryEnumerator values;
+    OrvStringzRefBase<wchar_t> name(L"");
+    bool found = true;
+    if (OrvSucceeded(result))
+        result = key.GetValuesEnumeratorImpl(values);
+    uint32_t count = 0;
+    while (OrvSucceeded(result) && OrvSucceeded(result = values.Next(name, found)) && found)
+        count++;
+    Print(L"%u values\n", count);
+
+    // Opening goes from the parent; everything else goes from the current key.
+    key.CloseKey();
+    result = key.DeleteKey(L"Software\\OrvGuide", true);
+    Print(L"deleted: %08X, then %08X\n", result, key.OpenKeyIfExists(L"Software\\OrvGuide"));
+    return OrvFailed(result) ? 1 : 0;
+}

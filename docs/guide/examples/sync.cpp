@@ -1,0 +1,70 @@
+#include "example.h"
+
+namespace
+{
+
+/// Ready before any code has run: all zeros is a free lock.
+OrvSpinLock countLock;
+uint32_t count;
+
+class Worker final : public OrvBasThread
+{
+public:
+    explicit Worker(OrvBasEvent &go) : go_(go) {}
+
+protected:
+    int Run() override
+    {
+        if (OrvFailed(go_.Wait(-1)))
+            return 1;
+        for (uint32_t i = 0; i < 1000; i++) {
+            const OrvSpinLockLocker locker(&countLock, true);
+            count++;
+        }
+        return 0;
+    }
+
+private:
+    OrvBasEvent &go_;
+};
+
+} // namespace
+
+int Main()
+{
+    // An event releases two threads at once, and their ends are waited for: a thread is a waitable, too.
+    OrvBasEvent go;
+    if (OrvFailed(go.Create(OrvBasEvent::ManualReset, false)))
+        return 1;
+    Worker first(go);
+    Worker second(go);
+    if (OrvFailed(first.StartThread(OrvPriorityNormal, nullptr, {}, nullptr)) ||
+        OrvFailed(second.StartThread(OrvPriorityNormal, nullptr, {}, nullptr)))
+        return 1;
+    go.Set();
+    first.WaitForThreadToStop(-1);
+    second.WaitForThreadToStop(-1);
+    Print(L"%u\n", count);
+
+    // A wait that takes too long is a failure by its sign. An object that is not there counts as signalled.
+    OrvBasEvent never;
+    Print(L"without an event: %08X\n", never.Wait(0));
+    never.Create(OrvBasEvent::AutoReset, false);
+    Print(L"in vain: %08X (%s)\n", never.Wait(10), never.Wait(0) == ORV_W_TIMEOUT ? L"timeout" : L"?");
+
+    // Readers and a writer. The holder gives back at the end of its scope what it got.
+    OrvBasResource resource;
+    if (OrvFailed(resource.Create()))
+        return 1;
+    OrvBasResourceHolder holder(&resource, OrvBasResourceHolder::Shared, -1);
+    Print(L"shared: %u, then exclusive: %08X\n", resource.IsAcquiredShared(), resource.AcquireExclusive(-1));
+    holder.Release();
+
+    // By name, across processes: the first one creates, every other opens.
+    OrvBasWinMutex ours;
+    OrvBasWinMutex theirs;
+    const OrvResult made = ours.Create(true, L"OrvGuideMutex", OrvBasWinSyncSession, nullptr);
+    const OrvResult found = theirs.Create(true, L"OrvGuideMutex", OrvBasWinSyncSession, nullptr);
+    Print(L"%08X, then %08X\n", made, found);
+    return OrvFailed(ours.Release()) ? 1 : 0;
+}

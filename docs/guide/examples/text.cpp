@@ -1,0 +1,48 @@
+#include "example.h"
+
+int Main()
+{
+    // Bytes in some code page become UTF-16 at the border of the program: ask for the size, make room,
+    // convert.
+    const char name[] = "  M\xC3\xBCnchen\t";
+    uint32_t size = 0;
+    OrvUtf16CharHeapBuffer city;
+    OrvResult result = OrvGetMb2Utf16StringSize(size, name, OrvCodePageUtf8);
+    if (OrvSucceeded(result))
+        result = city.Resize(size);
+    if (OrvSucceeded(result))
+        result = OrvConvertMb2Utf16String(city.GetBuffer(), city.GetCapacity(), name, OrvCodePageUtf8);
+    if (OrvSucceeded(result))
+        result = OrvTrimString(city.GetInternal(), city.GetValue(), size);
+    if (OrvFailed(result))
+        return 1;
+    Print(L"'%s' has %u characters\n", city.GetValue(), city.GetInternal().length);
+
+    const bool same = OrvCompareStringNoCase(OrvCodePageDefault, city.GetValue(), L"M\u00DCNCHEN") == 0;
+    Print(L"in any case it is the same: %s\n", same ? L"yes" : L"no");
+
+    // A text is built in one buffer; who knows its length reserves it at once.
+    OrvUtf16CharHeapBuffer line;
+    result = line.ReserveElements(64);
+    const wchar_t *const parts[] = {L"to ", city.GetValue(), L" by train"};
+    for (const wchar_t *part : parts) {
+        if (OrvSucceeded(result))
+            result = line.Append(part);
+    }
+    const wchar_t *const by = OrvFindSubString(line.GetValue(), L" by ");
+    if (OrvFailed(result) || !by)
+        return 1;
+    Print(L"%s: ' by ' stands at %u\n", line.GetValue(), static_cast<uint32_t>(by - line.GetValue()));
+
+    // An array of the caller: what does not fit is refused, and the size that would do is told.
+    wchar_t characters[8];
+    _ORV_UTF16CHAR_STR small = {0, 8, characters};
+    uint32_t required = 0;
+    result = OrvCopyString(small, line.GetValue(), OrvTerminated, &required);
+    Print(L"%08X, %u characters are required\n", result, required);
+
+    bool matches = false;
+    result = OrvBasMatchWildcardsNoCase(matches, L"*.h??", L"Index.HTM");
+    Print(L"*.h?? matches Index.HTM: %s\n", matches ? L"yes" : L"no");
+    return OrvFailed(result) ? 1 : 0;
+}

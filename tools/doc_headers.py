@@ -1,0 +1,96 @@
+#!/usr/bin/env python3
+"""Copies the public headers for Doxygen: doc_headers.py FROM TO
+
+The headers are written to be read as they stand: plain prose, no commands. In the copies, which have the same lines,
+
+- the comment that opens a file is that file's documentation;
+- what a documentation comment says is literal, a backslash and an angle bracket too, and a table set in by two blanks
+  stays as it is set;
+- a comment holds for all declarations below it up to the next empty line, so that overloads need it once.
+"""
+
+import pathlib
+import re
+import sys
+
+
+def literal(text):
+    """Prose without anything that Doxygen would take for a command or a tag; what is quoted as code is so already."""
+    pieces = text.split("`")
+    pieces[::2] = [re.sub(r"[\\@<>&#%$]", r"\\\g<0>", piece) for piece in pieces[::2]]
+    return "`".join(pieces)
+
+
+def set_in(texts):
+    """Which lines are set in, and not because they go on with an item of a list."""
+    result = []
+    in_list = False
+    for text in texts:
+        in_list = bool(re.match(r" *- ", text)) or (in_list and text.startswith("   "))
+        result.append(text.startswith("   ") and not in_list)
+    for i in range(1, len(texts) - 1): # an empty line between two that are
+        result[i] = result[i] or (not texts[i].strip() and result[i - 1] and texts[i + 1].startswith("   "))
+    return result
+
+
+def comment(marker, texts):
+    """The lines of one documentation comment."""
+    flags = [False, *set_in(texts), False]
+    lines = []
+    for i, text in enumerate(texts, 1):
+        start = " <pre>" if flags[i] and not flags[i - 1] else ""
+        stop = "</pre>" if flags[i] and not flags[i + 1] else ""
+        lines.append(marker + start + literal(text)[bool(start):] + stop)
+    return lines
+
+
+def shared_comment(paragraph):
+    """How many lines the declarations take that the documentation comment at the start is for, if there are several."""
+    indentation = re.match(r"\s*", paragraph[0])[0]
+    end = next((i for i, line in enumerate(paragraph) if not line.startswith(indentation)), len(paragraph))
+    commented = [bool(re.match(r"\s*///(?!<)", line)) for line in paragraph[:end]]
+    first = commented.index(False) if False in commented else end
+    starts = [line for line in paragraph[first:end] if re.match(indentation + r"[\w~]", line)]
+    if first == 0 or True in commented[first:] or len(starts) < 2 or re.match(r"\s*(enum|class|struct|template)\b", starts[0]):
+        return 0
+    return end
+
+
+def documented(paragraph):
+    lines = []
+    while paragraph:
+        block = []
+        while paragraph and re.match(r"\s*///(?!<)", paragraph[0]):
+            block.append(paragraph.pop(0))
+        if block:
+            marker = re.match(r"\s*///", block[0])[0]
+            lines += comment(marker, [line[len(marker):] for line in block])
+        if paragraph:
+            code, trailing, text = paragraph.pop(0).partition("///<")
+            lines.append(code + trailing + literal(text))
+    return lines
+
+
+def converted(text):
+    head, *paragraphs = [paragraph.split("\n") for paragraph in text.split("\n\n")]
+    lines = comment("///", [line[2:] for line in head]) + [r"/// \file"]
+    for paragraph in paragraphs:
+        shared = shared_comment(paragraph)
+        start = len(lines)
+        lines += documented(paragraph) + [""]
+        if shared:
+            lines[start - 1] += "/**@{*/"
+            lines[start + shared - 1] += "/**@}*/"
+    return "\n".join(lines[:-1])
+
+
+def main():
+    source, target = map(pathlib.Path, sys.argv[1:])
+    for header in sorted(source.rglob("*.h")):
+        copy = target / header.relative_to(source)
+        copy.parent.mkdir(parents=True, exist_ok=True)
+        copy.write_text(converted(header.read_text()))
+
+
+if __name__ == "__main__":
+    main()
