@@ -77,6 +77,26 @@ BENCHMARK(TextFind)
     }
 }
 
+BENCHMARK(TextFindInRepetition)
+{
+    constexpr uint32_t kTextLength = 10000;
+    constexpr uint32_t kNeedleLength = 1000;
+    static wchar_t text[kTextLength + 1];
+    static wchar_t needle[kNeedleLength + 1];
+    for (wchar_t *unit = text; unit != text + kTextLength; unit++)
+        *unit = L'a';
+    for (wchar_t *unit = needle; unit != needle + kNeedleLength; unit++)
+        *unit = L'a';
+    needle[kNeedleLength / 2] = L'b';
+    bench::Compare(
+        {"find substring in repetition", kTextLength, "wcsstr"},
+        [] { bench::Use(OrvFindSubString(text, needle)); }, [] { bench::Use(wcsstr(text, needle)); });
+    bench::Compare(
+        {"find it from right", kTextLength, "wcsstr"},
+        [] { bench::Use(OrvFindSubStringFromRight(text, needle)); },
+        [] { bench::Use(wcsstr(text, needle)); });
+}
+
 BENCHMARK(TextCompare)
 {
     for (const uint32_t length : kLengths) {

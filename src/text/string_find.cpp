@@ -2,12 +2,14 @@
 //
 // The substring searches look at a vector of places at once: a place is worth a comparison when both the
 // needle's first and its last character match there. That leaves few places in text as people and programs
-// write it, needs no table and no memory, and is beaten only by text that repeats itself and the needle
-// almost everywhere.
+// write it, and needs no table and no memory. Where comparisons in vain come to more than the text that was
+// passed, it repeats itself and the needle almost everywhere; what is left is then searched in a way that no
+// text can make slow.
 
 #include "orv/text/string.h"
 
 #include "text/length.h"
+#include "text/two_way_search.h"
 #include "text/vector.h"
 
 namespace
@@ -37,18 +39,54 @@ struct Needle {
     const T *units;
     uint32_t last; ///< the position of its last unit
 
-    /// Whether it stands at a place where its first and its last unit do.
-    bool StandsAtCandidate(const T *at) const
+    /// How many of its units stand at a place where its first and its last one do, up to the last one. Out of
+    /// line, so that the loops over places keep the registers.
+    __declspec(noinline) uint32_t CountAtCandidate(const T *at) const
     {
-        return detail::FirstDifference(at, units, 1, last, detail::AreEqual<T>()) == last;
+        return detail::FirstDifference(at, units, 1, last, detail::AreEqual<T>());
     }
 
     bool StandsAt(const T *at) const
     {
         return detail::LoadUnit(at) == detail::LoadUnit(units) &&
-               detail::LoadUnit(at + last) == detail::LoadUnit(units + last) && StandsAtCandidate(at);
+               detail::LoadUnit(at + last) == detail::LoadUnit(units + last) && CountAtCandidate(at) == last;
     }
 };
+
+/// Bears as many units compared in vain as the needle has, and one for each place that was passed.
+template <typename T>
+class Patience
+{
+public:
+    explicit Patience(const Needle<T> &needle) : allowance_(needle.last) {}
+
+    /// The first unit was compared with those of its vector, and costs nothing.
+    bool Bears(uint32_t compared, uint32_t passed)
+    {
+        spent_ += compared - 1;
+        return spent_ <= allowance_ + passed;
+    }
+
+private:
+    uint32_t allowance_;
+    uint32_t spent_ = 0;
+};
+
+/// The two searches for what a needle repeats, out of line: nearly no text gets here.
+template <typename T>
+__declspec(noinline) const T *FindRepetitive(const T *text, uint32_t places, const Needle<T> &needle)
+{
+    const uint32_t place = detail::TwoWaySearch<T>({text, 1}, places, {needle.units, 1}, needle.last + 1);
+    return place < places ? text + place : nullptr;
+}
+
+template <typename T>
+__declspec(noinline) const T *FindRepetitiveFromRight(const T *text, uint32_t places, const Needle<T> &needle)
+{
+    const uint32_t place = detail::TwoWaySearch<T>({text + (places - 1) + needle.last, -1}, places,
+                                                   {needle.units + needle.last, -1}, needle.last + 1);
+    return place < places ? text + (places - 1 - place) : nullptr;
+}
 
 /// Picks those places of a vector of them where the needle's first and last unit stand.
 template <typename T>
@@ -61,13 +99,20 @@ public:
     {
     }
 
-    uint32_t operator()(const T *at) const
+    uint32_t operator()(const T *at) const { return detail::BitsOf(Matches(at)); }
+
+    /// Whether there are any in two vectors.
+    bool InBlock(const T *at) const
     {
-        return detail::BitsOf(
-            _mm_and_si128(isFirst_(detail::LoadVector(at)), isLast_(detail::LoadVector(at + last_))));
+        return detail::BitsOf(_mm_or_si128(Matches(at), Matches(at + detail::kLanes<T>))) != 0;
     }
 
 private:
+    __m128i Matches(const T *at) const
+    {
+        return _mm_and_si128(isFirst_(detail::LoadVector(at)), isLast_(detail::LoadVector(at + last_)));
+    }
+
     uint32_t last_;
     detail::IsUnit<T> isFirst_;
     detail::IsUnit<T> isLast_;
@@ -91,12 +136,19 @@ const T *FindNeedle(const T *text, uint32_t places, const Needle<T> &needle)
         return nullptr;
     }
     const Candidates<T> candidates(needle);
+    Patience<T> patience(needle);
     const uint32_t lastStart = places - detail::kLanes<T>; // of the vector that covers what is left
     for (uint32_t at = 0;; at = at + detail::kLanes<T> < lastStart ? at + detail::kLanes<T> : lastStart) {
+        while (lastStart - at > 2 * detail::kLanes<T> && !candidates.InBlock(text + at))
+            at += 2 * detail::kLanes<T>;
         for (uint32_t bits = candidates(text + at); bits;) {
             const uint32_t lane = detail::FirstLane<T>(bits);
-            if (needle.StandsAtCandidate(text + at + lane))
-                return text + at + lane;
+            const uint32_t place = at + lane;
+            const uint32_t same = needle.CountAtCandidate(text + place);
+            if (same == needle.last)
+                return text + place;
+            if (!patience.Bears(same, place))
+                return FindRepetitive(text + place, places - place, needle);
             bits &= ~LaneBits<T>(lane);
         }
         if (at == lastStart)
@@ -115,12 +167,19 @@ const T *FindNeedleFromRight(const T *text, uint32_t places, const Needle<T> &ne
         return nullptr;
     }
     const Candidates<T> candidates(needle);
+    Patience<T> patience(needle);
     for (uint32_t at = places - detail::kLanes<T>;;
          at = at > detail::kLanes<T> ? at - detail::kLanes<T> : 0) {
+        while (at >= 2 * detail::kLanes<T> && !candidates.InBlock(text + at - detail::kLanes<T>))
+            at -= 2 * detail::kLanes<T>;
         for (uint32_t bits = candidates(text + at); bits;) {
             const uint32_t lane = detail::LastLane<T>(bits);
-            if (needle.StandsAtCandidate(text + at + lane))
-                return text + at + lane;
+            const uint32_t place = at + lane;
+            const uint32_t same = needle.CountAtCandidate(text + place);
+            if (same == needle.last)
+                return text + place;
+            if (!patience.Bears(same, places - 1 - place))
+                return FindRepetitiveFromRight(text, place + 1, needle);
             bits &= ~LaneBits<T>(lane);
         }
         if (at == 0)

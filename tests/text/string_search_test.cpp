@@ -110,11 +110,20 @@ TEST_CASE(FindSubStringFromBothEnds)
         TextPages needlePage;
         Generator generator;
         for (uint32_t round = 0; round < 20000; round++) {
+            // Both are cut from one text, which repeats itself or does not, and are nearly kept.
             const uint32_t letters = 2 + generator.Below(4);
-            const auto letter = [&](uint32_t) { return Letter<T>(generator, letters); };
+            const uint32_t period = generator.Below(2) ? 1 + generator.Below(6) : kLongest;
+            T pattern[kLongest];
+            for (T &letter : pattern)
+                letter = Letter<T>(generator, letters);
+            uint32_t from = 0;
+            const auto letter = [&](uint32_t i) {
+                return generator.Below(60) ? pattern[(from + i) % period] : Letter<T>(generator, letters);
+            };
             const uint32_t length = generator.Below(kLongest / 2);
-            const uint32_t needleLength = generator.Below(7);
+            const uint32_t needleLength = generator.Below(round % 2 ? 7 : kLongest / 4);
             const T *const text = page.Make<T>(length, generator.Below(kSlacks), letter);
+            from = generator.Below(kLongest / 2);
             const T *const needle = needlePage.Make<T>(needleLength, generator.Below(kSlacks), letter);
             const T *first = nullptr;
             const T *last = nullptr;

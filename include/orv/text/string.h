@@ -123,9 +123,8 @@ ORV_API const wchar_t *OrvFindElementFromRight(const wchar_t *text, wchar_t char
 ORV_API char *OrvFindElementFromRight(char *text, char character, uint32_t length = OrvTerminated);
 ORV_API wchar_t *OrvFindElementFromRight(wchar_t *text, wchar_t character, uint32_t length = OrvTerminated);
 
-/// The first place where the needle stands; an empty needle stands at the start of every text. Only places
-/// where the needle's first and last character match are looked at closer, so that the time grows with the
-/// length of the text; at worst, in text made of one repeated character, with the product of both lengths.
+/// The first place where the needle stands; an empty needle stands at the start of every text. The time grows
+/// with the sum of both lengths, whatever they hold.
 ORV_API const char *OrvFindSubString(const char *text, const char *needle,
                                      uint32_t textLength = OrvTerminated,
                                      uint32_t needleLength = OrvTerminated);
