@@ -3,19 +3,17 @@
 
 #include "orv/text/format.h"
 
-#include "harness/memory.h"
-#include "harness/test.h"
 #include "nt/nt.h"
 #include "orv/runtime/result.h"
 #include "orv/text/string.h"
-#include "text/wide.h"
+#include "text/texts.h"
 
 namespace
 {
 
 constexpr uint32_t kRoom = 1024;
 
-using test::Wide;
+typedef test::Ascii<wchar_t> Wide;
 
 /// Formats in both widths with the same arguments; the results and texts must be the same.
 OrvResult FormatBoth(char (&out)[kRoom], const char *format, ...)
@@ -24,17 +22,18 @@ OrvResult FormatBoth(char (&out)[kRoom], const char *format, ...)
     va_start(arguments, format);
     uint32_t written = 0;
     const OrvResult result =
-        OrvFormatStringV(OrvCodePageUtf8, out, kRoom, test::Guarded(format), &written, arguments);
+        OrvFormatStringV(OrvCodePageUtf8, out, kRoom, test::Ascii<char>(format).units, &written, arguments);
     va_end(arguments);
 
     static wchar_t wideOut[kRoom];
     uint32_t wideWritten = 0;
     va_start(arguments, format);
-    CHECK_EQUAL(OrvFormatStringV(OrvCodePageUtf8, wideOut, kRoom, Wide(format).text, &wideWritten, arguments),
-                result);
+    CHECK_EQUAL(
+        OrvFormatStringV(OrvCodePageUtf8, wideOut, kRoom, Wide(format).units, &wideWritten, arguments),
+        result);
     va_end(arguments);
     CHECK_EQUAL(wideWritten, written);
-    CHECK_TEXT(wideOut, Wide(out).text);
+    CHECK_TEXT(wideOut, Wide(out).units);
     return result;
 }
 
@@ -191,10 +190,10 @@ TEST_CASE(StringsAreCutAndPadded)
         CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, out, kRoom, nullptr, c.format, c.text), ORV_S_OK);
         CHECK_TEXT(out, c.expected);
         const Wide text(c.text ? c.text : "");
-        CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, wideOut, kRoom, nullptr, Wide(c.format).text,
-                                    c.text ? text.text : nullptr),
+        CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, wideOut, kRoom, nullptr, Wide(c.format).units,
+                                    c.text ? text.units : nullptr),
                     ORV_S_OK);
-        CHECK_TEXT(wideOut, Wide(c.expected).text);
+        CHECK_TEXT(wideOut, Wide(c.expected).units);
     }
     // A precision bounds how far an unterminated text is read.
     char out[kRoom];
@@ -208,8 +207,8 @@ TEST_CASE(CountedAndOwnWidthStrings)
     wchar_t wideOut[kRoom];
     UNICODE_STRING unicode = {6, 6, test::GuardedCopy(L"abc", 3)};
     UNICODE_STRING empty = {0, 0, nullptr};
-    CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, wideOut, kRoom, nullptr, L"%wZ|%5wZ|%.2wZ|%wZ|%8wZ|%ls",
-                                &unicode, &unicode, &unicode, &empty, nullptr, L"own"),
+    CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, wideOut, kRoom, nullptr, L"%wZ|%*wZ|%.2wZ|%wZ|%8wZ|%ls",
+                                &unicode, 5, &unicode, &unicode, &empty, nullptr, L"own"),
                 ORV_S_OK);
     CHECK_TEXT(wideOut, L"abc|  abc|ab||  (null)|own");
 
@@ -257,7 +256,7 @@ TEST_CASE(StringsOfTheOtherWidthAreConverted)
                                     c.wide ? &unicode : nullptr),
                     ORV_S_OK);
         CHECK_TEXT(out, c.bytesExpected);
-        CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, wideOut, kRoom, nullptr, Wide(c.toWide).text, c.bytes,
+        CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, wideOut, kRoom, nullptr, Wide(c.toWide).units, c.bytes,
                                     c.bytes ? &ansi : nullptr),
                     ORV_S_OK);
         CHECK_TEXT(wideOut, c.wideExpected);
@@ -346,6 +345,7 @@ TEST_CASE(BadTargetsAreRefused)
     OrvUtf16CharHeapBuffer buffer;
     CHECK_EQUAL(buffer.Assign(L"kept", OrvTerminated), ORV_S_OK);
     CHECK_EQUAL(OrvFormatString(OrvCodePageUtf8, buffer, nullptr), ORV_E_INVALID_ARGUMENT);
+    CHECK_EQUAL(OrvFormatString(OrvMakeMutableStringRef(buffer), nullptr), ORV_E_INVALID_ARGUMENT);
     CHECK_EQUAL(OrvAppendFormatString(OrvMakeMutableStringRef(buffer), nullptr), ORV_E_INVALID_ARGUMENT);
     CHECK_TEXT(buffer.GetValue(), L"kept");
 }

@@ -150,6 +150,10 @@ TEST_CASE(SystemTimeFieldsHaveRanges)
     CHECK_EQUAL(OrvConvertOrvTimeToSYSTEMTIME(back, time), ORV_S_OK);
     CHECK(__builtin_memcmp(&back, &good, sizeof good) == 0);
 
+    const _SYSTEMTIME extremes[] = {{1970, 1, 0, 1, 0, 0, 0, 0}, {30827, 12, 6, 31, 23, 59, 59, 999}};
+    for (const _SYSTEMTIME &extreme : extremes)
+        CHECK_EQUAL(OrvConvertSYSTEMTIMEToOrvTimeStruct(structure, extreme), ORV_S_OK);
+
     // Each field just outside its range, both ways.
     struct {
         uint32_t field;
