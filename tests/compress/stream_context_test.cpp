@@ -154,7 +154,7 @@ void CheckMisuse()
     CHECK_EQUAL(context.Destroy(), ORV_S_OK);
     context.SetAvailIn(5);
     context.SetNextOut(packed.data);
-    CHECK_EQUAL(context.GetAvailIn(), 0u);
+    CHECK_EQUAL(context.GetAvailIn() + context.GetAvailOut(), 0u);
     CHECK_EQUAL(context.GetNextOut(), nullptr);
     CHECK_EQUAL(context.GetMaxAvail(), 0xFFFFFFFFu);
 

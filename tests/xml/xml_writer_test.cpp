@@ -102,12 +102,12 @@ TEST_CASE(CharactersAreEscaped)
     // Everything that is escaped, and its neighbours that are not.
     static const wchar_t kText[] = {L'&',   L'<',   L'>',   L'"',   L'\'',  9,      10,
                                     13,     1,      0x1F,   0x20,   0x7F,   0x80,   0xD7FF,
-                                    0xD83D, 0xDE00, 0xDC00, 0xE000, 0xFFFD, 0xFFFE, 0xFFFF};
+                                    0xD800, 0xDE00, 0xDFFF, 0xE000, 0xFFFD, 0xFFFE, 0xFFFF};
     const OrvStringRefBase<wchar_t> text(kText, sizeof kText / sizeof *kText);
     CheckDocument("<a x=\"&amp;&lt;&gt;&quot;&apos;\t\n\r&#x1;&#x1f; \x7F\xC2\x80\xED\x9F\xBF"
-                  "&#xd83d;&#xde00;&#xdc00;\xEE\x80\x80\xEF\xBF\xBD&#xfffe;&#xffff;\">"
+                  "&#xd800;&#xde00;&#xdfff;\xEE\x80\x80\xEF\xBF\xBD&#xfffe;&#xffff;\">"
                   "&amp;&lt;&gt;\"'\t\n\r&#x1;&#x1f; \x7F\xC2\x80\xED\x9F\xBF"
-                  "&#xd83d;&#xde00;&#xdc00;\xEE\x80\x80\xEF\xBF\xBD&#xfffe;&#xffff;</a>",
+                  "&#xd800;&#xde00;&#xdfff;\xEE\x80\x80\xEF\xBF\xBD&#xfffe;&#xffff;</a>",
                   [&text](Impl &writer) {
                       writer.WriteStartElement(L"a");
                       writer.WriteAttribute(L"x", text);
