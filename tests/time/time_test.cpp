@@ -128,7 +128,7 @@ TEST_CASE(DaysOfTheWeekOutsideTheFastRange)
     } const cases[] = {
         {2000, 2, 31, ORV_S_OK, OrvThursday},         {1753, 1, 1, ORV_S_OK, OrvMonday},
         {1800, 2, 28, ORV_S_OK, OrvFriday},           {1800, 3, 1, ORV_S_OK, OrvSaturday},
-        {1904, 2, 29, ORV_S_OK, OrvMonday},           {1904, 3, 1, ORV_S_OK, OrvTuesday},
+        {1904, 2, 29, ORV_S_OK, OrvMonday},           {1899, 12, 31, ORV_S_OK, OrvSunday},
         {9999, 12, 31, ORV_S_OK, OrvFriday},          {10000, 1, 1, ORV_S_OK, OrvSaturday},
         {1752, 12, 31, ORV_E_TIME_OUT_OF_RANGE, 77},  {2000, 2, 32, ORV_E_INVALID_ARGUMENT, 77},
         {2000, 2, 0, ORV_E_INVALID_ARGUMENT, 77},     {2000, 13, 1, ORV_E_INVALID_ARGUMENT, 77},
