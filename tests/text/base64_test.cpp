@@ -1,4 +1,4 @@
-// Base64 text and back: known pairs, every length, every kind of fault, and what a capacity must be.
+// Base64 text and back: known pairs, every kind of fault, and what a capacity must be.
 
 #include "orv/text/base64.h"
 
@@ -12,7 +12,6 @@ namespace
 
 constexpr auto kStrict = OrvBase64IgnoreNothing;
 constexpr auto kLenient = OrvBase64IgnoreWhiteSpace;
-constexpr uint32_t kMost = 200;
 constexpr uint32_t kUntouched = 0xABCD;
 
 } // namespace
@@ -42,38 +41,6 @@ TEST_CASE(Base64KnownPairs)
     }
 }
 
-TEST_CASE(Base64EveryLengthComesBack)
-{
-    for (uint32_t count = 0; count <= kMost; count++) {
-        test::Note("count", count);
-        auto *const bytes = test::GuardedArray<uint8_t>(count);
-        for (uint32_t i = 0; i < count; i++)
-            bytes[i] = static_cast<uint8_t>(i * 167 + count);
-        const uint32_t capacity = OrvBase64EncodeNecessaryBufferCapacity(count);
-        _ORV_UTF16CHAR_STR text = {0, capacity, test::GuardedArray<wchar_t>(capacity)};
-        CHECK_EQUAL(OrvBase64Encode(text, bytes, count), ORV_S_OK);
-        CHECK_EQUAL(text.characters[text.length], 0);
-
-        // Strictly, and with a line break behind every 19 characters, which no group survives whole.
-        const uint32_t brokenLength = text.length + text.length / 19;
-        auto *const broken = test::GuardedArray<wchar_t>(brokenLength);
-        for (uint32_t i = 0, to = 0; i < text.length; i++) {
-            broken[to++] = text.characters[i];
-            if (i % 19 == 18)
-                broken[to++] = L"\n\r\t "[to % 4];
-        }
-        const auto check = [&](const wchar_t *source, uint32_t size, uint32_t room, OrvBase64Ignored mode) {
-            auto *const back = test::GuardedArray<uint8_t>(room);
-            uint32_t length = kUntouched;
-            CHECK_EQUAL(OrvBase64Decode(back, room, source, size, &length, mode), ORV_S_OK);
-            CHECK_EQUAL(length, count);
-            CHECK(__builtin_memcmp(back, bytes, count) == 0);
-        };
-        check(text.characters, text.length, text.length / 4 * 3, kStrict);
-        check(broken, brokenLength, OrvBase64DecodeNecessaryBufferCapacity(brokenLength), kLenient);
-    }
-}
-
 TEST_CASE(Base64Faults)
 {
     constexpr OrvResult kBad = ORV_E_INVALID_DATA;
@@ -86,6 +53,7 @@ TEST_CASE(Base64Faults)
         {L"Zm 9v", kBad, 0, "foo"},
         {L" \t\r\nZm9v \t\r\n", kBad, 0, "foo"},
         {L" \n", kBad, 0, ""},
+        {L"Zm9vZm9vZm9vZm9\n\rvZm9v\tZm9vZm9vZm8=", kBad, 0, "foofoofoofoofoofoofoofo"},
         {L"Zm9v\v", kBad, kBad, "foo"},
         {L"Zm9", kBad, kBad, ""},
         {L"Zm9vZg", kBad, kBad, "foo"},

@@ -43,26 +43,20 @@ test::TextPages &TargetPage()
     return page;
 }
 
-/// Converts at one capacity, with all at unmapped pages or `slack` bytes from them.
-template <typename Target, typename Source>
-void CheckAt(uint32_t capacity, uint32_t slack, OrvCodePage from, OrvCodePage to, const Source *source,
-             uint32_t count, const Target *expected, uint32_t length, OrvResult failure)
-{
-    const Source *const placed = SourcePage().Copy(source, count, slack);
-    TargetPage().Fill(kFill);
-    Target *const target = TargetPage().Place<Target>(capacity, slack);
-    test::CheckConversion(target, capacity, placed, count, {from, to}, expected, length, failure);
-    for (uint32_t i = 0; i < slack; i++)
-        CHECK_EQUAL(reinterpret_cast<const uint8_t *>(target + capacity)[i], kFill);
-}
-
-/// Converts at every capacity from none to more than enough.
+/// Converts at every capacity from none to more than enough, at every alignment.
 template <typename Target, typename Source>
 void Sweep(OrvCodePage from, OrvCodePage to, const Source *source, uint32_t count, const Target *expected,
            uint32_t length, OrvResult failure)
 {
-    for (uint32_t capacity = 0; capacity <= length + 2; capacity++)
-        CheckAt(capacity, capacity % test::kSlacks, from, to, source, count, expected, length, failure);
+    for (uint32_t capacity = 0; capacity <= length + 2; capacity++) {
+        const uint32_t slack = capacity % test::kSlacks;
+        const Source *const placed = SourcePage().Copy(source, count, slack);
+        TargetPage().Fill(kFill);
+        Target *const target = TargetPage().Place<Target>(capacity, slack);
+        test::CheckConversion(target, capacity, placed, count, {from, to}, expected, length, failure);
+        for (uint32_t i = 0; i < slack; i++)
+            CHECK_EQUAL(reinterpret_cast<const uint8_t *>(target + capacity)[i], kFill);
+    }
     CHECK_EQUAL(Convert(static_cast<Target *>(nullptr), 9, source, test::Pages{from, to}, nullptr, count),
                 failure ? failure : ORV_E_BUFFER_TOO_SMALL);
 }
@@ -244,41 +238,6 @@ TEST_CASE(EveryCodePointComesBack)
             CHECK_EQUAL(OrvConvertMb2Utf16String(decoded, kMostUnits, other, to, &back, otherSize), ORV_S_OK);
             CHECK_EQUAL(OrvCompareString(decoded, everything, back, length), 0);
         }
-    }
-}
-
-TEST_CASE(RunsOfEveryLengthAndPlace)
-{
-    // A text becomes what its characters become one by one, however runs and single characters follow each
-    // other.
-    const wchar_t *const characters[] = {L"\x00E9", L"\x20AC", L"\xD83D\xDE00", L"\x00FF", L"+"};
-    test::Generator generator;
-    for (uint32_t round = 0; round < 6000; round++) {
-        wchar_t text[96] = {};
-        char bytes[sizeof text * 4] = {};
-        const OrvCodePage page = kOwnPages[round / 2 % 2 * 2]; // Latin-1 and UTF-8
-        uint32_t length = 0;
-        uint32_t size = 0;
-        const auto append = [&](const wchar_t *character) {
-            const uint32_t count = OrvGetStringSizeInElements(character);
-            uint32_t added = 0;
-            CHECK_EQUAL(OrvConvertUtf162MbString(bytes + size, 8, character, page, &added, count), ORV_S_OK);
-            while (*character)
-                text[length++] = *character++;
-            size += added;
-        };
-        while (length < 60) {
-            for (uint32_t run = generator.Below(generator.Below(2) ? 4 : 40); run && length < 90; run--) {
-                const wchar_t ascii[] = {static_cast<wchar_t>('a' + generator.Below(26)), 0};
-                append(ascii);
-            }
-            append(characters[generator.Below(5)]);
-        }
-        test::Note("round", round);
-        const uint32_t slack = generator.Below(test::kSlacks);
-        CheckAt(size + round % 2, slack, OrvCodePageUtf16, page, text, length, bytes, size, 0);
-        if (page == OrvCodePageUtf8)
-            CheckAt(length + 1, slack, page, OrvCodePageUtf16, bytes, size, text, length, 0);
     }
 }
 
