@@ -308,6 +308,7 @@ TEST_CASE(TerminatedTextsAndOtherNames)
     size = kUntouched;
     CHECK_EQUAL(OrvConvertUtf162TString(descriptor, L"five", OrvTerminated, &size), ORV_E_BUFFER_TOO_SMALL);
     CHECK_EQUAL(size, 5u);
+    size = kUntouched;
     CHECK_EQUAL(OrvConvertMb2TString(descriptor, "five", OrvCodePageUtf8, 4, &size), ORV_E_BUFFER_TOO_SMALL);
     CHECK_EQUAL(size, 5u);
     size = kUntouched;
