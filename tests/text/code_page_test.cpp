@@ -108,6 +108,10 @@ TEST_CASE(TextsInEveryPage)
         MakeRow(OrvCodePageUtf8, "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", L"\xD800\xDC00\xDBFF\xDFFF"),
         MakeRow(OrvCodePageUtf8, "twenty-one of ASCII, \xE2\x82\xAC, then twenty-five of it",
                 L"twenty-one of ASCII, \x20AC, then twenty-five of it"),
+        MakeRow(OrvCodePageUtf8,
+                "one \xC3\xA9 alone, "
+                "\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9 together",
+                L"one \x00E9 alone, \x00E9\x00E9\x00E9\x00E9\x00E9\x00E9\x00E9\x00E9\x00E9 together"),
         MakeRow(OrvCodePageUtf7, "A+-+AOk-", L"A+\x00E9"),
         MakeRow(OrvCodePageUtf7, "+IKwAIQAi-3+/wA-", L"\x20AC!\"3\xFF00"), // no bits, two and four left over
         MakeRow(OrvCodePageUtf7, "a+2D3eAA-+-+2D3eAA-", L"a\xD83D\xDE00+\xD83D\xDE00"),

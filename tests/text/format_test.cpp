@@ -153,6 +153,7 @@ TEST_CASE(WhatIsNoDirectiveIsCopied)
         {"%n %d", "%n 42"},
         {"%-5.3q|%d", "%-5.3q|42"},
         {"%I64s|%d", "%I64s|42"},
+        {"%lZ|%d", "%lZ|42"},
         {"%wd|%d", "|42"},
         {"%wX%wi|%u", "|42"},
         {"%\x01%d", "%\x01"
@@ -420,6 +421,9 @@ TEST_CASE(SinksGetPiecesAndStopTheEngine)
     Collector<wchar_t> all;
     CHECK_EQUAL(OrvBasAppendFormat(all, format, 7, 8, text, L"z"), ORV_S_OK);
     CHECK_TEXT(all.text, array);
+    OrvUtf16CharHeapBuffer owner;
+    CHECK_EQUAL(OrvFormatString(OrvMakeMutableStringRef(owner), format, 7, 8, text, L"z"), ORV_S_OK);
+    CHECK_TEXT(owner.GetValue(), array);
     for (uint32_t piece = 1; piece <= all.pieces; piece++) {
         test::Note("piece", piece);
         Collector<wchar_t> failing;

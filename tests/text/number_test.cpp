@@ -169,6 +169,12 @@ TEST_CASE(EveryRadixComesBack)
 
 TEST_CASE(BadTargetsAreRefused)
 {
+    wchar_t *const small = test::GuardedArray<wchar_t>(3);
+    unsigned int written = 99;
+    CHECK_EQUAL(OrvConvertNumber2String(small, 3, -12345, 10, &written), ORV_E_BUFFER_TOO_SMALL);
+    CHECK_EQUAL(written, 3u);
+    CHECK(small[0] == L'-' && small[1] == L'1' && small[2] == L'2');
+    CHECK_EQUAL(OrvConvertNumber2String(small, 2, 12345, 36), ORV_E_BUFFER_TOO_SMALL);
     CHECK_EQUAL(OrvConvertNumber2String(static_cast<char *>(nullptr), 5, 1, 10), ORV_E_INVALID_ARGUMENT);
     char untouched[] = "u";
     CHECK_EQUAL(OrvConvertSize2String(untouched, 2, 1, 37), ORV_E_INVALID_ARGUMENT);
@@ -233,8 +239,11 @@ TEST_CASE(DoublesAreReadToTheNearest)
         {"1e-99999999999999999999", 0, kRoom},
         {"2.4703282292062327e-324", 0, kRoom}, // half of the smallest double
         {"2.4703282292062328e-324", 4.9406564584124654e-324, kRoom},
+        {"1.7976931348623158e308", 1.7976931348623157e308, kRoom},
         {"1.7976931348623159e308", __builtin_inf(), kRoom},
         {"inf", 0, 0},
+        {"9007199254740993", 9007199254740992, kRoom},
+        {"4503599627370497.5", 4503599627370498, kRoom},
         {"9007199254740993.0000000000000000000000000000000000000000001", 9007199254740994, kRoom},
         {"-1e-400", -0.0, kRoom},
         {"2.2250738585072011e-308", 2.2250738585072011e-308, kRoom},
