@@ -5,8 +5,7 @@
 #include "fuzz.h"
 
 #include "host_page.h"
-#include "orv/runtime/result.h"
-#include "orv/text/code_page.h"
+#include "text/conversions.h"
 
 namespace
 {
@@ -14,48 +13,16 @@ namespace
 constexpr uint32_t kUntouched = 0xABCDEF;
 constexpr uint32_t kPages = 6;
 
-struct Pages {
-    OrvCodePage from;
-    OrvCodePage to;
+using test::Pages;
 
-    bool IsPlatformOnly() const { return IsPlatforms(from) && IsPlatforms(to); }
-    static bool IsPlatforms(OrvCodePage page) { return page <= OrvCodePageOem; }
-    static bool IsUnicode(OrvCodePage page) { return page >= OrvCodePageUtf7; }
-};
-
-// One name for each direction, by the widths of target and source.
-
-OrvResult Convert(wchar_t *target, uint32_t capacity, const char *source, Pages pages, uint32_t *size,
-                  uint32_t count)
+bool IsPlatforms(OrvCodePage page)
 {
-    return OrvConvertMb2Utf16String(target, capacity, source, pages.from, size, count);
+    return page <= OrvCodePageOem;
 }
 
-OrvResult Convert(char *target, uint32_t capacity, const wchar_t *source, Pages pages, uint32_t *size,
-                  uint32_t count)
+bool IsUnicode(OrvCodePage page)
 {
-    return OrvConvertUtf162MbString(target, capacity, source, pages.to, size, count);
-}
-
-OrvResult Convert(char *target, uint32_t capacity, const char *source, Pages pages, uint32_t *size,
-                  uint32_t count)
-{
-    return OrvConvertMb2MbString(target, capacity, source, pages.from, pages.to, size, count);
-}
-
-OrvResult Measure(uint32_t &size, const char *source, Pages pages, uint32_t count, const wchar_t *)
-{
-    return OrvGetMb2Utf16StringSize(size, source, pages.from, count);
-}
-
-OrvResult Measure(uint32_t &size, const wchar_t *source, Pages pages, uint32_t count, const char *)
-{
-    return OrvGetUtf162MbStringSize(size, source, pages.to, count);
-}
-
-OrvResult Measure(uint32_t &size, const char *source, Pages pages, uint32_t count, const char *)
-{
-    return OrvGetMb2MbStringSize(size, source, pages.from, pages.to, count);
+    return page >= OrvCodePageUtf7;
 }
 
 /// A text that was converted; null when the source is none.
@@ -79,6 +46,7 @@ struct Text {
 template <typename Target, typename Source>
 void Check(Text<Target> &text, const Source *source, uint32_t count, Pages pages, uint32_t pick)
 {
+    const bool isPlatformOnly = IsPlatforms(pages.from) && IsPlatforms(pages.to);
     uint32_t measured = kUntouched;
     const OrvResult query = Measure(measured, source, pages, count, static_cast<const Target *>(nullptr));
     REQUIRE(query == ORV_S_OK || (query == ORV_E_INVALID_DATA && measured == kUntouched));
@@ -86,7 +54,7 @@ void Check(Text<Target> &text, const Source *source, uint32_t count, Pages pages
     uint32_t required = kUntouched;
     const OrvResult asked = Convert(static_cast<Target *>(nullptr), 0, source, pages, &required, count);
     if (asked == ORV_E_INVALID_DATA) {
-        REQUIRE(query == asked || (pages.IsPlatformOnly() && sizeof(Target) == sizeof(Source)));
+        REQUIRE(query == asked || (isPlatformOnly && sizeof(Target) == sizeof(Source)));
         REQUIRE(required == kUntouched);
         ExactArray<Target> any(pick);
         REQUIRE(Convert(any, pick, source, pages, &required, count) == ORV_E_INVALID_DATA);
@@ -96,7 +64,7 @@ void Check(Text<Target> &text, const Source *source, uint32_t count, Pages pages
     REQUIRE(asked == ORV_E_BUFFER_TOO_SMALL && required > 0);
     // Between the platform's pages the query counts the source; from page 1 it takes another page.
     const bool isExact = sizeof(Target) != sizeof(Source) || pages.from == pages.to ||
-                         (!pages.IsPlatformOnly() && pages.from != OrvCodePageAnsi);
+                         (!isPlatformOnly && pages.from != OrvCodePageAnsi);
     REQUIRE(!isExact || (query == ORV_S_OK && required == measured + 1));
 
     const uint32_t tooFew = pick % required;
@@ -160,7 +128,7 @@ void CheckBytes(const char *source, uint32_t count, Pages pages, uint32_t pick)
     }
 
     // There and back: the bytes may differ (UTF-7 has many forms), the text may not.
-    if (!text.units || !Pages::IsUnicode(pages.from))
+    if (!text.units || !IsUnicode(pages.from))
         return;
     Text<char> back;
     Check(back, text.units, text.length, {OrvCodePageUtf16, pages.from}, pick);
@@ -174,7 +142,7 @@ void CheckText(const wchar_t *source, uint32_t count, Pages pages, uint32_t pick
 {
     Text<char> bytes;
     Check(bytes, source, count, pages, pick);
-    if (!bytes.units || !Pages::IsUnicode(pages.to))
+    if (!bytes.units || !IsUnicode(pages.to))
         return;
     Text<wchar_t> back;
     Check(back, bytes.units, bytes.length, {pages.to, OrvCodePageUtf16}, pick);

@@ -121,6 +121,7 @@ void CheckText(Write write, Read read)
         unsigned int written = 0;
         const bool fits = capacity > length;
         REQUIRE(write(part, capacity, &written) == (fits ? ORV_S_OK : ORV_E_BUFFER_TOO_SMALL));
+        REQUIRE(written == (fits ? length : capacity));
         REQUIRE(memcmp(part, text, capacity * sizeof(T)) == 0);
     }
 }

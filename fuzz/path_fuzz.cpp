@@ -84,69 +84,33 @@ void CheckSplit(Buffer &result, const Text &path, Operation operation)
     REQUIRE(Equal(result, array, inPlace.length));
 }
 
+template <typename Out>
+constexpr bool kIsArray = __is_same(Out, _ORV_UTF16CHAR_STR &);
+template <typename Out>
+constexpr bool kIsReference = __is_same(Out, const Reference &);
+
 // One function for the three forms of an operation.
 #define SPLITTER(operation)                                                                                  \
-    struct Any##operation {                                                                                  \
-        OrvResult operator()(_ORV_UTF16CHAR_STR &out, const wchar_t *path, uint32_t length,                  \
-                             unsigned int *required) const                                                   \
-        {                                                                                                    \
+    [](auto &out, const wchar_t *path, uint32_t length, unsigned int *required) {                            \
+        if constexpr (kIsArray<decltype(out)>)                                                               \
             return operation(out, path, length, required);                                                   \
-        }                                                                                                    \
-        OrvResult operator()(Buffer &out, const wchar_t *path, uint32_t length, unsigned int *) const        \
-        {                                                                                                    \
-            return operation(out, path, length);                                                             \
-        }                                                                                                    \
-        OrvResult operator()(const Reference &out, const wchar_t *path, uint32_t length,                     \
-                             unsigned int *) const                                                           \
-        {                                                                                                    \
+        else if constexpr (kIsReference<decltype(out)>)                                                      \
             return operation(out, OrvStringRefBase<wchar_t>(path, length));                                  \
-        }                                                                                                    \
+        else                                                                                                 \
+            return operation(out, path, length);                                                             \
     }
 
-SPLITTER(GetVolumeFromPath);
-SPLITTER(GetFilename);
-SPLITTER(GetFilenameExtension);
-SPLITTER(GetFilenameWithoutExtension);
-SPLITTER(GetDirectoryPathFromFilenamePath);
-
-#define JOINER(operation)                                                                                    \
-    struct Any##operation {                                                                                  \
-        const Text &first;                                                                                   \
-        const Text &second;                                                                                  \
-        OrvResult operator()(_ORV_UTF16CHAR_STR &out, unsigned int *required) const                          \
-        {                                                                                                    \
+#define JOINER(operation, first, second)                                                                     \
+    [&](auto &out, unsigned int *required) {                                                                 \
+        if constexpr (kIsArray<decltype(out)>)                                                               \
             return operation(out, first.characters, second.characters, first.length, second.length,          \
                              required);                                                                      \
-        }                                                                                                    \
-        OrvResult operator()(Buffer &out, unsigned int *) const                                              \
-        {                                                                                                    \
-            return operation(out, first.characters, second.characters, first.length, second.length);         \
-        }                                                                                                    \
-        OrvResult operator()(const Reference &out, unsigned int *) const                                     \
-        {                                                                                                    \
+        else if constexpr (kIsReference<decltype(out)>)                                                      \
             return operation(out, OrvStringRefBase<wchar_t>(first.characters, first.length),                 \
                              OrvStringRefBase<wchar_t>(second.characters, second.length));                   \
-        }                                                                                                    \
+        else                                                                                                 \
+            return operation(out, first.characters, second.characters, first.length, second.length);         \
     }
-
-JOINER(CombinePaths);
-JOINER(ChangeExtension);
-
-/// The operation whose path is terminated, which is where `length` is.
-struct AnyGetPathRoot {
-    OrvResult operator()(_ORV_UTF16CHAR_STR &out, const wchar_t *path, uint32_t, unsigned int *required) const
-    {
-        return GetPathRoot(out, path, required);
-    }
-    OrvResult operator()(Buffer &out, const wchar_t *path, uint32_t, unsigned int *) const
-    {
-        return GetPathRoot(out, path);
-    }
-    OrvResult operator()(const Reference &out, const wchar_t *path, uint32_t length, unsigned int *) const
-    {
-        return GetPathRoot(out, OrvStringRefBase<wchar_t>(path, length));
-    }
-};
 
 bool IsSeparator(wchar_t character)
 {
@@ -175,7 +139,12 @@ void CheckRoot(const Text &path)
     REQUIRE(IsPathRooted(path.characters, path.length) == (length != 0));
     Buffer root;
     CheckForms(root, [&](auto &out, unsigned int *required) {
-        return AnyGetPathRoot()(out, path.characters, path.length, required);
+        if constexpr (kIsArray<decltype(out)>)
+            return GetPathRoot(out, path.characters, required);
+        else if constexpr (kIsReference<decltype(out)>)
+            return GetPathRoot(out, OrvStringRefBase<wchar_t>(path.characters, path.length));
+        else
+            return GetPathRoot(out, path.characters);
     });
     REQUIRE(Equal(root, path.characters, length));
 }
@@ -187,7 +156,7 @@ void CheckJoin(const Text &first, const Text &second)
     const Text counted[] = {{firstCounted, first.length}, {secondCounted, second.length}};
     Buffer combined;
     Buffer part;
-    CheckForms(combined, AnyCombinePaths{counted[0], counted[1]});
+    CheckForms(combined, JOINER(CombinePaths, counted[0], counted[1]));
     if (second.length && !HasAny(second, EndsName)) {
         // A plain name comes out again, and so does the directory, but for the separators at its end.
         REQUIRE(GetFilename(part, combined.GetValue()) == 0);
@@ -215,7 +184,7 @@ void CheckJoin(const Text &first, const Text &second)
     if (first.length == 0)
         return;
     Buffer changed;
-    CheckForms(changed, AnyChangeExtension{counted[0], counted[1]});
+    CheckForms(changed, JOINER(ChangeExtension, counted[0], counted[1]));
     Buffer before;
     REQUIRE(GetFilenameWithoutExtension(before, first.characters) == 0);
     const bool isPlain = !HasAny(second, [](wchar_t c) { return EndsName(c) || c == L'.'; });
@@ -255,12 +224,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const Text path = {first, firstLength};
     CheckRoot(path);
     Buffer result;
-    CheckSplit(result, path, AnyGetVolumeFromPath());
-    CheckSplit(result, path, AnyGetFilename());
-    CheckSplit(result, path, AnyGetFilenameExtension());
+    CheckSplit(result, path, SPLITTER(GetVolumeFromPath));
+    CheckSplit(result, path, SPLITTER(GetFilename));
+    CheckSplit(result, path, SPLITTER(GetFilenameExtension));
     REQUIRE(HasExtension(path.characters, path.length) == !result.IsEmpty());
-    CheckSplit(result, path, AnyGetFilenameWithoutExtension());
-    CheckSplit(result, path, AnyGetDirectoryPathFromFilenamePath());
+    CheckSplit(result, path, SPLITTER(GetFilenameWithoutExtension));
+    CheckSplit(result, path, SPLITTER(GetDirectoryPathFromFilenamePath));
     CheckJoin(path, {second, secondLength});
     return 0;
 }

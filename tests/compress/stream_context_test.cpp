@@ -102,39 +102,23 @@ bool UnpackedIsSource()
     return unpacked.size == source.size && __builtin_memcmp(unpacked.data, source.data, source.size) == 0;
 }
 
+/// A stream comes back in steps. One in which a byte is wrong, or that ends early, leads to a failure, or to
+/// an end that was not reached.
 template <typename Context>
-void CheckRoundTrips()
-{
-    struct {
-        uint32_t size;
-        uint32_t chunk;
-    } const cases[] = {{0, 1}, {0, 1000}, {1, 1}, {300, 1}, {5000, 7}, {100000, 4096}, {100000, kRoom}};
-    for (const auto &c : cases) {
-        test::Note("size", c.size);
-        MakeSource(c.size);
-        Context context;
-        CHECK_EQUAL(context.Start(true), ORV_S_OK);
-        CHECK_EQUAL(Pack(context, c.chunk), ORV_S_END_OF_DATA);
-        CHECK_EQUAL(context.Destroy(), ORV_S_OK);
-        CHECK_EQUAL(context.Start(false), ORV_S_OK); // the same context, the other way
-        CHECK(!context.IsFinished());
-        CHECK_EQUAL(Unpack(context, c.chunk), ORV_S_END_OF_DATA);
-        CHECK(context.IsFinished());
-        CHECK(UnpackedIsSource());
-        CHECK_EQUAL(context.Destroy(), ORV_S_OK);
-        CHECK_EQUAL(context.Destroy(), ORV_S_OK);
-    }
-}
-
-/// What a stream in which a byte is wrong, or that ends early, may lead to: a failure, or an end that was not
-/// reached.
-template <typename Context>
-void CheckDamage(bool hasChecksum)
+void CheckStream(bool hasChecksum)
 {
     MakeSource(700);
     Context context;
     CHECK_EQUAL(context.Start(true), ORV_S_OK);
-    CHECK_EQUAL(Pack(context, kRoom), ORV_S_END_OF_DATA);
+    CHECK_EQUAL(Pack(context, 7), ORV_S_END_OF_DATA);
+    CHECK_EQUAL(context.Destroy(), ORV_S_OK);
+    CHECK_EQUAL(context.Start(false), ORV_S_OK); // the same context, the other way
+    CHECK(!context.IsFinished());
+    CHECK_EQUAL(Unpack(context, 7), ORV_S_END_OF_DATA);
+    CHECK(context.IsFinished());
+    CHECK(UnpackedIsSource());
+    CHECK_EQUAL(context.Destroy(), ORV_S_OK);
+    CHECK_EQUAL(context.Destroy(), ORV_S_OK);
     const uint32_t whole = packed.size;
     for (uint32_t i = 0; i < whole; i++) {
         test::Note("damaged byte", i);
@@ -170,7 +154,7 @@ void CheckMisuse()
     CHECK_EQUAL(context.Destroy(), ORV_S_OK);
     context.SetAvailIn(5);
     context.SetNextOut(packed.data);
-    CHECK_EQUAL(context.GetAvailIn(), 0u);
+    CHECK_EQUAL(context.GetAvailIn() + context.GetAvailOut(), 0u);
     CHECK_EQUAL(context.GetNextOut(), nullptr);
     CHECK_EQUAL(context.GetMaxAvail(), 0xFFFFFFFFu);
 
@@ -217,18 +201,11 @@ void CheckBuffer()
 
 } // namespace
 
-TEST_CASE(RoundTripsInStepsOfAnySize)
+TEST_CASE(StreamsComeBackWholeOrNotAtAll)
 {
-    CheckRoundTrips<Zlib>();
-    CheckRoundTrips<RawDeflate>();
-    CheckRoundTrips<Bzip2>();
-}
-
-TEST_CASE(DamagedStreamsAreNoStreams)
-{
-    CheckDamage<Zlib>(true);
-    CheckDamage<RawDeflate>(false);
-    CheckDamage<Bzip2>(true);
+    CheckStream<Zlib>(true);
+    CheckStream<RawDeflate>(false);
+    CheckStream<Bzip2>(true);
 }
 
 TEST_CASE(StepsWithoutTheirStreamFail)

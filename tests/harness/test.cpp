@@ -31,6 +31,12 @@ uint64_t noteValue;
 test::Edge guardedEdge;
 bool isEdgeAskedFor;
 
+template <typename... Texts>
+void Print(const Texts *...texts)
+{
+    (program::Print(texts), ...);
+}
+
 void PrintNumber(uint64_t number, uint32_t radix)
 {
     char digits[24];
@@ -39,28 +45,28 @@ void PrintNumber(uint64_t number, uint32_t radix)
     do
         *--first = "0123456789abcdef"[number % radix];
     while (number /= radix);
-    program::Print(first);
+    Print(first);
 }
 
 template <typename T>
 void PrintText(const T *text)
 {
     if (!text) {
-        program::Print("null");
+        Print("null");
         return;
     }
-    program::Print("\"");
+    Print("\"");
     for (uint32_t i = 0; text[i] && i < 200; i++) {
         const auto character = static_cast<uint32_t>(text[i]) & (sizeof(T) == 1 ? 0xFFu : 0xFFFFu);
         const char plain[2] = {static_cast<char>(character), 0};
         if (character >= 32 && character < 127) {
-            program::Print(plain);
+            Print(plain);
         } else {
-            program::Print("\\x");
+            Print("\\x");
             PrintNumber(character, 16);
         }
     }
-    program::Print("\"");
+    Print("\"");
 }
 
 void Print(const test::Shown &shown)
@@ -70,20 +76,13 @@ void Print(const test::Shown &shown)
         return PrintText(static_cast<const char *>(shown.text));
     case test::Shown::kWide:
         return PrintText(static_cast<const wchar_t *>(shown.text));
-    case test::Shown::kSigned:
-        if (static_cast<int64_t>(shown.number) < 0) {
-            program::Print("-");
-            PrintNumber(0 - shown.number, 10);
-            program::Print(" (0x");
-            PrintNumber(static_cast<uint32_t>(shown.number), 16);
-            return program::Print(")");
-        }
-        [[fallthrough]];
     default:
-        PrintNumber(shown.number, 10);
-        program::Print(" (0x");
-        PrintNumber(shown.number, 16);
-        program::Print(")");
+        const bool isNegative = shown.kind == test::Shown::kSigned && static_cast<int64_t>(shown.number) < 0;
+        Print(isNegative ? "-" : "");
+        PrintNumber(isNegative ? 0 - shown.number : shown.number, 10);
+        Print(" (0x");
+        PrintNumber(isNegative ? static_cast<uint32_t>(shown.number) : shown.number, 16);
+        Print(")");
     }
 }
 
@@ -117,22 +116,16 @@ bool StartReport(const char *file, int line, const char *expression)
 {
     if (++failures > kMostFailuresShown)
         return false;
-    program::Print(file);
-    program::Print(":");
+    Print(file, ":");
     PrintNumber(static_cast<uint32_t>(line), 10);
-    program::Print(": ");
-    program::Print(current->name);
-    program::Print(": ");
-    program::Print(expression);
+    Print(": ", current->name, ": ", expression);
     if (noteText) {
-        program::Print(" [");
-        program::Print(noteText);
-        program::Print(" ");
+        Print(" [", noteText, " ");
         PrintNumber(noteValue, 10);
-        program::Print("]");
+        Print("]");
     }
     if (guardedEdge == test::Edge::kStart)
-        program::Print(" (behind an unmapped page)");
+        Print(" (behind an unmapped page)");
     return true;
 }
 
@@ -155,18 +148,18 @@ namespace test
 void Report(const char *file, int line, const char *expression)
 {
     if (StartReport(file, line, expression))
-        program::Print(" does not hold\n");
+        Print(" does not hold\n");
 }
 
 void Report(const char *file, int line, const char *expression, Shown actual, Shown expected)
 {
     if (!StartReport(file, line, expression))
         return;
-    program::Print(" is ");
+    Print(" is ");
     Print(actual);
-    program::Print(", not ");
+    Print(", not ");
     Print(expected);
-    program::Print("\n");
+    Print("\n");
 }
 
 void Note(const char *what, uint64_t value)
@@ -209,8 +202,8 @@ int program::Main(uint32_t count, const char *const *arguments)
         (failures ? failed : passed)++;
     }
     PrintNumber(passed, 10);
-    program::Print(" passed, ");
+    Print(" passed, ");
     PrintNumber(failed, 10);
-    program::Print(" failed\n");
+    Print(" failed\n");
     return failed || !passed;
 }

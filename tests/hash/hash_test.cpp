@@ -12,6 +12,7 @@
 #include "orv/hash/sha512.h"
 #include "orv/hash/super_fast_hash.h"
 #include "orv/runtime/result.h"
+#include "orv/text/string.h"
 
 namespace
 {
@@ -56,11 +57,14 @@ struct Checksum {
     }
 };
 
-/// The MD5 of the digests of all prefixes of the message, each at another alignment and ending before an
-/// unmapped page.
+/// The published digest of a text, and the MD5 of the digests of all prefixes of the message, each ending
+/// before an unmapped page.
 template <typename Hash>
-void CheckPrefixes(const char *expected)
+void CheckDigests(const char *text, const char *digestOfText, const char *digestOfDigests)
 {
+    const auto known =
+        DigestOf<Hash>(reinterpret_cast<const uint8_t *>(text), OrvGetStringSizeInElements(text), 9);
+    CHECK_TEXT(Hexadecimal<sizeof known>(known.bytes).text, digestOfText);
     OrvMiniHashMd5 all;
     for (uint32_t length = 0; length < kMessageBytes; length++) {
         const uint8_t *const copy = test::GuardedCopy(kMessage.bytes, length);
@@ -72,17 +76,7 @@ void CheckPrefixes(const char *expected)
             CHECK(__builtin_memcmp(&split, &digest, sizeof digest) == 0);
         }
     }
-    CHECK_TEXT(Hexadecimal<16>(all.Get().bytes).text, expected);
-}
-
-template <typename Hash>
-void CheckVector(const char *text, const char *expected)
-{
-    uint32_t length = 0;
-    while (text[length])
-        length++;
-    const auto digest = DigestOf<Hash>(reinterpret_cast<const uint8_t *>(text), length, length + 1);
-    CHECK_TEXT(Hexadecimal<sizeof digest>(digest.bytes).text, expected);
+    CHECK_TEXT(Hexadecimal<16>(all.Get().bytes).text, digestOfDigests);
 }
 
 /// Get ends the message, and says the same until Initialize.
@@ -90,60 +84,39 @@ template <typename Hash>
 void CheckFinalization()
 {
     Hash hash;
-    typename Hash::HashType first;
-    typename Hash::HashType second;
-    hash.Add(kMessage.bytes, 100);
-    hash.Get(first);
-    hash.Add(kMessage.bytes, 100);
-    hash.Get(second);
-    CHECK(__builtin_memcmp(&first, &second, sizeof first) == 0);
-    second = hash.Get();
-    CHECK(__builtin_memcmp(&first, &second, sizeof first) == 0);
+    const auto digestOf = [&hash](uint32_t count) {
+        hash.Add(kMessage.bytes, count);
+        return hash.Get();
+    };
+    const auto first = digestOf(100);
+    const auto equalsFirst = [&first](const typename Hash::HashType &digest) {
+        return __builtin_memcmp(&digest, &first, sizeof first) == 0;
+    };
+    CHECK(equalsFirst(digestOf(100)));
     hash.Initialize();
-    hash.Add(kMessage.bytes, 99);
-    hash.Get(second);
-    CHECK(__builtin_memcmp(&first, &second, sizeof first) != 0);
+    CHECK(!equalsFirst(digestOf(99)));
     hash.Initialize();
-    hash.Add(kMessage.bytes, 100);
     hash.Add(nullptr, 0);
-    hash.Get(second);
-    CHECK(__builtin_memcmp(&first, &second, sizeof first) == 0);
+    CHECK(equalsFirst(digestOf(100)));
 }
 
 } // namespace
 
-TEST_CASE(PublishedVectors)
+TEST_CASE(DigestsOfEveryLengthOfAFewBlocks)
 {
-    CheckVector<Md4>("", "31d6cfe0d16ae931b73c59d7e0c089c0");
-    CheckVector<Md4>("abc", "a448017aaf21d8525fc10ae87aa6729d");
-    CheckVector<Md4>("12345678901234567890123456789012345678901234567890123456789012345678901234567890",
-                     "e33b4ddc9c38f2199c3e7b164fcc0536");
-    CheckVector<OrvMiniHashMd5>("", "d41d8cd98f00b204e9800998ecf8427e");
-    CheckVector<OrvMiniHashMd5>("abc", "900150983cd24fb0d6963f7d28e17f72");
-    CheckVector<OrvMiniHashMd5>(
-        "12345678901234567890123456789012345678901234567890123456789012345678901234567890",
-        "57edf4a22be3c955ac49da2e2107b67a");
-    CheckVector<OrvMiniHashSha1>("", "da39a3ee5e6b4b0d3255bfef95601890afd80709");
-    CheckVector<OrvMiniHashSha1>("abc", "a9993e364706816aba3e25717850c26c9cd0d89d");
-    CheckVector<OrvMiniHashSha1>("abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq",
-                                 "84983e441c3bd26ebaae4aa1f95129e5e54670f1");
-    CheckVector<OrvMiniHashSha256>("", "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
-    CheckVector<OrvMiniHashSha256>("abc", "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
-    CheckVector<OrvMiniHashSha512>("abc", "ddaf35a193617abacc417349ae20413112e6fa4e89a97ea20a9eeee64b55d39a"
-                                          "2192992a274fc1a836ba3c23a3feebbd454d4423643ce80e2a9ac94fa54ca49f");
-    CheckVector<Checksum<OrvMiniHashCrc32>>("123456789", "2639f4cb");
-    CheckVector<Checksum<OrvMiniHashCrc32C>>("123456789", "839206e3");
-}
-
-TEST_CASE(EveryLengthOfAFewBlocks)
-{
-    CheckPrefixes<Md4>("34ba5554a2613cd8dc2c1afb12d812fc");
-    CheckPrefixes<OrvMiniHashMd5>("84400bd21d9dc18772d1369842e8b719");
-    CheckPrefixes<OrvMiniHashSha1>("a514d1b1821aae7b74fa15b56b5690ff");
-    CheckPrefixes<OrvMiniHashSha256>("5df1d556c5e2abe5b9587ebc6f971fa7");
-    CheckPrefixes<OrvMiniHashSha512>("aa1be180e1c29667630a574e36232437");
-    CheckPrefixes<Checksum<OrvMiniHashCrc32>>("73536064dd9819a14116d736ca5c50dc");
-    CheckPrefixes<Checksum<OrvMiniHashCrc32C>>("ebba1354543ca8320e805379310cfb81");
+    CheckDigests<Md4>("abc", "a448017aaf21d8525fc10ae87aa6729d", "34ba5554a2613cd8dc2c1afb12d812fc");
+    CheckDigests<OrvMiniHashMd5>("abc", "900150983cd24fb0d6963f7d28e17f72",
+                                 "84400bd21d9dc18772d1369842e8b719");
+    CheckDigests<OrvMiniHashSha1>("abc", "a9993e364706816aba3e25717850c26c9cd0d89d",
+                                  "a514d1b1821aae7b74fa15b56b5690ff");
+    CheckDigests<OrvMiniHashSha256>("abc", "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad",
+                                    "5df1d556c5e2abe5b9587ebc6f971fa7");
+    CheckDigests<OrvMiniHashSha512>("abc",
+                                    "ddaf35a193617abacc417349ae20413112e6fa4e89a97ea20a9eeee64b55d39a"
+                                    "2192992a274fc1a836ba3c23a3feebbd454d4423643ce80e2a9ac94fa54ca49f",
+                                    "aa1be180e1c29667630a574e36232437");
+    CheckDigests<Checksum<OrvMiniHashCrc32>>("123456789", "2639f4cb", "73536064dd9819a14116d736ca5c50dc");
+    CheckDigests<Checksum<OrvMiniHashCrc32C>>("123456789", "839206e3", "ebba1354543ca8320e805379310cfb81");
 }
 
 TEST_CASE(FirstGetEndsTheMessage)
@@ -181,17 +154,6 @@ TEST_CASE(ChecksumsGoOn)
     rest.Add(kMessage.bytes + 200, 100);
     crc.Add(kMessage.bytes + 200, 100);
     CHECK_EQUAL(rest.Get(), crc.Get());
-
-    // Long enough for every wide path to take its longest step.
-    static uint8_t data[100000];
-    for (uint32_t i = 0; i < sizeof data; i++)
-        data[i] = static_cast<uint8_t>(i * i * 7 + i * 31 + 5);
-    crc.Initialize();
-    crc.Add(data, sizeof data);
-    CHECK_EQUAL(crc.Get(), 0x4d57e9fdu);
-    OrvMiniHashCrc32C crcC;
-    crcC.Add(data, sizeof data);
-    CHECK_EQUAL(crcC.Get(), 0xd6c410e1u);
 }
 
 TEST_CASE(SuperFastHashDoesNotMindTheSplit)
@@ -244,21 +206,15 @@ TEST_CASE(MessagesStayBelowFourGigabytes)
 
     // SHA-1 and SHA-256 keep 32 bits of the length in bits: 512 MiB end as 0 bytes do. SHA-512 keeps them
     // all.
-    struct {
-        bool same;
-        bool actual;
-    } cases[3] = {{true, false}, {true, false}, {false, true}};
     const auto endsAsEmpty = [](auto longHash, auto emptyHash) {
         *reinterpret_cast<uint32_t *>(&longHash) = 0x20000000;
         const auto digest = longHash.Get();
         const auto empty = emptyHash.Get();
         return __builtin_memcmp(&digest, &empty, sizeof empty) == 0;
     };
-    cases[0].actual = endsAsEmpty(OrvMiniHashSha1(), OrvMiniHashSha1());
-    cases[1].actual = endsAsEmpty(OrvMiniHashSha256(), OrvMiniHashSha256());
-    cases[2].actual = endsAsEmpty(OrvMiniHashSha512(), OrvMiniHashSha512());
-    for (const auto &c : cases)
-        CHECK_EQUAL(c.actual, c.same);
+    CHECK(endsAsEmpty(OrvMiniHashSha1(), OrvMiniHashSha1()));
+    CHECK(endsAsEmpty(OrvMiniHashSha256(), OrvMiniHashSha256()));
+    CHECK(!endsAsEmpty(OrvMiniHashSha512(), OrvMiniHashSha512()));
 }
 
 TEST_CASE(LengthInBitsCarriesIntoItsHighWord)

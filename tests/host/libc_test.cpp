@@ -76,13 +76,11 @@ void RandomDirective(char (&format)[32])
         snprintf(format, sizeof format, "%%%s%u.%u%c", flag, width + 1, precision, conversion);
 }
 
-/// The exact decimal text of a double, or of the point half-way to the next one: 80-bit numbers hold both.
-void ExactText(double value, bool halfWay, char (&text)[1200])
+/// The exact decimal text of the point half-way to the next double: 80-bit numbers hold it.
+void HalfWayText(double value, char (&text)[1200])
 {
-    long double exact = value;
-    if (halfWay)
-        exact = (exact + FromBits(ToBits(value) + 1)) / 2;
-    snprintf(text, sizeof text, "%.*Le", 1100, exact);
+    const long double sum = static_cast<long double>(value) + FromBits(ToBits(value) + 1);
+    snprintf(text, sizeof text, "%.*Le", 1100, sum / 2);
 }
 
 bool CheckParse(const char *text)
@@ -145,7 +143,7 @@ TEST_CASE(HalfWayTextsRoundAsTheLibrarysDo)
         if (!__builtin_isfinite(value) || !__builtin_isfinite(FromBits(ToBits(value) + 1)))
             value = 0;
         char text[1200];
-        ExactText(value, true, text);
+        HalfWayText(value, text);
         test::Note("bits", ToBits(value));
         // Exactly half-way, just above it and just below it.
         char *const lastDigit = strchr(text, 'e') - 1;
@@ -164,53 +162,5 @@ TEST_CASE(HalfWayTextsRoundAsTheLibrarysDo)
             --*nonZero;
         if (!CheckParse(text))
             return;
-    }
-}
-
-TEST_CASE(OddTextsParseAsTheLibrarys)
-{
-    const char *const texts[] = {
-        "1e400",
-        "-1e400",
-        "1e-400",
-        "2.4703282292062327e-324",
-        "2.4703282292062328e-324",
-        "1.7976931348623157e308",
-        "1.7976931348623158e308",
-        "1.7976931348623159e308",
-        // Half-way between the largest double and infinity, and one less.
-        "1797693134862315807937289714053034150799341327100378269361737789804449682927647509466490179775872070"
-        "9633028641669288791094655554785194040263065748867150582068190890200070838367627385484581771153176447"
-        "5730270069855571366959622842914819860834936475292719074168444365510704342711559699508093042880177904"
-        "174497792",
-        "1797693134862315807937289714053034150799341327100378269361737789804449682927647509466490179775872070"
-        "9633028641669288791094655554785194040263065748867150582068190890200070838367627385484581771153176447"
-        "5730270069855571366959622842914819860834936475292719074168444365510704342711559699508093042880177904"
-        "174497791",
-        "9007199254740993",
-        "9007199254740993.00000000000000000000000000000000000000000000000000000000000001",
-        "00000000000000000000000000000000000001.5e0",
-        "0.000000000000000000000000000000000000000000000000000000000000000000000000000000001e81",
-        "1e00000000000000000000000001",
-        "1e99999999999999999999",
-        "1e-99999999999999999999",
-        "0e99999999999",
-        "-0",
-        "-0.0e5",
-        "+1.5",
-        ".5",
-        "5.",
-        "-.5e-1",
-        "1e",
-        "1e+",
-        "1.5e-x",
-        "1.2.3",
-        "1,5",
-        "12345678901234567890123456789012345678901234567890",
-        "0.1e1e1",
-    };
-    for (const char *text : texts) {
-        test::Note(text, 0);
-        CheckParse(text);
     }
 }

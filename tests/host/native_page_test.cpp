@@ -4,15 +4,16 @@
 #include "harness/test.h"
 #include "host_page.h"
 #include "orv/orv.h"
+#include "text/conversions.h"
 
 namespace
 {
 
 constexpr uint32_t kLength = 100000;
 char bytes[kLength * 4];
-char back[kLength * 4];
+char expected[kLength * 4];
 wchar_t text[kLength];
-wchar_t decoded[kLength];
+wchar_t decoded[kLength + 1];
 
 /// Fills the text with `shift` letters and copies of a character up to `length` units.
 void Fill(uint32_t shift, const wchar_t *character, uint32_t length)
@@ -44,37 +45,18 @@ TEST_CASE(PiecesEndBetweenCharacters)
             for (const uint32_t length : (const uint32_t[]){32765, 32766, 32767, 32768, kLength}) {
                 test::Note("length", length);
                 Fill(shift, c.character, length);
+                const OrvCodePage own = c.page == HostPage::kUtf8 ? OrvCodePageUtf8 : OrvCodePageDefault;
                 uint32_t size = 0;
-                CHECK_EQUAL(OrvGetUtf162MbStringSize(size, text, OrvCodePageDefault, length), ORV_S_OK);
-                const uint32_t byteCount = size;
-                CHECK_EQUAL(OrvConvertUtf162MbString(bytes, byteCount, text, OrvCodePageOem, &size, length),
-                            ORV_E_BUFFER_TOO_SMALL);
-                CHECK_EQUAL(size, byteCount + 1);
-                CHECK_EQUAL(
-                    OrvConvertUtf162MbString(bytes, byteCount + 1, text, OrvCodePageOem, &size, length),
-                    ORV_S_OK);
-                CHECK_EQUAL(size, byteCount);
-                CHECK_EQUAL(bytes[byteCount], 0);
-                if (c.page == HostPage::kUtf8) {
-                    CHECK_EQUAL(
-                        OrvConvertUtf162MbString(back, sizeof back, text, OrvCodePageUtf8, &size, length),
-                        ORV_S_OK);
-                    CHECK_EQUAL(OrvCompareString(bytes, back, byteCount, size), 0);
-                }
+                CHECK_EQUAL(OrvConvertUtf162MbString(expected, sizeof expected, text, own, &size, length),
+                            ORV_S_OK);
+                for (uint32_t capacity = size; capacity <= size + 1; capacity++)
+                    test::CheckConversion(bytes, capacity, text, length, {OrvCodePageOem, OrvCodePageOem},
+                                          expected, size);
                 if (c.page == HostPage::kDoubleByte && c.character[1])
                     continue; // some of it is lost
-                CHECK_EQUAL(OrvGetMb2Utf16StringSize(size, bytes, OrvCodePageAnsi, byteCount), ORV_S_OK);
-                CHECK_EQUAL(size, length);
-                CHECK_EQUAL(
-                    OrvConvertMb2Utf16String(decoded, length, bytes, OrvCodePageDefault, &size, byteCount),
-                    ORV_E_BUFFER_TOO_SMALL);
-                CHECK_EQUAL(size, length + 1);
-                CHECK_EQUAL(
-                    OrvConvertMb2Utf16String(decoded, kLength, bytes, OrvCodePageDefault, &size, byteCount),
-                    length < kLength ? ORV_S_OK : ORV_E_BUFFER_TOO_SMALL);
-                CHECK_EQUAL(OrvCompareString(decoded, text, length < kLength ? length : 30000,
-                                             length < kLength ? size : 30000),
-                            0);
+                for (uint32_t capacity = length; capacity <= length + 1; capacity++)
+                    test::CheckConversion(decoded, capacity, bytes, size,
+                                          {OrvCodePageDefault, OrvCodePageDefault}, text, length);
             }
         }
     }

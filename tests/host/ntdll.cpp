@@ -3,6 +3,9 @@
 // numbers, and the ANSI page, which is the OEM page too, is one that the test chooses. Nothing here differs
 // from run to run, entropy included.
 
+#define _FILE_OFFSET_BITS 64
+#define _TIME_BITS 64
+
 #include "host_page.h"
 #include "nt/teb.h"
 
@@ -11,6 +14,7 @@
 
 #include <stdlib.h>
 #include <string.h>
+#include <time.h>
 
 PEB hostPeb;
 bool hostHeapRefuses;
@@ -118,24 +122,9 @@ unsigned Encode(const UNICODE_STRING &source, char *target)
     return count;
 }
 
-// The calendar: days since 1 January 1601, a Monday, from which every 400 years are alike.
-
+static_assert(sizeof(time_t) == sizeof(LONGLONG), "years before 1902 and behind 2037");
 constexpr LONGLONG kTicksPerMillisecond = 10000;
-constexpr uint32_t kMillisecondsPerDay = 86400000;
-constexpr uint32_t kFirstYear = 1601;
-
-uint32_t DaysBeforeYear(uint32_t year)
-{
-    const uint32_t years = year - kFirstYear;
-    return years * 365 + years / 4 - years / 100 + years / 400;
-}
-
-uint32_t DaysOfMonth(uint32_t year, uint32_t month)
-{
-    static const uint8_t kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    const bool leapYear = DaysBeforeYear(year + 1) - DaysBeforeYear(year) == 366;
-    return kDays[month - 1] + (month == 2 && leapYear);
-}
+constexpr LONGLONG kSecondsTo1970 = 11644473600;
 
 } // namespace
 
@@ -179,40 +168,31 @@ BOOLEAN NTAPI RtlFreeHeap(HANDLE, ULONG, PVOID block)
 
 void NTAPI RtlTimeToTimeFields(const LONGLONG *time, TIME_FIELDS *fields)
 {
-    const auto milliseconds = static_cast<ULONGLONG>(*time) / kTicksPerMillisecond;
-    auto day = static_cast<uint32_t>(milliseconds / kMillisecondsPerDay);
-    const auto rest = static_cast<uint32_t>(milliseconds % kMillisecondsPerDay);
-    uint32_t year = kFirstYear + day / 366; // or a later one
-    while (DaysBeforeYear(year + 1) <= day)
-        year++;
-    uint32_t month = 1;
-    const auto weekday = static_cast<USHORT>((day + 1) % 7);
-    for (day -= DaysBeforeYear(year); day >= DaysOfMonth(year, month); month++)
-        day -= DaysOfMonth(year, month);
-    *fields = {static_cast<USHORT>(year),
-               static_cast<USHORT>(month),
-               static_cast<USHORT>(day + 1),
-               static_cast<USHORT>(rest / 3600000),
-               static_cast<USHORT>(rest / 60000 % 60),
-               static_cast<USHORT>(rest / 1000 % 60),
-               static_cast<USHORT>(rest % 1000),
-               weekday};
+    const auto milliseconds = static_cast<LONGLONG>(static_cast<ULONGLONG>(*time) / kTicksPerMillisecond);
+    const time_t seconds = milliseconds / 1000 - kSecondsTo1970;
+    tm parts;
+    gmtime_r(&seconds, &parts);
+    *fields = {static_cast<USHORT>(parts.tm_year + 1900), static_cast<USHORT>(parts.tm_mon + 1),
+               static_cast<USHORT>(parts.tm_mday),        static_cast<USHORT>(parts.tm_hour),
+               static_cast<USHORT>(parts.tm_min),         static_cast<USHORT>(parts.tm_sec),
+               static_cast<USHORT>(milliseconds % 1000),  static_cast<USHORT>(parts.tm_wday)};
 }
 
 BOOLEAN NTAPI RtlTimeFieldsToTime(TIME_FIELDS *fields, LONGLONG *time)
 {
     const TIME_FIELDS &f = *fields;
-    constexpr uint32_t kLastYear = 30827;
-    if (f.Year < kFirstYear || f.Year > kLastYear || f.Month < 1 || f.Month > 12 || f.Day < 1 ||
-        f.Day > DaysOfMonth(f.Year, f.Month) || f.Hour > 23 || f.Minute > 59 || f.Second > 59 ||
-        f.Milliseconds > 999)
+    constexpr int kFirstYear = 1601;
+    constexpr int kLastYear = 30827;
+    if (f.Year < kFirstYear || f.Year > kLastYear)
         return false;
-    uint32_t day = DaysBeforeYear(f.Year) + f.Day - 1;
-    for (uint32_t month = 1; month < f.Month; month++)
-        day += DaysOfMonth(f.Year, month);
-    const LONGLONG minutes = (day * 24ll + f.Hour) * 60 + f.Minute;
-    *time = ((minutes * 60 + f.Second) * 1000 + f.Milliseconds) * kTicksPerMillisecond;
-    return true;
+    tm parts = {f.Second, f.Minute, f.Hour, f.Day, f.Month - 1, f.Year - 1900, 0, 0, 0, 0, nullptr};
+    const LONGLONG seconds = timegm(&parts) + kSecondsTo1970;
+    *time = (seconds * 1000 + f.Milliseconds) * kTicksPerMillisecond;
+    // What is out of its range was carried into the next field.
+    TIME_FIELDS same;
+    RtlTimeToTimeFields(time, &same);
+    same.Weekday = f.Weekday;
+    return memcmp(&same, &f, sizeof f) == 0;
 }
 
 NTSTATUS NTAPI RtlFormatCurrentUserKeyPath(UNICODE_STRING *path)

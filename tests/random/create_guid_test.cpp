@@ -12,20 +12,14 @@ TEST_CASE(GuidsOfAllThreadsDiffer)
     constexpr uint32_t kSlots = 8192; // more than twice as many
     static _OrvGuid made[kThreads][kEach];
     static const _OrvGuid *slots[kSlots];
-    uint32_t next = 0;
     uint32_t failed = 0;
-    auto work = [&] {
-        const uint32_t own = __atomic_fetch_add(&next, 1, __ATOMIC_RELAXED);
-        for (_OrvGuid &guid : made[own]) {
+    auto work = [&failed](uint32_t thread) {
+        for (_OrvGuid &guid : made[thread]) {
             if (OrvGuidUtils::CreateGuid(guid) != 0)
                 __atomic_fetch_add(&failed, 1, __ATOMIC_RELAXED);
         }
     };
-    {
-        test::Thread a(work);
-        test::Thread b(work);
-        test::Thread c(work);
-    }
+    test::RunOnThreads(kThreads, work);
     CHECK_EQUAL(failed, 0u);
     uint32_t equal = 0;
     for (const auto &guids : made) {

@@ -85,17 +85,11 @@ TEST_CASE(ThreadsShareOneSequence)
     constexpr uint32_t kThreads = 3;
     constexpr uint32_t kDraws = 2000;
     static uint32_t drawn[kThreads][kDraws];
-    uint32_t next = 0;
-    auto work = [&next] {
-        const uint32_t own = __atomic_fetch_add(&next, 1, __ATOMIC_RELAXED);
-        for (uint32_t &value : drawn[own])
+    auto work = [](uint32_t thread) {
+        for (uint32_t &value : drawn[thread])
             value = OrvGenerateRandomDWord();
     };
-    {
-        test::Thread a(work);
-        test::Thread b(work);
-        test::Thread c(work);
-    }
+    test::RunOnThreads(kThreads, work);
     // Each thread's numbers stand in the sequence in the order in which it drew them, and none is missing.
     uint32_t at[kThreads] = {};
     for (uint32_t i = 0; i < kThreads * kDraws; i++) {

@@ -1,26 +1,18 @@
-// Base64 text and back: known pairs, every length, every kind of fault, and what a capacity must be.
+// Base64 text and back: known pairs, every kind of fault, and what a capacity must be.
 
 #include "orv/text/base64.h"
 
 #include "harness/memory.h"
 #include "harness/test.h"
 #include "orv/runtime/result.h"
+#include "orv/text/string.h"
 
 namespace
 {
 
 constexpr auto kStrict = OrvBase64IgnoreNothing;
 constexpr auto kLenient = OrvBase64IgnoreWhiteSpace;
-constexpr uint32_t kMost = 200;
 constexpr uint32_t kUntouched = 0xABCD;
-
-uint32_t Length(const wchar_t *text)
-{
-    uint32_t length = 0;
-    while (text[length])
-        length++;
-    return length;
-}
 
 } // namespace
 
@@ -34,9 +26,6 @@ TEST_CASE(Base64KnownPairs)
         {"", 0, L""},
         {"f", 1, L"Zg=="},
         {"fo", 2, L"Zm8="},
-        {"foo", 3, L"Zm9v"},
-        {"foobar", 6, L"Zm9vYmFy"},
-        {"\xFF", 1, L"/w=="},
         {"\0\x10\x83", 3, L"ABCD"},
         {"\xFB\xEF\xBE", 3, L"++++"},
         {"\xFF\xFF\xFF\xFF", 4, L"/////w=="},
@@ -45,58 +34,10 @@ TEST_CASE(Base64KnownPairs)
         test::Note("case", static_cast<uint32_t>(&c - cases));
         wchar_t room[16];
         _ORV_UTF16CHAR_STR text = {99, 16, room};
-        const auto *const bytes = reinterpret_cast<const uint8_t *>(c.bytes);
-        CHECK_EQUAL(OrvBase64Encode(text, bytes, c.count), ORV_S_OK);
-        CHECK_EQUAL(text.length, Length(c.text));
+        CHECK_EQUAL(OrvBase64Encode(text, reinterpret_cast<const uint8_t *>(c.bytes), c.count), ORV_S_OK);
+        CHECK_EQUAL(text.length, OrvGetStringSizeInElements(c.text));
         CHECK_TEXT(room, c.text);
         CHECK_EQUAL(OrvBase64EncodeNecessaryBufferCapacity(c.count), text.length + 1);
-
-        const uint32_t capacity = OrvBase64DecodeNecessaryBufferCapacity(text.length);
-        uint8_t back[16] = {};
-        uint32_t length = kUntouched;
-        CHECK_EQUAL(OrvBase64Decode(back, capacity, c.text, text.length, &length, kStrict), ORV_S_OK);
-        CHECK_EQUAL(length, c.count);
-        for (uint32_t i = 0; i < c.count; i++)
-            CHECK_EQUAL(back[i], bytes[i]);
-        CHECK_EQUAL(back[c.count], 0);
-    }
-}
-
-TEST_CASE(Base64EveryLengthComesBack)
-{
-    for (uint32_t count = 0; count <= kMost; count++) {
-        test::Note("count", count);
-        auto *const bytes = test::GuardedArray<uint8_t>(count);
-        for (uint32_t i = 0; i < count; i++)
-            bytes[i] = static_cast<uint8_t>(i * 167 + count);
-        const uint32_t capacity = OrvBase64EncodeNecessaryBufferCapacity(count);
-        _ORV_UTF16CHAR_STR text = {0, capacity, test::GuardedArray<wchar_t>(capacity)};
-        CHECK_EQUAL(OrvBase64Encode(text, bytes, count), ORV_S_OK);
-        CHECK_EQUAL(text.characters[text.length], 0);
-
-        // Strictly, and with a line break behind every 19 characters, which no group survives whole.
-        const uint32_t lines = text.length / 19;
-        auto *const broken = test::GuardedArray<wchar_t>(text.length + lines);
-        for (uint32_t i = 0, to = 0; i < text.length; i++) {
-            broken[to++] = text.characters[i];
-            if (i % 19 == 18)
-                broken[to++] = L"\n\r\t "[to % 4];
-        }
-        const uint32_t brokenRoom = OrvBase64DecodeNecessaryBufferCapacity(text.length + lines);
-        for (uint32_t way = 0; way < 2; way++) {
-            const uint32_t room = way ? brokenRoom : text.length / 4 * 3;
-            auto *const back = test::GuardedArray<uint8_t>(room);
-            uint32_t length = kUntouched;
-            const auto *const source = way ? broken : text.characters;
-            CHECK_EQUAL(OrvBase64Decode(back, room, source, text.length + (way ? lines : 0), &length,
-                                        way ? kLenient : kStrict),
-                        ORV_S_OK);
-            CHECK_EQUAL(length, count);
-            uint32_t same = 0;
-            while (same < count && back[same] == bytes[same])
-                same++;
-            CHECK_EQUAL(same, count);
-        }
     }
 }
 
@@ -109,13 +50,12 @@ TEST_CASE(Base64Faults)
         OrvResult lenient;
         const char *decoded; // by the lenient mode; what stays in the output when that fails
     } const cases[] = {
-        {L"Zm9v", 0, 0, "foo"},
         {L"Zm 9v", kBad, 0, "foo"},
         {L" \t\r\nZm9v \t\r\n", kBad, 0, "foo"},
         {L" \n", kBad, 0, ""},
+        {L"Zm9vZm9vZm9vZm9\n\rvZm9v\tZm9vZm9vZm8=", kBad, 0, "foofoofoofoofoofoofoofo"},
         {L"Zm9v\v", kBad, kBad, "foo"},
         {L"Zm9", kBad, kBad, ""},
-        {L"Zm9vZ", kBad, kBad, "foo"},
         {L"Zm9vZg", kBad, kBad, "foo"},
         {L"Zg==", 0, 0, "f"},
         {L"Zh==", 0, 0, "f"}, // bits that are no part of a byte
@@ -123,13 +63,10 @@ TEST_CASE(Base64Faults)
         {L"Zg= =", kBad, 0, "f"},
         {L"Zg==\n", kBad, 0, "f"},
         {L"Zg=x", kBad, kBad, ""},
-        {L"Zg=", kBad, kBad, ""},
         {L"Z===", kBad, kBad, ""},
-        {L"====", kBad, kBad, ""},
         {L"=Zm9", kBad, kBad, ""},
         {L"Zg===", kBad, kBad, "f"},
         {L"Zg==Zg==", kBad, kBad, "f"},
-        {L"Zm8=Z", kBad, kBad, "fo"},
         {L"Zm9vZm9vZm9vZm9vZm9vZ-9vZm9v", kBad, kBad, "foofoofoofoofoo"},
         {L"Zm9v\x7F\x7F\x7F\x7F", kBad, kBad, "foo"},
         {L"Zm9vZm9vZm9v\x15A\x26D\x0139\x8076", kBad, kBad, "foofoofoo"}, // their low bytes are valid
@@ -137,7 +74,7 @@ TEST_CASE(Base64Faults)
     };
     for (const auto &c : cases) {
         test::Note("case", static_cast<uint32_t>(&c - cases));
-        const uint32_t count = Length(c.text);
+        const uint32_t count = OrvGetStringSizeInElements(c.text);
         for (uint32_t way = 0; way < 2; way++) {
             const OrvResult expected = way ? c.lenient : c.strict;
             char out[32] = {};

@@ -24,25 +24,20 @@ TEST_CASE(CapacitiesAreExact)
         } const cases[] = {
             {[](Buffer &) -> OrvResult { return ORV_S_OK; }, 0, ""},
             {[](Buffer &b) { return b.Append(T('x')); }, 3, "x"},
-            {[](Buffer &b) { return b.Append(T('x')) | b.Append(T('y')); }, 4, "xy"},
             {[](Buffer &b) { return b.Append(T('x')) | b.Append(T('y')) | b.Append(T('z')); }, 5, "xyz"},
-            {[](Buffer &b) { return b.Append(Ascii<T>("abcde").units); }, 7, "abcde"},
             {[](Buffer &b) { return b.Append(Ascii<T>("abcde").units, 2); }, 4, "ab"},
             {[](Buffer &b) { return b.Append(Ascii<T>("abcde").units) | b.Append(T('f')); }, 8, "abcdef"},
             {[](Buffer &b) { return b.Append(static_cast<const T *>(nullptr)); }, 2, ""},
             {[](Buffer &b) { return b.Assign(Ascii<T>("abc").units); }, 5, "abc"},
-            {[](Buffer &b) { return b.Assign(T('x')); }, 3, "x"},
             {[](Buffer &b) { return b.Assign(Buffer()); }, 2, ""},
             {[](Buffer &b) { return b.Assign(Ascii<T>("abc").units) | b.Assign(T('x')); }, 5, "x"},
             {[](Buffer &b) { return b.Assign(Ascii<T>("abc").units) | b.Assign(nullptr, 7); }, 0, ""},
-            {[](Buffer &b) { return b.Assign(Ascii<T>("abc").units) | b.Resize(0); }, 5, ""},
             {[](Buffer &b) { return b.Assign(Ascii<T>("abc").units) | b.Resize(2); }, 5, "ab"},
             {[](Buffer &b) { return b.ReserveElements(9) | b.ReserveElements(3); }, 10, ""},
             {[](Buffer &b) { return b.Assign(Ascii<T>("abc").units) | b.ReserveElements(9); }, 10, "abc"},
             {[](Buffer &b) { return b.Assign(Ascii<T>("abcdef").units) | b.Erase(2, OrvTerminated); }, 8,
              "ab"},
             {[](Buffer &b) { return b.Assign(Ascii<T>("abcdef").units) | b.Erase(1, 2); }, 8, "adef"},
-            {[](Buffer &b) { return b.Assign(Ascii<T>("abcdef").units) | b.Erase(4, 2); }, 8, "abcd"},
         };
         for (const auto &c : cases) {
             test::Note("case", &c - cases);
@@ -89,13 +84,11 @@ TEST_CASE(OwnTextCanBeGiven)
         } const cases[] = {
             {[](Buffer &b) { return b.Append(b); }, "abcdefabcdef"},
             {[](Buffer &b) { return b.Append(b.GetInternal()); }, "abcdefabcdef"},
-            {[](Buffer &b) { return b.Append(b.GetBuffer() + 2); }, "abcdefcdef"},
             {[](Buffer &b) { return b.Append(b.GetBuffer() + 1, 3); }, "abcdefbcd"},
             {[](Buffer &b) { return b.Append(b[5]); }, "abcdeff"},
             {[](Buffer &b) { return b.Assign(b); }, "abcdef"},
             {[](Buffer &b) { return b.Assign(b.GetInternal()); }, "abcdef"},
             {[](Buffer &b) { return b.Assign(b.GetBuffer() + 2, 3); }, "cde"},
-            {[](Buffer &b) { return b.Assign(b.GetBuffer() + 4); }, "ef"},
             {[](Buffer &b) { return b.Assign(b[3]); }, "d"},
         };
         const uint32_t reserves[] = {6, 40}; // the array is replaced, or it is not

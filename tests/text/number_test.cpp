@@ -3,77 +3,78 @@
 
 #include "orv/text/number.h"
 
-#include "harness/memory.h"
-#include "harness/test.h"
 #include "orv/runtime/result.h"
-#include "text/wide.h"
+#include "orv/text/string.h"
+#include "text/texts.h"
 
 namespace
 {
 
 constexpr uint32_t kRoom = 512;
 
-using test::Wide;
+typedef test::Ascii<wchar_t> Wide;
 
 /// Reads in both widths, with and without an end position, which must agree. `stop` is the index where
 /// reading stops, kRoom when the whole text is read.
 template <typename V>
 void CheckRead(const char *given, int radix, V expected, uint32_t stop)
 {
-    const char *const text = test::Guarded(given);
+    const char *const text = test::Ascii<char>(given).units;
     const Wide wide(text);
     V value = 1;
     const char *end = text;
-    const wchar_t *wideEnd = wide.text;
+    const wchar_t *wideEnd = wide.units;
     const bool whole = stop == kRoom;
     CHECK_EQUAL(OrvConvertString2Number(value, text, OrvTerminated, radix, &end),
                 whole ? ORV_S_OK : ORV_E_INVALID_ARGUMENT);
     CHECK_EQUAL(value, expected);
     CHECK_EQUAL(end, whole ? nullptr : text + stop);
     value = 1;
-    CHECK_EQUAL(OrvConvertString2Number(value, wide.text, OrvTerminated, radix, &wideEnd),
+    CHECK_EQUAL(OrvConvertString2Number(value, wide.units, OrvTerminated, radix, &wideEnd),
                 whole ? ORV_S_OK : ORV_E_INVALID_ARGUMENT);
     CHECK_EQUAL(value, expected);
-    CHECK_EQUAL(wideEnd, whole ? nullptr : wide.text + stop);
+    CHECK_EQUAL(wideEnd, whole ? nullptr : wide.units + stop);
     value = 1;
     CHECK_EQUAL(OrvConvertString2Number(value, text, OrvTerminated, radix), ORV_S_OK);
     CHECK_EQUAL(value, expected);
 }
 
-/// The limits of a type, in decimal and in hexadecimal.
+/// The limits of a type, and the numbers beside them, which lose their last digit.
 template <typename V>
-void CheckLimits(V largest, const char *largestText, const char *aboveText, V cutAbove, V smallest,
-                 const char *smallestText, const char *belowText, V cutBelow, const char *allBitsText)
+void CheckLimits(const char *largestText, const char *smallestText, const char *allBitsText)
 {
-    CheckRead<V>(largestText, 10, largest, kRoom);
-    CheckRead<V>(aboveText, 10, cutAbove, test::LengthOf(aboveText) - 1);
-    CheckRead<V>(smallestText, 10, smallest, kRoom);
-    CheckRead<V>(belowText, 10, cutBelow, test::LengthOf(belowText) - 1);
+    constexpr V kHighBit = static_cast<V>(V(1) << (sizeof(V) * 8 - 1));
+    constexpr bool kIsSigned = kHighBit < 0;
+    const V limits[] = {static_cast<V>(kIsSigned ? ~kHighBit : V(-1)), kIsSigned ? kHighBit : V(0)};
+    const char *const texts[] = {largestText, smallestText};
+    for (uint32_t i = 0; i < 2; i++) {
+        char text[80];
+        CHECK_EQUAL(OrvConvertNumber2String(text, sizeof text, limits[i], 10), ORV_S_OK);
+        CHECK_TEXT(text, texts[i]);
+        CheckRead<V>(text, 10, limits[i], kRoom);
+        if (limits[i] == 0)
+            continue;
+        const uint32_t last = OrvGetStringSizeInElements(text) - 1;
+        text[last]++;
+        CheckRead<V>(text, 10, limits[i] / 10, last);
+    }
     CheckRead<V>(allBitsText, 16, static_cast<V>(-1), kRoom);
-    char text[80];
-    CHECK_EQUAL(OrvConvertNumber2String(text, sizeof text, largest, 10), ORV_S_OK);
-    CHECK_TEXT(text, largestText);
-    CHECK_EQUAL(OrvConvertNumber2String(text, sizeof text, smallest, 10), ORV_S_OK);
-    CHECK_TEXT(text, smallestText);
+    if (!kIsSigned)
+        CheckRead<V>("-1", 10, 0, 1);
 }
 
 } // namespace
 
 TEST_CASE(EveryTypeHasItsLimits)
 {
-    CheckLimits<signed char>(127, "127", "128", 12, -128, "-128", "-129", -12, "fF");
-    CheckLimits<unsigned char>(255, "255", "256", 25, 0, "0", "-1", 0, "0xff");
-    CheckLimits<short>(32767, "32767", "32768", 3276, -32768, "-32768", "-32769", -3276, "ffff");
-    CheckLimits<unsigned short>(65535, "65535", "65536", 6553, 0, "0", "-9", 0, "FFFF");
-    CheckLimits<int>(2147483647, "2147483647", "2147483648", 214748364, -2147483647 - 1, "-2147483648",
-                     "-2147483649", -214748364, "FFFFFFFF");
-    CheckLimits<unsigned long>(4294967295, "4294967295", "4294967296", 429496729, 0, "0", "-1", 0,
-                               "FFFFFFFF");
-    CheckLimits<__int64>(9223372036854775807, "9223372036854775807", "9223372036854775808",
-                         922337203685477580, -9223372036854775807 - 1, "-9223372036854775808",
-                         "-9223372036854775809", -922337203685477580, "FFFFFFFFFFFFFFFF");
-    CheckLimits<unsigned __int64>(18446744073709551615u, "18446744073709551615", "18446744073709551616",
-                                  1844674407370955161, 0, "0", "-1", 0, "ffffffffffffffff");
+    CheckLimits<signed char>("127", "-128", "fF");
+    CheckLimits<unsigned char>("255", "0", "0xff");
+    CheckLimits<short>("32767", "-32768", "ffff");
+    CheckLimits<unsigned short>("65535", "0", "FFFF");
+    CheckLimits<int>("2147483647", "-2147483648", "FFFFFFFF");
+    CheckLimits<unsigned long>("4294967295", "0", "FFFFFFFF");
+    CheckLimits<__int64>("9223372036854775807", "-9223372036854775808", "FFFFFFFFFFFFFFFF");
+    CheckLimits<unsigned __int64>("18446744073709551615", "0", "ffffffffffffffff");
 }
 
 TEST_CASE(ReadingStopsWhereItMust)
@@ -86,10 +87,8 @@ TEST_CASE(ReadingStopsWhereItMust)
     } const cases[] = {
         {"", 10, 0, kRoom},
         {"-", 10, 0, kRoom},
-        {"123abc", 10, 123, 3},
         {"abc", 10, 0, 0},
         {"+5", 10, 0, 0},
-        {" 5", 10, 0, 0},
         {"--5", 10, 0, 1},
         {"-0", 10, 0, kRoom},
         {"0x1F", 0, 31, kRoom},
@@ -99,18 +98,14 @@ TEST_CASE(ReadingStopsWhereItMust)
         {"0x", 0, 0, 1},
         {"0xg", 0, 0, 2},
         {"0x", 16, 0, kRoom},
-        {"0x1F", 16, 31, kRoom},
         {"1F", 16, 31, kRoom},
         {"0x1F", 10, 0, 1},
-        {"FFFFFFFF", 16, -1, kRoom},
         {"100000000", 16, 0x10000000, 8},
         {"-80000000", 16, -2147483647 - 1, kRoom},
         {"-80000001", 16, -0x8000000, 8},
-        {"777", 8, 511, kRoom},
         {"778", 8, 63, 2},
         {"zZ", 36, 1295, kRoom},
         {"z", 35, 0, 0},
-        {"1012", 2, 5, 3},
         {"1111111111111111111111111111111", 2, 0x7FFFFFFF, kRoom},
         {"1\xE9", 10, 1, 1},
         {"@", 36, 0, 0},
@@ -151,20 +146,9 @@ TEST_CASE(ReadingStopsWhereItMust)
 
 TEST_CASE(EveryRadixComesBack)
 {
-    const __int64 values[] = {0,
-                              1,
-                              -1,
-                              35,
-                              36,
-                              99,
-                              100,
-                              4294967295,
-                              4294967296,
-                              999999999,
-                              1000000000,
-                              123456789012345,
-                              0x7FFFFFFFFFFFFFFF,
-                              -0x7FFFFFFFFFFFFFFF - 1};
+    const __int64 values[] = {0,         1,          -1,         35,        36,         99,
+                              100,       4294967295, 4294967296, 999999999, 1000000000, 123456789012345,
+                              INT64_MAX, INT64_MIN};
     for (int radix = 2; radix <= 36; radix++) {
         for (const __int64 value : values) {
             test::Note("radix", static_cast<uint32_t>(radix));
@@ -174,7 +158,7 @@ TEST_CASE(EveryRadixComesBack)
             unsigned int wideWritten = 0;
             CHECK_EQUAL(OrvConvertFileSize2String(text, sizeof text, value, radix, &written), ORV_S_OK);
             CHECK_EQUAL(OrvConvertNumber2String(wide, 80, value, radix, &wideWritten), ORV_S_OK);
-            CHECK_TEXT(wide, Wide(text).text);
+            CHECK_TEXT(wide, Wide(text).units);
             CHECK_EQUAL(wideWritten, written);
             __int64 back = 0;
             CHECK_EQUAL(OrvConvertString2FileSize(back, text, written, radix), ORV_S_OK);
@@ -183,20 +167,14 @@ TEST_CASE(EveryRadixComesBack)
     }
 }
 
-TEST_CASE(SmallTargetsGetWhatFits)
+TEST_CASE(BadTargetsAreRefused)
 {
-    for (uint32_t capacity = 0; capacity <= 7; capacity++) {
-        test::Note("capacity", capacity);
-        const char expected[] = "-12345";
-        wchar_t *const out = test::GuardedArray<wchar_t>(capacity);
-        unsigned int written = 99;
-        const bool fits = capacity == 7;
-        CHECK_EQUAL(OrvConvertNumber2String(out, capacity, -12345, 10, &written),
-                    fits ? ORV_S_OK : ORV_E_BUFFER_TOO_SMALL);
-        CHECK_EQUAL(written, fits ? 6 : capacity);
-        for (uint32_t i = 0; i < capacity; i++)
-            CHECK_EQUAL(out[i], static_cast<wchar_t>(expected[i]));
-    }
+    wchar_t *const small = test::GuardedArray<wchar_t>(3);
+    unsigned int written = 99;
+    CHECK_EQUAL(OrvConvertNumber2String(small, 3, -12345, 10, &written), ORV_E_BUFFER_TOO_SMALL);
+    CHECK_EQUAL(written, 3u);
+    CHECK(small[0] == L'-' && small[1] == L'1' && small[2] == L'2');
+    CHECK_EQUAL(OrvConvertNumber2String(small, 2, 12345, 36), ORV_E_BUFFER_TOO_SMALL);
     CHECK_EQUAL(OrvConvertNumber2String(static_cast<char *>(nullptr), 5, 1, 10), ORV_E_INVALID_ARGUMENT);
     char untouched[] = "u";
     CHECK_EQUAL(OrvConvertSize2String(untouched, 2, 1, 37), ORV_E_INVALID_ARGUMENT);
@@ -212,14 +190,10 @@ TEST_CASE(DoublesAreExactAndRound)
     } const cases[] = {
         {0, 3, "0.00e+00"},
         {-0.0, 1, "-0e+00"},
-        {0.1, 17, "1.0000000000000001e-01"},
         {0.1, 55, "1.000000000000000055511151231257827021181583404541015625e-01"},
         {0.5, 1, "5e-01"},
         {2.5, 1, "2e+00"},
-        {3.5, 1, "4e+00"},
         {9.5, 1, "1e+01"},
-        {999999.5, 6, "1.00000e+06"},
-        {1e22, 17, "1.0000000000000000e+22"},
         {1e23, 17, "9.9999999999999992e+22"},
         {4.9406564584124654e-324, 3, "4.94e-324"},
         {1.7976931348623157e308, 17, "1.7976931348623157e+308"},
@@ -235,7 +209,7 @@ TEST_CASE(DoublesAreExactAndRound)
         CHECK_TEXT(text, c.expected);
         wchar_t *const wide = test::GuardedArray<wchar_t>(written + 1);
         CHECK_EQUAL(OrvConvertDouble2String(wide, written + 1, c.value, c.digits), ORV_S_OK);
-        CHECK_TEXT(wide, Wide(c.expected).text);
+        CHECK_TEXT(wide, Wide(c.expected).units);
         CHECK_EQUAL(OrvConvertDouble2String(text, written, c.value, c.digits), ORV_E_BUFFER_TOO_SMALL);
     }
 }
@@ -248,18 +222,29 @@ TEST_CASE(DoublesAreReadToTheNearest)
         uint32_t stop;
     } const cases[] = {
         {"", 0, kRoom},
-        {"1.5", 1.5, kRoom},
         {"-2.5e3x", -2500, 6},
         {"0x10", 0, 1},
         {"e5", 0, 0},
         {".", 0, 0},
         {"-", 0, 0},
-        {"1e", 1, 1},
+        {"+1.5", 1.5, kRoom},
+        {"-.5e-1", -0.05, kRoom},
+        {"5.", 5, kRoom},
+        {"1e+", 1, 1},
+        {"1.2.3", 1.2, 3},
+        {"0.000000000000000000000000000000000000000000000001e48", 1, kRoom},
+        {"0e99999999999", 0, kRoom},
+        {"1e00000000000000000000000001", 10, kRoom},
+        {"1e99999999999999999999", __builtin_inf(), kRoom},
+        {"1e-99999999999999999999", 0, kRoom},
+        {"2.4703282292062327e-324", 0, kRoom}, // half of the smallest double
+        {"2.4703282292062328e-324", 4.9406564584124654e-324, kRoom},
+        {"1.7976931348623158e308", 1.7976931348623157e308, kRoom},
+        {"1.7976931348623159e308", __builtin_inf(), kRoom},
         {"inf", 0, 0},
         {"9007199254740993", 9007199254740992, kRoom},
-        {"9007199254740993.0000000000000000000000000000000000000000001", 9007199254740994, kRoom},
         {"4503599627370497.5", 4503599627370498, kRoom},
-        {"1e309", __builtin_inf(), kRoom},
+        {"9007199254740993.0000000000000000000000000000000000000000001", 9007199254740994, kRoom},
         {"-1e-400", -0.0, kRoom},
         {"2.2250738585072011e-308", 2.2250738585072011e-308, kRoom},
         {"179769313486231580793728971405301e276", 1.7976931348623157e308, kRoom},
@@ -269,13 +254,13 @@ TEST_CASE(DoublesAreReadToTheNearest)
         const bool whole = c.stop == kRoom;
         const Wide wide(c.text);
         double value = 77;
-        const wchar_t *end = wide.text;
-        CHECK_EQUAL(OrvConvertString2Double(value, wide.text, OrvTerminated, &end),
+        const wchar_t *end = wide.units;
+        CHECK_EQUAL(OrvConvertString2Double(value, wide.units, OrvTerminated, &end),
                     whole ? ORV_S_OK : ORV_E_INVALID_ARGUMENT);
         CHECK(__builtin_memcmp(&value, &c.value, sizeof value) == 0);
-        CHECK_EQUAL(end, whole ? nullptr : wide.text + c.stop);
+        CHECK_EQUAL(end, whole ? nullptr : wide.units + c.stop);
         value = 77;
-        CHECK_EQUAL(OrvConvertString2Double(value, test::Guarded(c.text), OrvTerminated), ORV_S_OK);
+        CHECK_EQUAL(OrvConvertString2Double(value, test::Ascii<char>(c.text).units, OrvTerminated), ORV_S_OK);
         CHECK(__builtin_memcmp(&value, &c.value, sizeof value) == 0);
     }
     double value = 77;
@@ -294,14 +279,10 @@ TEST_CASE(ModfSplitsEveryKind)
         {3.75, 3, 0.75},
         {-3.75, -3, -0.75},
         {0.25, 0, 0.25},
-        {-0.25, -0.0, -0.25},
-        {5, 5, 0},
         {-5, -5, -0.0},
-        {0, 0, 0},
         {-0.0, -0.0, -0.0},
         {2251799813685248.5, 2251799813685248, 0.5},
         {9007199254740992, 9007199254740992, 0},
-        {1e300, 1e300, 0},
         {4.9e-324, 0, 4.9e-324},
         {__builtin_inf(), __builtin_inf(), 0},
         {-__builtin_inf(), -__builtin_inf(), -0.0},

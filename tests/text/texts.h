@@ -18,7 +18,8 @@ void ForBothWidths(Body body)
     body(wchar_t());
 }
 
-/// ASCII text in either width and its terminator, at an unmapped page; null text is empty.
+/// Each byte of a text as the unit of the same value, in either width, and a terminator, at an unmapped page;
+/// null text is empty.
 template <typename T>
 struct Ascii {
     T *units;
@@ -31,7 +32,7 @@ struct Ascii {
             length++;
         units = GuardedArray<T>(capacity > length ? capacity : length + 1);
         for (uint32_t i = 0; i < length; i++)
-            units[i] = static_cast<T>(text[i]);
+            units[i] = static_cast<T>(static_cast<uint8_t>(text[i]));
     }
 };
 

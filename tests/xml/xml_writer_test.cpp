@@ -102,12 +102,12 @@ TEST_CASE(CharactersAreEscaped)
     // Everything that is escaped, and its neighbours that are not.
     static const wchar_t kText[] = {L'&',   L'<',   L'>',   L'"',   L'\'',  9,      10,
                                     13,     1,      0x1F,   0x20,   0x7F,   0x80,   0xD7FF,
-                                    0xD83D, 0xDE00, 0xDC00, 0xE000, 0xFFFD, 0xFFFE, 0xFFFF};
+                                    0xD800, 0xDE00, 0xDFFF, 0xE000, 0xFFFD, 0xFFFE, 0xFFFF};
     const OrvStringRefBase<wchar_t> text(kText, sizeof kText / sizeof *kText);
     CheckDocument("<a x=\"&amp;&lt;&gt;&quot;&apos;\t\n\r&#x1;&#x1f; \x7F\xC2\x80\xED\x9F\xBF"
-                  "&#xd83d;&#xde00;&#xdc00;\xEE\x80\x80\xEF\xBF\xBD&#xfffe;&#xffff;\">"
+                  "&#xd800;&#xde00;&#xdfff;\xEE\x80\x80\xEF\xBF\xBD&#xfffe;&#xffff;\">"
                   "&amp;&lt;&gt;\"'\t\n\r&#x1;&#x1f; \x7F\xC2\x80\xED\x9F\xBF"
-                  "&#xd83d;&#xde00;&#xdc00;\xEE\x80\x80\xEF\xBF\xBD&#xfffe;&#xffff;</a>",
+                  "&#xd800;&#xde00;&#xdfff;\xEE\x80\x80\xEF\xBF\xBD&#xfffe;&#xffff;</a>",
                   [&text](Impl &writer) {
                       writer.WriteStartElement(L"a");
                       writer.WriteAttribute(L"x", text);
@@ -153,6 +153,13 @@ TEST_CASE(LongDocumentsPassTheBuffer)
     OrvBufferStream stream;
     Impl *const writer = Impl::New(stream);
     CHECK_EQUAL(writer->WriteStartElement(L"root"), ORV_S_OK);
+    // Pairs behind an odd and an even place, one of which the pieces of a long text would cut.
+    constexpr uint32_t kUnits = 8000;
+    static wchar_t pairs[1 + kUnits] = {L'x'};
+    for (uint32_t i = 1; i <= kUnits; i++)
+        pairs[i] = i % 2 ? 0xD83D : 0xDE00;
+    CHECK_EQUAL(writer->WriteXmlFragment({pairs, 1 + kUnits}), ORV_S_OK);
+    CHECK_EQUAL(writer->WriteXmlFragment({pairs + 1, kUnits}), ORV_S_OK);
     for (uint32_t i = 0; i < kElements; i++) {
         CHECK_EQUAL(writer->WriteElement(L"e\u00E9\u20AC", L"t"), ORV_S_OK);
         CHECK_EQUAL(writer->WriteStartElement(L"open"), ORV_S_OK); // as deep as it is long
@@ -164,7 +171,7 @@ TEST_CASE(LongDocumentsPassTheBuffer)
     Impl::Delete(writer);
     // <root>, then <eXY>t</eXY> and <open> each time, the innermost empty, and the end tags.
     const uint32_t each = 1 + 6 + 1 + 1 + 2 + 6 + 1 + 6;
-    CHECK_EQUAL(stream.GetLength(), 6 + kElements * each + 1 + (kElements - 1) * 7 + 7);
+    CHECK_EQUAL(stream.GetLength(), 6 + 1 + 4 * kUnits + kElements * each + 1 + (kElements - 1) * 7 + 7);
 }
 
 TEST_CASE(FailuresLast)
