@@ -18,10 +18,16 @@ add_library(orv_zlib STATIC
 # Without the convenience functions that allocate by themselves or open files.
 target_compile_definitions(orv_zlib PUBLIC Z_SOLO)
 
-set(bzip2 ${ORV_SOURCES}/bzip2)
-add_library(orv_bzip2 STATIC
-  ${bzip2}/blocksort.c ${bzip2}/bzlib.c ${bzip2}/compress.c ${bzip2}/crctable.c ${bzip2}/decompress.c
-  ${bzip2}/huffman.c ${bzip2}/randtable.c)
+# Two tables of bzip2 lack a const, without which whoever can write could change what is constant.
+set(bzip2 ${PROJECT_BINARY_DIR}/bzip2)
+set(files blocksort.c bzlib.c bzlib.h bzlib_private.h compress.c crctable.c decompress.c huffman.c randtable.c)
+foreach(file ${files})
+  file(READ ${ORV_SOURCES}/bzip2/${file} text)
+  string(REGEX REPLACE "U?Int32 BZ2_(rNums|crc32Table)\\[" "const \\0" text "${text}")
+  file(CONFIGURE OUTPUT ${bzip2}/${file} CONTENT "${text}" @ONLY)
+endforeach()
+list(TRANSFORM files PREPEND ${bzip2}/)
+add_library(orv_bzip2 STATIC ${files})
 target_compile_definitions(orv_bzip2 PUBLIC BZ_NO_STDIO)
 
 set(expat ${ORV_SOURCES}/expat/expat/lib)

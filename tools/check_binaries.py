@@ -12,9 +12,10 @@
       no object has a dynamic initialiser
   check_binaries.py size FILE BYTES
       the file is smaller
-  check_binaries.py hardening READOBJ MODULE
-      the module can be placed anywhere, has no code that can be written and no constant that can, and tells the
-      loader its stack cookie, its exception handlers and the functions that may be called through pointers
+  check_binaries.py hardening READOBJ MODULE SOURCES
+      the module can be placed anywhere, has no code that can be written and no constant that can, draws its stack
+      cookie and uses it, asks before calls through pointers, and tells the loader the cookie, the exception handlers
+      of the sources and the functions that may be called through pointers
   check_binaries.py natvis CLANG_CL INCLUDE NATVIS
       every expression that the debugger is to evaluate compiles within the type that it is for
   check_binaries.py version HEADER MODULE...
@@ -132,7 +133,7 @@ def size(file, most):
     return [] if actual < int(most) else [f"{file} has {actual} bytes, not less than {most}"]
 
 
-def hardening(readobj, module):
+def hardening(readobj, module, sources):
     text = run(readobj, "--file-headers", "--section-headers", "--coff-load-config", module)
     faults = [f"{name} is missing" for name in ("DYNAMIC_BASE", "NX_COMPAT", "GUARD_CF")
               if f"IMAGE_DLL_CHARACTERISTICS_{name} " not in text]
@@ -147,9 +148,24 @@ def hardening(readobj, module):
         writable = "IMAGE_SCN_MEM_WRITE" in section
         if writable and ("IMAGE_SCN_MEM_EXECUTE" in section or "IMAGE_SCN_CNT_CODE" in section):
             faults.append(f"{name} holds code that can be written")
-        if writable and number_of(section, "VirtualSize") > MOST_WRITABLE_DATA:
-            faults.append(f"{name} has {number_of(section, 'VirtualSize')} bytes that can be written: are there constants "
-                          "among them?")
+        if writable and number_of(section, "RawDataSize") > MOST_WRITABLE_VALUES:
+            faults.append(f"{name} has {number_of(section, 'RawDataSize')} bytes of values that can be written: are there "
+                          "constants among them?")
+    # A handler that is not listed would end the process when it is due.
+    handlers = {name for source in pathlib.Path(sources).rglob("*.cpp")
+                for name in re.findall(r"EXCEPTION_DISPOSITION __cdecl (\w+)\(", source.read_text())}
+    if number_of(text, "SEHandlerCount") != len(handlers):
+        faults.append(f"lists {number_of(text, 'SEHandlerCount')} exception handlers of {len(handlers)}")
+    # The code names the cookie and the check by their addresses: some functions have arrays, some call pointers.
+    content = pathlib.Path(module).read_bytes()
+    cookie, check = (struct.pack("<I", number_of(text, field)) for field in ("SecurityCookie", "GuardCFCheckFunction"))
+    if content.count(cookie) < LEAST_USES:
+        faults.append("does not use its stack cookie")
+    if content.count(check) < LEAST_USES:
+        faults.append("does not check calls through pointers")
+    store_register = rb"(?:\xA3|\x89[\x05\x0D\x15\x1D\x25\x2D\x35\x3D])"
+    if not re.search(store_register + re.escape(cookie), content):
+        faults.append("does not draw its stack cookie")
     return faults
 
 
@@ -191,8 +207,10 @@ def version(header, *modules):
     return faults
 
 
-# The state of a module is small; a table that is not read-only would stand out.
-MOST_WRITABLE_DATA = 0x1000
+# What the state of a module starts with fits one unit of the file; a table that is not read-only would stand out.
+MOST_WRITABLE_VALUES = 0x200
+# Far fewer than there are, and more than a module has that is not compiled for either.
+LEAST_USES = 20
 
 
 def number_of(text, field):
