@@ -1,17 +1,20 @@
 // Every operation that allocates, once for each of its allocations with that one refused: it says so, what it
-// was given is as it was, and nothing is left behind. The contended sparse lock, thread-local keys and
-// conversions that need the platform's pages are refused memory by tests of their own.
+// was given is as it was, and nothing is left behind. Nor is anything written behind a block, whose end is
+// marked. The contended sparse lock, thread-local keys and conversions that need the platform's pages are
+// refused memory by tests of their own.
 
 #include "orv/orv.h"
 
 #include "harness/test.h"
 #include "harness/usage.h"
 #include "nt/teb.h"
+#include "runtime/heap.h"
 #include "sync/internal/redirected.h"
 #include "thread/thread_record.h"
 
 IMPORT_SLOT(RtlAllocateHeap, 12);
 IMPORT_SLOT(RtlReAllocateHeap, 16);
+IMPORT_SLOT(RtlFreeHeap, 12);
 
 namespace
 {
@@ -26,15 +29,45 @@ bool IsRefused()
     return counts && allocations++ == refused;
 }
 
+// Behind the bytes that were asked for stands what nothing may overwrite.
+constexpr uint32_t kMark = 0xE2D0B10C;
+
+PVOID Mark(PVOID block, size_t size)
+{
+    if (block)
+        __builtin_memcpy(static_cast<uint8_t *>(block) + size, &kMark, sizeof kMark);
+    return block;
+}
+
+/// Looks behind a block that is about to go.
+void CheckMark(HANDLE heap, PVOID block)
+{
+    uint32_t mark = 0;
+    const auto *const end = static_cast<uint8_t *>(block) + RtlSizeHeap(heap, 0, block);
+    __builtin_memcpy(&mark, end - sizeof mark, sizeof mark);
+    CHECK_EQUAL(mark, kMark);
+}
+
 PVOID NTAPI Allocate(HANDLE heap, ULONG flags, size_t size)
 {
-    return IsRefused() ? nullptr : Redirected<decltype(RtlAllocateHeap)>::original(heap, flags, size);
+    if (IsRefused())
+        return nullptr;
+    return Mark(Redirected<decltype(RtlAllocateHeap)>::original(heap, flags, size + sizeof kMark), size);
 }
 
 PVOID NTAPI Reallocate(HANDLE heap, ULONG flags, PVOID block, size_t size)
 {
-    return IsRefused() ? nullptr
-                       : Redirected<decltype(RtlReAllocateHeap)>::original(heap, flags, block, size);
+    if (IsRefused())
+        return nullptr;
+    CheckMark(heap, block);
+    return Mark(Redirected<decltype(RtlReAllocateHeap)>::original(heap, flags, block, size + sizeof kMark),
+                size);
+}
+
+BOOLEAN NTAPI Free(HANDLE heap, ULONG flags, PVOID block)
+{
+    CheckMark(heap, block);
+    return Redirected<decltype(RtlFreeHeap)>::original(heap, flags, block);
 }
 
 /// While it lives, allocations are not counted: for what an operation needs beforehand.
@@ -86,8 +119,11 @@ public:
     {
         const Unwatched unwatched;
         OpenOrCreateKey(kKey);
-        SetStringValue(kText, L"text");
-        SetBinaryValue(kLarge, sizeof kLarge, L"large");
+        SetStringValue(kText, L"text", true);
+        uint8_t bytes[999]; // no whole characters, and no terminator
+        __builtin_memset(bytes, 'x', sizeof bytes);
+        SetBinaryValue(bytes, sizeof bytes, L"large");
+        SetValue(OrvRegistryMultiString, bytes, sizeof bytes, L"strings");
         CreateKeys(L"a\\b\\c");
     }
     ~Key()
@@ -96,9 +132,6 @@ public:
         DeleteKey(L"", true);
         CloseKey();
     }
-
-private:
-    static constexpr uint8_t kLarge[1000] = {};
 };
 
 struct IgnoringHandler final : OrvBasXmlSaxHandlerBase {
@@ -116,17 +149,29 @@ struct Operation {
     bool copes = false; ///< an allocation that is refused may be done without
 };
 
-template <typename Context>
-OrvResult Decompress(Context &&context)
+/// The beginning of a stream, as far as the last allocation.
+template <typename Context, size_t size>
+OrvResult Decompress(Context &context, const uint8_t (&in)[size])
 {
-    uint8_t in[4] = {};
     uint8_t out[64];
     context.SetNextIn(in);
-    context.SetAvailIn(0);
+    context.SetAvailIn(size);
     context.SetNextOut(out);
     context.SetAvailOut(sizeof out);
-    const OrvResult result = context.Decompress();
-    return result == ORV_E_OUT_OF_MEMORY ? result : 0;
+    return context.Decompress();
+}
+
+OrvResult MakeThreadRecord()
+{
+    OrvResult result = detail::CreateThreadRecordList();
+    if (OrvSucceeded(result))
+        result = detail::AllocateThreadRecordKey();
+    if (OrvSucceeded(result))
+        result = detail::EnsureThreadRecord();
+    detail::RemoveThreadRecord();
+    detail::FreeThreadRecordKey();
+    detail::DeleteThreadRecordList();
+    return result;
 }
 
 const Operation kOperations[] = {
@@ -179,17 +224,31 @@ const Operation kOperations[] = {
              return OrvNtdll_RtlDosPathNameToNtPathName_T_EliminateDosDevice(L"C:\\con", b);
          });
      }},
+    {"path from the root",
+     [] {
+         return Keep([](Buffer &b) {
+             const wchar_t *path = L"\\con";
+             return OrvBasPath::WinEliminateDosDeviceAliasPath(path, b);
+         });
+     }},
     {"environment",
      [] { return Keep([](Buffer &b) { return OrvNtdll_RtlExpandEnvironmentStrings_T(kText, b); }); }},
     {"file identity",
      [] {
-         OrvFileId id;
-         return OrvFileIdUtils::GetId(id, L"C:\\windows");
+         OrvFileId id = {{7}};
+         const OrvResult result = OrvFileIdUtils::GetId(id, L"C:\\windows");
+         return OrvFailed(result) && id.bytes[0] != 7 ? kChanged : result;
      }},
     {"lock file",
      [] {
          OrvBasWinLockFile lock;
          return lock.Create(L"C:\\windows", false);
+     }},
+    {"lock in a file",
+     [] {
+         OrvBasWinLockFileResource lock;
+         const OrvResult result = lock.Open(L"C:\\windows", false);
+         return OrvFailed(result) && lock.IsInitialized() ? kChanged : result;
      }},
     {"named event",
      [] {
@@ -197,12 +256,15 @@ const Operation kOperations[] = {
          for (uint32_t i = 0; i < 199; i++)
              name[i] = L'n';
          OrvBasWinEvent event;
-         return event.Create(OrvBasEvent::ManualReset, false, name, OrvBasWinSyncSession, nullptr);
+         const OrvResult result =
+             event.Create(OrvBasEvent::ManualReset, false, name, OrvBasWinSyncSession, nullptr);
+         return OrvFailed(result) && event.IsInitialized() ? kChanged : result;
      }},
     {"shared heap block",
      [] {
          OrvSharedMemoryServer server;
-         return server.Create(10, 1, OrvBasSyncProcess, nullptr);
+         const OrvResult result = server.Create(10, 1, OrvBasSyncProcess, nullptr);
+         return OrvFailed(result) && server.IsInitialized() ? kChanged : result;
      }},
     {"thread",
      [] {
@@ -211,16 +273,18 @@ const Operation kOperations[] = {
                                    OrvFlags<OrvBasThread::ThreadFlag>(0u), nullptr);
      },
      true},
-    {"record of a thread",
+    {"record of a thread", MakeThreadRecord},
+    {"record of a thread under a high key",
      [] {
-         OrvResult result = detail::CreateThreadRecordList();
-         if (OrvSucceeded(result))
-             result = detail::AllocateThreadRecordKey();
-         if (OrvSucceeded(result))
-             result = detail::EnsureThreadRecord();
-         detail::RemoveThreadRecord();
-         detail::FreeThreadRecordKey();
-         detail::DeleteThreadRecordList();
+         OrvTls low[TLS_MINIMUM_AVAILABLE];
+         for (OrvTls &key : low)
+             key.Create();
+         PVOID *&room = NtCurrentTeb()->TlsExpansionSlots;
+         PVOID *const own = room;
+         room = nullptr;
+         const OrvResult result = MakeThreadRecord();
+         detail::FreeBytes(room);
+         room = own;
          return result;
      }},
     {"resource with many readers",
@@ -261,16 +325,25 @@ const Operation kOperations[] = {
      [] {
          OrvBufferStream stream;
          uint32_t written = 0;
-         OrvResult result = stream.Write(kText, sizeof kText, written);
+         static constexpr uint8_t kBytes[4096] = {};
+         OrvResult result = stream.Write(kBytes, sizeof kBytes, written);
          if (OrvSucceeded(result))
-             result = stream.Write(kText, sizeof kText, written);
-         return OrvFailed(result) && stream.GetLength() % sizeof kText ? kChanged : result;
+             result = stream.Write(kBytes, 1, written);
+         return OrvFailed(result) && stream.GetLength() % sizeof kBytes ? kChanged : result;
      }},
     {"inflate",
      [] {
+         static constexpr uint8_t kStream[] = {0x78, 1, 1, 5, 0, 0xFA, 0xFF, 'a', 'b'};
          detail::OrvDeflateContext context;
          const OrvResult result = context.Initialize(100, false, 6);
-         return OrvFailed(result) ? result : Decompress(context);
+         return OrvFailed(result) ? result : Decompress(context, kStream);
+     }},
+    {"bunzip2",
+     [] {
+         static constexpr uint8_t kStream[] = {'B', 'Z', 'h', '1'};
+         detail::OrvBZ2Context context;
+         const OrvResult result = context.Initialize(100, false);
+         return OrvFailed(result) ? result : Decompress(context, kStream);
      }},
     {"deflate",
      [] {
@@ -299,7 +372,8 @@ const Operation kOperations[] = {
      }},
     {"XML reader",
      [] {
-         static const char kDocument[] = "<a b='c'><d>text &amp; more</d><e/></a>";
+         static const char kDocument[] = "<!DOCTYPE a [<!ENTITY t 'text'><!ATTLIST d b CDATA 'c'>]>"
+                                         "<a b='c'><d>&t; &amp; more</d><e/></a>";
          OrvMemoryStream stream(kDocument, sizeof kDocument - 1);
          IgnoringHandler handler;
          return OrvBasXmlSaxParse(stream, handler);
@@ -345,11 +419,18 @@ const Operation kOperations[] = {
          const OrvResult result = key.QueryValue(type, bytes, L"large");
          return OrvFailed(result) && type != OrvRegistryLink ? kChanged : result;
      }},
+    {"large strings",
+     [] {
+         Key key;
+         Collector strings;
+         return key.GetStringArrayValue(strings, L"strings");
+     }},
     {"string value",
      [] {
          Key key;
          OrvUtf16HeapString value;
-         return key.GetStringValue(value, L"text", true);
+         const OrvResult result = key.GetStringValue(value, L"text", true);
+         return OrvFailed(result) && value.GetLength() ? kChanged : result;
      }},
     {"set a counted string",
      [] {
@@ -385,12 +466,22 @@ const Operation kOperations[] = {
              result = names.Next(name, found);
          return result;
      }},
-    {"save a key",
+    {"save, restore and load a key",
      [] {
          Key key;
          OrvBasWinRegistryHandle::EnablePrivilege(OrvRegistryBackupPrivilege, true);
+         OrvBasWinRegistryHandle::EnablePrivilege(OrvRegistryRestorePrivilege, true);
          wchar_t native[] = L"\\??\\C:\\windows\\temp\\orv-failing-memory";
-         const OrvResult result = key.SaveKey(native + 4);
+         const wchar_t *const file = native + 4;
+         OrvUtf16HeapString path;
+         OrvBasWinRegistryHandle hive(OrvRegistryUsers);
+         OrvResult result = key.SaveKey(file);
+         if (OrvSucceeded(result))
+             result = key.RestoreKey(file, &path);
+         if (OrvSucceeded(result))
+             result = hive.LoadKey(L"OrvFailingMemoryTest", file);
+         if (OrvSucceeded(result))
+             hive.UnLoadKey();
          UNICODE_STRING name = {sizeof native - sizeof(wchar_t), sizeof native, native};
          const OBJECT_ATTRIBUTES attributes = {sizeof attributes,    nullptr, &name,
                                                OBJ_CASE_INSENSITIVE, nullptr, nullptr};
@@ -408,7 +499,9 @@ const Operation kOperations[] = {
     {"combine a location",
      [] {
          OrvUtf16HeapString text;
-         return OrvBasWinRegistryHandle::CombineRegistryPath(text, OrvRegistryUsers, kText, kText);
+         const OrvResult result =
+             OrvBasWinRegistryHandle::CombineRegistryPath(text, OrvRegistryUsers, kText, kText);
+         return OrvFailed(result) && text.GetLength() ? kChanged : result;
      }},
     {"split a location",
      [] {
@@ -429,6 +522,7 @@ TEST_CASE(EachAllocationMayBeRefused)
     CHECK_EQUAL(InternalInitializeOrvSysDll(), ORV_S_OK);
     const Redirected<decltype(RtlAllocateHeap)> allocate(RtlAllocateHeapSlot, Allocate);
     const Redirected<decltype(RtlReAllocateHeap)> reallocate(RtlReAllocateHeapSlot, Reallocate);
+    const Redirected<decltype(RtlFreeHeap)> free(RtlFreeHeapSlot, Free);
     for (const Operation &operation : kOperations) {
         test::Note(operation.name, 0);
         counts = true;
