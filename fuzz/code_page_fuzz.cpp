@@ -138,6 +138,21 @@ void CheckBytes(const char *source, uint32_t count, Pages pages, uint32_t pick)
     REQUIRE(again.Equals(text.units, text.length));
 }
 
+/// The direction that is a copy, into an array and into a descriptor.
+void CheckCopy(const wchar_t *source, uint32_t count, uint32_t pick)
+{
+    uint32_t size = kUntouched;
+    REQUIRE(OrvGetUtf162TStringSize(size, source, count) == ORV_S_OK && size == count);
+    const uint32_t tooFew = pick % (count + 1);
+    ExactArray<wchar_t> small(tooFew);
+    REQUIRE(OrvConvertUtf162TString(small, tooFew, source, &size, count) == ORV_E_BUFFER_TOO_SMALL);
+    REQUIRE(size == count + 1);
+    ExactArray<wchar_t> exact(count + 1);
+    _ORV_UTF16CHAR_STR text = {kUntouched, count + 1, exact};
+    REQUIRE(OrvConvertUtf162TString(text, source, count) == ORV_S_OK && text.length == count);
+    REQUIRE(memcmp(exact, source, count * sizeof(wchar_t)) == 0 && exact[count] == 0);
+}
+
 void CheckText(const wchar_t *source, uint32_t count, Pages pages, uint32_t pick)
 {
     Text<char> bytes;
@@ -165,5 +180,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     ExactArray<wchar_t> text(count / sizeof(wchar_t));
     memcpy(text, bytes, count / sizeof(wchar_t) * sizeof(wchar_t));
     CheckText(text, count / sizeof(wchar_t), pages, pick);
+    CheckCopy(text, count / sizeof(wchar_t), pick);
     return 0;
 }

@@ -107,6 +107,20 @@ void CheckInteger(Text &text, int radix)
     REQUIRE(end == (next != last ? next : nullptr));
 }
 
+/// The sizes are numbers of two of these types.
+void CheckSizes(Text &text, int radix)
+{
+    unsigned int memory = 1;
+    unsigned long number = 1;
+    REQUIRE(OrvConvertString2Size(memory, text.wide, text.length, radix) ==
+            OrvConvertString2Number(number, text.wide, text.length, radix));
+    __int64 file = 1;
+    __int64 longNumber = 1;
+    REQUIRE(OrvConvertString2FileSize(file, text.counted, text.length, radix) ==
+            OrvConvertString2Number(longNumber, text.counted, text.length, radix));
+    REQUIRE(memory == number && file == longNumber);
+}
+
 /// `write` puts the text of a number into an array; `read` says whether a text is that number's.
 template <typename T, typename Write, typename Read>
 void CheckText(Write write, Read read)
@@ -163,11 +177,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     Text text(data + 1, static_cast<uint32_t>(size - 1));
     CheckDouble(text);
     CheckInteger<signed char>(text, radix);
+    CheckInteger<unsigned char>(text, radix);
+    CheckInteger<short>(text, radix);
     CheckInteger<unsigned short>(text, radix);
     CheckInteger<int>(text, radix);
     CheckInteger<unsigned long>(text, radix);
     CheckInteger<__int64>(text, radix);
     CheckInteger<unsigned __int64>(text, radix);
+    CheckSizes(text, radix);
     if (size < 9)
         return 0;
     uint64_t bits = 0;
