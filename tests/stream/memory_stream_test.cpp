@@ -89,5 +89,8 @@ TEST_CASE(BufferGrowsAndReadsBack)
     CHECK_EQUAL(stream.GetLength(), before);
     stream.Clear();
     CHECK_EQUAL(stream.GetLength(), 0u);
+    CHECK_EQUAL(stream.Write(large, 32768, count), ORV_S_OK); // as much as there is room for
+    CHECK_EQUAL(stream.Write(large, 1, count), ORV_E_OUT_OF_MEMORY);
+    stream.Clear();
     CHECK_EQUAL(stream.Read(bytes, 5, read), ORV_E_END_OF_DATA);
 }

@@ -75,8 +75,14 @@ TEST_CASE(KeysAreThePlatformsAndEmptyWhenNew)
     Find("TlsFree", TlsFree);
     Find("TlsSetValue", TlsSetValue);
     Find("TlsGetValue", TlsGetValue);
+    RTL_BITMAP *const first = NtCurrentPeb()->TlsBitmap;
+    const ULONG before = first->Buffer[0];
+    first->Buffer[0] = before & ~1u; // as if nobody had the first key, which is none
     const uint32_t count = TakeAll();
-    CHECK(count > TLS_EXPANSION_SLOTS);
+    CHECK(count > TLS_EXPANSION_SLOTS && first->Buffer[0] & 1);
+    for (uint32_t i = 0; i < count; i++)
+        CHECK(keys[i].GetIndex() != 0);
+    first->Buffer[0] |= before & 1;
     CHECK_EQUAL(static_cast<uint32_t>(keys[count].Create()), 0xC00705AAu);
     CHECK(!keys[count].IsInitialized());
     CHECK_EQUAL(TlsAlloc(), 0xFFFFFFFF);

@@ -164,6 +164,19 @@ TEST_CASE(HalvesOfPairsStandInPairs)
     }
 }
 
+TEST_CASE(PairsStayTogetherFromReadToRead)
+{
+    static wchar_t document[5000] = L"\xFEFF<a>x"; // so that each read of 4,096 bytes would part a pair
+    for (uint32_t i = 5; i < 4995; i++)
+        document[i] = i % 2 ? 0xD83D : 0xDE00;
+    __builtin_memcpy(document + 4995, L"</a>", 4 * sizeof(wchar_t));
+    OrvMemoryStream stream(document, 4999 * sizeof(wchar_t));
+    Recorder recorder;
+    CHECK_EQUAL(OrvBasXmlSaxParse(stream, recorder), ORV_S_NOT_SET);
+    CHECK_EQUAL(recorder.events.GetInternal().length, 2u + 4991 + 3);
+    CHECK(__builtin_memcmp(recorder.events.GetValue() + 2, document + 4, 4991 * sizeof(wchar_t)) == 0);
+}
+
 TEST_CASE(BombsAndOutsideEntitiesDoNotGoOff)
 {
     OrvUtf16CharHeapBuffer bomb;

@@ -13,6 +13,7 @@
 IMPORT_SLOT(ZwQueryValueKey, 24);
 IMPORT_SLOT(ZwOpenKey, 12);
 IMPORT_SLOT(ZwEnumerateValueKey, 24);
+IMPORT_SLOT(ZwSaveKey, 8);
 
 namespace
 {
@@ -71,6 +72,16 @@ TEST_CASE(KeysThatVanishAreDeletedToo)
     }
     CHECK(calls == 1 && !key.KeyExists(L"x"));
     CHECK_EQUAL(key.DeleteKey(L"", false), ORV_S_OK);
+}
+
+TEST_CASE(HivesThatCannotBeSavedLeaveNoFile)
+{
+    InternalInitializeOrvSysDll();
+    OrvBasWinRegistryHandle key(OrvRegistryCurrentUser);
+    for (uint32_t i = 0; i < 2; i++) { // the second time it would exist
+        const auto refused = Refuse<kQuota>(ZwSaveKeySlot);
+        CHECK_EQUAL(key.SaveKey(L"C:\\windows\\temp\\orv-registry-refused.hiv"), kQuotaResult);
+    }
 }
 
 TEST_CASE(SmallValuesAreOneCall)

@@ -13,6 +13,7 @@ IMPORT_SLOT(ZwCreateEvent, 20);
 IMPORT_SLOT(ZwCreateSemaphore, 20);
 IMPORT_SLOT(ZwSetEvent, 8);
 IMPORT_SLOT(ZwWaitForSingleObject, 12);
+IMPORT_SLOT(RtlReAllocateHeap, 16);
 
 namespace
 {
@@ -26,6 +27,14 @@ NTSTATUS NTAPI WaitUntilTold(HANDLE handle, BOOLEAN alertable, const LONGLONG *t
         return wait(handle, alertable, timeout);
     wait(timeIsUp, false, nullptr);
     return STATUS_TIMEOUT;
+}
+
+PVOID NTAPI MoveWhatGrows(HANDLE heap, ULONG flags, PVOID block, size_t size)
+{
+    PVOID const moved = RtlAllocateHeap(heap, flags, size);
+    memmove(moved, block, RtlSizeHeap(heap, 0, block));
+    RtlFreeHeap(heap, 0, block);
+    return moved;
 }
 
 } // namespace
@@ -66,12 +75,15 @@ TEST_CASE(ResourceWaiterThatIsChosenTooLateIsChosenStill)
         "aX by ! ~b b0 bN #1 a-",
         "aX bz ! ~b b0 bN #1 a- bS b-",
         "aS by cs ! ~b dS #2 a- d- =c #1 c-",
+        // Its record is in a table that moved while it waited.
+        "aX cs bz $3 ds es fs $7 ! ~b b0 a- =cdef #4 c- d- e- f-",
     };
     const test::Usage before = test::CountUsage();
     {
         Stage stage;
         timeIsUp = stage.event.GetHandle();
         const Redirected redirected(ZwWaitForSingleObjectSlot, WaitUntilTold);
+        const Redirected<decltype(RtlReAllocateHeap)> moving(RtlReAllocateHeapSlot, MoveWhatGrows);
         for (const char *const script : kScripts) {
             OrvBasResource resource;
             CHECK_EQUAL(resource.Create(), ORV_S_OK);
