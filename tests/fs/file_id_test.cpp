@@ -1,6 +1,7 @@
 #include "orv/fs/file_id.h"
 
 #include "fs/test_file.h"
+#include "harness/memory.h"
 #include "orv/runtime/result.h"
 
 namespace
@@ -45,14 +46,14 @@ TEST_CASE(EveryPathToAFileGivesOneIdentity)
 TEST_CASE(IdentityIsWrittenAsDigitsOrNotAtAll)
 {
     const OrvFileId id = {{0x00, 0x12, 0xAB, 0xFF, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 0xF0}};
-    wchar_t characters[33] = L"before";
-    _ORV_UTF16CHAR_STR text = {6, 32, characters};
+    const wchar_t *const characters = test::GuardedArray<wchar_t>(33);
+    _ORV_UTF16CHAR_STR text = {6, 32, const_cast<wchar_t *>(characters)};
     CHECK_EQUAL(OrvFileIdUtils::GetString(id, text), ORV_E_BUFFER_TOO_SMALL);
-    CHECK_TEXT(static_cast<const wchar_t *>(characters), L"before");
+    CHECK_TEXT(characters, L"");
     text.capacity = 33;
     CHECK_EQUAL(OrvFileIdUtils::GetString(id, text), ORV_S_OK);
     CHECK_EQUAL(text.length, 32u);
-    CHECK_TEXT(static_cast<const wchar_t *>(characters), L"0012abff0405060708090a0b0c0d0ef0");
+    CHECK_TEXT(characters, L"0012abff0405060708090a0b0c0d0ef0");
     text.characters = nullptr;
     CHECK_EQUAL(OrvFileIdUtils::GetString(id, text), ORV_E_INVALID_ARGUMENT);
 }

@@ -207,14 +207,14 @@ TEST_CASE(DeviceNamesAreEliminated)
         CHECK(c.expected ? path == buffer.GetValue() : path == c.path);
         CHECK_TEXT(path, c.expected ? c.expected : c.path);
 
-        wchar_t array[64];
-        UNICODE_STRING counted = {0, 4, array};
+        UNICODE_STRING counted = {0, 4, test::GuardedArray<wchar_t>(2)};
         unsigned int required = 0;
         CHECK_EQUAL(WinEliminateDosDeviceAliasPathU(c.path, &counted, &required), ORV_E_BUFFER_TOO_SMALL);
         counted.MaximumLength = static_cast<USHORT>(required * 2);
+        counted.Buffer = test::GuardedArray<wchar_t>(required);
         CHECK_EQUAL(WinEliminateDosDeviceAliasPathU(c.path, &counted, &required), ORV_S_OK);
         CHECK_EQUAL(counted.Length, required * 2 - 2);
-        CHECK_TEXT(const_cast<const wchar_t *>(array), c.expected ? c.expected : c.path);
+        CHECK_TEXT(const_cast<const wchar_t *>(counted.Buffer), c.expected ? c.expected : c.path);
 
         CHECK_EQUAL(OrvNtdll_RtlDosPathNameToNtPathName_T_EliminateDosDevice(c.path, buffer), ORV_S_OK);
         CHECK_TEXT(buffer.GetValue(), c.native);
@@ -227,6 +227,8 @@ TEST_CASE(DeviceNamesAreEliminated)
                 ORV_E_INVALID_ARGUMENT);
     CHECK(OrvWinIsNtFilePath(L"\\GLOBAL??\\x") && !OrvWinIsNtFilePath(L"\\??") &&
           !OrvWinIsNtFilePath(nullptr));
+    CHECK(OrvWinIsNtFilePath(test::GuardedCopy(L"\\??\\", 4), 4) &&
+          !OrvWinIsNtFilePath(test::GuardedCopy(L"\\??\\", 3), 3));
 }
 
 TEST_CASE(EnvironmentNamesTheTemporaryDirectory)
@@ -273,7 +275,7 @@ TEST_CASE(EnvironmentNamesTheTemporaryDirectory)
 
 TEST_CASE(RandomNamesHaveTheirForm)
 {
-    wchar_t array[64];
+    wchar_t *const array = test::GuardedArray<wchar_t>(45);
     wchar_t previous[64] = {};
     for (uint32_t i = 0; i < 100; i++) {
         _ORV_UTF16CHAR_STR out = {0, 45, array};
@@ -291,9 +293,9 @@ TEST_CASE(RandomNamesHaveTheirForm)
     _ORV_UTF16CHAR_STR out = {0, 40, array};
     CHECK_EQUAL(GetRandomName(out, &required), ORV_E_BUFFER_TOO_SMALL);
     CHECK_EQUAL(required, GetRandomNameSize() + 1);
-    out.capacity = required;
+    out = {0, required, test::GuardedArray<wchar_t>(required)};
     CHECK_EQUAL(GetRandomName(out, &required), ORV_S_OK);
-    out.capacity = 44;
+    out = {0, 44, array};
     CHECK_EQUAL(GetRandomTempFileName(out, &required), ORV_E_BUFFER_TOO_SMALL);
     CHECK_EQUAL(required, 44u);
     OrvUtf16CharHeapBuffer buffer;

@@ -67,6 +67,7 @@ TEST_CASE(RandomEventsFollowTheirWeights)
     const double halves[] = {0.5, 0.5};
     const double none[] = {0, 0, 0};
     const double mixed[] = {0.125, 0.0625, -0.5, 0.25, 0.5};
+    const double *const guarded = test::GuardedCopy(mixed, 5);
     CHECK_EQUAL(OrvChooseRandomEvent(0, nullptr), 0u);
     Step();
     for (uint32_t round = 0; round < 300; round++) {
@@ -74,7 +75,7 @@ TEST_CASE(RandomEventsFollowTheirWeights)
         Step();
         CHECK_EQUAL(OrvChooseRandomEvent(3, none), 3u);
         Step();
-        const uint32_t chosen = OrvChooseRandomEvent(5, mixed);
+        const uint32_t chosen = OrvChooseRandomEvent(5, guarded);
         const auto u = static_cast<uint32_t>(Step() >> 17); // in units of 2^-32
         CHECK_EQUAL(chosen, u < 0x20000000 ? 0u : u < 0x30000000 ? 1u : u < 0x70000000 ? 4u : 5u);
     }

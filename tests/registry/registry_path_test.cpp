@@ -2,9 +2,11 @@
 
 #include "orv/registry/registry_handle.h"
 
+#include "harness/memory.h"
 #include "harness/test.h"
 #include "orv/runtime/result.h"
 #include "orv/text/heap_string.h"
+#include "orv/text/string.h"
 
 TEST_CASE(LocationsAreSplitAndCombined)
 {
@@ -35,8 +37,11 @@ TEST_CASE(LocationsAreSplitAndCombined)
         OrvUtf16HeapString path;
         OrvUtf16HeapString value;
         bool hasValue = !c.value;
-        CHECK_EQUAL(OrvBasWinRegistryHandle::SplitRegistryPath(root, path, hasValue, value, c.text),
-                    ORV_S_OK);
+        const bool isCounted = &c - cases & 1;
+        const uint32_t length = OrvGetStringSizeInElements(c.text);
+        const OrvStringRefBase<wchar_t> given(test::GuardedCopy(c.text, length + !isCounted),
+                                              isCounted ? length : OrvTerminated);
+        CHECK_EQUAL(OrvBasWinRegistryHandle::SplitRegistryPath(root, path, hasValue, value, given), ORV_S_OK);
         CHECK_EQUAL(static_cast<uint32_t>(root), static_cast<uint32_t>(c.root));
         CHECK_TEXT(path.GetCharacters(), c.path);
         CHECK_EQUAL(hasValue, c.value != nullptr);

@@ -37,8 +37,9 @@ TEST_CASE(BytesComeBackAsTheirTypeWantsThem)
     TestKey key;
     for (const auto &c : cases) {
         test::Note("case", &c - cases);
-        const wchar_t *const name = &c - cases & 1 ? L"name" : L"";
-        CHECK_EQUAL(key.SetValue(static_cast<OrvBasWinRegistryValueType>(c.type), c.stored, c.size, name),
+        const OrvStringRefBase<wchar_t> name(test::GuardedCopy(L"name", 4), &c - cases & 1 ? 4 : 0);
+        CHECK_EQUAL(key.SetValue(static_cast<OrvBasWinRegistryValueType>(c.type),
+                                 test::GuardedCopy(c.stored, c.size), c.size, name),
                     ORV_S_OK);
         OrvBasWinRegistryValueType type = OrvRegistryLink;
         OrvByteHeapBuffer bytes;
@@ -100,7 +101,9 @@ TEST_CASE(TypedFormsTakeTheirTypesOnly)
     CHECK_EQUAL(key.SetQWordValue(0x123456789ABCDEF0, L"q"), ORV_S_OK);
     CHECK_EQUAL(key.SetBinaryValue("\1\2", 2, L"b"), ORV_S_OK);
     CHECK_EQUAL(key.SetStringValue(L"text", L"s"), ORV_S_OK);
-    CHECK_EQUAL(key.SetStringValue(OrvStringRefBase<wchar_t>(L"<%ORV%>more", 7), L"e", true), ORV_S_OK);
+    CHECK_EQUAL(
+        key.SetStringValue(OrvStringRefBase<wchar_t>(test::GuardedCopy(L"<%ORV%>", 7), 7), L"e", true),
+        ORV_S_OK);
 
     CHECK_EQUAL(key.GetDWordValue(word, L"d"), ORV_S_OK);
     CHECK_EQUAL(word, 0x12345678u);

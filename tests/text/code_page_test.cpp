@@ -110,8 +110,10 @@ TEST_CASE(TextsInEveryPage)
                 L"twenty-one of ASCII, \x20AC, then twenty-five of it"),
         MakeRow(OrvCodePageUtf8,
                 "one \xC3\xA9 alone, "
-                "\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9 together",
-                L"one \x00E9 alone, \x00E9\x00E9\x00E9\x00E9\x00E9\x00E9\x00E9\x00E9\x00E9 together"),
+                "\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9"
+                "\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9",
+                L"one \x00E9 alone, \x00E9\x00E9\x00E9\x00E9\x00E9\x00E9\x00E9\x00E9"
+                L"\x00E9\x00E9\x00E9\x00E9\x00E9\x00E9\x00E9"),
         MakeRow(OrvCodePageUtf7, "A+-+AOk-", L"A+\x00E9"),
         MakeRow(OrvCodePageUtf7, "+IKwAIQAi-3+/wA-", L"\x20AC!\"3\xFF00"), // no bits, two and four left over
         MakeRow(OrvCodePageUtf7, "a+2D3eAA-+-+2D3eAA-", L"a\xD83D\xDE00+\xD83D\xDE00"),

@@ -29,7 +29,7 @@ TEST_CASE(GuidsAreAssignedInPrintedOrder)
         CHECK_EQUAL(guid.bytes[i], i * 0x11);
     _OrvGuid copies[2] = {};
     OrvGuidUtils::Assign(copies[0], guid);
-    OrvGuidUtils::Assign(copies[1], guid.bytes);
+    OrvGuidUtils::Assign(copies[1], test::GuardedCopy(guid.bytes, sizeof guid.bytes));
     for (const _OrvGuid &copy : copies)
         CHECK(__builtin_memcmp(&copy, &guid, sizeof guid) == 0);
 }

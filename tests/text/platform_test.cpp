@@ -102,7 +102,8 @@ TEST_CASE(UnicodeCaseFitsOrEmpties)
     CHECK_EQUAL(OrvUpperString(OrvCodePageDefault, destination, 10, source, &length), ORV_S_OK);
     CHECK_TEXT(destination, L"GR\x00DC\x00DF E \x0416!");
     CHECK_EQUAL(length, 9u);
-    CHECK_EQUAL(OrvLowerString(OrvCodePageOem, destination, 10, source, nullptr, 3), ORV_S_OK);
+    CHECK_EQUAL(OrvLowerString(OrvCodePageOem, destination, 10, test::GuardedCopy(source, 3), nullptr, 3),
+                ORV_S_OK);
     CHECK_TEXT(destination, L"gr\x00FC");
     CHECK_EQUAL(OrvLowerString(OrvCodePageDefault, destination, 9, source, &length), ORV_E_BUFFER_TOO_SMALL);
     CHECK_EQUAL(destination[0], wchar_t(0));

@@ -40,6 +40,14 @@ TEST_CASE(CopyFitsOrEmpties)
         }
         T *const none = nullptr;
         CHECK_EQUAL(OrvCopyString(none, 4, Ascii<T>("abc").units), ORV_E_INVALID_ARGUMENT);
+        const T *const unterminated = test::GuardedCopy(Ascii<T>(" bc ").units, 4);
+        T room[12] = {};
+        CHECK_EQUAL(OrvCopyString(room, 12, unterminated, 4), ORV_S_OK);
+        CHECK_EQUAL(OrvAppendString(room, 12, unterminated, nullptr, 4), ORV_S_OK);
+        CHECK_TEXT(room, Ascii<T>(" bc  bc ").units);
+        CHECK_EQUAL(OrvCopySubString(room, 12, unterminated, 1, 3, 4), ORV_S_OK);
+        CHECK_EQUAL(OrvTrimString(room, 12, unterminated, nullptr, 4), ORV_S_OK);
+        CHECK_TEXT(room, Ascii<T>("bc").units);
         Ascii<T> text("abcdef");
         CHECK_EQUAL(OrvCopyString(text.units, 6, text.units + 2), ORV_S_OK); // its end is overwritten last
         CHECK_TEXT(text.units, Ascii<T>("cdef").units);

@@ -11,6 +11,13 @@ namespace
 
 typedef OrvBasXmlWriter::Impl Impl;
 
+/// Counted text at an unmapped page.
+template <uint32_t size>
+Impl::Text Guarded(const wchar_t (&text)[size])
+{
+    return {test::GuardedCopy(text, size - 1), size - 1};
+}
+
 /// Runs the calls on a new writer and compares what arrives.
 template <typename Calls>
 void CheckDocument(const char *expected, Calls calls)
@@ -31,10 +38,10 @@ void CheckDocument(const char *expected, Calls calls)
 TEST_CASE(WithoutIndentationAllIsOneLine)
 {
     CheckDocument("<?xml version=\"1.0\" encoding=\"utf-8\"?><a x=\"1 &lt; 2\">t</a>", [](Impl &writer) {
-        writer.WriteXmlDecl(L"1.0");
-        writer.WriteStartElement(L"a");
-        writer.WriteAttribute(L"x", L"1 < 2");
-        writer.WriteText(L"t");
+        writer.WriteXmlDecl(Guarded(L"1.0"));
+        writer.WriteStartElement(Guarded(L"a"));
+        writer.WriteAttribute(Guarded(L"x"), Guarded(L"1 < 2"));
+        writer.WriteText(Guarded(L"t"));
         writer.WriteEndElement();
     });
     CheckDocument("<a><b/><c></c>text<d>x</d><e/></a>", [](Impl &writer) {
