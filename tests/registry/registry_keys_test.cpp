@@ -331,7 +331,9 @@ TEST_CASE(HivesAreSavedLoadedAndUnloaded)
     CHECK_EQUAL(hive.LoadKey(file), ORV_E_INVALID_NAME);
     CHECK_EQUAL(hive.UnLoadKey(), ORV_E_INVALID_NAME);
     CHECK_EQUAL(hive.LoadKey(L"OrvHive", L"C:\\windows\\temp\\orv-no-such-file"), ORV_E_FILE_NOT_FOUND);
+    CHECK_EQUAL(hive.OpenKeyIfExists(L".Default"), ORV_S_OK);
     CHECK_EQUAL(hive.LoadKey(L"OrvHive", file), ORV_S_OK);
+    CHECK(!hive.IsOpened());
     OrvBasWinRegistryHandle reader(OrvRegistryUsers);
     uint32_t number = 0;
     CHECK_EQUAL(reader.OpenKeyIfExists(L"OrvHive"), ORV_S_OK);

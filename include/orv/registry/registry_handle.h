@@ -246,7 +246,7 @@ public:
     /// OrvNtdll_RtlDosPathNameToNtPathName_U_EliminateDosDevice; otherwise the converted status.
     ORV_API OrvResult LoadKey(const wchar_t *file);
 
-    /// The same at `key` below the parent, which is the handle's path from now on.
+    /// The same at `key` below the parent, which is then the handle's path; the key that was open is closed.
     ORV_API OrvResult LoadKey(const Name &key, const wchar_t *file);
 
     /// Closes the key that is open, and unmounts the hive at the handle's path. Returns as LoadKey.

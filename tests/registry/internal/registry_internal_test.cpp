@@ -78,10 +78,15 @@ TEST_CASE(HivesThatCannotBeSavedLeaveNoFile)
 {
     InternalInitializeOrvSysDll();
     OrvBasWinRegistryHandle key(OrvRegistryCurrentUser);
-    for (uint32_t i = 0; i < 2; i++) { // the second time it would exist
+    wchar_t file[] = L"\\??\\C:\\windows\\temp\\orv-registry-refused.hiv";
+    {
         const auto refused = Refuse<kQuota>(ZwSaveKeySlot);
-        CHECK_EQUAL(key.SaveKey(L"C:\\windows\\temp\\orv-registry-refused.hiv"), kQuotaResult);
+        CHECK_EQUAL(key.SaveKey(file + 4), kQuotaResult);
     }
+    UNICODE_STRING name = {sizeof file - sizeof(wchar_t), sizeof file, file};
+    const OBJECT_ATTRIBUTES attributes = {sizeof attributes,    nullptr, &name,
+                                          OBJ_CASE_INSENSITIVE, nullptr, nullptr};
+    CHECK_EQUAL(NtDeleteFile(&attributes), STATUS_OBJECT_NAME_NOT_FOUND);
 }
 
 TEST_CASE(SmallValuesAreOneCall)
