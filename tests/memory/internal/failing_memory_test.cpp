@@ -124,7 +124,11 @@ public:
         __builtin_memset(bytes, 'x', sizeof bytes);
         SetBinaryValue(bytes, sizeof bytes, L"large");
         SetValue(OrvRegistryMultiString, bytes, sizeof bytes, L"strings");
-        CreateKeys(L"a\\b\\c");
+        CreateKeys(L"a\\b\\c\\d\\e\\f\\g\\h\\i\\j\\k\\l\\m\\n\\o\\p\\q\\r\\s");
+        wchar_t name[400]; // more than the first block of an enumerator, as the depth is of a deletion
+        for (wchar_t &character : name)
+            character = L'n';
+        SetDWordValue(1, {name, 400});
     }
     ~Key()
     {
@@ -184,6 +188,15 @@ const Operation kOperations[] = {
          OrvUtf16CharHeapBuffer buffer;
          return OrvFormatString(OrvMakeMutableStringRef(buffer), L"%s%300d", kText, 1);
      }},
+    {"format bytes",
+     [] {
+         char bytes[300];
+         __builtin_memset(bytes, 'x', sizeof bytes);
+         bytes[299] = 0;
+         OrvUtf16CharHeapBuffer buffer;
+         const OrvResult result = OrvFormatString(OrvCodePageUtf8, buffer, L"%hs", bytes);
+         return OrvFailed(result) && !buffer.IsEmpty() ? kChanged : result;
+     }},
     {"measure in another page",
      [] {
          char text[1000] = {};
@@ -206,6 +219,12 @@ const Operation kOperations[] = {
     {"combine", [] { return Keep([](Buffer &b) { return OrvBasPath::CombinePaths(b, kText, kText); }); }},
     {"combine with itself",
      [] { return Keep([](Buffer &b) { return OrvBasPath::CombinePaths(b, kText, b.GetValue()); }); }},
+    {"combine with itself by a reference",
+     [] {
+         return Keep([](Buffer &b) {
+             return OrvBasPath::CombinePaths(OrvMakeMutableStringRef(b), kText, {b.GetBuffer(), 6});
+         });
+     }},
     {"append a path", [] { return Keep([](Buffer &b) { return OrvBasPath::AppendPath(b, kText); }); }},
     {"full path", KeepPath<OrvBasPath::GetFullPath>},
     {"long path", KeepPath<OrvBasPath::GetLongPath>},
@@ -384,6 +403,13 @@ const Operation kOperations[] = {
          OrvBasWinRegistryHandle key(OrvRegistryCurrentUser);
          const OrvResult result = key.OpenKeyIfExists(kKey);
          return OrvFailed(result) && key.IsOpened() ? kChanged : result;
+     }},
+    {"open a key in the 32-bit view",
+     [] {
+         OrvBasWinRegistryHandle machine(OrvRegistryLocalMachine);
+         machine.SetViewMode(OrvRegistryViewNode);
+         const OrvResult result = machine.OpenKeyIfExists(L"Software\\OrvNoSuchKey");
+         return result == ORV_E_OUT_OF_MEMORY ? result : 0; // there may be no such key
      }},
     {"delete keys",
      [] {
