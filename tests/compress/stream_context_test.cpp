@@ -187,6 +187,7 @@ void CheckBuffer()
     context.Destroy();
     CHECK_EQUAL(context.Start(false, 500), ORV_S_OK); // larger than the last size: another buffer
     CHECK_EQUAL(context.GetBufferSize(), 500u);
+    CHECK(context.GetBuffer() != first);
     CHECK_EQUAL(context.GetAvailOut(), 0u);
     context.Destroy();
 

@@ -22,6 +22,7 @@ TEST_CASE(MemoryIsReadToItsEnd)
     CHECK_EQUAL(stream.SetPosition(0x100000000), ORV_E_INVALID_ARGUMENT);
     CHECK_EQUAL(stream.GetPosition(number), ORV_S_OK);
     CHECK_EQUAL(number, uint64_t(6));
+    CHECK_EQUAL(stream.SetPosition(6), ORV_S_OK);
     CHECK_EQUAL(stream.SetPosition(5), ORV_S_OK);
     CHECK_EQUAL(stream.Read(bytes, 0, read), ORV_S_OK);
     CHECK_EQUAL(stream.Read(bytes, 4, read), ORV_S_OK);

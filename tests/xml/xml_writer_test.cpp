@@ -239,13 +239,24 @@ TEST_CASE(MisuseIsRefused)
     CHECK_EQUAL(writer->Flush(), ORV_E_INVALID_DATA);
     Impl::Delete(writer);
 
-    // A stream that takes nothing would be asked for ever.
+    // A stream that takes nothing would be asked for ever, and one that claims more than it was given, too.
+    class Boaster final : public IOrvStream
+    {
+        OrvResult Write(const void *, uint32_t size, uint32_t &written) override
+        {
+            written = size + 1;
+            return ORV_S_OK;
+        }
+    } boaster;
     test::SlowStream full(0);
-    writer = Impl::New(full);
-    CHECK_EQUAL(writer->WriteStartElement(L"a"), ORV_S_OK);
-    CHECK_EQUAL(writer->Flush(), ORV_E_WRITE_FAULT);
+    IOrvStream *const streams[] = {&full, &boaster};
+    for (IOrvStream *const faulty : streams) {
+        writer = Impl::New(*faulty);
+        CHECK_EQUAL(writer->WriteStartElement(L"a"), ORV_S_OK);
+        CHECK_EQUAL(writer->Flush(), ORV_E_WRITE_FAULT);
+        Impl::Delete(writer);
+    }
     CHECK_EQUAL(full.writes, 1u);
-    Impl::Delete(writer);
 
     writer = Impl::New(stream);
     {

@@ -125,10 +125,10 @@ public:
         SetBinaryValue(bytes, sizeof bytes, L"large");
         SetValue(OrvRegistryMultiString, bytes, sizeof bytes, L"strings");
         CreateKeys(L"a\\b\\c\\d\\e\\f\\g\\h\\i\\j\\k\\l\\m\\n\\o\\p\\q\\r\\s");
-        wchar_t name[400]; // more than the first block of an enumerator, as the depth is of a deletion
+        wchar_t name[258]; // more than the first block of an enumerator, as the depth is of a deletion
         for (wchar_t &character : name)
             character = L'n';
-        SetDWordValue(1, {name, 400});
+        SetDWordValue(1, {name, 258});
     }
     ~Key()
     {
