@@ -83,6 +83,11 @@ TEST_CASE(FullPathsAreThePlatforms)
             CHECK_EQUAL(GetFullPath(out, path, OrvTerminated, &required), ORV_E_BUFFER_TOO_SMALL);
             CHECK_EQUAL(required, count + 1);
         }
+        if (length == 0 || i % 20)
+            continue;
+        OrvUtf16CharHeapBuffer found; // whatever the file system has, in every form
+        CHECK_EQUAL(GetNormalizedPath(found, path), ORV_S_OK);
+        test::CheckPath(path, found.GetValue(), 0, {GetNormalizedPath, GetNormalizedPath, GetNormalizedPath});
     }
 }
 
