@@ -11,6 +11,10 @@ if(NOT result EQUAL 0)
   message(FATAL_ERROR "The sources of zlib, bzip2 and expat are missing.")
 endif()
 
+# By way of the build folder they have the same names wherever the cache is.
+file(CREATE_LINK ${ORV_SOURCES} ${PROJECT_BINARY_DIR}/sources SYMBOLIC)
+set(ORV_SOURCES ${PROJECT_BINARY_DIR}/sources)
+
 set(zlib ${ORV_SOURCES}/zlib)
 add_library(orv_zlib STATIC
   ${zlib}/adler32.c ${zlib}/crc32.c ${zlib}/deflate.c ${zlib}/inffast.c ${zlib}/inflate.c ${zlib}/inftrees.c
@@ -46,8 +50,7 @@ foreach(library zlib bzip2 expat)
   if(WIN32)
     target_include_directories(orv_${library} PRIVATE ${PROJECT_SOURCE_DIR}/src/crt/include)
     # Aligned loops run alike wherever the linker puts them.
-    target_compile_options(orv_${library} PRIVATE /clang:-ffile-prefix-map=${ORV_SOURCES}=. /clang:-falign-functions=32
-      /clang:-falign-loops=32)
+    target_compile_options(orv_${library} PRIVATE /clang:-falign-functions=32 /clang:-falign-loops=32)
   else()
     # Ours stand behind the host's, where expat's configuration alone is missing.
     target_compile_options(orv_${library} PRIVATE -w -idirafter ${PROJECT_SOURCE_DIR}/src/crt/include)
