@@ -42,7 +42,7 @@ TEST_CASE(PiecesEndBetweenCharacters)
     for (const auto &c : cases) {
         hostPage = c.page;
         for (uint32_t shift = 0; shift < 5; shift++) {
-            for (const uint32_t length : (const uint32_t[]){32765, 32766, 32767, 32768, kLength}) {
+            for (const uint32_t length : (const uint32_t[]){21845, 32765, 32766, 32767, 32768, kLength}) {
                 test::Note("length", length);
                 Fill(shift, c.character, length);
                 const OrvCodePage own = c.page == HostPage::kUtf8 ? OrvCodePageUtf8 : OrvCodePageDefault;

@@ -92,7 +92,7 @@ TEST_CASE(IntegersStandWhereTheDirectiveSays)
         {"%#010x", 255, "0x000000ff"},
         {"%#10x", 255, "      0xff"},
         {"%#.0o", 0, "0"},
-        {"%#.3o", 8, "010"},
+        {"%#.4o", 8, "0010"},
         {"%#o", 8, "010"},
         {"%hd", 0x18000, "-32768"},
         {"%hu", 0x1FFFF, "65535"},
@@ -128,8 +128,8 @@ TEST_CASE(StarsTakeArgumentsInOrder)
     char out[kRoom];
     CHECK_EQUAL(FormatBoth(out, "%*d|%-*d|%*d|", 5, 42, 5, 42, -5, 42), ORV_S_OK);
     CHECK_TEXT(out, "   42|42   |42   |");
-    CHECK_EQUAL(FormatBoth(out, "%.*d|%*.*d|%.*d|", 3, 7, 6, 3, 7, -1, 7), ORV_S_OK);
-    CHECK_TEXT(out, "007|   007|7|");
+    CHECK_EQUAL(FormatBoth(out, "%.*d|%*.*d|%.*d|%.*d|", 3, 7, 6, 3, 7, -1, 7, 0, 0), ORV_S_OK);
+    CHECK_TEXT(out, "007|   007|7||");
     CHECK_EQUAL(FormatBoth(out, "%*S %d", 42), ORV_S_OK); // verbatim: the star takes nothing
     CHECK_TEXT(out, "%*S 42");
 }

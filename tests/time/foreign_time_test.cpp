@@ -172,8 +172,11 @@ TEST_CASE(SystemTimeFieldsHaveRanges)
                                  value.wSecond, value.wMilliseconds, 0, 0);
         CHECK_EQUAL(OrvConvertOrvTimeStructToSYSTEMTIME(back, same), ORV_E_FIELD_OUT_OF_RANGE);
     }
-    structure.nanosecond = 1000;
-    CHECK_EQUAL(OrvConvertOrvTimeStructToSYSTEMTIME(back, structure), ORV_E_FIELD_OUT_OF_RANGE);
+    OrvTimeStruct parts[] = {structure, structure};
+    parts[0].microsecond = 1000;
+    parts[1].nanosecond = 1000;
+    for (const OrvTimeStruct &above : parts)
+        CHECK_EQUAL(OrvConvertOrvTimeStructToSYSTEMTIME(back, above), ORV_E_FIELD_OUT_OF_RANGE);
     _SYSTEMTIME noSuchDay = good;
     noSuchDay.wDay = 30;
     CHECK_EQUAL(OrvConvertSYSTEMTIMEToOrvTimeStruct(structure, noSuchDay), ORV_S_OK);

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "orv/runtime/result.h"
 #include "orv/stream/memory_stream.h"
 
 namespace test
@@ -20,7 +21,10 @@ public:
     {
         if (++reads == failAt_)
             return ORV_E_READ_FAULT;
-        return memory_.Read(bytes, size < piece_ ? size : piece_, read);
+        const OrvResult result = memory_.Read(bytes, size < piece_ ? size : piece_, read);
+        if (result == ORV_E_END_OF_DATA)
+            read = 1; // which is not to be believed
+        return result;
     }
 
     uint32_t reads = 0;

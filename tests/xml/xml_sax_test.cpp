@@ -230,7 +230,9 @@ TEST_CASE(FirstFailureIsTheResult)
     OrvMemoryStream broken("<a></b>", 7);
     Recorder failing;
     failing.failAt = 1;
-    CHECK_EQUAL(OrvBasXmlSaxParse(broken, failing), ORV_E_ABORTED);
+    OrvBasXmlSaxError untouched = {7, 7, 7};
+    CHECK_EQUAL(OrvBasXmlSaxParse(broken, failing, untouched), ORV_E_ABORTED);
+    CHECK_EQUAL(untouched.line, uint64_t(7));
 
     // The stream's, at every read.
     test::PiecewiseStream counted(kDocument, sizeof kDocument - 1, 10);

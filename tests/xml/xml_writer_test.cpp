@@ -233,20 +233,28 @@ TEST_CASE(MisuseIsRefused)
     CHECK_EQUAL(writer->Flush(), ORV_E_INVALID_DATA);
     Impl::Delete(writer);
     const wchar_t high[] = {0xD83D, 0};
-    writer = Impl::New(stream);
-    CHECK_EQUAL(writer->WriteStartElement(L"a"), ORV_S_OK);
-    CHECK_EQUAL(writer->WriteXmlFragment(high), ORV_S_OK);
-    CHECK_EQUAL(writer->Flush(), ORV_E_INVALID_DATA);
-    Impl::Delete(writer);
+    const wchar_t *const behind[] = {L"", L"x"};
+    for (const wchar_t *const text : behind) {
+        writer = Impl::New(stream);
+        CHECK_EQUAL(writer->WriteStartElement(L"a"), ORV_S_OK);
+        CHECK_EQUAL(writer->WriteXmlFragment(high), ORV_S_OK);
+        CHECK_EQUAL(writer->WriteXmlFragment(text), *text ? ORV_E_INVALID_DATA : ORV_S_OK);
+        CHECK_EQUAL(writer->Flush(), ORV_E_INVALID_DATA);
+        Impl::Delete(writer);
+    }
 
     // A stream that takes nothing would be asked for ever, and one that claims more than it was given, too.
     class Boaster final : public IOrvStream
     {
         OrvResult Write(const void *, uint32_t size, uint32_t &written) override
         {
+            writes++;
             written = size + 1;
             return ORV_S_OK;
         }
+
+    public:
+        uint32_t writes = 0;
     } boaster;
     test::SlowStream full(0);
     IOrvStream *const streams[] = {&full, &boaster};
@@ -256,7 +264,7 @@ TEST_CASE(MisuseIsRefused)
         CHECK_EQUAL(writer->Flush(), ORV_E_WRITE_FAULT);
         Impl::Delete(writer);
     }
-    CHECK_EQUAL(full.writes, 1u);
+    CHECK(full.writes == 1 && boaster.writes == 1);
 
     writer = Impl::New(stream);
     {
