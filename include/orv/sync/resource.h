@@ -73,7 +73,8 @@ public:
     /// Gives back one hold of the calling thread, and with the last one of all holds lets others in.
     ///
     /// Returns 0; ORV_E_NOT_OWNER when the calling thread has none; ORV_E_INVALID_STATE when the resource was
-    /// not created; the converted status when a waiting writer could not be woken.
+    /// not created; the converted status when a writer's release could not wake the next writer, which has
+    /// the resource all the same. A reader's release does not tell.
     ORV_API OrvResult Release();
 
     /// Turns all exclusive holds of the calling thread into shared ones, and lets waiting readers in.
