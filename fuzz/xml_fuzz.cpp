@@ -7,6 +7,7 @@
 #include "orv/text/heap_buffer.h"
 #include "orv/xml/xml_sax.h"
 #include "orv/xml/xml_writer.h"
+#include "xml/escape.h"
 #include "xml/streams.h"
 
 namespace
@@ -178,6 +179,13 @@ void CheckWriter(Recorder &events)
     REQUIRE(again.Equals(events));
 }
 
+void CheckEscape(const wchar_t *text, uint32_t count)
+{
+    for (uint32_t attribute = 0; attribute < 2; attribute++)
+        REQUIRE(detail::CountUnescaped(text, count, attribute) ==
+                detail::plain::CountUnescaped(text, count, attribute));
+}
+
 void CheckDocument(const uint8_t *bytes, uint32_t size, uint32_t piece, uint32_t failAt)
 {
     OrvMemoryStream stream(bytes, size);
@@ -214,5 +222,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const uint32_t count = input.Left();
     ExactArray<uint8_t> bytes(input.Bytes(count), count);
     CheckDocument(bytes, count, piece, failAt);
+    ExactArray<wchar_t> units(count / sizeof(wchar_t));
+    memcpy(units, bytes, count / sizeof(wchar_t) * sizeof(wchar_t));
+    CheckEscape(units, count / sizeof(wchar_t));
     return 0;
 }
