@@ -6,7 +6,8 @@
 
 #include "orv/time/time_struct.h"
 
-/// Breaks an instant down, its day of the week included.
+/// Breaks an instant down, its day of the week included. An instant from 2^63 on (late in the year 30828) is
+/// beyond the platform's calendar: it is taken, but only microsecond and nanosecond then mean anything.
 ///
 /// Returns 0; ORV_S_END_OF_TIME for the end marker, which gives the end marker's structure;
 /// ORV_E_TIME_OUT_OF_RANGE before 1970.
