@@ -3,7 +3,6 @@
 #include "registry/registry_test_key.h"
 
 #include "harness/memory.h"
-#include "harness/usage.h"
 
 TEST_CASE(BytesComeBackAsTheirTypeWantsThem)
 {
@@ -76,15 +75,6 @@ TEST_CASE(ValuesOfEverySizeComeBack)
             CHECK_EQUAL(bytes.GetSize(), type == OrvRegistryBinary ? size : size + size % 2 + terminators);
             CHECK(read == type && memcmp(bytes.GetElements(), source.GetBuffer(), size) == 0);
         }
-    OrvBasWinRegistryValueType type = OrvRegistryNone;
-    const test::Usage before = test::CountUsage();
-    {
-        const test::RefusingHeap refusing;
-        OrvByteHeapBuffer bytes;
-        CHECK_EQUAL(key.QueryValue(type, bytes, L"v"), ORV_E_OUT_OF_MEMORY);
-        CHECK(type == OrvRegistryNone && bytes.GetSize() == 0);
-    }
-    CHECK_USAGE(before);
 }
 
 TEST_CASE(TypedFormsTakeTheirTypesOnly)
