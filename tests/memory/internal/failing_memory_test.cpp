@@ -155,9 +155,13 @@ struct Operation {
 };
 
 /// The beginning of a stream, as far as the last allocation.
-template <typename Context, size_t size>
-OrvResult Decompress(Context &context, const uint8_t (&in)[size])
+template <typename Context, size_t size, typename... Level>
+OrvResult Decompress(const uint8_t (&in)[size], Level... level)
 {
+    Context context;
+    const OrvResult result = context.Initialize(100, false, level...);
+    if (OrvFailed(result))
+        return result;
     uint8_t out[64];
     context.SetNextIn(in);
     context.SetAvailIn(size);
@@ -412,17 +416,11 @@ const Operation<> kOperations[] = {
      }},
     {"inflate",
      [] {
-         static constexpr uint8_t kStream[] = {0x78, 1, 1, 5, 0, 0xFA, 0xFF, 'a', 'b'};
-         detail::OrvDeflateContext context;
-         const OrvResult result = context.Initialize(100, false, 6);
-         return OrvFailed(result) ? result : Decompress(context, kStream);
+         return Decompress<detail::OrvDeflateContext>({0x78, 1, 1, 5, 0, 0xFA, 0xFF, 'a', 'b'}, 6);
      }},
     {"bunzip2",
      [] {
-         static constexpr uint8_t kStream[] = {'B', 'Z', 'h', '1'};
-         detail::OrvBZ2Context context;
-         const OrvResult result = context.Initialize(100, false);
-         return OrvFailed(result) ? result : Decompress(context, kStream);
+         return Decompress<detail::OrvBZ2Context>({'B', 'Z', 'h', '1'});
      }},
     {"deflate", [] { return detail::OrvDeflateContext().Initialize(100, true, 6); }},
     {"bzip2", [] { return detail::OrvBZ2Context().Initialize(100, true); }},
