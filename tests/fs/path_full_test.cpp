@@ -197,7 +197,7 @@ TEST_CASE(DeviceNamesAreEliminated)
         {L"\\aux", L"\\\\?\\C:\\aux", L"\\??\\C:\\aux"},
         {L"/aux/./b/../c", L"\\\\?\\C:\\aux\\c", L"\\??\\C:\\aux\\c"},
         {L"x\\y", nullptr, L"\\??\\C:\\windows\\x\\y"},
-        {L"\\\\srv\\share\\f", nullptr, L"\\??\\UNC\\srv\\share\\f"},
+        {L"\\/srv\\share\\f", nullptr, L"\\??\\UNC\\srv\\share\\f"},
         {L"\\\\?\\C:\\prn", nullptr, L"\\??\\C:\\prn"},
         {L"\\??\\C:\\lpt1", L"\\\\?\\C:\\??\\C:\\lpt1", L"\\??\\C:\\lpt1"},
         {L"\\device\\x", L"\\\\?\\C:\\device\\x", L"\\device\\x"},
