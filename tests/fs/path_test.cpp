@@ -1,9 +1,8 @@
-// Paths as text: tables of each rule, and rules that hold for every path.
+// Paths as text: tables of each rule. Rules that hold for every path are the fuzz target's.
 
 #include "orv/fs/path.h"
 
 #include "fs/path_forms.h"
-#include "text/texts.h"
 
 namespace
 {
@@ -39,24 +38,6 @@ void CheckAll(const Case (&cases)[N], const Operation &operation, bool needsNoRo
     }
 }
 
-/// A path over an alphabet in which everything that matters is frequent.
-template <uint32_t N>
-const wchar_t *Generate(test::Generator &generator, wchar_t (&path)[N], const wchar_t *alphabet,
-                        uint32_t limit)
-{
-    const uint32_t length = generator.Below(limit + 1);
-    const uint32_t letters = LengthOf(alphabet);
-    for (uint32_t i = 0; i < length; i++)
-        path[i] = alphabet[generator.Below(letters)];
-    path[length] = 0;
-    return path;
-}
-
-bool IsSeparator(wchar_t character)
-{
-    return character == L'\\' || character == L'/';
-}
-
 } // namespace
 
 TEST_CASE(RootsAreMeasured)
@@ -67,9 +48,7 @@ TEST_CASE(RootsAreMeasured)
     } cases[] = {
         {L"", 0},
         {L"a", 0},
-        {L"a\\b", 0},
         {L"/", 1},
-        {L"\\", 1},
         {L"\\a", 1},
         {L"D:", 2},
         {L"D:x", 2},
@@ -81,9 +60,7 @@ TEST_CASE(RootsAreMeasured)
         {L"\\\\srv", 5},
         {L"\\\\srv\\", 6},
         {L"\\\\srv\\sh", 8},
-        {L"//srv/sh", 8},
         {L"\\/srv\\sh\\", 8},
-        {L"\\\\srv\\sh\\d", 8},
         {L"\\\\?\\D:\\x", 6},
         {L"\\\\\\", 3},
         {L"\\\\\\\\x", 3},
@@ -117,7 +94,6 @@ TEST_CASE(VolumesStandBeforeTheColon)
         OrvResult result;
     } cases[] = {
         {L"D:\\x", L"D:\\", 0},
-        {L"D:", L"D:\\", 0},
         {L":", L":\\", 0},
         {L"long:x:y", L"long:\\", 0},
         {L"", L"", ORV_E_INVALID_DATA},
@@ -148,22 +124,10 @@ TEST_CASE(PathsAreSplit)
         {L"dir\\", L""},   {L"d.x/", L""},
     };
     const Case directories[] = {
-        {L"", L""},
-        {L"foo", L""},
-        {L"\\foo", L"\\"},
-        {L"/foo", L"/"},
-        {L"D:\\foo", L"D:\\"},
-        {L"D:/foo", L"D:\\"},
-        {L"D:\\a\\\\b", L"D:\\a"},
-        {L"D:\\foo\\", L"D:\\foo"},
-        {L"\\\\srv\\share\\f", L"\\\\srv\\share"},
-        {L"\\\\foo", L"\\"},
-        {L"\\", L"\\"},
-        {L"a\\", L"a"},
-        {L"a/b/c", L"a/b"},
-        {L"D:\\", L"D:\\"},
-        {L":\\x", L":"},
-        {L"\\\\\\\\x", L"\\"},
+        {L"", L""},          {L"foo", L""},        {L"\\foo", L"\\"},
+        {L"/foo", L"/"},     {L"D:/foo", L"D:\\"}, {L"D:\\a\\\\b", L"D:\\a"},
+        {L"\\\\foo", L"\\"}, {L"\\", L"\\"},       {L"a\\", L"a"},
+        {L"D:\\", L"D:\\"},  {L":\\x", L":"},
     };
     CheckAll(names, {GetFilename, GetFilename, GetFilename});
     CheckAll(extensions, {GetFilenameExtension, GetFilenameExtension, GetFilenameExtension});
@@ -194,7 +158,6 @@ TEST_CASE(PathsAreCombinedAndExtensionsChanged)
         {L"", L"", L"", nullptr},
         {L"", L"b", L"b", nullptr},
         {L"a", L"", L"a", L"a."},
-        {L"D:\\a\\", L"b", L"D:\\a\\b", L"D:\\a\\"},
         {L"D:\\a", L"E:\\b", L"E:\\b", L"D:\\a.E:\\b"},
         {L"D:\\a", L"E:", L"E:", L"D:\\a.E:"},
         {L"D:\\a", L"E:b", L"D:\\a\\E:b", L"D:\\a.E:b"},
@@ -203,7 +166,6 @@ TEST_CASE(PathsAreCombinedAndExtensionsChanged)
         {L"D:", L"/x", L"D:/x", L"D:"},
         {L"D:x", L"\\y", L"\\y", L"D:x.\\y"},
         {L"\\\\s\\h", L"\\y", L"\\y", L"\\\\s\\h.\\y"},
-        {L"D:\\dir", L"\\", L"D:\\", L"D:\\dir.\\"},
         {L"D:\\dir", L"\\\\s", L"\\\\s", L"D:\\dir.\\\\s"},
         {L"a/", L".\\..\\b", L"a/.\\..\\b", L"a/"},
         {L"a", L".b", L"a\\.b", L"a.b"},
@@ -253,79 +215,15 @@ TEST_CASE(PathsAreCombinedAndExtensionsChanged)
     _ORV_UTF16CHAR_STR out = {9, 10, untouched};
     CHECK_EQUAL(ChangeExtension(out, L"", L"x"), ORV_S_OK);
     CHECK(test::IsText(out, L"as it was"));
-
-    OrvUtf16CharHeapBuffer own;
-    own.Assign(L"a");
-    const test::RefusingHeap refusing;
-    CHECK_EQUAL(CombinePaths(own, own.GetValue(), L"b"), ORV_E_OUT_OF_MEMORY);
-    CHECK_EQUAL(CombinePaths(OrvMakeMutableStringRef(own), own.GetValue(), L"b"), ORV_E_OUT_OF_MEMORY);
-    CHECK_TEXT(own.GetValue(), L"a");
 }
 
 TEST_CASE(PartsAreAppended)
 {
-    const struct {
-        const wchar_t *text;
-        const wchar_t *part;
-        const wchar_t *expected;
-    } cases[] = {
-        {L"", L"a", L"a"},     {L"a", L"b", L"a\\b"}, {L"a\\", L"\\b", L"a\\\\b"},
-        {L"a/", L"b", L"a/b"}, {L"a", L"", L"a\\"},   {L"", L"\\b", L"\\b"},
-    };
-    for (const auto &c : cases) {
-        OrvUtf16CharHeapBuffer buffer;
-        buffer.Assign(c.text);
-        CHECK_EQUAL(AppendPath(buffer, c.part), ORV_S_OK);
-        CHECK_TEXT(buffer.GetValue(), c.expected);
-    }
     OrvUtf16CharHeapBuffer own;
-    own.Assign(L"ab");
+    CHECK_EQUAL(AppendPath(own, L"ab"), ORV_S_OK);
     CHECK_EQUAL(AppendPath(own, own.GetValue() + 1), ORV_S_OK);
     CHECK_TEXT(own.GetValue(), L"ab\\b");
-}
-
-TEST_CASE(RulesHoldForGeneratedPaths)
-{
-    test::Generator generator;
-    wchar_t path[32];
-    wchar_t name[8];
-    for (uint32_t i = 0; i < 4000; i++) {
-        test::Note("path", i);
-        Generate(generator, path, L"D:\\/.a\\", 20);
-        Generate(generator, name, L"abc.", 6);
-        const uint32_t length = LengthOf(path);
-        OrvUtf16CharHeapBuffer joined;
-        OrvUtf16CharHeapBuffer part;
-        OrvUtf16CharHeapBuffer base;
-
-        // A root is a prefix, and the root of itself.
-        const uint32_t rootLength = GetPathRootLength(path);
-        CHECK(rootLength <= length && GetPathRootLength(path, rootLength) == rootLength);
-
-        // A name that was joined to a path comes out again, and what stands before it is its directory, but
-        // for separators at the end; a drive's root is written with one.
-        if (*name) {
-            CHECK_EQUAL(CombinePaths(joined, path, name), ORV_S_OK);
-            CHECK_EQUAL(GetFilename(part, joined.GetValue()), ORV_S_OK);
-            CHECK_TEXT(part.GetValue(), const_cast<const wchar_t *>(name));
-            CHECK_EQUAL(GetDirectoryPathFromFilenamePath(part, joined.GetValue()), ORV_S_OK);
-            uint32_t end = length;
-            while (end > 1 && IsSeparator(path[end - 1]))
-                end--;
-            const bool isDrive = end >= 2 && path[end - 1] == L':';
-            CHECK_EQUAL(part.GetInternal().length, end + isDrive);
-            for (uint32_t k = 0; k < end; k++)
-                CHECK_EQUAL(part[k], path[k]);
-        }
-
-        // A changed extension is the extension, and what it stands behind stays.
-        if (length && !IsSeparator(path[length - 1]) && path[length - 1] != L':') {
-            CHECK_EQUAL(ChangeExtension(joined, path, L"new"), ORV_S_OK);
-            CHECK_EQUAL(GetFilenameExtension(part, joined.GetValue()), ORV_S_OK);
-            CHECK_TEXT(part.GetValue(), L".new");
-            CHECK_EQUAL(GetFilenameWithoutExtension(part, joined.GetValue()), ORV_S_OK);
-            CHECK_EQUAL(GetFilenameWithoutExtension(base, path), ORV_S_OK);
-            CHECK_TEXT(part.GetValue(), base.GetValue());
-        }
-    }
+    CHECK_EQUAL(AppendPath(own, L"\\c/"), ORV_S_OK);
+    CHECK_EQUAL(AppendPath(own, L""), ORV_S_OK);
+    CHECK_TEXT(own.GetValue(), L"ab\\b\\\\c/");
 }

@@ -1,4 +1,4 @@
-// A file that exists while a test runs.
+// Files that tests make and delete.
 
 #pragma once
 
@@ -7,13 +7,32 @@
 
 constexpr wchar_t kTestFolder[] = L"C:\\windows\\temp\\";
 
-class TestFile
+/// The native name of a file, of which a full DOS path is given.
+class TestFileName
 {
 public:
-    /// `path` is a full DOS path.
-    explicit TestFile(const wchar_t *path)
+    explicit TestFileName(const wchar_t *path)
     {
         CHECK(RtlDosPathNameToNtPathName_U(path, &name_, nullptr, nullptr));
+    }
+    TestFileName(const TestFileName &) = delete;
+    TestFileName &operator=(const TestFileName &) = delete;
+    ~TestFileName() { RtlFreeUnicodeString(&name_); }
+
+    NTSTATUS Delete() const { return NtDeleteFile(&attributes_); }
+
+protected:
+    UNICODE_STRING name_ = {};
+    OBJECT_ATTRIBUTES attributes_ = {sizeof(OBJECT_ATTRIBUTES), nullptr, &name_,
+                                     OBJ_CASE_INSENSITIVE,      nullptr, nullptr};
+};
+
+/// A file that exists while a test runs.
+class TestFile : public TestFileName
+{
+public:
+    explicit TestFile(const wchar_t *path) : TestFileName(path)
+    {
         HANDLE handle = nullptr;
         IO_STATUS_BLOCK status = {};
         CHECK_EQUAL(NtCreateFile(&handle, FILE_GENERIC_READ, &attributes_, &status, nullptr, 0,
@@ -21,16 +40,5 @@ public:
                     0);
         ZwClose(handle);
     }
-    TestFile(const TestFile &) = delete;
-    TestFile &operator=(const TestFile &) = delete;
-    ~TestFile()
-    {
-        CHECK_EQUAL(NtDeleteFile(&attributes_), 0);
-        RtlFreeUnicodeString(&name_);
-    }
-
-private:
-    UNICODE_STRING name_ = {};
-    OBJECT_ATTRIBUTES attributes_ = {sizeof(OBJECT_ATTRIBUTES), nullptr, &name_,
-                                     OBJ_CASE_INSENSITIVE,      nullptr, nullptr};
+    ~TestFile() { CHECK_EQUAL(Delete(), 0); }
 };

@@ -2,6 +2,7 @@
 
 #include "registry/registry_test_key.h"
 
+#include "fs/test_file.h"
 #include "harness/memory.h"
 #include "harness/thread.h"
 #include "harness/usage.h"
@@ -147,15 +148,15 @@ TEST_CASE(NamesAreListedOneCallEach)
     bool found = true;
     CHECK_EQUAL(enumerator.Next(name, found), ORV_S_OK);
     CHECK(!found);
-    CHECK_EQUAL(key.GetChildrenEnumeratorImpl(enumerator), ORV_S_OK);
-    CHECK_EQUAL(enumerator.Next(name, found), ORV_S_OK);
-    CHECK(found);
-    CHECK_TEXT(name.characters, L"a");
     CHECK_EQUAL(key.GetValuesEnumeratorImpl(enumerator), ORV_S_OK);
     CHECK_EQUAL(enumerator.Next(name, found), ORV_S_OK);
     CHECK(found && enumerator.GetLength() == 3);
     CHECK_EQUAL(enumerator.Next(name, found), ORV_S_OK);
     CHECK(!found);
+    CHECK_EQUAL(key.GetChildrenEnumeratorImpl(enumerator), ORV_S_OK);
+    CHECK_EQUAL(enumerator.Next(name, found), ORV_S_OK);
+    CHECK(found);
+    CHECK_TEXT(name.characters, L"a");
     OrvUtf16CharHeapBuffer tooLong;
     tooLong.Resize(32767);
     CHECK_EQUAL(key.CreateKey(OrvStringRefBase<wchar_t>(tooLong.GetBuffer(), 32767)), ORV_E_INVALID_NAME);
@@ -192,8 +193,6 @@ TEST_CASE(LostAndRefusedKeysSaySo)
     const test::RefusingHeap refusing;
     OrvBasWinRegistryHandle fresh(key);
     CHECK_EQUAL(fresh.OpenOrCreateKey(L"d"), ORV_E_OUT_OF_MEMORY);
-    CHECK_EQUAL(fresh.EnumKeys(names), ORV_E_OUT_OF_MEMORY);
-    CHECK_EQUAL(fresh.DeleteKey(L"c", true), ORV_E_OUT_OF_MEMORY);
     CHECK(!fresh.KeyExists(L"d") && fresh.KeyExists(L"c"));
 }
 
@@ -349,10 +348,5 @@ TEST_CASE(HivesAreSavedLoadedAndUnloaded)
                 ORV_E_FILE_NOT_FOUND);
     CHECK_TEXT(path.GetCharacters(), L"C:\\windows\\temp\\orv-no-such-file");
     CHECK_EQUAL(child.RestoreKey(file), ORV_S_OK);
-    UNICODE_STRING native = {};
-    RtlDosPathNameToNtPathName_U(file, &native, nullptr, nullptr);
-    const OBJECT_ATTRIBUTES attributes = {sizeof attributes,    nullptr, &native,
-                                          OBJ_CASE_INSENSITIVE, nullptr, nullptr};
-    CHECK_EQUAL(NtDeleteFile(&attributes), 0);
-    RtlFreeUnicodeString(&native);
+    CHECK_EQUAL(TestFileName(file).Delete(), 0);
 }

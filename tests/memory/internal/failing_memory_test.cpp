@@ -5,6 +5,7 @@
 
 #include "orv/orv.h"
 
+#include "fs/test_file.h"
 #include "harness/test.h"
 #include "harness/usage.h"
 #include "nt/teb.h"
@@ -80,11 +81,12 @@ constexpr wchar_t kText[] = L"a text that is longer than it looks";
 constexpr wchar_t kKey[] = L"Software\\OrvFailingMemoryTest";
 constexpr OrvResult kChanged = ORV_E_INVALID_STATE; ///< a failure changed what it must not
 
+using Buffer = OrvUtf16CharHeapBuffer;
+
 /// Runs an operation on a heap buffer that it may only change when it succeeds.
-template <typename Change>
-OrvResult Keep(Change change)
+OrvResult Keep(OrvResult (*change)(Buffer &))
 {
-    OrvUtf16CharHeapBuffer buffer;
+    Buffer buffer;
     {
         const Unwatched unwatched;
         buffer.Assign(L"before");
@@ -95,21 +97,18 @@ OrvResult Keep(Change change)
     return OrvSucceeded(result) || kept ? result : kChanged;
 }
 
-using Buffer = OrvUtf16CharHeapBuffer;
-using PathOperation = OrvResult (*)(Buffer &out, const wchar_t *path, uint32_t length);
-
 /// A path, of which an operation makes text that is not short.
-template <PathOperation operation>
-OrvResult KeepPath()
+template <OrvResult (*operation)(Buffer &out, const wchar_t *path, uint32_t length)>
+OrvResult OfPath(Buffer &b)
 {
-    return Keep([](Buffer &b) { return operation(b, L"C:\\windows\\system32\\ntdll.dll", OrvTerminated); });
+    return operation(b, L"C:\\windows\\system32\\ntdll.dll", OrvTerminated);
 }
 
 class Collector final : public OrvBasWinRegistryHandle::NameInserter
 {
 public:
     OrvResult Insert(const OrvStringRefBase<wchar_t> &) override { return 0; }
-};
+} collector;
 
 /// A key of the calling user that exists while an operation runs.
 class Key : public OrvBasWinRegistryHandle
@@ -147,16 +146,22 @@ public:
     ~IdleThread() override { WaitForThreadToStop(-1); }
 };
 
+/// What is given to it is made anew for every run.
+template <typename... Given>
 struct Operation {
     const char *name;
-    OrvResult (*run)();
+    OrvResult (*run)(Given &...);
     bool copes = false; ///< an allocation that is refused may be done without
 };
 
 /// The beginning of a stream, as far as the last allocation.
-template <typename Context, size_t size>
-OrvResult Decompress(Context &context, const uint8_t (&in)[size])
+template <typename Context, size_t size, typename... Level>
+OrvResult Decompress(const uint8_t (&in)[size], Level... level)
 {
+    Context context;
+    const OrvResult result = context.Initialize(100, false, level...);
+    if (OrvFailed(result))
+        return result;
     uint8_t out[64];
     context.SetNextIn(in);
     context.SetAvailIn(size);
@@ -178,11 +183,115 @@ OrvResult MakeThreadRecord()
     return result;
 }
 
-const Operation kOperations[] = {
-    {"assign", [] { return Keep([](Buffer &b) { return b.Assign(kText); }); }},
-    {"append", [] { return Keep([](Buffer &b) { return b.Append(kText); }); }},
-    {"resize", [] { return Keep([](Buffer &b) { return b.Resize(1000); }); }},
-    {"reserve", [] { return Keep([](Buffer &b) { return b.ReserveElements(1000); }); }},
+const Operation<Buffer> kBufferOperations[] = {
+    {"assign", [](Buffer &b) { return b.Assign(kText); }},
+    {"append", [](Buffer &b) { return b.Append(kText); }},
+    {"resize", [](Buffer &b) { return b.Resize(1000); }},
+    {"reserve", [](Buffer &b) { return b.ReserveElements(1000); }},
+    {"GUID text",
+     [](Buffer &b) { return OrvGuidUtils::GetStringAppend(_OrvGuid(), OrvMakeMutableStringRef(b)); }},
+    {"combine", [](Buffer &b) { return OrvBasPath::CombinePaths(b, kText, kText); }},
+    {"combine with itself", [](Buffer &b) { return OrvBasPath::CombinePaths(b, kText, b.GetValue()); }},
+    {"combine with itself by a reference",
+     [](Buffer &b) {
+         return OrvBasPath::CombinePaths(OrvMakeMutableStringRef(b), kText, {b.GetBuffer(), 6});
+     }},
+    {"append a path", [](Buffer &b) { return OrvBasPath::AppendPath(b, kText); }},
+    {"full path", OfPath<OrvBasPath::GetFullPath>},
+    {"long path", OfPath<OrvBasPath::GetLongPath>},
+    {"normalized path", OfPath<OrvBasPath::GetNormalizedPath>, true},
+    {"short path", OfPath<OrvBasPath::GetAlternatePath>},
+    {"file name", OfPath<OrvBasPath::GetFilename>},
+    {"directory", OfPath<OrvBasPath::GetDirectoryPathFromFilenamePath>},
+    {"change an extension", [](Buffer &b) { return OrvBasPath::ChangeExtension(b, kText, L"txt"); }},
+    {"temporary file", [](Buffer &b) { return OrvBasPath::GetRandomTempFileName(b); }},
+    {"temporary directory", [](Buffer &b) { return OrvBasPath::GetTempDirPath(b); }},
+    {"random name", [](Buffer &b) { return OrvBasPath::GetRandomName(b); }},
+    {"native path",
+     [](Buffer &b) { return OrvNtdll_RtlDosPathNameToNtPathName_T_EliminateDosDevice(L"C:\\con", b); }},
+    {"path from the root",
+     [](Buffer &b) {
+         const wchar_t *path = L"\\con";
+         return OrvBasPath::WinEliminateDosDeviceAliasPath(path, b);
+     }},
+    {"environment", [](Buffer &b) { return OrvNtdll_RtlExpandEnvironmentStrings_T(kText, b); }},
+};
+
+const Operation<Key> kKeyOperations[] = {
+    {"delete keys", [](Key &key) { return key.DeleteKey(L"a", true); }},
+    {"list keys", [](Key &key) { return key.EnumKeys(collector); }},
+    {"list values", [](Key &key) { return key.EnumValues(collector); }},
+    {"key's name",
+     [](Key &key) {
+         OrvBasWinRegistryRootType root = OrvRegistryNoRoot;
+         OrvUtf16HeapString path;
+         uint32_t access = 7;
+         const OrvResult result = key.SplitCurrentKeyName(root, path, access);
+         return OrvFailed(result) && (root != OrvRegistryNoRoot || access != 7) ? kChanged : result;
+     }},
+    {"large value",
+     [](Key &key) {
+         OrvBasWinRegistryValueType type = OrvRegistryLink;
+         OrvByteHeapBuffer bytes;
+         const OrvResult result = key.QueryValue(type, bytes, L"large");
+         return OrvFailed(result) && (type != OrvRegistryLink || bytes.GetSize()) ? kChanged : result;
+     }},
+    {"large strings", [](Key &key) { return key.GetStringArrayValue(collector, L"strings"); }},
+    {"string value",
+     [](Key &key) {
+         OrvUtf16HeapString value;
+         const OrvResult result = key.GetStringValue(value, L"text", true);
+         return OrvFailed(result) && value.GetLength() ? kChanged : result;
+     }},
+    {"set a counted string",
+     [](Key &key) {
+         return key.SetStringValue({kText, 5}, L"text");
+     }},
+    {"set strings",
+     [](Key &key) {
+         struct Strings final : OrvBasWinRegistryHandle::NameEnumerator {
+             OrvResult Next(OrvStringzRefBase<wchar_t> &name, bool &found) override
+             {
+                 name.characters = kText;
+                 found = left > 0;
+                 left -= found;
+                 return 0;
+             }
+             uint32_t left = 20;
+         } strings;
+         const OrvResult result = key.SetStringArrayValue(strings, L"text");
+         const Unwatched unwatched;
+         OrvUtf16HeapString value;
+         return OrvFailed(result) && OrvFailed(key.GetStringValue(value, L"text")) ? kChanged : result;
+     }},
+    {"save, restore and load a key",
+     [](Key &key) {
+         OrvBasWinRegistryHandle::EnablePrivilege(OrvRegistryBackupPrivilege, true);
+         OrvBasWinRegistryHandle::EnablePrivilege(OrvRegistryRestorePrivilege, true);
+         const wchar_t *const file = L"C:\\windows\\temp\\orv-failing-memory";
+         OrvUtf16HeapString path;
+         OrvBasWinRegistryHandle hive(OrvRegistryUsers);
+         OrvResult result = key.SaveKey(file);
+         if (OrvSucceeded(result))
+             result = key.RestoreKey(file, &path);
+         if (OrvSucceeded(result))
+             result = hive.LoadKey(L"OrvFailingMemoryTest", file);
+         if (OrvSucceeded(result))
+             hive.UnLoadKey();
+         const Unwatched unwatched;
+         TestFileName(file).Delete(); // if there is one
+         return result;
+     }},
+    {"watch a key",
+     [](Key &key) {
+         OrvBasEvent event;
+         const OrvResult result = event.Create(OrvBasEvent::ManualReset, false);
+         return OrvFailed(result) ? result : key.StartSingleWatchingKeyChange(event, true);
+     },
+     true},
+};
+
+const Operation<> kOperations[] = {
     {"format a buffer",
      [] {
          OrvUtf16CharHeapBuffer buffer;
@@ -211,58 +320,13 @@ const Operation kOperations[] = {
                                                         OrvCodePageUtf8, nullptr, sizeof text);
          return OrvFailed(result) && target[0] != 7 ? kChanged : result;
      }},
-    {"GUID text",
-     [] {
-         return Keep(
-             [](Buffer &b) { return OrvGuidUtils::GetStringAppend(_OrvGuid(), OrvMakeMutableStringRef(b)); });
-     }},
-    {"combine", [] { return Keep([](Buffer &b) { return OrvBasPath::CombinePaths(b, kText, kText); }); }},
-    {"combine with itself",
-     [] { return Keep([](Buffer &b) { return OrvBasPath::CombinePaths(b, kText, b.GetValue()); }); }},
-    {"combine with itself by a reference",
-     [] {
-         return Keep([](Buffer &b) {
-             return OrvBasPath::CombinePaths(OrvMakeMutableStringRef(b), kText, {b.GetBuffer(), 6});
-         });
-     }},
-    {"append a path", [] { return Keep([](Buffer &b) { return OrvBasPath::AppendPath(b, kText); }); }},
-    {"full path", KeepPath<OrvBasPath::GetFullPath>},
-    {"long path", KeepPath<OrvBasPath::GetLongPath>},
-    {"normalized path", KeepPath<OrvBasPath::GetNormalizedPath>, true},
-    {"short path", KeepPath<OrvBasPath::GetAlternatePath>},
-    {"file name", KeepPath<OrvBasPath::GetFilename>},
-    {"directory", KeepPath<OrvBasPath::GetDirectoryPathFromFilenamePath>},
-    {"change an extension",
-     [] { return Keep([](Buffer &b) { return OrvBasPath::ChangeExtension(b, kText, L"txt"); }); }},
-    {"temporary file", [] { return Keep([](Buffer &b) { return OrvBasPath::GetRandomTempFileName(b); }); }},
-    {"temporary directory", [] { return Keep([](Buffer &b) { return OrvBasPath::GetTempDirPath(b); }); }},
-    {"random name", [] { return Keep([](Buffer &b) { return OrvBasPath::GetRandomName(b); }); }},
-    {"native path",
-     [] {
-         return Keep([](Buffer &b) {
-             return OrvNtdll_RtlDosPathNameToNtPathName_T_EliminateDosDevice(L"C:\\con", b);
-         });
-     }},
-    {"path from the root",
-     [] {
-         return Keep([](Buffer &b) {
-             const wchar_t *path = L"\\con";
-             return OrvBasPath::WinEliminateDosDeviceAliasPath(path, b);
-         });
-     }},
-    {"environment",
-     [] { return Keep([](Buffer &b) { return OrvNtdll_RtlExpandEnvironmentStrings_T(kText, b); }); }},
     {"file identity",
      [] {
          OrvFileId id = {{7}};
          const OrvResult result = OrvFileIdUtils::GetId(id, L"C:\\windows");
          return OrvFailed(result) && id.bytes[0] != 7 ? kChanged : result;
      }},
-    {"lock file",
-     [] {
-         OrvBasWinLockFile lock;
-         return lock.Create(L"C:\\windows", false);
-     }},
+    {"lock file", [] { return OrvBasWinLockFile().Create(L"C:\\windows", false); }},
     {"lock in a file",
      [] {
          OrvBasWinLockFileResource lock;
@@ -352,28 +416,14 @@ const Operation kOperations[] = {
      }},
     {"inflate",
      [] {
-         static constexpr uint8_t kStream[] = {0x78, 1, 1, 5, 0, 0xFA, 0xFF, 'a', 'b'};
-         detail::OrvDeflateContext context;
-         const OrvResult result = context.Initialize(100, false, 6);
-         return OrvFailed(result) ? result : Decompress(context, kStream);
+         return Decompress<detail::OrvDeflateContext>({0x78, 1, 1, 5, 0, 0xFA, 0xFF, 'a', 'b'}, 6);
      }},
     {"bunzip2",
      [] {
-         static constexpr uint8_t kStream[] = {'B', 'Z', 'h', '1'};
-         detail::OrvBZ2Context context;
-         const OrvResult result = context.Initialize(100, false);
-         return OrvFailed(result) ? result : Decompress(context, kStream);
+         return Decompress<detail::OrvBZ2Context>({'B', 'Z', 'h', '1'});
      }},
-    {"deflate",
-     [] {
-         detail::OrvDeflateContext context;
-         return context.Initialize(100, true, 6);
-     }},
-    {"bzip2",
-     [] {
-         detail::OrvBZ2Context context;
-         return context.Initialize(100, true);
-     }},
+    {"deflate", [] { return detail::OrvDeflateContext().Initialize(100, true, 6); }},
+    {"bzip2", [] { return detail::OrvBZ2Context().Initialize(100, true); }},
     {"XML writer",
      []() -> OrvResult {
          OrvMbCharHeapBuffer unused;
@@ -411,117 +461,6 @@ const Operation kOperations[] = {
          const OrvResult result = machine.OpenKeyIfExists(L"Software\\OrvNoSuchKey");
          return result == ORV_E_OUT_OF_MEMORY ? result : 0; // there may be no such key
      }},
-    {"delete keys",
-     [] {
-         Key key;
-         return key.DeleteKey(L"a", true);
-     }},
-    {"list keys",
-     [] {
-         Key key;
-         Collector names;
-         return key.EnumKeys(names);
-     }},
-    {"list values",
-     [] {
-         Key key;
-         Collector names;
-         return key.EnumValues(names);
-     }},
-    {"key's name",
-     [] {
-         Key key;
-         OrvBasWinRegistryRootType root = OrvRegistryNoRoot;
-         OrvUtf16HeapString path;
-         uint32_t access = 7;
-         const OrvResult result = key.SplitCurrentKeyName(root, path, access);
-         return OrvFailed(result) && (root != OrvRegistryNoRoot || access != 7) ? kChanged : result;
-     }},
-    {"large value",
-     [] {
-         Key key;
-         OrvBasWinRegistryValueType type = OrvRegistryLink;
-         OrvByteHeapBuffer bytes;
-         const OrvResult result = key.QueryValue(type, bytes, L"large");
-         return OrvFailed(result) && type != OrvRegistryLink ? kChanged : result;
-     }},
-    {"large strings",
-     [] {
-         Key key;
-         Collector strings;
-         return key.GetStringArrayValue(strings, L"strings");
-     }},
-    {"string value",
-     [] {
-         Key key;
-         OrvUtf16HeapString value;
-         const OrvResult result = key.GetStringValue(value, L"text", true);
-         return OrvFailed(result) && value.GetLength() ? kChanged : result;
-     }},
-    {"set a counted string",
-     [] {
-         Key key;
-         return key.SetStringValue(OrvStringRefBase<wchar_t>(kText, 5), L"text");
-     }},
-    {"set strings",
-     [] {
-         struct Strings final : OrvBasWinRegistryHandle::NameEnumerator {
-             OrvResult Next(OrvStringzRefBase<wchar_t> &name, bool &found) override
-             {
-                 name.characters = kText;
-                 found = left > 0;
-                 left -= found;
-                 return 0;
-             }
-             uint32_t left = 20;
-         } strings;
-         Key key;
-         const OrvResult result = key.SetStringArrayValue(strings, L"text");
-         const Unwatched unwatched;
-         OrvUtf16HeapString value;
-         return OrvFailed(result) && OrvFailed(key.GetStringValue(value, L"text")) ? kChanged : result;
-     }},
-    {"list keys one by one",
-     [] {
-         Key key;
-         OrvBasWinRegistryEnumerator names;
-         OrvResult result = key.GetChildrenEnumeratorImpl(names);
-         OrvStringzRefBase<wchar_t> name(nullptr);
-         bool found = true;
-         while (OrvSucceeded(result) && found)
-             result = names.Next(name, found);
-         return result;
-     }},
-    {"save, restore and load a key",
-     [] {
-         Key key;
-         OrvBasWinRegistryHandle::EnablePrivilege(OrvRegistryBackupPrivilege, true);
-         OrvBasWinRegistryHandle::EnablePrivilege(OrvRegistryRestorePrivilege, true);
-         wchar_t native[] = L"\\??\\C:\\windows\\temp\\orv-failing-memory";
-         const wchar_t *const file = native + 4;
-         OrvUtf16HeapString path;
-         OrvBasWinRegistryHandle hive(OrvRegistryUsers);
-         OrvResult result = key.SaveKey(file);
-         if (OrvSucceeded(result))
-             result = key.RestoreKey(file, &path);
-         if (OrvSucceeded(result))
-             result = hive.LoadKey(L"OrvFailingMemoryTest", file);
-         if (OrvSucceeded(result))
-             hive.UnLoadKey();
-         UNICODE_STRING name = {sizeof native - sizeof(wchar_t), sizeof native, native};
-         const OBJECT_ATTRIBUTES attributes = {sizeof attributes,    nullptr, &name,
-                                               OBJ_CASE_INSENSITIVE, nullptr, nullptr};
-         NtDeleteFile(&attributes);
-         return result;
-     }},
-    {"watch a key",
-     [] {
-         Key key;
-         OrvBasEvent event;
-         const OrvResult result = event.Create(OrvBasEvent::ManualReset, false);
-         return OrvFailed(result) ? result : key.StartSingleWatchingKeyChange(event, true);
-     },
-     true},
     {"combine a location",
      [] {
          OrvUtf16HeapString text;
@@ -541,6 +480,32 @@ const Operation kOperations[] = {
      }},
 };
 
+/// Runs it with memory enough, then once for each allocation with that one refused.
+template <typename Run>
+void RefuseEach(const char *name, bool copes, Run run)
+{
+    test::Note(name, 0);
+    counts = true;
+    refused = 0xFFFFFFFF;
+    CHECK(OrvSucceeded(run())); // also fills what is kept for good, such as roots of the registry
+    allocations = 0;
+    CHECK(OrvSucceeded(run()));
+    const uint32_t count = allocations;
+    CHECK(count != 0 || copes);
+    for (uint32_t i = 0; i < count; i++) {
+        test::Note(name, i);
+        const test::Usage before = test::CountUsage();
+        allocations = 0;
+        refused = i;
+        const OrvResult result = run();
+        counts = false;
+        CHECK(result == ORV_E_OUT_OF_MEMORY || (copes && OrvSucceeded(result)));
+        CHECK_USAGE(before);
+        counts = true;
+    }
+    counts = false;
+}
+
 } // namespace
 
 TEST_CASE(EachAllocationMayBeRefused)
@@ -549,27 +514,13 @@ TEST_CASE(EachAllocationMayBeRefused)
     const Redirected<decltype(RtlAllocateHeap)> allocate(RtlAllocateHeapSlot, Allocate);
     const Redirected<decltype(RtlReAllocateHeap)> reallocate(RtlReAllocateHeapSlot, Reallocate);
     const Redirected<decltype(RtlFreeHeap)> free(RtlFreeHeapSlot, Free);
-    for (const Operation &operation : kOperations) {
-        test::Note(operation.name, 0);
-        counts = true;
-        refused = 0xFFFFFFFF;
-        CHECK(
-            OrvSucceeded(operation.run())); // also fills what is kept for good, such as roots of the registry
-        allocations = 0;
-        CHECK(OrvSucceeded(operation.run()));
-        const uint32_t count = allocations;
-        CHECK(count != 0 || operation.copes);
-        for (uint32_t i = 0; i < count; i++) {
-            test::Note(operation.name, i);
-            const test::Usage before = test::CountUsage();
-            allocations = 0;
-            refused = i;
-            const OrvResult result = operation.run();
-            counts = false;
-            CHECK(result == ORV_E_OUT_OF_MEMORY || (operation.copes && OrvSucceeded(result)));
-            CHECK_USAGE(before);
-            counts = true;
-        }
-        counts = false;
-    }
+    for (const auto &operation : kOperations)
+        RefuseEach(operation.name, operation.copes, operation.run);
+    for (const auto &operation : kBufferOperations)
+        RefuseEach(operation.name, operation.copes, [&] { return Keep(operation.run); });
+    for (const auto &operation : kKeyOperations)
+        RefuseEach(operation.name, operation.copes, [&] {
+            Key key;
+            return operation.run(key);
+        });
 }

@@ -3,11 +3,9 @@
 #include "orv/env/os_info.h"
 #include "orv/registry/registry_handle.h"
 
-#include "harness/test.h"
-#include "nt/programs.h"
-#include "orv/runtime/result.h"
+#include "fs/test_file.h"
 #include "orv/runtime/startup.h"
-#include "orv/text/heap_string.h"
+#include "registry/registry_test_key.h"
 #include "sync/internal/redirected.h"
 
 IMPORT_SLOT(ZwQueryValueKey, 24);
@@ -43,6 +41,15 @@ NTSTATUS NTAPI NoteAccess(HANDLE *key, ACCESS_MASK access, const OBJECT_ATTRIBUT
     return Redirected<decltype(ZwOpenKey)>::original(key, access, attributes);
 }
 
+struct Started {
+    Started() { CHECK_EQUAL(InternalInitializeOrvSysDll(), ORV_S_OK); }
+};
+
+/// Of a library that is linked without its entry.
+class StartedTestKey : Started, public TestKey
+{
+};
+
 /// Someone else deletes the key "b" just before it is opened.
 NTSTATUS NTAPI VanishThenOpen(HANDLE *key, ACCESS_MASK access, const OBJECT_ATTRIBUTES *attributes)
 {
@@ -61,9 +68,7 @@ NTSTATUS NTAPI VanishThenOpen(HANDLE *key, ACCESS_MASK access, const OBJECT_ATTR
 
 TEST_CASE(KeysThatVanishAreDeletedToo)
 {
-    InternalInitializeOrvSysDll();
-    OrvBasWinRegistryHandle key(OrvRegistryCurrentUser);
-    CHECK(OrvSucceeded(key.OpenOrCreateKey(L"Software\\OrvRegistryCallTest")));
+    StartedTestKey key;
     CHECK(OrvSucceeded(key.CreateKeys(L"x\\a")) && OrvSucceeded(key.CreateKeys(L"x\\b")));
     calls = 0;
     {
@@ -71,29 +76,23 @@ TEST_CASE(KeysThatVanishAreDeletedToo)
         CHECK_EQUAL(key.DeleteKey(L"x", true), ORV_S_OK);
     }
     CHECK(calls == 1 && !key.KeyExists(L"x"));
-    CHECK_EQUAL(key.DeleteKey(L"", false), ORV_S_OK);
 }
 
 TEST_CASE(HivesThatCannotBeSavedLeaveNoFile)
 {
     InternalInitializeOrvSysDll();
     OrvBasWinRegistryHandle key(OrvRegistryCurrentUser);
-    wchar_t file[] = L"\\??\\C:\\windows\\temp\\orv-registry-refused.hiv";
+    const wchar_t *const file = L"C:\\windows\\temp\\orv-registry-refused.hiv";
     {
         const auto refused = Refuse<kQuota>(ZwSaveKeySlot);
-        CHECK_EQUAL(key.SaveKey(file + 4), kQuotaResult);
+        CHECK_EQUAL(key.SaveKey(file), kQuotaResult);
     }
-    UNICODE_STRING name = {sizeof file - sizeof(wchar_t), sizeof file, file};
-    const OBJECT_ATTRIBUTES attributes = {sizeof attributes,    nullptr, &name,
-                                          OBJ_CASE_INSENSITIVE, nullptr, nullptr};
-    CHECK_EQUAL(NtDeleteFile(&attributes), STATUS_OBJECT_NAME_NOT_FOUND);
+    CHECK_EQUAL(TestFileName(file).Delete(), STATUS_OBJECT_NAME_NOT_FOUND);
 }
 
 TEST_CASE(SmallValuesAreOneCall)
 {
-    InternalInitializeOrvSysDll();
-    OrvBasWinRegistryHandle key(OrvRegistryCurrentUser);
-    CHECK(OrvSucceeded(key.OpenOrCreateKey(L"Software\\OrvRegistryCallTest")));
+    StartedTestKey key;
     const Redirected<decltype(ZwQueryValueKey)> counted(ZwQueryValueKeySlot, CountQuery);
     const char bytes[300] = {};
     for (uint32_t size = 0; size <= 300; size += 4) {
@@ -104,19 +103,14 @@ TEST_CASE(SmallValuesAreOneCall)
         CHECK_EQUAL(key.GetBinaryValue(read, L"v"), ORV_S_OK);
         CHECK_EQUAL(calls, size <= 256 ? 1u : 2u);
     }
-    CHECK_EQUAL(key.DeleteKey(L"", false), ORV_S_OK);
 }
 
 TEST_CASE(NamesAreOneCallEach)
 {
-    InternalInitializeOrvSysDll();
-    OrvBasWinRegistryHandle key(OrvRegistryCurrentUser);
-    CHECK(OrvSucceeded(key.OpenOrCreateKey(L"Software\\OrvRegistryCallTest")));
+    StartedTestKey key;
     constexpr uint32_t kCount = 100;
-    wchar_t name[3] = {};
     for (uint32_t i = 0; i < kCount; i++) {
-        name[0] = static_cast<wchar_t>(L'a' + i / 10);
-        name[1] = static_cast<wchar_t>(L'a' + i % 10);
+        const wchar_t name[] = {static_cast<wchar_t>(0x4E00 + i), 0};
         CHECK_EQUAL(key.SetDWordValue(i, name), ORV_S_OK);
     }
     const Redirected<decltype(ZwEnumerateValueKey)> counted(ZwEnumerateValueKeySlot, CountEnumeration);
@@ -127,7 +121,6 @@ TEST_CASE(NamesAreOneCallEach)
     for (bool more = true; more;)
         CHECK_EQUAL(values.Next(found, more), ORV_S_OK);
     CHECK_EQUAL(calls, kCount + 1); // the last says that there is none left
-    CHECK_EQUAL(key.DeleteKey(L"", false), ORV_S_OK);
 }
 
 TEST_CASE(ViewsBecomeAccessBits)
