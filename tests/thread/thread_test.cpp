@@ -317,6 +317,28 @@ TEST_CASE(EndsAreAnnouncedUnlessTheyAreNot)
     }
 }
 
+TEST_CASE(ThousandThreadsLeaveNothing)
+{
+    constexpr uint32_t kThreads = 1000;
+    const auto start = [](uint32_t count) {
+        Worker workers[10];
+        for (uint32_t i = 0; i < count; i++) {
+            Worker &worker = workers[i % 10];
+            worker.WaitForThreadToStop(-1);
+            CHECK_EQUAL(worker.Start(), ORV_S_OK);
+        }
+        for (Worker &worker : workers)
+            worker.WaitForThreadToStop(-1);
+    };
+    start(10);
+    const test::Usage before = test::CountUsage();
+    start(kThreads);
+    const test::Usage after = test::CountUsage();
+    CHECK_EQUAL(after.handles, before.handles);
+    // The platform keeps a few blocks for as many threads as ran at a time.
+    CHECK(after.blocks < before.blocks + kThreads / 2);
+}
+
 TEST_CASE(ThreadsEndByForce)
 {
     const test::Usage before = test::CountUsage();
