@@ -215,6 +215,13 @@ TEST_CASE(PathsAreCombinedAndExtensionsChanged)
     _ORV_UTF16CHAR_STR out = {9, 10, untouched};
     CHECK_EQUAL(ChangeExtension(out, L"", L"x"), ORV_S_OK);
     CHECK(test::IsText(out, L"as it was"));
+
+    OrvUtf16CharHeapBuffer own;
+    own.Assign(L"a");
+    const test::RefusingHeap refusing;
+    CHECK_EQUAL(CombinePaths(own, own.GetValue(), L"b"), ORV_E_OUT_OF_MEMORY);
+    CHECK_EQUAL(CombinePaths(OrvMakeMutableStringRef(own), own.GetValue(), L"b"), ORV_E_OUT_OF_MEMORY);
+    CHECK_TEXT(own.GetValue(), L"a");
 }
 
 TEST_CASE(PartsAreAppended)
