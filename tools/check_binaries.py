@@ -29,9 +29,10 @@ import pathlib
 import re
 import struct
 import subprocess
-import sys
 import tempfile
 import xml.etree.ElementTree
+
+import checks
 
 TARGET = "--target=i686-pc-windows-msvc"
 
@@ -218,18 +219,5 @@ def number_of(text, field):
     return int(match[1], 0) if match else 0
 
 
-CHECKS = {check.__name__: check
-          for check in (imports, exports, headers, initialisers, size, hardening, natvis, version)}
-
-
-def main():
-    if len(sys.argv) < 3 or sys.argv[1] not in CHECKS:
-        sys.exit(__doc__)
-    faults = CHECKS[sys.argv[1]](*sys.argv[2:])
-    for fault in faults:
-        print(fault)
-    return 1 if faults else 0
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    checks.main(__doc__, imports, exports, headers, initialisers, size, hardening, natvis, version)

@@ -21,8 +21,9 @@ import os
 import pathlib
 import re
 import subprocess
-import sys
 import tempfile
+
+import checks
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 EXAMPLES = ROOT / "docs/guide/examples"
@@ -254,17 +255,5 @@ def check_complete(text):
     return [f"docs/abi.md does not name {name}" for name in sorted(found - named)]
 
 
-CHECKS = {check.__name__: check for check in (programs, update, commands, layouts)}
-
-
-def main():
-    if len(sys.argv) < 3 or sys.argv[1] not in CHECKS:
-        sys.exit(__doc__)
-    faults = CHECKS[sys.argv[1]](*sys.argv[2:])
-    for fault in faults:
-        print(fault)
-    return 1 if faults else 0
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    checks.main(__doc__, programs, update, commands, layouts)
