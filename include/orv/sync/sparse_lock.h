@@ -29,12 +29,12 @@ public:
     ///
     /// Returns 0. When the lock is contended also ORV_E_OUT_OF_MEMORY, or the converted status, when there is
     /// no event to wait on; ORV_E_INVALID_ARGUMENT when the manager is null and ORV_E_INVALID_STATE when it
-    /// is not initialized. After a failure the calling thread does not hold the lock, and the lock is as it
-    /// was; only when the manager's critical section cannot be entered, which the platform does not let
-    /// happen, the claim to the lock stays.
+    /// is not initialized, and such a call never touches the lock. After a failure the calling thread does
+    /// not hold the lock, and the lock is as it was; only when the manager's critical section cannot be
+    /// entered, which the platform does not let happen, the claim to the lock stays.
     ORV_API __forceinline OrvResult Acquire(OrvBasSparseLockManager *manager)
     {
-        return _InterlockedIncrement(&contenders_) == 1 ? 0 : AcquireContended(manager);
+        return _InterlockedCompareExchange(&contenders_, 1, 0) == 0 ? 0 : Contend(manager);
     }
 
     /// Gives the lock back, which the calling thread must hold: to one of the threads that wait for it, if
@@ -49,7 +49,7 @@ public:
     }
 
 private:
-    ORV_API OrvResult AcquireContended(OrvBasSparseLockManager *manager);
+    ORV_API OrvResult Contend(OrvBasSparseLockManager *manager);
     ORV_API OrvResult ReleaseContended(OrvBasSparseLockManager *manager);
 
     long contenders_; ///< threads that hold the lock or wait for it; changed by interlocked instructions only
