@@ -276,6 +276,67 @@ TEST_CASE(EnvironmentNamesTheTemporaryDirectory)
     CHECK_TEXT(buffer.GetValue(), L"");
 }
 
+namespace
+{
+
+/// An owner that refuses one of its calls and remembers what room it was asked for.
+struct PickyOwner {
+    OrvUtf16CharHeapBuffer text;
+    uint32_t calls = 0, refusedCall = UINT32_MAX;
+    uint32_t reserved = 0, lengthWhenReserved = 0;
+
+    bool Refuses() { return calls++ == refusedCall; }
+};
+
+const OrvMutableStringOperations<wchar_t> kPicky = {
+    1,
+    [](OrvMutableStringView<wchar_t> &view, uint32_t length, void *owner) {
+        auto &picky = *static_cast<PickyOwner *>(owner);
+        return picky.Refuses() ? ORV_E_DISK_FULL
+                               : OrvUtf16CharHeapBufferOperations.resize(view, length, &picky.text);
+    },
+    [](wchar_t *&characters, uint32_t count, void *owner) {
+        auto &picky = *static_cast<PickyOwner *>(owner);
+        picky.reserved = count > picky.reserved ? count : picky.reserved;
+        picky.lengthWhenReserved = picky.text.GetInternal().length;
+        return picky.Refuses() ? ORV_E_DISK_FULL
+                               : OrvUtf16CharHeapBufferOperations.reserve(characters, count, &picky.text);
+    },
+    nullptr,
+};
+
+} // namespace
+
+TEST_CASE(RandomNamesAskTheirOwnerForRoom)
+{
+    const struct {
+        OrvResult (*make)(const Reference &);
+        uint32_t length;
+    } forms[] = {{GetRandomName, 40}, {GetRandomTempFileName, 44}};
+    for (const auto &form : forms) {
+        test::Note("length", form.length);
+        OrvResult result = ORV_E_DISK_FULL;
+        for (uint32_t refused = 0; OrvFailed(result); refused++) {
+            PickyOwner owner;
+            owner.refusedCall = refused;
+            owner.text.Assign(L"before");
+            const Reference reference = {&kPicky, &owner, {owner.text.GetBuffer(), 6}};
+            result = form.make(reference);
+            if (OrvFailed(result)) {
+                CHECK_EQUAL(result, ORV_E_DISK_FULL);
+                CHECK_EQUAL(owner.calls, refused + 1);
+                continue;
+            }
+            CHECK_EQUAL(owner.reserved, form.length);
+            CHECK_EQUAL(owner.lengthWhenReserved, 0u);
+            CHECK_EQUAL(reference.view.length, form.length);
+            CHECK_TEXT(owner.text.GetValue() + form.length, L"");
+            CHECK(owner.text[0] == L'o' && owner.text[39] != 0 && owner.text[form.length - 1] != 0);
+            CHECK(refused >= 4); // length, room, and two pieces at least
+        }
+    }
+}
+
 TEST_CASE(RandomNamesHaveTheirForm)
 {
     wchar_t *const array = test::GuardedArray<wchar_t>(45);
@@ -301,8 +362,11 @@ TEST_CASE(RandomNamesHaveTheirForm)
     CHECK_EQUAL(GetRandomTempFileName(out, &required), ORV_E_BUFFER_TOO_SMALL);
     CHECK_EQUAL(required, 44u);
     OrvUtf16CharHeapBuffer buffer;
+    buffer.Assign(L"smaller");
     CHECK_EQUAL(GetRandomName(buffer), ORV_S_OK);
     CHECK_EQUAL(buffer.GetCapacity(), 41u);
+    CHECK_EQUAL(GetRandomTempFileName(buffer), ORV_S_OK);
+    CHECK_EQUAL(buffer.GetCapacity(), 45u);
     CHECK_EQUAL(GetRandomTempFileName(OrvMakeMutableStringRef(buffer)), ORV_S_OK);
     CHECK_EQUAL(buffer.GetInternal().length, 44u);
     CHECK_EQUAL(GetRandomName(OrvMakeMutableStringRef(buffer)), ORV_S_OK);

@@ -214,8 +214,10 @@ ORV_API OrvResult GetTempDirPath(_ORV_UTF16CHAR_STR &out, unsigned int *required
 ORV_API OrvResult GetTempDirPath(OrvUtf16CharHeapBuffer &out);
 ORV_API OrvResult GetTempDirPath(const OrvMutableStringRefBase2<wchar_t> &out);
 
-// Random names. They come from the library's generator, which starts alike in every process: whoever creates
-// a file by such a name must be ready to find it taken. All return 0, or as all forms do.
+// Random names. They come from the library's generator, which starts alike in every process: a program
+// that creates a file by such a name must be ready to find it taken. All return 0, or as all forms do; but
+// through a reference a name is written piece by piece, once its owner has reserved room for it, and a failure
+// of the owner leaves the text as it was, empty, or with the first pieces.
 
 /// 40 characters, the terminator not counted.
 ORV_API uint32_t GetRandomNameSize();
