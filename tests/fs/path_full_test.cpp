@@ -160,6 +160,12 @@ TEST_CASE(NamesAreFoundInTheFileSystem)
         {toLong, L"C:\\windows\\no-such-file", nullptr},
         {toAlternate, L"C:\\windows\\no-such-dir\\x", nullptr},
         {toAlternate, L"C:\\", L"C:\\"},
+        // Steps out of the root, and a literal path.
+        {toLong, L"C:\\WINDOWS\\..\\..\\WINDOWS\\System32", L"C:\\windows\\..\\..\\windows\\system32"},
+        {toAlternate, L"\\..\\Windows/./SYSTEM32", L"\\..\\windows\\.\\system32"},
+        {normalized, L"C:\\..\\WINDOWS", L"C:\\..\\windows"},
+        {toLong, L"\\\\?\\C:/WINDOWS\\\\System32//drivers", L"\\\\?\\C:\\windows\\system32\\drivers"},
+        {toAlternate, L"\\\\?\\C:\\\\WINDOWS\\\\System32\\", L"\\\\?\\C:\\windows\\system32\\"},
     };
     for (const auto &c : cases) {
         test::Note("case", &c - cases);
@@ -197,8 +203,15 @@ TEST_CASE(DeviceNamesAreEliminated)
         {L"\\aux", L"\\\\?\\C:\\aux", L"\\??\\C:\\aux"},
         {L"/aux/./b/../c", L"\\\\?\\C:\\aux\\c", L"\\??\\C:\\aux\\c"},
         {L"x\\y", nullptr, L"\\??\\C:\\windows\\x\\y"},
+        {L"con", nullptr, L"\\??\\con"}, // relative: a device's
         {L"\\/srv\\share\\f", nullptr, L"\\??\\UNC\\srv\\share\\f"},
         {L"\\\\?\\C:\\prn", nullptr, L"\\??\\C:\\prn"},
+        {L"\\\\?\\C:\\\\a/\\b//", nullptr, L"\\??\\C:\\a\\b\\"},
+        // The prefix lets steps take the drive away; the native path keeps to it.
+        {L"C:\\a\\..\\..\\UNC\\srv\\x", L"\\\\?\\UNC\\srv\\x", L"\\??\\C:\\UNC\\srv\\x"},
+        {L"C:/a/.//../b/../../../c/../con", L"\\\\?\\con", L"\\??\\C:\\con"},
+        {L"\\..\\\\x", L"\\\\?\\x", L"\\??\\C:\\x"},
+        {L"//srv/share/x", L"\\\\?\\srv\\share\\x", L"\\??\\UNC\\srv\\share\\x"},
         {L"\\??\\C:\\lpt1", L"\\\\?\\C:\\??\\C:\\lpt1", L"\\??\\C:\\lpt1"},
         {L"\\device\\x", L"\\\\?\\C:\\device\\x", L"\\device\\x"},
     };
