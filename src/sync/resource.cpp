@@ -70,7 +70,8 @@ OrvBasResource::~OrvBasResource()
 
 OrvResult OrvBasResource::Create()
 {
-    lock_.Destroy(); // a second Create makes a new one, and deletes it when the event refuses to be made again
+    lock_
+        .Destroy(); // a second Create makes a new one, and deletes it when the event refuses to be made again
     OrvResult result = lock_.Create();
     if (OrvFailed(result))
         return result;

@@ -2,12 +2,12 @@
 //
 // A thread that finds the lock taken counts itself. From then on the holder cannot free the lock by the short
 // way: it comes into the manager's critical section and hands the lock over by taking off its own count and
-// setting the lock's event. The event stays on loan until the thread that wakes on it finds itself alone; both
-// the waiter and the releaser borrow it when it is not there yet, whichever comes first.
+// setting the lock's event. The event stays on loan until the thread that wakes on it finds itself alone.
+// Both the waiter and the releaser borrow it when it is not there yet; the first of them does.
 //
-// A count is taken back inside the critical section only, where the holder looks at it: a holder that sees a
-// waiter which is about to leave would signal an event for nobody, and the next thread would come in beside
-// the owner. So the manager is looked at before the thread counts itself.
+// A count is taken back inside the critical section only. The holder decides there whether somebody waits: if
+// a waiter could leave after that, the event would be signalled for nobody, and the next thread would come in
+// beside the owner. So a thread looks at its manager before it counts itself.
 
 #include "orv/sync/sparse_lock.h"
 

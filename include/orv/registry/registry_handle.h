@@ -143,8 +143,8 @@ public:
     ORV_API bool KeyExists(const Name &path);
     ORV_API bool KeyExistsTransacted(OrvWinTransaction &transaction, const Name &path);
 
-    /// Makes the key at `path`, whose parent must exist. Returns 0; ORV_S_ALREADY_EXISTS when it was there, as
-    /// the current key itself is when the path is empty; otherwise the converted status.
+    /// Makes the key at `path`, whose parent must exist. Returns 0; ORV_S_ALREADY_EXISTS when it was there,
+    /// as the current key itself is when the path is empty; otherwise the converted status.
     ORV_API OrvResult CreateKey(const Name &path);
     ORV_API OrvResult CreateKeyTransacted(OrvWinTransaction &transaction, const Name &path);
 
