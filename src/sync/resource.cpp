@@ -70,8 +70,8 @@ OrvBasResource::~OrvBasResource()
 
 OrvResult OrvBasResource::Create()
 {
-    lock_
-        .Destroy(); // a second Create makes a new one, and deletes it when the event refuses to be made again
+    // A second Create makes a new one, and deletes it below, when the event refuses to be created again.
+    lock_.Destroy();
     OrvResult result = lock_.Create();
     if (OrvFailed(result))
         return result;
