@@ -5,6 +5,8 @@
 // one for each GUID runs out of them at once, and takes them from all other programs. So the process keeps its
 // range and asks for another when that is used up.
 
+#include "orv/random/create_guid.h"
+
 #include "nt/nt.h"
 #include "nt/teb.h"
 #include "orv/random/random.h"

@@ -5,7 +5,7 @@
 #include "harness/replace.h"
 #include "harness/test.h"
 #include "harness/thread.h"
-#include "orv/text/guid.h"
+#include "orv/random/create_guid.h"
 #include "orv/runtime/result.h"
 #include "random/guid_source.h"
 
