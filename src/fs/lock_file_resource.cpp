@@ -19,8 +19,8 @@ constexpr LONGLONG kByteCount = 0x7FFFFFFFFFFFFFFF;
 
 constexpr int kForever = -1;
 
-/// Whether the lock of somebody else is in the way. Platforms, and the file systems of one, differ in how they
-/// say so.
+/// Whether the lock of somebody else is in the way. Platforms, and the file systems of one, differ in how
+/// they say so.
 bool IsRefused(NTSTATUS status)
 {
     return status == STATUS_LOCK_NOT_GRANTED || status == STATUS_FILE_LOCK_CONFLICT;

@@ -2,8 +2,8 @@
 // numbers.
 //
 // A reservation is some thousand times, and there is one for each step of the machine's clock: whoever takes
-// one for each GUID runs out of them at once, and takes them from all other programs. So the process keeps its
-// range and asks for another when that is used up.
+// one for each GUID runs out of them at once, and takes them from all other programs. So the process keeps
+// its range and asks for another when that is used up.
 
 #include "orv/random/create_guid.h"
 
@@ -43,7 +43,7 @@ void StartSource()
     source.clock.Start(drawn.sequence);
 }
 
-/// TakeOwnGuidParts by a thread that holds the lock.
+/// Counts on from the system's clock, with the node and the sequence of this process.
 GuidParts TakeFromClock()
 {
     if (!source.clock.IsStarted())
@@ -63,8 +63,9 @@ bool IsZero(const uint8_t (&bytes)[6])
     return all == 0;
 }
 
-/// Has the platform reserve times; waits while it has none to reserve because its clock, which moves in steps,
-/// has not moved since the last time. The attempts take at least a tenth of a second, several such steps.
+/// Has the platform reserve times; waits while it has none to reserve because its clock, which moves in
+/// steps, has not moved since the last time. The attempts take at least a tenth of a second, several such
+/// steps.
 NTSTATUS ReserveTimes(GuidParts &first, ULONG &count)
 {
     constexpr LONGLONG kMillisecond = -10000; // below zero: from now on
@@ -86,12 +87,6 @@ NTSTATUS ReserveTimes(GuidParts &first, ULONG &count)
 
 } // namespace
 
-GuidParts TakeOwnGuidParts()
-{
-    const OrvSpinLockLocker locker(&source.lock, true);
-    return TakeFromClock();
-}
-
 OrvResult TakeGuidParts(GuidParts &parts)
 {
     const OrvSpinLockLocker locker(&source.lock, true);
@@ -101,7 +96,7 @@ OrvResult TakeGuidParts(GuidParts &parts)
         const NTSTATUS status = ReserveTimes(first, count);
         if (!NT_SUCCESS(status))
             return ResultFromStatus(status);
-        // There are platforms that succeed and reserve nothing, and times of the day at which none has a node.
+        // There are platforms that succeed and reserve nothing, or have no node.
         if (first.time == 0 || count == 0 || IsZero(first.node)) {
             parts = TakeFromClock();
             return ORV_S_OK;

@@ -54,9 +54,9 @@ private:
     bool isStarted_ = false;
 };
 
-/// The times that the platform reserved at once, with their sequence and node, which are given out one by one.
-/// The platform keeps them apart from those of all other processes, so a range may be used up at any later
-/// time.
+/// The times that the platform reserved at once, with their sequence and node, which are given out one by
+/// one. The platform keeps them apart from those of all other processes, so a range may be used up at any
+/// later time.
 class GuidRange
 {
 public:
@@ -85,9 +85,6 @@ private:
 /// Takes the parts of a GUID that no other call gets, in whatever thread. Returns 0, or the converted status
 /// when the platform refuses; `parts` is then untouched.
 OrvResult TakeGuidParts(GuidParts &parts);
-
-/// The same from the system's clock, with the node and the sequence of this process.
-GuidParts TakeOwnGuidParts();
 
 /// Lays the parts out as a version 1 UUID and combines them with the mask.
 _OrvGuid MakeGuid(const GuidParts &parts);

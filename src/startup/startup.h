@@ -28,9 +28,9 @@ enum class Detaching {
     kProcess ///< the process ends: all other threads are gone already, wherever they were
 };
 
-/// Gives back what AttachProcess took; does nothing unless that succeeded. At the end of the process nothing is
-/// given back and no lock is taken: its holder may be among the threads that are gone, and the system takes
-/// everything back.
+/// Gives back what AttachProcess took; does nothing unless that succeeded. At the end of the process nothing
+/// is given back and no lock is taken: its holder may be among the threads that are gone, and the system
+/// takes everything back.
 void DetachProcess(const RuntimeWork &runtime, Detaching detaching);
 
 } // namespace detail

@@ -16,8 +16,9 @@ constexpr const wchar_t *kNtdll = L"ntdll.dll";
 constexpr ULONG kRetry = 0xC000022D;
 constexpr ULONG kRange = 10000;
 
-uint64_t clockTime = 0x01DA0123456789AB; ///< of the platform, which reserves times only once it has moved
-uint64_t reservedTime = clockTime;
+constexpr uint64_t kStart = 0x01DA0123456789AB;
+uint64_t clockTime = kStart; ///< of the platform, which reserves times only once it has moved
+uint64_t reservedTime = kStart;
 uint32_t reservations;
 uint32_t sleeps;
 
@@ -102,6 +103,8 @@ TEST_CASE(GuidsOfAllThreadsDiffer)
     constexpr uint32_t kSlots = 8192; // more than twice as many
     static _OrvGuid made[kThreads][kEach];
     static const _OrvGuid *slots[kSlots];
+    for (const _OrvGuid *&slot : slots)
+        slot = nullptr;
     uint32_t failed = 0;
     auto work = [&failed](uint32_t thread) {
         for (_OrvGuid &guid : made[thread]) {

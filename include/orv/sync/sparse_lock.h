@@ -22,9 +22,9 @@ class OrvBasSparseNonrecursiveLock
 public:
     /// A free lock.
     ///
-    /// A global lock is initialised while compiling, and so can be taken before any code has run. A compiler that
-    /// instead ran this imported constructor at start-up would free a lock that somebody holds by then: declare
-    /// the lock `constinit`, where the language has it, and such a compiler refuses it.
+    /// A global lock is initialised while compiling, and so can be taken before any code has run. A compiler
+    /// that instead ran this imported constructor at start-up would free a lock that somebody holds by then:
+    /// declare the lock `constinit`, where the language has it, and such a compiler refuses it.
     ORV_API constexpr OrvBasSparseNonrecursiveLock() : contenders_(0) {}
     OrvBasSparseNonrecursiveLock(const OrvBasSparseNonrecursiveLock &) = delete;
     OrvBasSparseNonrecursiveLock &operator=(const OrvBasSparseNonrecursiveLock &) = delete;

@@ -44,8 +44,8 @@ NTSTATUS NTAPI NoteAccess(HANDLE *key, ACCESS_MASK access, const OBJECT_ATTRIBUT
 
 ULONG lastFilter;
 
-NTSTATUS NTAPI NoteFilter(HANDLE, HANDLE, PVOID, PVOID, IO_STATUS_BLOCK *, ULONG filter, BOOLEAN, PVOID, ULONG,
-                          BOOLEAN)
+NTSTATUS NTAPI NoteFilter(HANDLE, HANDLE, PVOID, PVOID, IO_STATUS_BLOCK *, ULONG filter, BOOLEAN, PVOID,
+                          ULONG, BOOLEAN)
 {
     lastFilter = filter;
     return STATUS_PENDING;
