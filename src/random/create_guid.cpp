@@ -129,7 +129,7 @@ namespace OrvGuidUtils
 
 OrvResult CreateGuid(_OrvGuid &guid)
 {
-    detail::GuidParts parts;
+    detail::GuidParts parts = {};
     const OrvResult result = detail::TakeGuidParts(parts);
     if (OrvFailed(result))
         return result;

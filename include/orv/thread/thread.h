@@ -38,12 +38,10 @@ public:
         /// The same, less strictly. ThreadVeryLowIoPriority wins when both are set.
         ThreadLowIoPriority = 0x2,
         /// The thread ends without telling the loader. So the loaded modules cannot free what they keep for
-        /// it,
-        /// and what the loader itself frees at a thread's end stays behind until the process ends: the blocks
-        /// of the modules' `thread_local` variables, fiber-local values and their callbacks, activation
-        /// contexts. For a few threads that live long. Its values of thread-local keys beyond the first 64
-        /// are
-        /// gone before Cleanup.
+        /// it, and what the loader itself frees at a thread's end stays behind until the process ends: the
+        /// blocks of the modules' `thread_local` variables, fiber-local values, whose callbacks are not
+        /// called, and activation contexts. Its values of thread-local keys beyond the first 64 are gone
+        /// before Cleanup.
         ThreadEndsUnannounced = 0x4,
         /// The thread waits for ResumeThread before it runs at all.
         ThreadStartsSuspended = 0x8,
