@@ -17,7 +17,7 @@ struct Item {
 };
 
 constexpr uint32_t kItems = 10000;
-Item items[kItems];
+constinit Item items[kItems];
 
 uint32_t WordOf(const OrvBasSparseNonrecursiveLock &lock)
 {

@@ -265,6 +265,9 @@ public:
     /// names, values, attributes or security; or when the key is closed. A handle that has no key open has
     /// its parent watch. The key need not have been opened with the right to be notified.
     ///
+    /// Before Windows 8 the platform also ends the watch, and sets `event`, when the thread that called this
+    /// ends. There, call it on a thread that lives on, and look whether anything has changed.
+    ///
     /// Returns 0; ORV_E_OUT_OF_MEMORY; or the converted status.
     ORV_API OrvResult StartSingleWatchingKeyChange(OrvBasEvent &event, bool subtree);
 
