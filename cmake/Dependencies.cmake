@@ -43,10 +43,10 @@ target_compile_definitions(orv_bzip2 PUBLIC BZ_NO_STDIO)
 # has none of them.
 set(expat ${ORV_SOURCES}/expat/expat/lib)
 set(ORV_EXPAT_FILES ${expat}/random_arc4random_buf.c ${expat}/xmlparse.c ${expat}/xmlrole.c ${expat}/xmltok.c)
-set(ORV_EXPAT_DEFINITIONS XML_CONTEXT_BYTES=1024 XML_NS XML_DTD XML_GE=1 HAVE_ARC4RANDOM_BUF)
+set(ORV_EXPAT_DEFINITIONS XML_CONTEXT_BYTES=1024 XML_NS XML_DTD HAVE_ARC4RANDOM_BUF)
 add_library(orv_expat STATIC ${ORV_EXPAT_FILES})
 target_compile_definitions(orv_expat
-  PUBLIC XML_UNICODE XML_LARGE_SIZE XML_STATIC
+  PUBLIC XML_GE=1 XML_LARGE_SIZE XML_STATIC XML_UNICODE
   INTERFACE XML_UNICODE_WCHAR_T
   PRIVATE ${ORV_EXPAT_DEFINITIONS})
 
