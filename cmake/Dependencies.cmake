@@ -3,8 +3,8 @@
 # headers of src/crt/include, and only the units that use them see them. The host build has them too, against the host's
 # own C headers.
 #
-# orv_dependencies is what those units link. ORV_<library>_VERSION and ORV_<library>_PACKAGE are what its sources and
-# the distribution call the version that is built.
+# orv_dependencies is what those units link. Of orv_zlib, orv_bzip2 and orv_expat the properties ORV_VERSION and
+# ORV_PACKAGE are what its sources and the distribution call the version that is built.
 
 execute_process(
   COMMAND ${PROJECT_SOURCE_DIR}/tools/get_sources.sh
@@ -42,13 +42,11 @@ target_compile_definitions(orv_bzip2 PUBLIC BZ_NO_STDIO)
 # To itself its characters are 16-bit numbers, because the host's functions take wchar_t for a wider one, and the DLL
 # has none of them.
 set(expat ${ORV_SOURCES}/expat/expat/lib)
-set(ORV_EXPAT_FILES ${expat}/random_arc4random_buf.c ${expat}/xmlparse.c ${expat}/xmlrole.c ${expat}/xmltok.c)
-set(ORV_EXPAT_DEFINITIONS XML_CONTEXT_BYTES=1024 XML_NS XML_DTD HAVE_ARC4RANDOM_BUF)
-add_library(orv_expat STATIC ${ORV_EXPAT_FILES})
-target_compile_definitions(orv_expat
-  PUBLIC XML_GE=1 XML_LARGE_SIZE XML_STATIC XML_UNICODE
-  INTERFACE XML_UNICODE_WCHAR_T
-  PRIVATE ${ORV_EXPAT_DEFINITIONS})
+add_library(orv_expat STATIC
+  ${expat}/random_arc4random_buf.c ${expat}/xmlparse.c ${expat}/xmlrole.c ${expat}/xmltok.c)
+set(definitions XML_CONTEXT_BYTES=1024 XML_DTD XML_GE=1 XML_LARGE_SIZE XML_NS XML_STATIC HAVE_ARC4RANDOM_BUF)
+target_compile_definitions(orv_expat PUBLIC ${definitions} XML_UNICODE INTERFACE XML_UNICODE_WCHAR_T)
+set_target_properties(orv_expat PROPERTIES ORV_COMMON_DEFINITIONS "${definitions}") # whatever its characters are
 
 add_library(orv_dependencies INTERFACE)
 target_include_directories(orv_dependencies SYSTEM INTERFACE ${zlib} ${bzip2} ${expat})
@@ -67,22 +65,20 @@ foreach(library zlib bzip2 expat)
   endif()
 endforeach()
 
-# orv_find_version(library header expression): the first match in that header of its sources, its groups joined by dots.
+# orv_find_version(library header expression): the groups of its first match in that header of its sources are the
+# parts of its version.
 function(orv_find_version library header expression)
   file(READ ${ORV_SOURCES}/${library}/${header} text)
   if(NOT text MATCHES "${expression}")
     message(FATAL_ERROR "The sources of ${library} do not say their version.")
   endif()
   set(version ${CMAKE_MATCH_1})
-  foreach(group RANGE 2 3)
-    if(CMAKE_MATCH_${group})
-      string(APPEND version .${CMAKE_MATCH_${group}})
-    endif()
-  endforeach()
+  if(CMAKE_MATCH_COUNT EQUAL 3)
+    string(APPEND version .${CMAKE_MATCH_2}.${CMAKE_MATCH_3})
+  endif()
   file(STRINGS ${ORV_SOURCES}/versions package REGEX "^${library} ")
-  string(REGEX REPLACE "^[^ ]* " "" package "${package}")
-  set(ORV_${library}_VERSION ${version} PARENT_SCOPE)
-  set(ORV_${library}_PACKAGE ${package} PARENT_SCOPE)
+  string(REPLACE "${library} " "" package "${package}")
+  set_target_properties(orv_${library} PROPERTIES ORV_VERSION ${version} ORV_PACKAGE "${package}")
 endfunction()
 
 orv_find_version(zlib zlib.h "ZLIB_VERSION \"([0-9.]+)\"")

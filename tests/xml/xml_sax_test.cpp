@@ -255,9 +255,13 @@ public:
 
     OrvResult Read(void *bytes, uint32_t size, uint32_t &read) override
     {
-        for (read = 0; read < size && part_->count; read++) {
-            static_cast<char *>(bytes)[read] = *text_++;
-            if (!*text_)
+        for (read = 0; read < size && part_->count;) {
+            const uint32_t left = OrvGetStringSizeInElements(text_);
+            const uint32_t count = left < size - read ? left : size - read;
+            __builtin_memcpy(static_cast<char *>(bytes) + read, text_, count);
+            read += count;
+            text_ += count;
+            if (count == left)
                 NextText();
         }
         total += read;
