@@ -33,6 +33,7 @@ execute_process(
 if(NOT result EQUAL 0)
   message(FATAL_ERROR "The bill of materials cannot be made.")
 endif()
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/bill_of_materials.py)
 install(FILES ${bill} DESTINATION share/orvsys)
 
 # The pages lie as they do here, so that their links hold.

@@ -12,7 +12,7 @@ trap 'rm -rf "$work"' EXIT
 # cves FILE...: the CVE numbers in them, sorted.
 cves() { cat -- "$@" | grep -oE 'CVE-[0-9]{4}-[0-9]+' | sort -u || true; }
 
-# changelog_of LIBRARY VERSION: the packaging's changelog, fetched without the rest of the package; 1 when it is not served.
+# changelog_of LIBRARY VERSION: the packaging's changelog, fetched without the rest; 1 when it is not served.
 changelog_of() {
     rm -rf "$work/changelog"
     mkdir "$work/changelog"
@@ -39,7 +39,7 @@ judge() {
         printf 'nothing newer to be had in %s\n' "$(fact "$library" suites | sed 's/ /, /g')"
         return
     fi
-    find "$sources/$library" -maxdepth 2 -type f \( -name changelog -o -iname 'change*' -o -name NEWS \) -exec cat {} + >"$work/ours"
+    find "$sources/$library" -maxdepth 2 -type f -iname 'change*' -exec cat {} + >"$work/ours"
     fixed=$(comm -23 <(cves "$work/theirs") <(cves "$work/ours") | tr '\n' ' ')
     if [ -z "$fixed" ]; then
         printf '%s is newer, without a security fix\n' "$newest"

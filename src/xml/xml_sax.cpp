@@ -4,8 +4,7 @@
 // follow within the same buffer return at once, and the loop ends after it.
 //
 // What a document may ask for is bounded here, on purpose, and xml_sax.h promises these numbers: a stranger's
-// document must not decide how much memory and time its reader needs. Of the heap expat itself never asks for
-// more than kMostMemory times what it has read, once that is more than kFreeMemory.
+// document must not decide how much memory and time its reader needs.
 
 #include "orv/xml/xml_sax.h"
 
@@ -34,7 +33,7 @@ constexpr uint32_t kMostOpenElements = 250000;
 constexpr uint64_t kMostTokenBytes = 64 << 20;
 constexpr float kMostExpansion = 100; // of the bytes read, once there are kFreeExpansion of both
 constexpr uint64_t kFreeExpansion = 8 << 20;
-constexpr float kMostMemory = 100;
+constexpr float kMostMemory = 100; // of expat, likewise
 constexpr uint64_t kFreeMemory = 64 << 20;
 
 Text Counted(const XML_Char *terminated)
