@@ -8,6 +8,7 @@ case " $* " in
 *' host '* | *' coverage '*) tools/setup.sh host ;;
 *) tools/setup.sh ;;
 esac
+tools/get_sources.sh >/dev/null # here, where what it has to say is seen
 for preset in "$@"; do
     if [ ! -e "build/$preset/build.ninja" ]; then
         log=build/$preset.configure.log

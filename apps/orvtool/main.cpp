@@ -2,6 +2,7 @@
 // orvsys.dll.
 
 #include "command.h"
+#include "library_versions.h"
 
 #include "nt/programs.h"
 #include "nt/teb.h"
@@ -89,7 +90,8 @@ ExitCode Run(Console &console, const CommandLine &line)
         return kExitUsage;
     }
     if (arguments.TakeOption(L"--version")) {
-        console.out.Print(L"orvtool %u.%u.%u\n", OrvVersionMajor, OrvVersionMinor, OrvVersionPatch);
+        console.out.Print(L"orvtool %u.%u.%u\n%s", OrvVersionMajor, OrvVersionMinor, OrvVersionPatch,
+                          ORV_LIBRARY_VERSIONS);
         return kExitSuccess;
     }
     if (arguments.TakeOption(L"--help", L"-h"))
