@@ -11,6 +11,8 @@ done
 mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.h' '*.cpp')
 clang-format-14 --dry-run -Werror "${sources[@]}" || fail 'the formatting differs' 'run: tools/format.sh'
 
+tools/check_floors.py || fail 'an include points up' 'docs/architecture.md says which folder may include which'
+
 # One process a file, as many at once as there are processors. The static copy of the library is left out: it is
 # compiled from the same files.
 python3 tools/tidy.py build/release || fail 'clang-tidy found something' 'the reason stands above'
