@@ -40,8 +40,8 @@ OrvResult OrvConvertOrvTimeToStruct(OrvTimeStruct &structure, OrvTime time)
     }
     if (time < OrvTimeFloor)
         return ORV_E_TIME_OUT_OF_RANGE;
-    // The platform reads its time with a sign. The calendar repeats itself, weekdays included, every 400 years:
-    // what lies beyond the sign is broken down as the same instant of the first 400 years.
+    // The platform reads its time with a sign. The calendar repeats itself, weekdays included, every 400
+    // years: what lies beyond the sign is broken down as the same instant of the first 400 years.
     const bool isBeyondPlatform = time >> 63;
     const uint64_t cycles = isBeyondPlatform ? time / kUnitsPer400Years : 0;
     const auto ticks = static_cast<LONGLONG>(time - cycles * kUnitsPer400Years);
