@@ -119,9 +119,7 @@ ExitCode RunWithStreams()
         error.Print(L"orvtool: out of memory\n");
         return kExitFailed;
     }
-    const ExitCode code = Run(console, line);
-    // A reader that closed the pipe has what it wanted, but whoever checks the exit code must know.
-    return OrvFailed(out.Flush()) && code == kExitSuccess ? kExitFailed : code;
+    return FinishOutput(console, Run(console, line));
 }
 
 } // namespace

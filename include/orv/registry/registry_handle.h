@@ -323,6 +323,9 @@ private:
     OrvResult ChangeRoot(OrvBasWinRegistryRootType root);
     bool Exists(const Name &path, OrvWinTransaction *transaction);
     OrvResult Delete(const Name &path, bool recursive, OrvWinTransaction *transaction);
+    OrvResult DeleteTree(void *top, OrvWinTransaction *transaction) const;
+    OrvResult OpenFirstChild(void *&child, OrvBasWinRegistryEnumerator &children,
+                             OrvWinTransaction *transaction) const;
 
     detail::RegistryState *state_;
     OrvBasWinRegistryRootType root_;
