@@ -8,7 +8,12 @@ case " $* " in
 *' host '* | *' coverage '*) tools/setup.sh host ;;
 *) tools/setup.sh ;;
 esac
+llvm=$(tools/llvm.sh clang-cl clang)
 for preset in "$@"; do
+    # A build keeps to the LLVM that it was configured with: with another one it starts anew.
+    if [ -e "build/$preset" ] && [ "$llvm" != "$(cat "build/$preset/llvm" 2>/dev/null)" ]; then
+        rm -rf "build/$preset"
+    fi
     if [ ! -e "build/$preset/build.ninja" ]; then
         log=build/$preset.configure.log
         mkdir -p build
@@ -17,6 +22,7 @@ for preset in "$@"; do
             rm -rf "build/$preset"
             fail "cannot configure the $preset build" "the reason stands above and in $log"
         }
+        printf '%s\n' "$llvm" >"build/$preset/llvm"
     fi
     cmake --build --preset "$preset" || fail "the $preset build failed" 'the reason stands above'
 done
