@@ -8,12 +8,10 @@ case " $* " in
 *' host '* | *' coverage '*) tools/setup.sh host ;;
 *) tools/setup.sh ;;
 esac
-llvm=$(tools/llvm.sh clang-cl clang)
+# A build folder keeps to the LLVM and the flags that it was configured with: with others it starts anew.
+configuration=$(tools/llvm.sh clang-cl clang && cksum CMakePresets.json cmake/i686-windows.cmake cmake/host.cmake)
 for preset in "$@"; do
-    # A build keeps to the LLVM that it was configured with: with another one it starts anew.
-    if [ -e "build/$preset" ] && [ "$llvm" != "$(cat "build/$preset/llvm" 2>/dev/null)" ]; then
-        rm -rf "build/$preset"
-    fi
+    [ "$configuration" = "$(cat "build/$preset/configuration" 2>/dev/null)" ] || rm -rf "build/$preset"
     if [ ! -e "build/$preset/build.ninja" ]; then
         log=build/$preset.configure.log
         mkdir -p build
@@ -22,7 +20,7 @@ for preset in "$@"; do
             rm -rf "build/$preset"
             fail "cannot configure the $preset build" "the reason stands above and in $log"
         }
-        printf '%s\n' "$llvm" >"build/$preset/llvm"
+        printf '%s\n' "$configuration" >"build/$preset/configuration"
     fi
     cmake --build --preset "$preset" || fail "the $preset build failed" 'the reason stands above'
 done

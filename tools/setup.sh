@@ -30,7 +30,7 @@ look_for_host_build() {
     local said
     [ -n "$llvm" ] || return 0 # in the next round
     said=$("$("$root/tools/llvm.sh" clang++)" -m32 -fsanitize=address,undefined,fuzzer -x c++ -o /dev/null - 2>&1 \
-        <<<$'#include <cstdint>\nextern "C" int LLVMFuzzerTestOneInput(const uint8_t *, size_t) { return 0; }') ||
+        <<<$'#include <cstddef>\nextern "C" int LLVMFuzzerTestOneInput(const unsigned char *, std::size_t) { return 0; }') ||
         lacks "a 32-bit build with sanitizers ($(grep -m 1 -E 'error|cannot' <<<"$said"))" \
             libc6-dev-i386 gcc-multilib g++-multilib "libclang-rt-$llvm-dev"
 }
