@@ -47,7 +47,7 @@ candidates() {
 }
 
 choose() {
-    local version candidate program incomplete=
+    local version candidate program incomplete= remedy="name a version from $oldest on, or a folder with its programs"
     case ${ORV_LLVM:-} in
     '') ;;
     */*) candidate=$(realpath -m "$ORV_LLVM")/ ;;
@@ -55,7 +55,9 @@ choose() {
     esac
     if [ -n "${candidate:-}" ]; then
         program=$(lacks "$candidate")
-        [ -z "$program" ] || fail "ORV_LLVM=$ORV_LLVM has no $program" "name a version from $oldest on, or a folder with LLVM's programs"
+        [ -z "$program" ] || fail "ORV_LLVM=$ORV_LLVM has no $program" "$remedy"
+        version=$(version_of "$candidate")
+        [ "$version" -ge $oldest ] || fail "ORV_LLVM=$ORV_LLVM is version $version" "$remedy"
         printf '%s\n' "$candidate"
         return
     fi
