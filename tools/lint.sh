@@ -12,6 +12,8 @@ else
     say "the formatting is not checked: it is what $clang_format makes, and this system does not have that"
 fi
 
+tools/check_floors.py || fail 'an include points up' 'docs/architecture.md says which folder may include which'
+
 # One process a file, as many at once as there are processors. The static copy of the library is left out: it is
 # compiled from the same files.
 python3 tools/tidy.py build/release || fail 'clang-tidy found something' 'the reason stands above'

@@ -2,7 +2,7 @@
 
 #include "command.h"
 
-#include "orv/text/guid.h"
+#include "orv/random/create_guid.h"
 
 namespace orvtool
 {

@@ -7,22 +7,14 @@
 namespace detail
 {
 
-DirectoryEnumerator::~DirectoryEnumerator()
-{
-    if (directory_)
-        ZwClose(directory_);
-}
-
 OrvResult DirectoryEnumerator::Open(const PathText &pattern)
 {
     uint32_t start = pattern.length;
     while (start > 0 && !EndsName(pattern[start - 1]))
         start--;
     const PathText names = pattern.From(start);
-    if (names.length > kLongestPath)
+    if (!CountText(names.characters, names.length, pattern_))
         return ORV_E_INVALID_NAME;
-    const auto size = static_cast<USHORT>(names.length * sizeof(WCHAR));
-    pattern_ = {size, size, const_cast<WCHAR *>(names.characters)};
 
     TerminatedText directory;
     PathPieces pieces(pattern.UpTo(start));
@@ -37,9 +29,9 @@ OrvResult DirectoryEnumerator::Open(const PathText &pattern)
         return result;
     const OBJECT_ATTRIBUTES attributes = path.Attributes();
     IO_STATUS_BLOCK status = {};
-    return ResultFromCall(
-        ZwOpenFile(&directory_, FILE_LIST_DIRECTORY | SYNCHRONIZE, &attributes, &status, FILE_SHARE_ALL,
-                   FILE_DIRECTORY_FILE | FILE_SYNCHRONOUS_IO_NONALERT | FILE_OPEN_FOR_BACKUP_INTENT));
+    return ResultFromCall(ZwOpenFile(
+        directory_.Receive(), FILE_LIST_DIRECTORY | SYNCHRONIZE, &attributes, &status, FILE_SHARE_ALL,
+        FILE_DIRECTORY_FILE | FILE_SYNCHRONOUS_IO_NONALERT | FILE_OPEN_FOR_BACKUP_INTENT));
 }
 
 OrvResult DirectoryEnumerator::Next(DirectoryEntry &entry)
@@ -48,8 +40,8 @@ OrvResult DirectoryEnumerator::Next(DirectoryEntry &entry)
     if (next_ == 0) {
         IO_STATUS_BLOCK status = {};
         const NTSTATUS answer =
-            ZwQueryDirectoryFile(directory_, nullptr, nullptr, nullptr, &status, buffer_, sizeof buffer_,
-                                 FileBothDirectoryInformation, false, &pattern_, isFirst_);
+            ZwQueryDirectoryFile(directory_.Get(), nullptr, nullptr, nullptr, &status, buffer_,
+                                 sizeof buffer_, FileBothDirectoryInformation, false, &pattern_, isFirst_);
         if (!NT_SUCCESS(answer))
             return answer == STATUS_NO_MORE_FILES ? ORV_E_NO_MORE_FILES : ResultFromStatus(answer);
         isFirst_ = false;

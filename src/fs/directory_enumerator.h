@@ -4,6 +4,7 @@
 
 #include "fs/path_text.h"
 #include "nt/nt.h"
+#include "runtime/native_handle.h"
 
 namespace detail
 {
@@ -22,7 +23,6 @@ public:
     DirectoryEnumerator() = default;
     DirectoryEnumerator(const DirectoryEnumerator &) = delete;
     DirectoryEnumerator &operator=(const DirectoryEnumerator &) = delete;
-    ~DirectoryEnumerator();
 
     /// Opens the directory of `pattern`. What stands behind its last separator is the pattern of the names,
     /// in which "*" and "?" stand for others; it has to live as long as the enumerator. Returns 0 or the
@@ -34,7 +34,7 @@ public:
     OrvResult Next(DirectoryEntry &entry);
 
 private:
-    HANDLE directory_ = nullptr;
+    NativeHandle directory_;
     UNICODE_STRING pattern_ = {};
     bool isFirst_ = true;
     uint32_t next_ = 0; ///< the offset of the next entry in the buffer; 0 when it is used up

@@ -71,7 +71,7 @@ OrvResult OrvNtdll_RtlDosPathNameToNtPathName_U_EliminateDosDevice(const wchar_t
                                                                    _UNICODE_STRING *ntPath)
 {
     if (OrvWinIsNtFilePath(dosPath)) {
-        if (OrvGetStringSizeInElements(dosPath, detail::kLongestPath + 1) > detail::kLongestPath)
+        if (OrvGetStringSizeInElements(dosPath, detail::kLongestCounted + 1) > detail::kLongestCounted)
             return ORV_E_NOT_PRODUCED;
         return RtlCreateUnicodeString(ntPath, dosPath) ? ORV_S_OK : ORV_E_OUT_OF_MEMORY;
     }
@@ -83,10 +83,9 @@ OrvResult OrvNtdll_RtlDosPathNameToNtPathName_U_EliminateDosDevice(const wchar_t
 OrvResult OrvNtdll_RtlExpandEnvironmentStrings_T(const wchar_t *source, OrvUtf16CharHeapBuffer &out)
 {
     const PathText text(source, OrvTerminated);
-    if (text.length > detail::kLongestPath)
+    UNICODE_STRING counted;
+    if (!detail::CountText(text.characters, text.length, counted))
         return ORV_E_INVALID_ARGUMENT;
-    const auto size = static_cast<USHORT>(text.length * sizeof(WCHAR));
-    const UNICODE_STRING counted = {size, size, const_cast<WCHAR *>(text.characters)};
     detail::TextArray array;
     for (bool isFirst = true;; isFirst = false) {
         const uint32_t room = array.Capacity() * sizeof(WCHAR);
@@ -98,7 +97,7 @@ OrvResult OrvNtdll_RtlExpandEnvironmentStrings_T(const wchar_t *source, OrvUtf16
         if (status != STATUS_BUFFER_TOO_SMALL || !isFirst || needed > 0xFFFE)
             return status == STATUS_BUFFER_TOO_SMALL ? ORV_E_BUFFER_TOO_SMALL
                                                      : detail::ResultFromStatus(status);
-        if (!array.Grow(needed / sizeof(WCHAR) + 1))
+        if (!array.Reserve(needed / sizeof(WCHAR) + 1))
             return ORV_E_OUT_OF_MEMORY;
     }
 }

@@ -9,37 +9,20 @@
 #include "nt/nt.h"
 #include "orv/hash/md5.h"
 #include "orv/runtime/result.h"
+#include "runtime/native_handle.h"
 #include "runtime/status.h"
 
 namespace
 {
 
-/// The handle of a file that is open for its attributes only.
-class AttributesHandle
+/// Opens a file for its attributes only.
+NTSTATUS OpenForAttributes(detail::NtPath &path, detail::NativeHandle &file)
 {
-public:
-    AttributesHandle() = default;
-    AttributesHandle(const AttributesHandle &) = delete;
-    AttributesHandle &operator=(const AttributesHandle &) = delete;
-    ~AttributesHandle()
-    {
-        if (handle_)
-            ZwClose(handle_);
-    }
-
-    NTSTATUS Open(detail::NtPath &path)
-    {
-        const OBJECT_ATTRIBUTES attributes = path.Attributes();
-        IO_STATUS_BLOCK status = {};
-        return ZwOpenFile(&handle_, FILE_READ_ATTRIBUTES | SYNCHRONIZE, &attributes, &status, FILE_SHARE_ALL,
-                          FILE_SYNCHRONOUS_IO_NONALERT | FILE_OPEN_FOR_BACKUP_INTENT);
-    }
-
-    HANDLE Get() const { return handle_; }
-
-private:
-    HANDLE handle_ = nullptr;
-};
+    const OBJECT_ATTRIBUTES attributes = path.Attributes();
+    IO_STATUS_BLOCK status = {};
+    return ZwOpenFile(file.Receive(), FILE_READ_ATTRIBUTES | SYNCHRONIZE, &attributes, &status,
+                      FILE_SHARE_ALL, FILE_SYNCHRONOUS_IO_NONALERT | FILE_OPEN_FOR_BACKUP_INTENT);
+}
 
 bool QueryLongNumbers(HANDLE file, FILE_ID_INFORMATION &numbers)
 {
@@ -73,8 +56,8 @@ OrvResult OrvFileIdUtils::GetId(OrvFileId &id, const wchar_t *path)
     const OrvResult result = nativePath.Build(path);
     if (OrvFailed(result))
         return result;
-    AttributesHandle file;
-    NTSTATUS status = file.Open(nativePath);
+    detail::NativeHandle file;
+    NTSTATUS status = OpenForAttributes(nativePath, file);
     if (!NT_SUCCESS(status))
         return detail::ResultFromStatus(status);
 

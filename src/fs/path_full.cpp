@@ -34,7 +34,7 @@ OrvResult AskFullPath(const wchar_t *path, TextArray &array, uint32_t &length)
     OrvResult result = AskFullPath(path, array.Get(), array.Capacity(), length);
     if (OrvFailed(result) || length < array.Capacity())
         return result;
-    if (!array.Grow(length))
+    if (!array.Reserve(length))
         return ORV_E_OUT_OF_MEMORY;
     result = AskFullPath(path, array.Get(), array.Capacity(), length);
     if (OrvSucceeded(result) && length >= array.Capacity())
@@ -94,7 +94,7 @@ OrvResult QueryVariable(const wchar_t *name, TextArray &value)
         const uint32_t needed = target.Length / sizeof(wchar_t) + 2;
         if (status != STATUS_BUFFER_TOO_SMALL || needed <= value.Capacity())
             return detail::ResultFromStatus(status);
-        if (!value.Grow(needed))
+        if (!value.Reserve(needed))
             return ORV_E_OUT_OF_MEMORY;
     }
 }
@@ -125,7 +125,7 @@ OrvResult AskCurrentDirectory(TextArray &array, uint32_t &length)
         length = RtlGetCurrentDirectory_U(array.Capacity() * sizeof(wchar_t), array.Get()) / sizeof(wchar_t);
         if (length < array.Capacity())
             return length ? 0 : ORV_E_NOT_PRODUCED;
-        if (attempt == 0 && !array.Grow(length + 1))
+        if (attempt == 0 && !array.Reserve(length + 1))
             return ORV_E_OUT_OF_MEMORY;
     }
     return ORV_E_BUFFER_TOO_SMALL;

@@ -1,7 +1,7 @@
 // Names that are not taken yet, most likely.
 
 #include "fs/path_text.h"
-#include "orv/text/guid.h"
+#include "orv/random/create_guid.h"
 
 namespace
 {

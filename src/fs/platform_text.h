@@ -4,43 +4,14 @@
 #pragma once
 
 #include "fs/path_text.h"
-#include "nt/nt.h"
-#include "runtime/heap.h"
+#include "nt/counted_string.h"
+#include "runtime/small_array.h"
 
 namespace detail
 {
 
-/// The platform counts in bytes with 16 bits, the terminator included.
-constexpr uint32_t kLongestPath = 32766;
-
-/// Room for a text.
-class TextArray
-{
-public:
-    TextArray() = default;
-    TextArray(const TextArray &) = delete;
-    TextArray &operator=(const TextArray &) = delete;
-
-    wchar_t *Get() { return large_ ? large_.Get() : small_; }
-    uint32_t Capacity() const { return capacity_; }
-
-    /// Makes room for `capacity` characters; the text is lost. False when the heap refuses.
-    bool Grow(uint32_t capacity)
-    {
-        if (capacity <= capacity_)
-            return true;
-        large_.Reset(HeapArray<wchar_t>::Allocate(capacity).Detach());
-        capacity_ = large_ ? capacity : kSmall;
-        return static_cast<bool>(large_);
-    }
-
-private:
-    static constexpr uint32_t kSmall = 260;
-
-    wchar_t small_[kSmall];
-    HeapArray<wchar_t> large_;
-    uint32_t capacity_ = kSmall;
-};
+/// Room for a path of an ordinary length, terminated.
+using TextArray = SmallArray<wchar_t, 260>;
 
 /// A text with a terminator, copied only if it has none.
 class TerminatedText
@@ -52,9 +23,9 @@ public:
     /// than any path or has a zero in it, or ORV_E_OUT_OF_MEMORY.
     OrvResult Set(const PathPieces &pieces)
     {
-        if (pieces.Length() > kLongestPath)
+        if (pieces.Length() > kLongestCounted)
             return ORV_E_NOT_PRODUCED;
-        if (!array_.Grow(static_cast<uint32_t>(pieces.Length()) + 1))
+        if (!array_.Reserve(static_cast<uint32_t>(pieces.Length()) + 1))
             return ORV_E_OUT_OF_MEMORY;
         pieces.WriteTo(array_.Get());
         text_ = array_.Get();
@@ -65,7 +36,7 @@ public:
     {
         if (length != OrvTerminated || !path)
             return Set(PathPieces(PathText(path, length)));
-        if (OrvGetStringSizeInElements(path, kLongestPath + 1) > kLongestPath)
+        if (OrvGetStringSizeInElements(path, kLongestCounted + 1) > kLongestCounted)
             return ORV_E_NOT_PRODUCED;
         text_ = path;
         return 0;

@@ -1,5 +1,7 @@
 // Making GUIDs: from the platform's allocation or from the clock, and from the generator of random numbers.
 
+#include "orv/random/create_guid.h"
+
 #include "nt/nt.h"
 #include "nt/teb.h"
 #include "orv/random/random.h"

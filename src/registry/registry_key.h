@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "nt/counted_string.h"
 #include "nt/nt.h"
 #include "orv/registry/registry_handle.h"
 #include "text/length.h"
@@ -26,11 +27,7 @@ public:
     /// False when it is too long to be counted.
     bool Set(const OrvStringRefBase<wchar_t> &name)
     {
-        constexpr uint32_t kLongest = 32766;
-        const uint32_t length = ResolveLength(name.characters, name.length);
-        const auto size = static_cast<USHORT>(length * sizeof(WCHAR));
-        counted_ = {size, size, const_cast<WCHAR *>(name.characters)};
-        return length <= kLongest;
+        return CountText(name.characters, ResolveLength(name.characters, name.length), counted_);
     }
 
     const UNICODE_STRING *Get() const { return &counted_; }

@@ -7,7 +7,7 @@
 #include "orv/fs/dos_path.h"
 #include "orv/runtime/result.h"
 #include "registry/registry_key.h"
-#include "runtime/heap.h"
+#include "runtime/small_array.h"
 #include "runtime/status.h"
 
 namespace
@@ -32,11 +32,11 @@ public:
         detail::CountedName counted;
         if (!counted.Set(name))
             return ORV_E_INVALID_NAME;
-        uint32_t room = kHeaderSize + kOnStack;
         for (;;) {
             ULONG needed = 0;
+            const uint32_t room = bytes_.Capacity() - kTerminatorRoom;
             const NTSTATUS status =
-                ZwQueryValueKey(key, counted.Get(), KeyValuePartialInformation, Bytes(), room, &needed);
+                ZwQueryValueKey(key, counted.Get(), KeyValuePartialInformation, bytes_.Get(), room, &needed);
             if (NT_SUCCESS(status)) {
                 Terminate();
                 return 0;
@@ -44,11 +44,7 @@ public:
             // It may grow between the calls; each round has more room than the one before.
             if ((status != STATUS_BUFFER_OVERFLOW && status != STATUS_BUFFER_TOO_SMALL) || needed <= room)
                 return detail::ResultFromStatus(status);
-            if (needed > UINT32_MAX - kTerminatorRoom)
-                return ORV_E_OUT_OF_MEMORY;
-            room = needed;
-            large_.Reset(detail::HeapArray<uint8_t>::Allocate(room + kTerminatorRoom).Detach());
-            if (!large_)
+            if (needed > UINT32_MAX - kTerminatorRoom || !bytes_.Reserve(needed + kTerminatorRoom))
                 return ORV_E_OUT_OF_MEMORY;
         }
     }
@@ -68,10 +64,9 @@ public:
 private:
     static constexpr uint32_t kOnStack = 256; ///< bytes of the value
 
-    uint8_t *Bytes() { return large_ ? large_.Get() : small_; }
     KEY_VALUE_PARTIAL_INFORMATION &Information()
     {
-        return *reinterpret_cast<KEY_VALUE_PARTIAL_INFORMATION *>(Bytes());
+        return *reinterpret_cast<KEY_VALUE_PARTIAL_INFORMATION *>(bytes_.Get());
     }
 
     bool EndsWithZero(uint32_t fromEnd)
@@ -96,8 +91,7 @@ private:
         }
     }
 
-    alignas(4) uint8_t small_[kHeaderSize + kOnStack + kTerminatorRoom];
-    detail::HeapArray<uint8_t> large_;
+    detail::SmallArray<uint8_t, kHeaderSize + kOnStack + kTerminatorRoom> bytes_;
 };
 
 OrvResult Query(HANDLE key, OrvBasWinRegistryValueType &type, IOrvBuffer<unsigned char> &bytes,

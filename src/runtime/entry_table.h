@@ -10,7 +10,7 @@ namespace detail
 
 /// A counted string over a terminated one. No exported name comes near the longest that can be counted, so a
 /// longer one is cut.
-constexpr ANSI_STRING CountedName(const char *name)
+constexpr ANSI_STRING CountedAnsi(const char *name)
 {
     USHORT length = 0;
     while (name[length] && length < 0xFFFE)
@@ -21,13 +21,7 @@ constexpr ANSI_STRING CountedName(const char *name)
 /// The same at compile time, for the constant tables of names.
 consteval ANSI_STRING EntryName(const char *name)
 {
-    return CountedName(name);
-}
-
-template <size_t size>
-constexpr UNICODE_STRING CountedLiteral(const WCHAR (&text)[size])
-{
-    return {(size - 1) * sizeof(WCHAR), size * sizeof(WCHAR), const_cast<WCHAR *>(text)};
+    return CountedAnsi(name);
 }
 
 /// Looks `count` names up in `module`; what it lacks becomes null.

@@ -2,6 +2,7 @@
 
 #include "orv/runtime/kernel32_entry_points.h"
 
+#include "nt/counted_string.h"
 #include "nt/nt.h"
 #include "nt/teb.h"
 #include "orv/runtime/ntdll_entry_points.h"

@@ -6,6 +6,7 @@
 
 #include "orv/runtime/ntdll_entry_points.h"
 
+#include "nt/counted_string.h"
 #include "nt/nt.h"
 #include "nt/teb.h"
 #include "orv/runtime/result.h"
@@ -87,7 +88,7 @@ bool OrvNtdll_FunctionExists(const char *name)
     if (!name)
         return false;
     PVOID address = nullptr;
-    const ANSI_STRING counted = detail::CountedName(name);
+    const ANSI_STRING counted = detail::CountedAnsi(name);
     return !NT_ERROR(LdrGetProcedureAddress(table.module, &counted, 0, &address));
 }
 

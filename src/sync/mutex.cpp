@@ -2,9 +2,11 @@
 
 #include "orv/sync/mutex.h"
 
+#include "nt/counted_string.h"
 #include "nt/nt.h"
 #include "orv/runtime/ntdll_entry_points.h"
 #include "orv/runtime/result.h"
+#include "orv/text/string.h"
 #include "runtime/status.h"
 #include "sync/native_object.h"
 
@@ -36,7 +38,8 @@ OrvResult OrvBasMutex::InternalCreate(bool initialOwner, const wchar_t *name, vo
     attributes.SecurityDescriptor = securityDescriptor;
     UNICODE_STRING counted;
     if (name) {
-        if (!detail::CountName(name, counted))
+        const uint32_t length = OrvGetStringSizeInElements(name, detail::kLongestCounted + 1);
+        if (!detail::CountText(name, length, counted))
             return ORV_E_INVALID_NAME;
         attributes.ObjectName = &counted;
         attributes.Attributes |= OBJ_OPENIF;

@@ -1,4 +1,4 @@
-// Counting names, and storing the handle of an object that was just created.
+// Storing the handle of an object that was just created.
 
 #include "sync/native_object.h"
 
@@ -7,13 +7,6 @@
 
 namespace detail
 {
-
-bool CountName(const WCHAR *name, UNICODE_STRING &counted)
-{
-    // The platform cuts what it cannot count, and then the end is no terminator.
-    RtlInitUnicodeString(&counted, name);
-    return name[counted.Length / sizeof(WCHAR)] == 0;
-}
 
 OrvResult AttachCreated(OrvBasWaitable &waitable, NTSTATUS status, HANDLE handle)
 {

@@ -12,9 +12,6 @@ constexpr OBJECT_ATTRIBUTES kUnnamedObject = {
     sizeof(OBJECT_ATTRIBUTES), nullptr, nullptr, OBJ_KERNEL_HANDLE, nullptr, nullptr,
 };
 
-/// Counts a terminated name. False when it has more characters than can be counted (32,766).
-bool CountName(const WCHAR *name, UNICODE_STRING &counted);
-
 /// Ends a creation: on success the handle becomes the waitable's resource in place of any other, and the
 /// result is 0, or ORV_S_ALREADY_EXISTS when the object was opened because it existed. On failure the
 /// waitable is unchanged.

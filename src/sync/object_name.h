@@ -9,7 +9,8 @@
 #include "nt/teb.h"
 #include "orv/security/security_descriptor.h"
 #include "orv/sync/object_name_space.h"
-#include "orv/text/heap_buffer.h"
+#include "runtime/native_handle.h"
+#include "runtime/small_array.h"
 
 namespace detail
 {
@@ -41,11 +42,10 @@ public:
     const OBJECT_ATTRIBUTES *ForOpening(OBJECT_ATTRIBUTES &attributes);
 
 private:
-    OrvResult Format(const WCHAR *format, ...);
+    OrvResult Format(uint32_t nameLength, const WCHAR *format, ...);
 
     UNICODE_STRING counted_;
-    OrvUtf16CharHeapBuffer long_; ///< instead of short_, when that is too small
-    WCHAR short_[128];
+    SmallArray<WCHAR, 192> text_;
 };
 
 typedef NTSTATUS(NTAPI *OpenFunction)(HANDLE *handle, ACCESS_MASK access,
@@ -53,6 +53,6 @@ typedef NTSTATUS(NTAPI *OpenFunction)(HANDLE *handle, ACCESS_MASK access,
 
 /// Opens an object by a caller's name. Returns as ObjectName::Build, or the converted status.
 OrvResult OpenByName(OpenFunction open, const WCHAR *name, OrvBasWinSyncObjectNameSpace nameSpace,
-                     ACCESS_MASK access, HANDLE &handle);
+                     ACCESS_MASK access, NativeHandle &opened);
 
 } // namespace detail

@@ -9,6 +9,7 @@
 #include "crt/memory.h"
 #include "nt/nt.h"
 #include "orv/runtime/result.h"
+#include "runtime/growth.h"
 #include "runtime/heap.h"
 #include "runtime/status.h"
 
@@ -16,11 +17,6 @@ namespace
 {
 
 constexpr uint32_t kFirstCapacity = 16; // a power of two, as all capacities are
-
-uint32_t NextCapacity(uint32_t capacity)
-{
-    return capacity == 0 ? kFirstCapacity : capacity * 2;
-}
 
 } // namespace
 
@@ -74,7 +70,7 @@ void *OrvBasSparseLockManager::Loans::Find(const OrvBasSparseNonrecursiveLock *l
 bool OrvBasSparseLockManager::Loans::Insert(const OrvBasSparseNonrecursiveLock *lock, void *event)
 {
     if (count == capacity) {
-        const uint32_t newCapacity = NextCapacity(capacity);
+        const uint32_t newCapacity = detail::GrownCapacity(capacity, capacity + 1, kFirstCapacity);
         void *const grown = detail::ReallocateBytes(entries, newCapacity * sizeof(Loan));
         if (!grown)
             return false;
@@ -103,7 +99,7 @@ OrvResult OrvBasSparseLockManager::Loans::Remove(const OrvBasSparseNonrecursiveL
 bool OrvBasSparseLockManager::Queue::Append(void *event)
 {
     if (count == capacity) {
-        const uint32_t newCapacity = NextCapacity(capacity);
+        const uint32_t newCapacity = detail::GrownCapacity(capacity, capacity + 1, kFirstCapacity);
         auto grown = detail::HeapArray<void *>::Allocate(newCapacity);
         if (!grown)
             return false;

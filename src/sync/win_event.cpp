@@ -4,6 +4,7 @@
 
 #include "nt/nt.h"
 #include "orv/runtime/result.h"
+#include "runtime/native_handle.h"
 #include "runtime/status.h"
 #include "sync/object_name.h"
 
@@ -26,18 +27,16 @@ OrvResult OrvBasWinEvent::Create(ResetType resetType, bool initialState, const w
 OrvResult OrvBasWinEvent::Open(const wchar_t *name, OrvBasWinSyncObjectNameSpace nameSpace,
                                OrvWinEventRights rights)
 {
-    HANDLE handle = nullptr;
-    const OrvResult result = detail::OpenByName(ZwOpenEvent, name, nameSpace, rights, handle);
+    detail::NativeHandle event;
+    const OrvResult result = detail::OpenByName(ZwOpenEvent, name, nameSpace, rights, event);
     if (OrvFailed(result))
         return result;
     EVENT_BASIC_INFORMATION information;
     const NTSTATUS status =
-        ZwQueryEvent(handle, EventBasicInformation, &information, sizeof information, nullptr);
-    if (!NT_SUCCESS(status)) {
-        ZwClose(handle);
+        ZwQueryEvent(event.Get(), EventBasicInformation, &information, sizeof information, nullptr);
+    if (!NT_SUCCESS(status))
         return detail::ResultFromStatus(status);
-    }
-    AttachHandle(handle);
+    AttachHandle(event.Detach());
     manualReset_ = information.EventType == NotificationEvent;
     return ORV_S_OK;
 }

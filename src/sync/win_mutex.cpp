@@ -3,6 +3,7 @@
 #include "orv/sync/win_mutex.h"
 
 #include "nt/nt.h"
+#include "runtime/native_handle.h"
 #include "sync/object_name.h"
 
 OrvBasWinMutex::OrvBasWinMutex() = default;
@@ -24,9 +25,9 @@ OrvResult OrvBasWinMutex::Create(bool initialOwner, const wchar_t *name,
 OrvResult OrvBasWinMutex::Open(const wchar_t *name, OrvBasWinSyncObjectNameSpace nameSpace,
                                OrvWinMutexRights rights)
 {
-    HANDLE handle = nullptr;
-    const OrvResult result = detail::OpenByName(ZwOpenMutant, name, nameSpace, rights, handle);
+    detail::NativeHandle opened;
+    const OrvResult result = detail::OpenByName(ZwOpenMutant, name, nameSpace, rights, opened);
     if (OrvSucceeded(result))
-        AttachHandle(handle);
+        AttachHandle(opened.Detach());
     return result;
 }

@@ -3,6 +3,7 @@
 #include "orv/sync/win_semaphore.h"
 
 #include "nt/nt.h"
+#include "runtime/native_handle.h"
 #include "sync/object_name.h"
 
 OrvBasWinSemaphore::OrvBasWinSemaphore() = default;
@@ -24,9 +25,9 @@ OrvResult OrvBasWinSemaphore::Create(int initialCount, int maximumCount, const w
 OrvResult OrvBasWinSemaphore::Open(const wchar_t *name, OrvBasWinSyncObjectNameSpace nameSpace,
                                    OrvWinSemaphoreRights rights)
 {
-    HANDLE handle = nullptr;
-    const OrvResult result = detail::OpenByName(ZwOpenSemaphore, name, nameSpace, rights, handle);
+    detail::NativeHandle opened;
+    const OrvResult result = detail::OpenByName(ZwOpenSemaphore, name, nameSpace, rights, opened);
     if (OrvSucceeded(result))
-        AttachHandle(handle);
+        AttachHandle(opened.Detach());
     return result;
 }

@@ -5,7 +5,7 @@
 
 #include "orv/runtime/result.h"
 #include "orv/text/code_page.h"
-#include "runtime/heap.h"
+#include "runtime/small_array.h"
 
 namespace detail
 {
@@ -15,33 +15,26 @@ template <typename T>
 class ConvertedText
 {
 public:
-    ConvertedText() = default;
-    ConvertedText(const ConvertedText &) = delete;
-    ConvertedText &operator=(const ConvertedText &) = delete;
-
     /// Results: as the conversion of a text, and ORV_E_OUT_OF_MEMORY.
     template <typename Source>
     OrvResult Convert(const Source *source, OrvCodePage page, uint32_t count)
     {
         uint32_t size = 0;
-        OrvResult result = ConvertInto(short_, kShortSize, source, page, size, count);
+        OrvResult result = ConvertInto(text_.Get(), text_.Capacity(), source, page, size, count);
         if (result == ORV_E_BUFFER_TOO_SMALL) {
-            long_.Reset(HeapArray<T>::Allocate(size).Detach());
-            if (!long_)
+            if (!text_.Reserve(size))
                 return ORV_E_OUT_OF_MEMORY;
-            result = ConvertInto(long_.Get(), size, source, page, size, count);
+            result = ConvertInto(text_.Get(), size, source, page, size, count);
         }
         if (OrvSucceeded(result))
             length_ = size;
         return result;
     }
 
-    const T *Get() const { return long_ ? long_.Get() : short_; }
+    const T *Get() const { return text_.Get(); }
     uint32_t Length() const { return length_; }
 
 private:
-    static constexpr uint32_t kShortSize = 256;
-
     static OrvResult ConvertInto(wchar_t *target, uint32_t capacity, const char *source, OrvCodePage page,
                                  uint32_t &size, uint32_t count)
     {
@@ -54,8 +47,7 @@ private:
         return OrvConvertUtf162MbString(target, capacity, source, page, &size, count);
     }
 
-    T short_[kShortSize];
-    HeapArray<T> long_;
+    SmallArray<T, 256> text_;
     uint32_t length_ = 0;
 };
 

@@ -4,6 +4,7 @@
 
 #include "crt/memory.h"
 #include "orv/runtime/result.h"
+#include "runtime/growth.h"
 #include "runtime/heap.h"
 
 namespace detail
@@ -22,11 +23,7 @@ OrvResult NameStack::Push(const OrvStringRefBase<wchar_t> &name)
         return ORV_E_OUT_OF_MEMORY;
     const uint32_t needed = used_ + name.length + kLengthUnits;
     if (needed > capacity_) {
-        uint32_t capacity = capacity_ > kMostUnits / 2 ? kMostUnits : capacity_ * 2;
-        if (capacity < kFirstCapacity)
-            capacity = kFirstCapacity;
-        if (capacity < needed)
-            capacity = needed;
+        const uint32_t capacity = GrownCapacity(capacity_, needed, kFirstCapacity, kMostUnits);
         auto *const grown = static_cast<wchar_t *>(ReallocateBytes(units_, capacity * sizeof(wchar_t)));
         if (!grown)
             return ORV_E_OUT_OF_MEMORY;

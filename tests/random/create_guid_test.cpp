@@ -3,7 +3,7 @@
 #include "harness/memory.h"
 #include "harness/test.h"
 #include "harness/thread.h"
-#include "orv/text/guid.h"
+#include "orv/random/create_guid.h"
 
 TEST_CASE(GuidsOfAllThreadsDiffer)
 {

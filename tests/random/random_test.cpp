@@ -6,7 +6,7 @@
 #include "harness/memory.h"
 #include "harness/test.h"
 #include "harness/thread.h"
-#include "orv/text/guid.h"
+#include "orv/random/create_guid.h"
 
 namespace
 {

@@ -53,22 +53,4 @@ ORV_API OrvResult GetStringAppend(const _OrvGuid &guid, const OrvMutableStringRe
 /// group is not a number or another one starts with a dash. On failure the GUID is as it was.
 ORV_API OrvResult Parse(_OrvGuid &guid, const OrvStringRefBase<wchar_t> &text);
 
-/// Makes a GUID from the time of day, a clock sequence and a node value, laid out as a version 1 UUID
-/// (RFC 4122) and then combined with a fixed mask, so that neither time nor node appears in clear; version
-/// and variant bits are masked too. No two calls give the same GUID, in whatever threads and processes: a
-/// time is never given twice under the same sequence and node.
-///
-/// Time, sequence and node are the platform's. Where it gives none, the library takes the system's clock,
-/// counts on while that stands still and changes the sequence when it is set back, and draws sequence and
-/// node once for each process from the best source of entropy that there is.
-///
-/// Returns 0, or the converted status when the platform refuses; the GUID is then as it was.
-ORV_API OrvResult CreateGuid(_OrvGuid &guid);
-
-/// Makes a version 4 UUID (RFC 4122) from OrvGenerateRandomBuffer. That generator starts alike in every
-/// process, so such an identifier tells things apart within one process only.
-///
-/// Always returns 0.
-ORV_API OrvResult CreateLuid(_OrvGuid &guid);
-
 } // namespace OrvGuidUtils

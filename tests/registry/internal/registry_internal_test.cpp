@@ -4,7 +4,7 @@
 #include "orv/registry/registry_handle.h"
 
 #include "fs/test_file.h"
-#include "orv/runtime/startup.h"
+#include "orv/startup/startup.h"
 #include "registry/registry_test_key.h"
 #include "sync/internal/redirected.h"
 

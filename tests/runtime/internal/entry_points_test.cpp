@@ -3,7 +3,7 @@
 #include "orv/runtime/kernel32_entry_points.h"
 #include "orv/runtime/ntdll_entry_points.h"
 #include "orv/runtime/result.h"
-#include "orv/runtime/startup.h"
+#include "orv/startup/startup.h"
 
 #include "harness/replace.h"
 #include "harness/test.h"

@@ -1,6 +1,6 @@
 // What the load of the library left behind.
 
-#include "orv/runtime/startup.h"
+#include "orv/startup/startup.h"
 
 #include "harness/test.h"
 #include "nt/teb.h"

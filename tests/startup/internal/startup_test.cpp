@@ -1,15 +1,15 @@
 // Start-up step by step: what happens in which order, and what is left when a step fails.
 
-#include "runtime/startup.h"
+#include "startup/startup.h"
 
 #include "harness/replace.h"
 #include "harness/test.h"
 #include "harness/thread.h"
 #include "harness/usage.h"
+#include "nt/counted_string.h"
 #include "nt/teb.h"
 #include "orv/env/machine_info.h"
 #include "orv/orv.h"
-#include "runtime/entry_table.h"
 #include "thread/thread_record.h"
 
 namespace

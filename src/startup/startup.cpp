@@ -3,7 +3,7 @@
 // A start-up that fails stops where it is and stays counted; whoever asked for it takes it back. Teardown
 // only counts, since code of other modules may still be using the tables and the facts.
 
-#include "runtime/startup.h"
+#include "startup/startup.h"
 
 #include "env/win_version.h"
 #include "nt/nt.h"
@@ -14,7 +14,7 @@
 #include "orv/runtime/kernel32_entry_points.h"
 #include "orv/runtime/ntdll_entry_points.h"
 #include "orv/runtime/result.h"
-#include "orv/runtime/startup.h"
+#include "orv/startup/startup.h"
 #include "orv/sync/spin_lock.h"
 #include "runtime/status.h"
 #include "thread/thread_record.h"

@@ -3,7 +3,7 @@
 #include "nt/nt.h"
 #include "orv/runtime/result.h"
 #include "runtime/entropy.h"
-#include "runtime/startup.h"
+#include "startup/startup.h"
 
 extern "C" uintptr_t __security_cookie;
 
