@@ -43,7 +43,7 @@ try_cache() { made demo env ORV_CACHE="$work/cache"; }
 
 as_nobody() { # as_nobody HOME COMMAND...
     chown -R nobody:nogroup .
-    setpriv --reuid=nobody --regid=nogroup --clear-groups env -u ORV_CACHE -u XDG_CACHE_HOME HOME="$@"
+    setpriv --reuid=nobody --regid=nogroup --clear-groups env -u ORV_CACHE -u XDG_CACHE_HOME HOME="$1" "${@:2}"
 }
 
 try_user() {
@@ -90,7 +90,7 @@ facts() {
 }
 
 try() { # try MACHINE: prints its line
-    local machine=$1 log=$logs/$1 clone="$work/a clone" result=ok start=$SECONDS
+    local machine=$1 log=$logs/$1 clone="$work/a clone" facts result=ok start=$SECONDS
     [ "$machine" != folder ] || clone="$work/a folder's ä"
     (
         case $machine in
@@ -103,7 +103,8 @@ try() { # try MACHINE: prints its line
         "try_$machine"
     ) >"$log" 2>&1 || result=FAILED
     rm -rf "$clone"
-    printf '%-6s %4d s  %s (%s)\n' $result $((SECONDS - start)) "${words[$machine]}" "$(facts "$log")"
+    facts=$(facts "$log")
+    printf '%-6s %4d s  %s%s\n' $result $((SECONDS - start)) "${words[$machine]}" "${facts:+ ($facts)}"
 }
 
 keep() { # keep FILE: its lines replace those in the page
