@@ -47,7 +47,7 @@ candidates() {
 }
 
 choose() {
-    local version candidate program incomplete= remedy="name a version from $oldest on, or a folder with its programs"
+    local version candidate program incomplete='' remedy="name a version from $oldest on, or a folder with its programs"
     case ${ORV_LLVM:-} in
     '') ;;
     */*) candidate=$(realpath -m "$ORV_LLVM")/ ;;
