@@ -15,12 +15,15 @@ lacks() { # lacks WHAT PACKAGE...
     packages+=("$@")
 }
 
+named() { printf '%s\n' "${missing[@]}" | paste -sd, | sed 's/,/, /g'; }
+
 look_for_llvm() {
     # Without a version these are the packages of the version that the distribution prefers.
     local suffix=
     [[ ! ${ORV_LLVM:-} =~ ^[0-9]+$ ]] || suffix=-$ORV_LLVM
     llvm=$("$root/tools/llvm.sh" version 2>&1) && return
-    lacks "${llvm#orvsys: }" "clang$suffix" "clang-tools$suffix" "lld$suffix" "llvm$suffix"
+    llvm=${llvm#orvsys: }
+    lacks "${llvm%%: *}" "clang$suffix" "clang-tools$suffix" "lld$suffix" "llvm$suffix"
     llvm=
 }
 
@@ -62,10 +65,10 @@ install() {
     local as_root=() log
     if [ "$(id -u)" -ne 0 ]; then
         command -v sudo >/dev/null && sudo -n true 2>/dev/null ||
-            fail "missing: ${missing[*]}" "run: apt-get install ${packages[*]}"
+            fail "missing: $(named)" "run: apt-get install ${packages[*]}"
         as_root=(sudo -n)
     fi
-    command -v apt-get >/dev/null || fail "missing: ${missing[*]}" 'install them, by the names that your system has for them'
+    command -v apt-get >/dev/null || fail "missing: $(named)" 'install them, by the names that your system has for them'
     say "installing ${packages[*]}"
     export DEBIAN_FRONTEND=noninteractive
     log=$(mktemp)
@@ -85,7 +88,7 @@ before=
 look
 while [ ${#missing[@]} -gt 0 ]; do
     # What one package brings may be what the next question needs: ask as long as the answers differ.
-    [ "${missing[*]}" != "$before" ] || fail "still missing after installing ${packages[*]}: ${missing[*]}" 'install it by hand'
+    [ "${missing[*]}" != "$before" ] || fail "still missing after installing ${packages[*]}: $(named)" 'install it by hand'
     before=${missing[*]}
     install
     hash -r
