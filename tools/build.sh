@@ -9,7 +9,10 @@ case " $* " in
 *) tools/setup.sh ;;
 esac
 tools/get_sources.sh >/dev/null # here, where what it has to say is seen
+# A build folder keeps to the LLVM and the flags that it was configured with: with others it starts anew.
+configuration=$(tools/llvm.sh clang-cl clang && cksum CMakePresets.json cmake/i686-windows.cmake cmake/host.cmake)
 for preset in "$@"; do
+    [ "$configuration" = "$(cat "build/$preset/configuration" 2>/dev/null)" ] || rm -rf "build/$preset"
     if [ ! -e "build/$preset/build.ninja" ]; then
         log=build/$preset.configure.log
         mkdir -p build
@@ -18,6 +21,7 @@ for preset in "$@"; do
             rm -rf "build/$preset"
             fail "cannot configure the $preset build" "the reason stands above and in $log"
         }
+        printf '%s\n' "$configuration" >"build/$preset/configuration"
     fi
     cmake --build --preset "$preset" || fail "the $preset build failed" 'the reason stands above'
 done

@@ -57,7 +57,7 @@ downloads=$folder/downloads
 finish_if_complete
 
 command -v dpkg-source >/dev/null || fail 'dpkg-source is missing' 'run: apt-get install dpkg-dev'
-mkdir -p "$cache"
+make_cache
 exec 9>"$cache/sources.lock"
 flock 9 # two checkouts may start on a fresh machine at once
 finish_if_complete
