@@ -6,6 +6,7 @@
 #include "registry/registry_key.h"
 #include "registry/registry_path.h"
 #include "runtime/heap.h"
+#include "runtime/native_handle.h"
 #include "runtime/status.h"
 
 namespace
@@ -127,16 +128,12 @@ OrvResult OrvBasWinRegistryHandle::CreateKeysTransacted(OrvWinTransaction &trans
 
 OrvResult OrvBasWinRegistryHandle::Delete(const Name &path, bool recursive, OrvWinTransaction *transaction)
 {
-    HANDLE key = nullptr;
+    detail::NativeHandle key;
     const ACCESS_MASK access = recursive ? kToDeleteTree : DELETE;
-    OrvResult result = Open(kFromCurrentKey, path, access, transaction, kOpenLink, key);
+    const OrvResult result = Open(kFromCurrentKey, path, access, transaction, kOpenLink, *key.Receive());
     if (OrvFailed(result))
         return result;
-    if (recursive)
-        return DeleteTree(key, transaction);
-    result = detail::ResultFromCall(ZwDeleteKey(key));
-    ZwClose(key);
-    return result;
+    return recursive ? DeleteTree(key.Detach(), transaction) : detail::ResultFromCall(ZwDeleteKey(key.Get()));
 }
 
 /// Takes `top` over. A key that others delete meanwhile is as good as deleted, except the top one.
