@@ -107,7 +107,7 @@ TEST_CASE(Base64StopsAtEveryOtherUnit)
         test::Note("unit", unit);
         CHECK_EQUAL(OrvBase64Decode(out, 12, text, 16, nullptr, kStrict),
                     isDigit ? ORV_S_OK : ORV_E_INVALID_DATA);
-        CHECK_EQUAL(out[11], isDigit ? 0xF3 : 0);
+        CHECK_EQUAL(out[0] != 0, isDigit || at >= 4); // the groups before it are decoded
     }
 }
 
