@@ -1,5 +1,5 @@
-// Base64: bytes come back from their text, any text is read as a decoder reads it that takes one
-// character after the other.
+// Base64: bytes come back from their text, any text is read as a plain decoder reads it, and the wide loops
+// give what the plain ones do.
 
 #include "fuzz.h"
 
@@ -19,6 +19,9 @@ void CheckEncode(const uint8_t *data, uint32_t count, uint32_t pick)
     _ORV_UTF16CHAR_STR encoded = {kUntouched, capacity, text};
     REQUIRE(OrvBase64Encode(encoded, data, count) == ORV_S_OK);
     REQUIRE(encoded.length == capacity - 1 && text[encoded.length] == 0);
+    ExactArray<wchar_t> plain(capacity);
+    detail::plain::EncodeBase64Groups(plain, data, count / 3);
+    REQUIRE(memcmp(plain, text, count / 3 * 4 * sizeof(wchar_t)) == 0);
 
     if (encoded.length) {
         const uint32_t tooFew = pick % encoded.length; // the terminator is not counted
@@ -89,6 +92,13 @@ void CheckDecode(const wchar_t *text, uint32_t count, OrvBase64Ignored mode)
     REQUIRE(result == (isValid ? ORV_S_OK : ORV_E_INVALID_DATA));
     REQUIRE(length == (isValid ? expectedLength : kUntouched));
     REQUIRE(!isValid || memcmp(bytes, expected, length) == 0);
+
+    const uint32_t groups = count / 4;
+    ExactArray<uint8_t> plain(groups * 3);
+    ExactArray<uint8_t> wide(groups * 3);
+    const uint32_t whole = detail::plain::DecodeBase64Groups(plain, text, groups);
+    REQUIRE(detail::DecodeBase64Groups(wide, text, groups) == whole);
+    REQUIRE(memcmp(plain, wide, whole * 3) == 0);
 }
 
 } // namespace

@@ -4,6 +4,8 @@
 
 #include "orv/runtime/result.h"
 
+#include <stdint.h>
+
 namespace test
 {
 
