@@ -1,6 +1,6 @@
 // Any bytes as an XML document: no call parts a pair, its events are the same when it comes in pieces and
-// those that the parser has for UTF-8, a handler that fails gets no further call, and what the writer makes of
-// them is read as the same events again.
+// those that the parser has for UTF-8, a handler that fails gets no further call, and what the writer makes
+// of them is read as the same events again.
 
 #include "fuzz.h"
 
