@@ -1,6 +1,6 @@
 // Any format, with arguments that serve as whatever a directive takes them for: both widths agree, and a
-// smaller array holds the beginning. And any single directive with any
-// value: the text is the host's C library's.
+// smaller array holds the beginning. And any single directive with any value: the text is the one of the
+// host's C library.
 
 #include "fuzz.h"
 

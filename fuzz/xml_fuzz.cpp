@@ -45,7 +45,7 @@ public:
         return Record(kText, text);
     }
 
-    /// One part of an event. A text that goes on is no new one.
+    /// Writes down one part of an event. All pieces of a text get one mark.
     OrvResult Add(Mark mark, const Text &text)
     {
         if (mark != kText || last_ != kText)

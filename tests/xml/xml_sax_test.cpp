@@ -185,6 +185,7 @@ namespace
 /// The same document in UTF-8 and in UTF-16 of either order.
 enum Form : uint32_t { kUtf8, kLittleEndian, kBigEndian, kFormCount };
 
+/// In UTF-16 the document begins with a byte order mark.
 void Encode(OrvMbCharHeapBuffer &out, const OrvUtf16CharHeapBuffer &text, Form form)
 {
     const uint32_t length = text.GetInternal().length;
