@@ -32,6 +32,7 @@
 #include "orv/runtime/kernel32_entry_points.h"
 #include "orv/runtime/ntdll_entry_points.h"
 #include "orv/runtime/result.h"
+#include "orv/runtime/result_name.h"
 #include "orv/security/security_context.h"
 #include "orv/security/security_descriptor.h"
 #include "orv/shm/shared_memory.h"
