@@ -57,7 +57,8 @@ constexpr bool NT_ERROR(NTSTATUS status)
 // Statuses.
 
 constexpr NTSTATUS STATUS_SUCCESS = 0;
-constexpr NTSTATUS STATUS_ABANDONED = 0x80;
+constexpr NTSTATUS STATUS_WAIT_0 = 0;       // and up to 63 above it: which of several objects
+constexpr NTSTATUS STATUS_ABANDONED = 0x80; // likewise
 constexpr NTSTATUS STATUS_TIMEOUT = 0x102;
 constexpr NTSTATUS STATUS_NOT_ALL_ASSIGNED = 0x106;
 constexpr NTSTATUS STATUS_PENDING = 0x103;
@@ -693,6 +694,10 @@ NTSYSAPI NTSTATUS NTAPI ZwReleaseMutant(HANDLE handle, LONG *previousCount);
 NTSYSAPI NTSTATUS NTAPI ZwCreateSemaphore(HANDLE *handle, ACCESS_MASK access,
                                           const OBJECT_ATTRIBUTES *attributes, LONG initialCount,
                                           LONG maximumCount);
+constexpr ULONG MAXIMUM_WAIT_OBJECTS = 64;
+enum WAIT_TYPE : ULONG { WaitAll, WaitAny };
+NTSYSAPI NTSTATUS NTAPI ZwWaitForMultipleObjects(ULONG count, const HANDLE *handles, WAIT_TYPE type,
+                                                 BOOLEAN alertable, const LONGLONG *timeout);
 NTSYSAPI NTSTATUS NTAPI ZwOpenSemaphore(HANDLE *handle, ACCESS_MASK access,
                                         const OBJECT_ATTRIBUTES *attributes);
 NTSYSAPI NTSTATUS NTAPI ZwReleaseSemaphore(HANDLE handle, LONG count, LONG *previousCount);
