@@ -67,6 +67,7 @@
 #include "orv/text/guid.h"
 #include "orv/text/heap_buffer.h"
 #include "orv/text/heap_string.h"
+#include "orv/text/hexadecimal.h"
 #include "orv/text/interfaces.h"
 #include "orv/text/number.h"
 #include "orv/text/string.h"
