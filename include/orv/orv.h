@@ -4,6 +4,8 @@
 
 #include "orv/base.h"
 #include "orv/compress/bz2_context.h"
+#include "orv/compress/compressing_stream.h"
+#include "orv/compress/decompressing_stream.h"
 #include "orv/compress/deflate_context.h"
 #include "orv/compress/stream_context.h"
 #include "orv/env/environment.h"
