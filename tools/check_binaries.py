@@ -3,11 +3,13 @@
 
   check_binaries.py imports READOBJ MODULE ALLOWED.dll[=FILE.def]...
       the module imports only these modules, and only what FILE.def lists where one is given
+  check_binaries.py oldest FILE.def NAMES
+      every import that FILE.def lists is among the names, those that the oldest supported system has
   check_binaries.py exports READOBJ MODULE CLANG_CL INCLUDE
       the DLL exports exactly what the public headers declare for import: no implicit member, no internal, none
       missing
   check_binaries.py headers CLANG_CL INCLUDE
-      every public header compiles alone, in the compiler's default mode and in the strict one
+      every public header compiles alone, for the compiler of Visual Studio 2017 and in the strict mode
   check_binaries.py initialisers READOBJ OBJECT...
       no object has a dynamic initialiser
   check_binaries.py size FILE BYTES
@@ -68,6 +70,12 @@ def names_of(definition):
     return {name for name in names if name and not name.startswith(";")}
 
 
+def oldest(definition, names):
+    present = {line for line in pathlib.Path(names).read_text().splitlines() if line and not line.startswith("#")}
+    return [f"{name} is not exported by the oldest supported system: reach it as an optional function"
+            for name in sorted(names_of(definition)) if re.sub("^Zw", "Nt", name) not in present]
+
+
 def one_destructor(name):
     """A destructor has several symbols: the tree names another than the one that is exported."""
     match = re.match(r"\?\?(?:1|_D)(.+?@@)", name)
@@ -106,7 +114,8 @@ def exports(readobj, module, clang_cl, include):
 
 def headers(clang_cl, include):
     faults = []
-    modes = ([], ["/permissive-", "/std:c++20", "/W4", "/WX"])
+    oldest = ["-fmsc-version=1910", "/std:c++14", "/EHsc", "/W4", "/WX"]  # Visual Studio 2017
+    modes = (oldest, ["/permissive-", "/std:c++20", "/W4", "/WX"])
     found = sorted(pathlib.Path(include).rglob("*.h"))
     with tempfile.TemporaryDirectory() as folder:
         source = pathlib.Path(folder) / "alone.cpp"
@@ -215,9 +224,10 @@ LEAST_USES = 20
 
 
 def number_of(text, field):
-    match = re.search(rf"\b{field}: (0x[0-9A-Fa-f]+|\d+)", text)
+    # "Name: 0x10", or with the names of its bits below it: "Name [ (0x10)".
+    match = re.search(rf"\b{field}(?:: | \[ \()(0x[0-9A-Fa-f]+|\d+)", text)
     return int(match[1], 0) if match else 0
 
 
 if __name__ == "__main__":
-    checks.main(__doc__, imports, exports, headers, initialisers, size, hardening, natvis, version)
+    checks.main(__doc__, imports, oldest, exports, headers, initialisers, size, hardening, natvis, version)
