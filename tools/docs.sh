@@ -8,11 +8,22 @@ cd "$root"
 tools/setup.sh docs
 rm -rf build/docs
 mkdir -p build/docs
-python3 tools/doc_headers.py include build/docs/include
+tools/doc_headers.py include build/docs/include
+tools/doc_pages.py . build/docs/pages build/docs/html
 version=$(sed -n 's/.*OrvVersion[A-Z][a-z]* = \([0-9]*\);/\1/p' include/orv/version.h | paste -sd.)
 printf '@INCLUDE = docs/Doxyfile\nPROJECT_NUMBER = %s\n' "$version" | doxygen - 2>build/docs/warnings || fail 'Doxygen failed' "see build/docs/warnings"
 if [ -s build/docs/warnings ]; then
     sed "s,^$root/,,; s,^build/docs/,," build/docs/warnings >&2
     fail 'the documentation has gaps' 'they stand above'
 fi
+tools/doc_menu.py build/docs/html
+
+# The pages are also read as they lie in the repository and in an installation.
+cmake -S docs -B build/docs/installation >build/docs/log && cmake --install build/docs/installation --prefix build/docs/installed >>build/docs/log ||
+    fail 'the pages cannot be installed' 'see build/docs/log'
+{
+    tools/check_links.py html build/docs/html
+    tools/check_links.py markdown .
+    tools/check_links.py markdown build/docs/installed/share/doc/orvsys
+} >&2 || fail 'links lead nowhere' 'they stand above'
 printf '%s\n' "build/docs/html/index.html"
