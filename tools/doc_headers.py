@@ -6,7 +6,9 @@ The headers are written to be read as they stand: plain prose, no commands. In t
 - the comment that opens a file is that file's documentation;
 - what a documentation comment says is literal, a backslash and an angle bracket too, and a table set in by two blanks
   stays as it is set;
-- a comment holds for all declarations below it up to the next empty line, so that overloads need it once.
+- a comment holds for all declarations below it up to the next empty line, so that overloads need it once: each gets a
+  copy, and stands at its place among the others;
+- what is private is gone, and a constant without a comment has an empty one, so that no menu leads to what is not shown.
 """
 
 import pathlib
@@ -17,7 +19,7 @@ import sys
 def literal(text):
     """Prose without anything that Doxygen would take for a command or a tag; what is quoted as code is so already."""
     pieces = text.split("`")
-    pieces[::2] = [re.sub(r"[\\@<>&#%$]", r"\\\g<0>", piece) for piece in pieces[::2]]
+    pieces[::2] = [re.sub(r'[\\@<>&#%$"]', r"\\\g<0>", piece) for piece in pieces[::2]]
     return "`".join(pieces)
 
 
