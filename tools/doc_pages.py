@@ -9,8 +9,8 @@ pages. In the copies, one folder of them,
   all anchors;
 - a file that is no page, such as a chart, is linked at its place in the folder HTML and copied to there.
 
-TO/layout.xml has the menu in reading order: what the pages link, beginning with README.md, level by level; the pages of
-a folder whose index links them stand below that index, and the reference follows the guide.
+TO/layout.xml has the menu in reading order: what the pages link, beginning with README.md, level by level; the pages that
+the guide's index links stand below it, and the reference follows the guide.
 """
 
 import html
@@ -89,16 +89,19 @@ class Site:
             text = text[:start] + new + text[end:]
         return text
 
-    def tab(self, page):
-        return f'<tab type="user" url="@ref {self.name(page)}" title="{html.escape(self.title(page))}"/>\n'
+    def tab(self, page, title=None):
+        title = html.escape(title or self.title(page))
+        return f'<tab type="user" url="@ref {self.name(page)}" title="{title}"/>\n'
 
     def layout(self):
-        below = [page for page in self.order if page.parent == self.guide.parent and page != self.guide]
-        lines = ["<doxygenlayout version=\"1.0\">\n  <navindex>\n", f'    <tab type="mainpage" title="{self.title(self.main)}"/>\n']
+        # The index has short names for the pages beside it.
+        below = {file: match["text"] for match, file, _ in self.links(self.guide) if file.parent == self.guide.parent}
+        lines = ['<doxygenlayout version="1.0">\n  <navindex>\n',
+                 f'    <tab type="mainpage" title="{self.title(self.main)}"/>\n']
         for page in self.order[1:]:
             if page == self.guide:
                 lines.append(f'    <tab type="usergroup" url="@ref {self.name(page)}" title="{self.title(page)}">\n')
-                lines += ["      " + self.tab(child) for child in below]
+                lines += ["      " + self.tab(child, title) for child, title in below.items()]
                 lines.append("    </tab>\n" + REFERENCE)
             elif page not in below:
                 lines.append("    " + self.tab(page))
