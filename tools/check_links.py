@@ -12,13 +12,13 @@ Prints a line for each fault and exits 1 when there is one.
 """
 
 import functools
-import html
 import pathlib
 import re
 import urllib.parse
+from html import unescape
 
 import checks
-import markdown
+import markdown_pages
 
 # What the scripts of Doxygen's pages hold: addresses of pages, as texts.
 SCRIPT_LINK = re.compile(r"""["']((?:\.\./)?[\w.~-]+\.html(?:#[\w.~-]*)?)["']""")
@@ -28,7 +28,7 @@ SCRIPT_LINK = re.compile(r"""["']((?:\.\./)?[\w.~-]+\.html(?:#[\w.~-]*)?)["']"""
 def anchors(page):
     text = page.read_text(errors="replace")
     if page.suffix == ".md":
-        return {anchor for _, anchor in markdown.headings(text)}
+        return {anchor for _, anchor in markdown_pages.headings(text)}
     return set(re.findall(r"\b(?:id|name)=[\"']([^\"']+)[\"']", text))
 
 
@@ -50,10 +50,10 @@ def judged(found, folder):
 
 
 def markdown_links(folder):
-    for page in markdown.pages(folder):
-        for match in markdown.links(page.read_text()):
-            if not markdown.IS_ADDRESS.match(match["target"]):
-                yield page, match["target"], *markdown.target_of(page, match["target"])
+    for page in markdown_pages.pages(folder):
+        for match in markdown_pages.links(page.read_text()):
+            if not markdown_pages.IS_ADDRESS.match(match["target"]):
+                yield page, match["target"], *markdown_pages.target_of(page, match["target"])
 
 
 def html_links(folder):
@@ -63,21 +63,20 @@ def html_links(folder):
         text = page.read_text(errors="replace")
         is_page = page.suffix == ".html"
         found = re.findall(r"\b(?:href|src|data)=\"([^\"]+)\"", text) if is_page else SCRIPT_LINK.findall(text)
-        for target in dict.fromkeys(map(html.unescape, found)):
-            if not markdown.IS_ADDRESS.match(target):
-                yield page, target, *markdown.target_of(page, urllib.parse.unquote(target))
+        for target in dict.fromkeys(map(unescape, found)):
+            if not markdown_pages.IS_ADDRESS.match(target):
+                yield page, target, *markdown_pages.target_of(page, urllib.parse.unquote(target))
 
 
-def check_markdown(folder):
+def markdown(folder):
     folder = pathlib.Path(folder).resolve()
     return judged(markdown_links(folder), folder)
 
 
-def check_html(folder):
+def html(folder):
     folder = pathlib.Path(folder).resolve()
     return judged(html_links(folder), folder)
 
 
 if __name__ == "__main__":
-    check_markdown.__name__, check_html.__name__ = "markdown", "html"
-    checks.main(__doc__, check_markdown, check_html)
+    checks.main(__doc__, markdown, html)

@@ -18,7 +18,7 @@ import pathlib
 import shutil
 import sys
 
-import markdown
+import markdown_pages
 
 REFERENCE = """\
     <tab type="usergroup" url="[none]" title="Reference">
@@ -41,15 +41,15 @@ class Site:
         self.order = self.reading_order()
 
     def links(self, page):
-        for match in markdown.links(page.read_text()):
-            if not markdown.IS_ADDRESS.match(match["target"]):
-                yield match, *markdown.target_of(page, match["target"])
+        for match in markdown_pages.links(page.read_text()):
+            if not markdown_pages.IS_ADDRESS.match(match["target"]):
+                yield match, *markdown_pages.target_of(page, match["target"])
 
     def reading_order(self):
         order = [self.main]
         for page in order:
             order += dict.fromkeys(file for _, file, _ in self.links(page) if file.suffix == ".md" and file not in order)
-        unseen = [page for page in markdown.pages(self.root) if page not in order]
+        unseen = [page for page in markdown_pages.pages(self.root) if page not in order]
         if unseen:
             sys.exit("no page links " + ", ".join(str(page.relative_to(self.root)) for page in unseen))
         return order
@@ -59,7 +59,7 @@ class Site:
         return "index" if page == self.main else place.removeprefix("docs/").removesuffix("/index").replace("/", "-")
 
     def title(self, page):
-        return next(markdown.headings(page.read_text()))[0]["title"]
+        return next(markdown_pages.headings(page.read_text()))[0]["title"].replace("`", "")
 
     def address(self, file, anchor):
         """Where a link leads among the HTML pages."""
@@ -68,14 +68,17 @@ class Site:
         place = file.relative_to(self.root)
         copy = self.html_folder / place
         copy.parent.mkdir(parents=True, exist_ok=True)
-        shutil.copyfile(file, copy)
+        if file.is_dir():
+            shutil.copytree(file, copy, dirs_exist_ok=True)
+        else:
+            shutil.copyfile(file, copy)
         return place.as_posix()
 
     def converted(self, page):
         text = page.read_text()
         # Not the labels of Doxygen, which would make an entry of the menu out of each heading of the main page.
         changes = [(match.end("title"), match.end("title"), f' <a id="{self.name(page)}-{anchor}"></a>')
-                   for match, anchor in markdown.headings(text)]
+                   for match, anchor in markdown_pages.headings(text)]
         # The first heading is the page's title, and its label the page's name.
         changes[0] = (*changes[0][:2], "" if page == self.main else f" {{#{self.name(page)}}}")
         for match, file, anchor in self.links(page):
