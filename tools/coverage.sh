@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# How much of the computations the host's tests reach: lines and branches by file, and every line as HTML in
-# build/coverage/html. Fails when a unit stays below 90 % of its lines that tests/host/uncovered.txt does not name.
+# How much of the computations the host's tests reach, the seeds of the fuzz targets included: lines and branches by
+# file, and every line as HTML in build/coverage/html. Fails when a unit stays below 90 % of its lines that
+# tests/host/uncovered.txt does not name.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -8,10 +9,12 @@ cd "$root"
 folder=build/coverage
 rm -f $folder/*.profraw
 objects=()
-for program in $folder/bin/*_host_tests; do
+for program in $folder/bin/*_host_tests $folder/bin/*_fuzz; do
     [ -e "$program" ] || fail 'no test is built for coverage' 'run: make coverage'
     name=$(basename "$program")
-    LLVM_PROFILE_FILE=$folder/$name.profraw "$program" >"$folder/$name.log" || {
+    inputs=()
+    [ "$name" = "${name%_fuzz}" ] || inputs=(fuzz/seeds/"${name%_fuzz}"/*)
+    LLVM_PROFILE_FILE=$folder/$name.profraw "$program" "${inputs[@]}" >"$folder/$name.log" 2>&1 || {
         tail -n 20 "$folder/$name.log" >&2
         fail "$name fails" 'the reason stands above'
     }
@@ -20,7 +23,7 @@ done
 "$(tools/llvm.sh llvm-profdata)" merge -o $folder/tests.profdata $folder/*.profraw
 
 # Left out: the tests, other people's code, and headers of what is not built here, which are only included.
-others='(^|/)tests/|/(zlib|bzip2|expat)/|/src/nt/'
+others='(^|/)(tests|fuzz|apps)/|/(zlib|bzip2|expat)/|/src/nt/'
 others+='|/include/orv/(fs/(file|lock_file)|registry/registry_(types|enumerator)|runtime/heap_object|security|sync|thread)'
 # Inline functions that a program does not call have no counts in it; llvm-cov warns of them.
 llvm_cov() {
