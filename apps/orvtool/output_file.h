@@ -17,8 +17,8 @@ namespace orvtool
 /// program is ended from outside, the temporary file goes away.
 ///
 /// A target that is a link stays one: the file that it leads to is replaced. The new file has the attributes,
-/// the time of creation and the access rights of the one before; Wine, which turns rights into a Unix mode and
-/// back, may give the group what the owner has. A device, such as NUL, is written to directly.
+/// the time of creation and the access rights of the one before; Wine, which turns rights into a Unix mode
+/// and back, may give the group what the owner has. A device, such as NUL, is written to directly.
 class OutputFile
 {
 public:
