@@ -196,8 +196,8 @@ namespace
 
 wchar_t openedPath[100]; ///< the last one that the platform was asked to open
 
-NTSTATUS NTAPI NoteOpenedPath(HANDLE *, ACCESS_MASK, const OBJECT_ATTRIBUTES *attributes, IO_STATUS_BLOCK *, ULONG,
-                              ULONG)
+NTSTATUS NTAPI NoteOpenedPath(HANDLE *, ACCESS_MASK, const OBJECT_ATTRIBUTES *attributes, IO_STATUS_BLOCK *,
+                              ULONG, ULONG)
 {
     const UNICODE_STRING &name = *attributes->ObjectName;
     memmove(openedPath, name.Buffer, name.Length);
