@@ -2,9 +2,9 @@
 
 #include "console.h"
 
+#include "native_status.h"
 #include "nt/programs.h"
 #include "orv/runtime/kernel32_entry_points.h"
-#include "orv/runtime/result.h"
 #include "orv/text/code_page.h"
 
 namespace orvtool
@@ -114,7 +114,7 @@ OrvResult Stream::Write(const char *bytes, uint32_t count)
             if (outcome == STATUS_PENDING && NT_SUCCESS(ZwWaitForSingleObject(handle_, false, nullptr)))
                 outcome = status.Status;
             if (!NT_SUCCESS(outcome))
-                return ORV_E_WRITE_FAULT;
+                return ResultOf(outcome);
             written = status.Information;
         }
         if (written == 0 || written > count)

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "nt/nt.h"
+#include "orv/runtime/result.h"
 #include "orv/text/format.h"
 
 namespace orvtool
@@ -31,6 +32,9 @@ public:
 
     /// Returns 0 or the first failure of the stream.
     OrvResult Flush();
+
+    /// Whether something could not be written. Work for this stream alone is of no use any more then.
+    bool HasFailed() const { return OrvFailed(result_); }
 
     bool IsConsole() const { return isConsole_; }
 

@@ -2,6 +2,7 @@
 // orvsys.dll.
 
 #include "command.h"
+#include "library_versions.h"
 
 #include "nt/programs.h"
 #include "nt/teb.h"
@@ -89,7 +90,8 @@ ExitCode Run(Console &console, const CommandLine &line)
         return kExitUsage;
     }
     if (arguments.TakeOption(L"--version")) {
-        console.out.Print(L"orvtool %u.%u.%u\n", OrvVersionMajor, OrvVersionMinor, OrvVersionPatch);
+        console.out.Print(L"orvtool %u.%u.%u\n%s", OrvVersionMajor, OrvVersionMinor, OrvVersionPatch,
+                          ORV_LIBRARY_VERSIONS);
         return kExitSuccess;
     }
     if (arguments.TakeOption(L"--help", L"-h"))
@@ -117,9 +119,7 @@ ExitCode RunWithStreams()
         error.Print(L"orvtool: out of memory\n");
         return kExitFailed;
     }
-    const ExitCode code = Run(console, line);
-    // A reader that closed the pipe has what it wanted, but whoever checks the exit code must know.
-    return OrvFailed(out.Flush()) && code == kExitSuccess ? kExitFailed : code;
+    return FinishOutput(console, Run(console, line));
 }
 
 } // namespace
