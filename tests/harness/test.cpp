@@ -23,7 +23,6 @@ const test::Case *const *const kLast = &kAfter;
 #endif
 
 constexpr uint32_t kMostFailuresShown = 20;
-constexpr uint32_t kMostRuns = 20; ///< of a case that asks to run once more
 
 const test::Case *current;
 uint32_t failures;
@@ -31,8 +30,6 @@ const char *noteText;
 uint64_t noteValue;
 test::Edge guardedEdge;
 bool isEdgeAskedFor;
-uint32_t runsLeft;
-bool isToRunOnceMore;
 
 template <typename... Texts>
 void Print(const Texts *...texts)
@@ -132,24 +129,14 @@ bool StartReport(const char *file, int line, const char *expression)
     return true;
 }
 
-void RunAtEdge(const test::Case &testCase)
-{
-    runsLeft = kMostRuns;
-    do {
-        runsLeft--;
-        isToRunOnceMore = false;
-        testCase.run();
-    } while (isToRunOnceMore);
-}
-
 void Run(const test::Case &testCase)
 {
     isEdgeAskedFor = false;
-    RunAtEdge(testCase);
+    testCase.run();
     if (!isEdgeAskedFor)
         return;
     guardedEdge = test::Edge::kStart;
-    RunAtEdge(testCase);
+    testCase.run();
     guardedEdge = test::Edge::kEnd;
 }
 
@@ -179,12 +166,6 @@ void Note(const char *what, uint64_t value)
 {
     noteText = what;
     noteValue = value;
-}
-
-bool RunOnceMore()
-{
-    isToRunOnceMore = runsLeft > 0;
-    return isToRunOnceMore;
 }
 
 Edge GuardedEdge()

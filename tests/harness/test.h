@@ -63,9 +63,6 @@ void Report(const char *file, int line, const char *expression, Shown actual, Sh
 /// Names what the checks that follow are about, for loops over many values; it is shown with a failure.
 void Note(const char *what, uint64_t value);
 
-/// Has the case that runs now run once more after this. False when it did so often.
-bool RunOnceMore();
-
 template <typename A, typename B>
 bool CheckEqual(const char *file, int line, const char *expression, const A &actual, const B &expected)
 {
