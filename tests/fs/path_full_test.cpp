@@ -167,8 +167,7 @@ TEST_CASE(NamesAreFoundInTheFileSystem)
         {toLong, L"\\\\?\\C:/WINDOWS\\\\System32//drivers", L"\\\\?\\C:\\windows\\system32\\drivers"},
         {toAlternate, L"\\\\?\\C:\\\\WINDOWS\\\\System32\\", L"\\\\?\\C:\\windows\\system32\\"},
     };
-    for (const auto &c : cases) {
-        test::Note("case", &c - cases);
+    for (const auto &c : test::Rows(cases)) {
         if (c.expected) {
             test::CheckPath(c.path, c.expected, 0, c.operation);
             continue;
@@ -215,8 +214,7 @@ TEST_CASE(DeviceNamesAreEliminated)
         {L"\\??\\C:\\lpt1", L"\\\\?\\C:\\??\\C:\\lpt1", L"\\??\\C:\\lpt1"},
         {L"\\device\\x", L"\\\\?\\C:\\device\\x", L"\\device\\x"},
     };
-    for (const auto &c : cases) {
-        test::Note("case", &c - cases);
+    for (const auto &c : test::Rows(cases)) {
         OrvUtf16CharHeapBuffer buffer;
         const wchar_t *path = c.path;
         CHECK_EQUAL(WinEliminateDosDeviceAliasPath(path, buffer), ORV_S_OK);
@@ -263,8 +261,7 @@ TEST_CASE(EnvironmentNamesTheTemporaryDirectory)
         {nullptr, nullptr, longValue.GetValue(), longValue.GetValue(), 0},
         {nullptr, nullptr, nullptr, L"", ORV_E_PATH_NOT_FOUND},
     };
-    for (const auto &c : cases) {
-        test::Note("case", &c - cases);
+    for (const auto &c : test::Rows(cases)) {
         SetVariable(L"TMP", c.tmp);
         SetVariable(L"TEMP", c.temp);
         SetVariable(L"USERPROFILE", c.profile);

@@ -66,8 +66,7 @@ TEST_CASE(RootsAreMeasured)
         {L"\\\\\\\\x", 3},
         {L"\\\\\\s\\x", 4},
     };
-    for (const auto &c : cases) {
-        test::Note("case", &c - cases);
+    for (const auto &c : test::Rows(cases)) {
         const uint32_t length = LengthOf(c.path);
         CHECK_EQUAL(GetPathRootLength(test::GuardedCopy(c.path, length), length), c.length);
         CHECK_EQUAL(GetPathRootLength(c.path), c.length);
@@ -99,8 +98,7 @@ TEST_CASE(VolumesStandBeforeTheColon)
         {L"", L"", ORV_E_INVALID_DATA},
         {L"D\\x", L"", ORV_E_INVALID_DATA},
     };
-    for (const auto &c : cases) {
-        test::Note("case", &c - cases);
+    for (const auto &c : test::Rows(cases)) {
         test::CheckPath(c.path, c.expected, c.result,
                         {GetVolumeFromPath, GetVolumeFromPath, GetVolumeFromPath}, true);
     }
@@ -176,8 +174,7 @@ TEST_CASE(PathsAreCombinedAndExtensionsChanged)
         {L"d.x:", L"t", L"d.x:\\t", L"d.x:"},
         {L".", L"x", L".\\x", L".x"},
     };
-    for (const auto &c : cases) {
-        test::Note("case", &c - cases);
+    for (const auto &c : test::Rows(cases)) {
         const uint32_t firstLength = LengthOf(c.first);
         const uint32_t secondLength = LengthOf(c.second);
         const wchar_t *const first = test::GuardedCopy(c.first, firstLength);

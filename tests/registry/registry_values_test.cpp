@@ -32,8 +32,7 @@ TEST_CASE(BytesComeBackAsTheirTypeWantsThem)
         {0x12345678, "abc", 3, "abc", 3},
     };
     TestKey key;
-    for (const auto &c : cases) {
-        test::Note("case", &c - cases);
+    for (const auto &c : test::Rows(cases)) {
         const OrvStringRefBase<wchar_t> name(test::GuardedCopy(L"name", 4), &c - cases & 1 ? 4 : 0);
         CHECK_EQUAL(key.SetValue(static_cast<OrvBasWinRegistryValueType>(c.type),
                                  test::GuardedCopy(c.stored, c.size), c.size, name),

@@ -29,8 +29,7 @@ TEST_CASE(GuidClockNeverRepeatsItself)
         {149, 150, 0x0001}, //
         {300, 300, 0x0001},
     };
-    for (const auto &c : cases) {
-        test::Note("case", static_cast<uint32_t>(&c - cases));
+    for (const auto &c : test::Rows(cases)) {
         CHECK_EQUAL(clock.Take(c.now), c.time);
         CHECK_EQUAL(clock.Sequence(), c.sequence);
     }

@@ -167,8 +167,7 @@ TEST_CASE(FailedAttachLeavesNothing)
         {"RtlGetNativeSystemInformation", 0, 16, 0, "ADe"},         // and nothing at all
     };
     const uint32_t keys = TakenTlsKeys();
-    for (const auto &c : cases) {
-        test::Note("case", static_cast<uint32_t>(&c - cases));
+    for (const auto &c : test::Rows(cases)) {
         eventCount = 0;
         events[0] = 0;
         attachResult = *c.events ? static_cast<OrvResult>(c.result) : 0;
