@@ -60,8 +60,8 @@ TEST_CASE(FullPathsAreThePlatforms)
 {
     const CurrentDirectory directory(L"C:\\windows");
     const test::Operation full = {GetFullPath, GetFullPath, GetFullPath};
-    test::CheckPath(L"a/../b\\.\\c", L"C:\\windows\\b\\c", 0, full);
-    test::CheckPath(L"\\x", L"C:\\x", 0, full);
+    test::CheckPath(L"a/../b\\.\\c", L"C:\\windows\\b\\c", full);
+    test::CheckPath(L"\\x", L"C:\\x", full);
     test::Generator generator;
     const wchar_t alphabet[] = L"C:\\/.a ?";
     for (uint32_t i = 0; i < 3000; i++) {
@@ -76,18 +76,8 @@ TEST_CASE(FullPathsAreThePlatforms)
         _ORV_UTF16CHAR_STR out = {0, 600, array};
         const wchar_t *const unterminated = test::GuardedCopy(path, length);
         CHECK_EQUAL(GetFullPath(out, unterminated, length), count ? ORV_S_OK : ORV_E_NOT_PRODUCED);
-        if (count) {
-            CHECK(out.length == count && test::IsText(out, expected));
-            unsigned int required = 0;
-            out.capacity = count;
-            CHECK_EQUAL(GetFullPath(out, path, OrvTerminated, &required), ORV_E_BUFFER_TOO_SMALL);
-            CHECK_EQUAL(required, count + 1);
-        }
-        if (length == 0 || i % 20)
-            continue;
-        OrvUtf16CharHeapBuffer found; // whatever the file system has, in every form
-        CHECK_EQUAL(GetNormalizedPath(found, path), ORV_S_OK);
-        test::CheckPath(path, found.GetValue(), 0, {GetNormalizedPath, GetNormalizedPath, GetNormalizedPath});
+        if (count)
+            CHECK(out.length == count && memcmp(array, expected, 2 * count + 2) == 0);
     }
 }
 
@@ -99,13 +89,8 @@ TEST_CASE(LongPathsFitOrAreRefused)
         OrvUtf16CharHeapBuffer path;
         OrvUtf16CharHeapBuffer out;
         MakeLong(path, length);
-        CHECK_EQUAL(GetFullPath(out, path.GetValue()), ORV_S_OK);
-        CHECK_TEXT(out.GetValue(), path.GetValue());
         CHECK_EQUAL(GetFullPath(out, path.GetValue(), length), ORV_S_OK);
         CHECK_TEXT(out.GetValue(), path.GetValue());
-        const test::RefusingHeap refusing;
-        OrvUtf16CharHeapBuffer empty;
-        CHECK_EQUAL(GetFullPath(empty, path.GetValue(), length), ORV_E_OUT_OF_MEMORY);
     }
     OrvUtf16CharHeapBuffer path;
     OrvUtf16CharHeapBuffer out;
@@ -169,7 +154,7 @@ TEST_CASE(NamesAreFoundInTheFileSystem)
     };
     for (const auto &c : test::Rows(cases)) {
         if (c.expected) {
-            test::CheckPath(c.path, c.expected, 0, c.operation);
+            test::CheckPath(c.path, c.expected, c.operation);
             continue;
         }
         OrvUtf16CharHeapBuffer out;
@@ -184,9 +169,6 @@ TEST_CASE(NamesAreFoundInTheFileSystem)
     CHECK_EQUAL(GetFullPath(out, L"a\0b", 3), ORV_E_NOT_PRODUCED);
     CHECK_EQUAL(GetNormalizedPath(out, L""), ORV_E_INVALID_ARGUMENT);
     CHECK_EQUAL(GetLongPath(out, nullptr), ORV_E_INVALID_ARGUMENT);
-    const test::RefusingHeap refusing;
-    OrvUtf16CharHeapBuffer empty;
-    CHECK_EQUAL(GetNormalizedPath(empty, L"C:\\windows"), ORV_E_OUT_OF_MEMORY);
 }
 
 TEST_CASE(DeviceNamesAreEliminated)
@@ -247,6 +229,12 @@ TEST_CASE(DeviceNamesAreEliminated)
 
 TEST_CASE(EnvironmentNamesTheTemporaryDirectory)
 {
+    const test::Operation temporary = {
+        [](_ORV_UTF16CHAR_STR &out, const wchar_t *, uint32_t, unsigned int *required) {
+            return GetTempDirPath(out, required);
+        },
+        [](OrvUtf16CharHeapBuffer &out, const wchar_t *, uint32_t) { return GetTempDirPath(out); },
+        [](const Reference &out, const OrvStringRefBase<wchar_t> &) { return GetTempDirPath(out); }};
     OrvUtf16CharHeapBuffer longValue;
     MakeLong(longValue, 400);
     const struct {
@@ -266,11 +254,7 @@ TEST_CASE(EnvironmentNamesTheTemporaryDirectory)
         SetVariable(L"TEMP", c.temp);
         SetVariable(L"USERPROFILE", c.profile);
         if (OrvSucceeded(c.result))
-            test::CheckForms(
-                c.expected, 0,
-                [](_ORV_UTF16CHAR_STR &out, unsigned int *required) { return GetTempDirPath(out, required); },
-                [](OrvUtf16CharHeapBuffer &out) { return GetTempDirPath(out); },
-                [](const Reference &out) { return GetTempDirPath(out); });
+            test::CheckPath(L"", c.expected, temporary);
         OrvUtf16CharHeapBuffer buffer;
         CHECK_EQUAL(GetTempDirPath(buffer), c.result);
     }
@@ -284,67 +268,6 @@ TEST_CASE(EnvironmentNamesTheTemporaryDirectory)
     CHECK_TEXT(buffer.GetValue() + 401, L"|%ORV_NOT_SET%>");
     CHECK_EQUAL(OrvNtdll_RtlExpandEnvironmentStrings_T(nullptr, buffer), ORV_S_OK);
     CHECK_TEXT(buffer.GetValue(), L"");
-}
-
-namespace
-{
-
-/// An owner that refuses one of its calls and remembers what room it was asked for.
-struct PickyOwner {
-    OrvUtf16CharHeapBuffer text;
-    uint32_t calls = 0, refusedCall = UINT32_MAX;
-    uint32_t reserved = 0, lengthWhenReserved = 0;
-
-    bool Refuses() { return calls++ == refusedCall; }
-};
-
-const OrvMutableStringOperations<wchar_t> kPicky = {
-    1,
-    [](OrvMutableStringView<wchar_t> &view, uint32_t length, void *owner) {
-        auto &picky = *static_cast<PickyOwner *>(owner);
-        return picky.Refuses() ? ORV_E_DISK_FULL
-                               : OrvUtf16CharHeapBufferOperations.resize(view, length, &picky.text);
-    },
-    [](wchar_t *&characters, uint32_t count, void *owner) {
-        auto &picky = *static_cast<PickyOwner *>(owner);
-        picky.reserved = count > picky.reserved ? count : picky.reserved;
-        picky.lengthWhenReserved = picky.text.GetInternal().length;
-        return picky.Refuses() ? ORV_E_DISK_FULL
-                               : OrvUtf16CharHeapBufferOperations.reserve(characters, count, &picky.text);
-    },
-    nullptr,
-};
-
-} // namespace
-
-TEST_CASE(RandomNamesAskTheirOwnerForRoom)
-{
-    const struct {
-        OrvResult (*make)(const Reference &);
-        uint32_t length;
-    } forms[] = {{GetRandomName, 40}, {GetRandomTempFileName, 44}};
-    for (const auto &form : forms) {
-        test::Note("length", form.length);
-        OrvResult result = ORV_E_DISK_FULL;
-        for (uint32_t refused = 0; OrvFailed(result); refused++) {
-            PickyOwner owner;
-            owner.refusedCall = refused;
-            owner.text.Assign(L"before");
-            const Reference reference = {&kPicky, &owner, {owner.text.GetBuffer(), 6}};
-            result = form.make(reference);
-            if (OrvFailed(result)) {
-                CHECK_EQUAL(result, ORV_E_DISK_FULL);
-                CHECK_EQUAL(owner.calls, refused + 1);
-                continue;
-            }
-            CHECK_EQUAL(owner.reserved, form.length);
-            CHECK_EQUAL(owner.lengthWhenReserved, 0u);
-            CHECK_EQUAL(reference.view.length, form.length);
-            CHECK_TEXT(owner.text.GetValue() + form.length, L"");
-            CHECK(owner.text[0] == L'o' && owner.text[39] != 0 && owner.text[form.length - 1] != 0);
-            CHECK(refused >= 4); // length, room, and two pieces at least
-        }
-    }
 }
 
 TEST_CASE(RandomNamesHaveTheirForm)
@@ -377,8 +300,9 @@ TEST_CASE(RandomNamesHaveTheirForm)
     CHECK_EQUAL(buffer.GetCapacity(), 41u);
     CHECK_EQUAL(GetRandomTempFileName(buffer), ORV_S_OK);
     CHECK_EQUAL(buffer.GetCapacity(), 45u);
-    CHECK_EQUAL(GetRandomTempFileName(OrvMakeMutableStringRef(buffer)), ORV_S_OK);
-    CHECK_EQUAL(buffer.GetInternal().length, 44u);
-    CHECK_EQUAL(GetRandomName(OrvMakeMutableStringRef(buffer)), ORV_S_OK);
-    CHECK_EQUAL(buffer.GetInternal().length, 40u);
+    const Reference reference = OrvMakeMutableStringRef(buffer);
+    CHECK_EQUAL(GetRandomTempFileName(reference), ORV_S_OK);
+    CHECK(reference.view.length == 44 && buffer[0] == L'o' && buffer[39] != 0 && buffer[43] == L'p');
+    CHECK_EQUAL(GetRandomName(reference), ORV_S_OK);
+    CHECK(reference.view.length == 40 && buffer[3] == L'-' && buffer[39] != 0);
 }
