@@ -39,8 +39,7 @@ private:
 
 void SetVariable(const wchar_t *name, const wchar_t *value)
 {
-    UNICODE_STRING countedName;
-    UNICODE_STRING countedValue;
+    UNICODE_STRING countedName, countedValue;
     RtlInitUnicodeString(&countedName, name);
     RtlInitUnicodeString(&countedValue, value);
     RtlSetEnvironmentVariable(nullptr, &countedName, value ? &countedValue : nullptr);

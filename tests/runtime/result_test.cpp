@@ -61,7 +61,6 @@ TEST_CASE(ErrnoFamilyIsFixed)
     int errnoValue = 77;
     CHECK_EQUAL(OrvCreateErrorCodeFromErrno(), ORV_E_NOT_SUPPORTED);
     CHECK_EQUAL(OrvCreateErrorCodeFromErrno(OrvSeverityError), ORV_E_INVALID_ARGUMENT);
-    CHECK_EQUAL(OrvCreateErrorCodeFromErrno(OrvSeverityError, 2), ORV_E_INVALID_ARGUMENT);
     CHECK(!OrvGetErrnoFromErrorCode(errnoValue, ORV_E_ACCESS_DENIED));
     CHECK_EQUAL(errnoValue, 77);
 }

@@ -84,32 +84,25 @@ TEST_CASE(ResourceHoldsUnderLoad)
                 __atomic_fetch_add(&faults, 1, __ATOMIC_RELAXED);
         };
         auto work = [&](uint32_t random) {
-            const auto draw = [&](uint32_t count) {
-                random = random * 1664525 + 1013904223;
-                return random / 65536 % count;
-            };
             for (uint32_t i = 0; i < 5000; i++) {
-                const int timeoutMs = static_cast<int>(draw(3)) - 1;
-                const bool isWriter = draw(3) == 0, nests = draw(4) == 0;
+                random = random * 1664525 + 1013904223;
+                const uint32_t draw = random / 65536;
+                const int timeoutMs = static_cast<int>(draw % 3) - 1;
+                const bool isWriter = draw / 3 % 3 == 0;
                 const OrvResult result =
                     isWriter ? resource.AcquireExclusive(timeoutMs) : resource.AcquireShared(timeoutMs);
-                if (result == ORV_W_TIMEOUT && timeoutMs >= 0) {
-                    expect(resource.IsAcquiredShared() == 0 && resource.Release() == ORV_E_NOT_OWNER);
+                if (result == ORV_W_TIMEOUT && timeoutMs >= 0)
                     continue;
-                }
-                expect(result == ORV_S_OK && (!nests || resource.AcquireShared(-1) == ORV_S_OK));
+                expect(result == ORV_S_OK);
                 if (isWriter) {
                     left = left + 1;
-                    if (draw(16) == 0)
+                    if (draw / 9 % 16 == 0)
                         test::Sleep(0); // lets the others come and wait
                     expect(right + 1 == left);
                     right = right + 1;
                     __atomic_fetch_add(&written, 1, __ATOMIC_RELAXED);
-                    expect(draw(4) != 0 || resource.ConvertExclusiveToShared() == ORV_S_OK);
-                } else {
-                    expect(resource.AcquireExclusive(-1) == ORV_E_INVALID_OPERATION);
+                    expect(draw / 144 % 4 != 0 || resource.ConvertExclusiveToShared() == ORV_S_OK);
                 }
-                expect(left == right && (!nests || resource.Release() == ORV_S_OK));
                 expect(left == right && resource.IsAcquiredShared() == 1 && resource.Release() == ORV_S_OK);
             }
         };
