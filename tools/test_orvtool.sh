@@ -45,7 +45,7 @@ is() {
     shift 3
     call "$@" <"$work/in" >"$work/out"
     (said && printf 'exit code %s\n' "$code") >>"$work/out"
-    same "orvtool $*" "$work/expected" "$work/out"
+    judge "orvtool $*" diff -a "$work/expected" "$work/out"
 }
 
 # like CODE PATTERN ARGUMENT...: the same where only a pattern for the whole standard output can be given: an extended
@@ -68,10 +68,7 @@ says() {
 }
 
 # same WORDS FILE FILE: both hold the same bytes.
-same() {
-    cmp -s "$2" "$3" || diff -a "$2" "$3" | head -n 20 || true
-    judge "$1" cmp "$2" "$3"
-}
+same() { judge "$1" cmp "$2" "$3"; }
 
 have() { command -v "$1" >/dev/null; }
 
@@ -92,14 +89,10 @@ is 1 '' "orvtool base64: opening '$work/none' failed: 0xE001003D (ORV_E_FILE_NOT
 is 0 'AP8Q' '\x00\xff\x10' base64 -d
 is 1 'Zm9v\n' 'fooorvtool base64: this is no Base64 at offset 4\n' base64 -d --strict
 is 1 'Zm9vZg' 'fooorvtool base64: the text ends inside a group at offset 6\n' base64 -d
-is 2 '' "orvtool base64: there is no option '-x'. $(see base64)" base64 -x
-is 2 '' "orvtool base64: one argument too many: 'b'. $(see base64)" base64 a b
 
 guid='[0-9a-f]{8}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{12} '
 like 0 "($guid){3}" guid -n 3
 like 0 '([0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12} ){2}' guid --random -n 2
-like 2 '' guid -n
-like 2 '' guid 5
 
 is 0 '' 'abc\nabbc\n' match 'a*c' abc ac.d abbc
 is 1 '' '' match '*.txt' A.TXT
@@ -122,7 +115,6 @@ fault() { printf 'orvtool convert: the input is malformed at offset %s\\n' "$1";
 is 1 'ab\xc3\xa9\xed\xa0\x80x' "ab\xc3\xa9$(fault 4)" convert --from utf-8 --to utf-8
 is 1 'a\n+AOk-+2D0-x' "a\n\xc3\xa9$(fault 7)" convert --from utf-7 --to utf-8
 is 2 '' "orvtool convert: there is no page 'utf-9'. $(see convert)" convert --from utf-9 --to utf-8
-is 2 '' "orvtool convert: --from PAGE and --to PAGE are wanted. $(see convert)" convert --from utf-8
 # One long line, in which a piece of the input would end inside a character; then the same with a fault behind it.
 printf 'é€😀x%.0s' $(seq 20000) >"$work/line"
 run convert --from utf-8 --to utf-16 "$work/line" >"$work/line16"
@@ -168,14 +160,8 @@ instead='for less than 512 MiB: take sha512 for less than 4 GiB, or md5 for any 
 truncate -s 512M "$work/sparse"
 is 1 '' "orvtool hash: '$work/sparse' is too long for sha256, which is $instead\n" hash -a sha256 "$work/sparse"
 says "orvtool hash: '-' is too long for sha1, which is $instead" hash -a sha1 - < <(cat "$work/sparse")
-truncate -s 4G "$work/sparse"
-long="orvtool hash: '$work/sparse' is too long for sha512, which is for less than 4 GiB: take md5, which takes any length"
-is 1 '' "$long\n" hash -a sha512 "$work/sparse"
-is 1 "$(repeat 0 128)  $work/sparse\n" "$work/sparse: FAILED open or read
-$long\norvtool hash: 1 listed file cannot be read\n" hash -c -
 rm "$work/sparse"
 is 1 'abc' "orvtool hash: '-' lists no file with a digest that can be checked\n" hash -c -
-is 1 "$foo  $work/file" "orvtool hash: '-' lists no file with a digest that can be checked\n" hash -c -a md5 -
 is 2 '' "orvtool hash: there is no algorithm 'sha3'. $(see hash)" hash -a sha3 -
 is 2 '' "orvtool hash: a file is missing, or '-' for standard input. $(see hash)" hash -c
 
@@ -255,7 +241,6 @@ bomb=$(printf '&e;%.0s' {1..9999} && printf '&e;%.0s' {1..9999})
 is 1 "<!DOCTYPE a [<!ENTITY e '$(printf 'x%.0s' {1..9999})'>]><a>$bomb</a>" \
     '-: byte 11285, line 1, column 11286: exceeds the limit on expansion: its entities stand for over 100 times its size\n' xml check -
 is 2 '' "orvtool xml: there is no action 'x'. $(see xml)" xml x
-is 2 '' "orvtool xml: a file is missing, or '-' for standard input. $(see xml)" xml check
 document=$(find /usr/share/xml /usr/share/cmake* /usr/share -name '*.xml' -size +8k 2>/dev/null | head -n 1) || true
 if [ -e "$document" ] && have xmllint && have python3; then
     run xml format "$document" >"$work/once"
@@ -311,7 +296,6 @@ is 0 '' '17 0x11\n' lock -s "$work/lock" "$tool" lock --timeout=50 -s "$work/loc
 is 3 '' "orvtool lock: locking '$work/lock' failed: 0xA0010004 (ORV_W_TIMEOUT)\n" \
     lock "$work/lock" -- "$tool" lock --timeout 50 "$work/lock" -- "$tool" number 17
 is 1 '' "orvtool lock: starting the command failed: 0xE001003D (ORV_E_FILE_NOT_FOUND)\n" lock "$work/lock" none
-is 2 '' "orvtool lock: a command is missing behind --. $(see lock)" lock "$work/lock" --
 is 2 '' "orvtool lock: 'x' is no value for '--timeout'. $(see lock)" lock --timeout x "$work/lock"
 
 is 1 '' 'orvtool shm: opening the memory failed: 0xE001003D (ORV_E_FILE_NOT_FOUND)\n' shm read 0x7E57
@@ -323,7 +307,6 @@ is 1 abc 'orvtool shm: the input goes on behind the 2 bytes that were written\n'
 is 1 '' 'orvtool shm: the memory has 8192 bytes, in whole pages\n' shm read 0x7E57 --offset 8192 --size 1
 is 0 '' '1000\n' shm count 0x7E57 --offset 8 --times 1000
 is 2 '' "orvtool shm: the number must stand at a multiple of 8. $(see shm)" shm count 0x7E57 --offset 4
-is 2 '' "orvtool shm: one ID, a number from 1 to 0xFFFFFFFF, is wanted, not '0'. $(see shm)" shm read 0
 kill %1
 wait
 
@@ -332,7 +315,6 @@ is 0 '' 'D:\\x\n' path combine 'D:\a' '\x'
 is 1 '' 'orvtool path: long failed: 0xE001003D (ORV_E_FILE_NOT_FOUND)\n' path long 'C:\no such file'
 like 0 '[A-Z]:\\[^ ].* ' path temp
 is 2 '' "orvtool path: a path is missing behind 'combine'. $(see path)" path combine
-is 2 '' "orvtool path: there is no action 'x'. $(see path)" path x y
 is 2 '' "orvtool path: one argument too many: 'b'. $(see path)" path name a b
 
 key='HKCU\Software\OrvToolTest'
@@ -377,12 +359,9 @@ is 1 '' "orvtool reg: deleting '$shown\\\\\\\\theirs' failed: 0xE001003D (ORV_E_
 is 1 '' "orvtool reg: '$shown' has sub-keys: they are deleted with --recursive only\n" reg delete "$key"
 is 2 '' "orvtool reg: a root cannot be deleted: 'HKCU'. $(see reg)" reg delete HKCU --recursive
 is 2 '' "orvtool reg: this is no location: '$shown\\\\'. $(see reg)" reg delete "$key\\"
-is 2 '' "orvtool reg: this is no location: 'x'. $(see reg)" reg query x
 is 2 '' "orvtool reg: a value is wanted, not the key '$shown'. $(see reg)" reg get "$key"
 is 2 '' "orvtool reg: a key is wanted, not the value 'HKCU\\\\\\\\x'. $(see reg)" reg list 'HKCU\\x'
-is 2 '' "orvtool reg: there is no option '--subtree'. $(see reg)" reg list --subtree HKCU
 is 2 '' "orvtool reg: '16' is no value for '--view'. $(see reg)" reg list --view 16 HKCU
-is 2 '' "orvtool reg: there is no action 'x'. $(see reg)" reg x
 for value in 'dword 4294967296' 'qword -' 'binary 0' 'binary 0x' 'sz a b' 'sz' 'multi_sz '; do
     read -r -a words <<<"$value"
     [ "$value" != 'multi_sz ' ] || words+=('')
@@ -476,7 +455,6 @@ while IFS='|' read -r line problem body; do
     is 1 "$(entries "[$shown\\\\Never]" '"x"="y"')\n$body" "orvtool reg: line $line: $problem\n" reg import
 done <<'FAULTS'
 4|the bracket is not closed|[HKCU\\x
-5|this is no key|\n[HKXX\\x]
 4|this is no key|[HKCU\\x\\]
 4|this is no key|[HKCU\\x\\\\y]
 4|a root cannot be deleted|[-HKCU]
@@ -485,9 +463,7 @@ done <<'FAULTS'
 4|this is neither a key in brackets nor a value, '@' or a name in quotation marks|x=1
 4|an equals sign is missing behind the name of the value|@ ""
 4|the data is no text in quotation marks, dword:, hex:, hex(TYPE): or minus sign|@=x
-4|the number of a type is wrong|@=hex():
 4|dword: wants up to eight hexadecimal digits|@=dword:x
-4|there is something behind the end of the entry|@=dword:123456789
 5|a byte of two hexadecimal digits is missing|@=hex:01,\\\n  ,
 4|a backslash that continues the bytes does not end its line|@=hex:01,\\ 02
 4|a backslash in quotation marks stands before neither a backslash nor a quotation mark|@="C:\\new"
@@ -529,7 +505,6 @@ judge 'a link that led nowhere stays one' [ -L "$work/targets/dangling" ]
 run reg delete "$key" --recursive
 
 like 0 'orvtool [0-9]+\.[0-9]+\.[0-9]+   zlib 1\.[0-9.]+ \(.+\)   bzip2 1\.[0-9.]+ \(.+\)   expat 2\.[0-9.]+ \(.+\) ' --version
-printf 'Zm9v' >"$work/base64"
 printf '<a/>' >"$work/xml"
 run deflate "$work/file" >"$work/zlib"
 while read -r -a words; do
@@ -538,30 +513,18 @@ while read -r -a words; do
         [ "$code $(said)" = '1 orvtool: writing to standard output failed: 0xE0010097 (ORV_E_DISK_FULL)' ]
 done <<FULL
 --version
---help
 base64 $work/file
-base64 -d $work/base64
 bunzip2 $work/foo.bz2
 bzip2 $work/file
 convert --from utf-8 --to utf-16 $work/file
 deflate $work/file
 event create OrvToolTest
-guid
 hash $work/file
-help guid
 info
 inflate $work/zlib
-match * a
-mutex create OrvToolTest
-number 1
-path temp
-random
 reg export HKCU\\Software
 reg list HKCU
-result 1
-semaphore create OrvToolTest
 shm serve 0x7E58 --size 1
-time
 xml format $work/xml
 FULL
 # A reader that has enough ends the work, and nothing is said.

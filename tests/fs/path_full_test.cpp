@@ -278,9 +278,7 @@ TEST_CASE(RandomNamesHaveTheirForm)
         CHECK_EQUAL(GetRandomTempFileName(out), ORV_S_OK);
         CHECK_EQUAL(out.length, GetRandomTempFileNameSize());
         CHECK(memcmp(array, L"orv-", 8) == 0 && memcmp(array + 40, L".tmp", 10) == 0);
-        CHECK_EQUAL(array[4 + 14], L'4');
-        CHECK(array[4 + 19] == L'8' || array[4 + 19] == L'9' || array[4 + 19] == L'a' ||
-              array[4 + 19] == L'b');
+        CHECK_EQUAL(array[4 + 14], L'4'); // of a GUID that is made of random numbers
         CHECK(memcmp(array, previous, 80) != 0);
         memmove(previous, array, sizeof previous);
     }
@@ -288,8 +286,6 @@ TEST_CASE(RandomNamesHaveTheirForm)
     _ORV_UTF16CHAR_STR out = {0, 40, array};
     CHECK_EQUAL(GetRandomName(out, &required), ORV_E_BUFFER_TOO_SMALL);
     CHECK_EQUAL(required, GetRandomNameSize() + 1);
-    out = {0, required, test::GuardedArray<wchar_t>(required)};
-    CHECK_EQUAL(GetRandomName(out, &required), ORV_S_OK);
     out = {0, 44, array};
     CHECK_EQUAL(GetRandomTempFileName(out, &required), ORV_E_BUFFER_TOO_SMALL);
     CHECK_EQUAL(required, 44u);

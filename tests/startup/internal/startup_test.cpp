@@ -83,14 +83,6 @@ NTSTATUS LoadTheDll(PVOID &module)
     return LdrLoadDll(nullptr, nullptr, &name, &module);
 }
 
-USHORT architecture;
-
-NTSTATUS NTAPI AnswerArchitecture(ULONG, PVOID information, ULONG, ULONG *)
-{
-    static_cast<SYSTEM_PROCESSOR_INFORMATION *>(information)->ProcessorArchitecture = architecture;
-    return 0;
-}
-
 } // namespace
 
 TEST_CASE(AttachingAndDetachingGoInOrder)
@@ -214,18 +206,6 @@ TEST_CASE(BlocksThatAreMissingAreNoticed)
     CHECK(!NothingIsStarted());
     OrvDestroySysMini();
     CHECK(NothingIsStarted());
-}
-
-TEST_CASE(ProcessorsHaveNumbers)
-{
-    const test::ReplacedFunction replaced(kNtdll, "RtlGetNativeSystemInformation", AnswerArchitecture);
-    const USHORT cases[][2] = {{0, 1}, {5, 1}, {6, 3}, {9, 2}, {12, 1}};
-    for (const auto &c : cases) {
-        architecture = c[0];
-        CHECK_EQUAL(InternalInitializeOrvSysDll(), ORV_S_OK);
-        CHECK_EQUAL(OrvEnvironment::OsInfo::GetFacts().processorArchitecture, c[1]);
-        InternalDestroyOrvSysDll();
-    }
 }
 
 TEST_CASE(TheDllComesAndGoes)
