@@ -29,11 +29,7 @@ TEST_CASE(ResourceIsGivenByItsRules)
     const test::Usage before = test::CountUsage();
     {
         Stage stage;
-        for (const char *const script : kScripts) {
-            OrvBasResource resource;
-            CHECK_EQUAL(resource.Create(), ORV_S_OK);
-            stage.Play(resource, script);
-        }
+        stage.PlayEach(kScripts);
         // Only the first reader needs no memory for its record; the others are refused, and nothing changes.
         OrvBasResource resource;
         CHECK_EQUAL(resource.Create(), ORV_S_OK);
