@@ -3,7 +3,6 @@
 
 #include "orv/fs/path.h"
 
-#include "harness/memory.h"
 #include "harness/test.h"
 #include "orv/runtime/result.h"
 

@@ -1,7 +1,6 @@
 // No two GUIDs are equal, however fast and by however many threads they are made; and what making them takes
 // from a platform that reserves times.
 
-#include "harness/memory.h"
 #include "harness/replace.h"
 #include "harness/test.h"
 #include "harness/thread.h"

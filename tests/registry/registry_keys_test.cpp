@@ -3,8 +3,6 @@
 #include "registry/registry_test_key.h"
 
 #include "fs/test_file.h"
-#include "harness/memory.h"
-#include "harness/thread.h"
 #include "harness/usage.h"
 
 namespace

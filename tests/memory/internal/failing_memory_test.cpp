@@ -8,7 +8,6 @@
 #include "fs/test_file.h"
 #include "harness/test.h"
 #include "harness/usage.h"
-#include "nt/teb.h"
 #include "registry/registry_test_key.h"
 #include "sync/internal/redirected.h"
 
