@@ -104,13 +104,19 @@ TEST_CASE(AttachingAndDetachingGoInOrder)
         detail::DetachThread(kRuntime);
         blocks[2] = test::CountUsage().blocks;
     };
-    test::Thread(visit).Join();
+    auto outlive = [&visit] {
+        detail::AttachThread(kRuntime);
+        test::Thread(visit).Join();
+        detail::DetachThread(kRuntime);
+    };
+    test::Thread(outlive).Join();
     CHECK(blocks[1] == blocks[0] + 1 && blocks[2] == blocks[0]);
     auto stay = [] { detail::AttachThread(kRuntime); }; // and end without a word
     test::Thread(stay).Join();
+    test::Thread(visit).Join(); // its record goes from among those that stay
     detail::DetachProcess(kRuntime, detail::Detaching::kModule);
     detail::DetachProcess(kRuntime, detail::Detaching::kModule);
-    CHECK_TEXT(events, "ATTUuTDe");
+    CHECK_TEXT(events, "ATTTUuUTTTUuDe");
     CHECK_USAGE(before);
     CHECK_EQUAL(TakenTlsKeys(), keys);
     CHECK(NothingIsStarted());
