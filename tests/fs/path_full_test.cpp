@@ -295,9 +295,14 @@ TEST_CASE(RandomNamesHaveTheirForm)
     CHECK_EQUAL(buffer.GetCapacity(), 41u);
     CHECK_EQUAL(GetRandomTempFileName(buffer), ORV_S_OK);
     CHECK_EQUAL(buffer.GetCapacity(), 45u);
-    const Reference reference = OrvMakeMutableStringRef(buffer);
-    CHECK_EQUAL(GetRandomTempFileName(reference), ORV_S_OK);
-    CHECK(reference.view.length == 44 && buffer[0] == L'o' && buffer[39] != 0 && buffer[43] == L'p');
-    CHECK_EQUAL(GetRandomName(reference), ORV_S_OK);
-    CHECK(reference.view.length == 40 && buffer[3] == L'-' && buffer[39] != 0);
+    // Through a reference too, room is reserved before the name is written piece by piece.
+    OrvUtf16CharHeapBuffer name, file;
+    CHECK_EQUAL(GetRandomName(OrvMakeMutableStringRef(name)), ORV_S_OK);
+    CHECK_EQUAL(GetRandomTempFileName(OrvMakeMutableStringRef(file)), ORV_S_OK);
+    CHECK_EQUAL(name.GetCapacity(), 42u);
+    CHECK_EQUAL(file.GetCapacity(), 46u);
+    CHECK(name.GetInternal().length == 40 && name[0] == L'o' && name[39] != 0);
+    CHECK(file.GetInternal().length == 44 && file[39] != 0 && file[43] == L'p');
+    CHECK_EQUAL(GetRandomName(OrvMakeMutableStringRef(file)), ORV_S_OK); // in place of what was there
+    CHECK_EQUAL(file.GetInternal().length, 40u);
 }

@@ -18,6 +18,15 @@ constexpr ULONG kAccessDenied = 0xC0000022;
 
 // What the platform was asked, in place of doing it.
 
+int descriptor;
+
+NTSTATUS NTAPI WatchCreation(HANDLE, PVOID security, BOOLEAN, ULONG, size_t maximumStack,
+                             size_t committedStack, ULONG(NTAPI *)(PVOID), PVOID, HANDLE *, CLIENT_ID *)
+{
+    const bool isAsPromised = security == &descriptor && maximumStack == 0x100000 && committedStack == 0x1000;
+    return isAsPromised ? STATUS_ACCESS_DENIED : STATUS_INVALID_PARAMETER;
+}
+
 ULONG askedClass;
 LONG askedValue;
 NTSTATUS settingAnswer;
@@ -148,9 +157,14 @@ TEST_CASE(StopRequestsGoThroughTheEventInUse)
     CHECK_EQUAL(thread.End(), 0);
 }
 
-TEST_CASE(StartingAsksForThePriority)
+TEST_CASE(StartingAsksForWhatItShould)
 {
     Worker thread;
+    {
+        OrvSecurityCtx security(&descriptor);
+        const test::ReplacedFunction watched(kNtdll, "RtlCreateUserThread", WatchCreation);
+        CHECK_EQUAL(thread.Start(0, OrvPriorityIdle, &security), ORV_E_ACCESS_DENIED);
+    }
     struct {
         int32_t priority;
         uint32_t flags;
