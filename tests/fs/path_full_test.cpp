@@ -5,6 +5,7 @@
 
 #include "fs/path_forms.h"
 #include "fs/test_file.h"
+#include "harness/replace.h"
 #include "text/texts.h"
 
 namespace
@@ -170,6 +171,46 @@ TEST_CASE(NamesAreFoundInTheFileSystem)
     CHECK_EQUAL(GetLongPath(out, nullptr), ORV_E_INVALID_ARGUMENT);
 }
 
+namespace
+{
+
+wchar_t openedPath[100]; ///< the last one that the platform was asked to open
+
+NTSTATUS NTAPI NoteOpenedPath(HANDLE *, ACCESS_MASK, const OBJECT_ATTRIBUTES *attributes, IO_STATUS_BLOCK *,
+                              ULONG, ULONG)
+{
+    const UNICODE_STRING &name = *attributes->ObjectName;
+    memmove(openedPath, name.Buffer, name.Length);
+    openedPath[name.Length / sizeof(wchar_t)] = 0;
+    return STATUS_ACCESS_DENIED;
+}
+
+} // namespace
+
+TEST_CASE(ServersAndSharesAreNotLookedUp)
+{
+    const test::ReplacedFunction noted(L"ntdll.dll", "ZwOpenFile", NoteOpenedPath);
+    const struct {
+        const wchar_t *path;
+        const wchar_t *opened; ///< null: none, and the path stays as it is
+    } cases[] = {
+        {L"\\\\srv\\share\\x\\y", L"\\??\\UNC\\srv\\share\\"},
+        {L"\\\\?\\UNC\\srv\\share\\x\\y", L"\\??\\UNC\\srv\\share\\"},
+        {L"\\\\?\\unc\\srv/share//x", L"\\??\\unc\\srv\\share\\"},
+        {L"\\\\?\\UNC\\srv\\share", nullptr},
+        {L"\\\\?\\UNC\\srv", nullptr},
+        {L"\\\\?\\UNC\\", nullptr},
+    };
+    for (const auto &c : cases) {
+        test::Note("case", &c - cases);
+        openedPath[0] = 0;
+        OrvUtf16CharHeapBuffer out;
+        CHECK_EQUAL(GetLongPath(out, c.path), c.opened ? ORV_E_ACCESS_DENIED : ORV_S_OK);
+        CHECK_TEXT(openedPath, c.opened ? c.opened : L"");
+        CHECK_TEXT(out.GetValue(), c.opened ? L"" : c.path);
+    }
+}
+
 TEST_CASE(DeviceNamesAreEliminated)
 {
     const CurrentDirectory directory(L"C:\\windows");
@@ -187,6 +228,7 @@ TEST_CASE(DeviceNamesAreEliminated)
         {L"\\/srv\\share\\f", nullptr, L"\\??\\UNC\\srv\\share\\f"},
         {L"\\\\?\\C:\\prn", nullptr, L"\\??\\C:\\prn"},
         {L"\\\\?\\C:\\\\a/\\b//", nullptr, L"\\??\\C:\\a\\b\\"},
+        {L"\\\\?\\UNC\\srv\\share\\\\a//b", nullptr, L"\\??\\UNC\\srv\\share\\a\\b"},
         // The prefix lets steps take the drive away; the native path keeps to it.
         {L"C:\\a\\..\\..\\UNC\\srv\\x", L"\\\\?\\UNC\\srv\\x", L"\\??\\C:\\UNC\\srv\\x"},
         {L"C:/a/.//../b/../../../c/../con", L"\\\\?\\con", L"\\??\\C:\\con"},
@@ -269,6 +311,31 @@ TEST_CASE(EnvironmentNamesTheTemporaryDirectory)
     CHECK_TEXT(buffer.GetValue(), L"");
 }
 
+namespace
+{
+
+/// An owner of text that remembers what room it was asked for.
+struct ReservingOwner {
+    OrvUtf16CharHeapBuffer text;
+    uint32_t reserved = 0;
+};
+
+const OrvMutableStringOperations<wchar_t> kReserving = {
+    1,
+    [](OrvMutableStringView<wchar_t> &view, uint32_t length, void *owner) {
+        auto &text = static_cast<ReservingOwner *>(owner)->text;
+        return OrvUtf16CharHeapBufferOperations.resize(view, length, &text);
+    },
+    [](wchar_t *&characters, uint32_t count, void *owner) {
+        auto &self = *static_cast<ReservingOwner *>(owner);
+        self.reserved = count > self.reserved ? count : self.reserved;
+        return OrvUtf16CharHeapBufferOperations.reserve(characters, count, &self.text);
+    },
+    nullptr,
+};
+
+} // namespace
+
 TEST_CASE(RandomNamesHaveTheirForm)
 {
     wchar_t *const array = test::GuardedArray<wchar_t>(45);
@@ -295,14 +362,17 @@ TEST_CASE(RandomNamesHaveTheirForm)
     CHECK_EQUAL(buffer.GetCapacity(), 41u);
     CHECK_EQUAL(GetRandomTempFileName(buffer), ORV_S_OK);
     CHECK_EQUAL(buffer.GetCapacity(), 45u);
-    // Through a reference too, room is reserved before the name is written piece by piece.
-    OrvUtf16CharHeapBuffer name, file;
-    CHECK_EQUAL(GetRandomName(OrvMakeMutableStringRef(name)), ORV_S_OK);
-    CHECK_EQUAL(GetRandomTempFileName(OrvMakeMutableStringRef(file)), ORV_S_OK);
-    CHECK_EQUAL(name.GetCapacity(), 42u);
-    CHECK_EQUAL(file.GetCapacity(), 46u);
-    CHECK(name.GetInternal().length == 40 && name[0] == L'o' && name[39] != 0);
-    CHECK(file.GetInternal().length == 44 && file[39] != 0 && file[43] == L'p');
-    CHECK_EQUAL(GetRandomName(OrvMakeMutableStringRef(file)), ORV_S_OK); // in place of what was there
-    CHECK_EQUAL(file.GetInternal().length, 40u);
+    // Through a reference, room is reserved before the name is written piece by piece.
+    const struct {
+        OrvResult (*make)(const Reference &);
+        uint32_t length;
+    } forms[] = {{GetRandomName, 40}, {GetRandomTempFileName, 44}};
+    for (const auto &form : test::Rows(forms)) {
+        ReservingOwner owner;
+        owner.text.Assign(L"before");
+        CHECK_EQUAL(form.make({&kReserving, &owner, {owner.text.GetBuffer(), 6}}), ORV_S_OK);
+        CHECK_EQUAL(owner.reserved, form.length);
+        CHECK_EQUAL(owner.text.GetInternal().length, form.length);
+        CHECK(owner.text[0] == L'o' && owner.text[39] != 0 && owner.text[form.length - 1] != 0);
+    }
 }
