@@ -60,9 +60,6 @@ TEST_CASE(WithoutAKeyThereIsNoValue)
     CHECK_EQUAL(key.SetValue(&key), ORV_E_INVALID_STATE);
     CHECK_EQUAL(key.Destroy(), ORV_S_OK);
     CHECK_EQUAL(key.Create(), ORV_S_OK);
-    const uint32_t index = key.GetIndex();
-    CHECK_EQUAL(key.Create(), ORV_E_ALREADY_EXISTS);
-    CHECK_EQUAL(key.GetIndex(), index);
     CHECK_EQUAL(key.SetValue(&key), ORV_S_OK);
     CHECK_EQUAL(key.GetValue(), &key);
     CHECK_EQUAL(key.Destroy(), ORV_S_OK);
