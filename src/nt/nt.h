@@ -322,7 +322,9 @@ struct RTL_USER_PROCESS_PARAMETERS {
 };
 
 struct PEB {
-    uint8_t Reserved1[0x10];
+    uint8_t Reserved1[8];
+    PVOID ImageBaseAddress;
+    PVOID Ldr;
     RTL_USER_PROCESS_PARAMETERS *ProcessParameters;
     PVOID SubSystemData;
     HANDLE ProcessHeap;

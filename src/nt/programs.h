@@ -143,18 +143,6 @@ static_assert(sizeof(SYSTEM_HANDLE_TABLE_ENTRY_INFO) == 16);
 
 constexpr ULONG SystemHandleInformation = 16;
 
-/// One step of a walk over a heap; all zeros starts it.
-struct RTL_HEAP_WALK_ENTRY {
-    PVOID DataAddress;
-    size_t DataSize;
-    UCHAR OverheadBytes;
-    UCHAR SegmentIndex;
-    USHORT Flags;
-    ULONG Reserved[4];
-};
-
-constexpr USHORT RTL_HEAP_BUSY = 0x0001;
-
 /// All zeros is a free lock.
 struct RTL_SRWLOCK {
     PVOID Ptr;
@@ -227,7 +215,6 @@ NTSYSAPI PVOID NTAPI RtlAddVectoredExceptionHandler(ULONG first, LONG(NTAPI *han
 NTSYSAPI HANDLE NTAPI RtlCreateHeap(ULONG flags, PVOID base, size_t reserve, size_t commit, PVOID lock,
                                     PVOID parameters);
 NTSYSAPI HANDLE NTAPI RtlDestroyHeap(HANDLE heap);
-NTSYSAPI NTSTATUS NTAPI RtlWalkHeap(HANDLE heap, RTL_HEAP_WALK_ENTRY *entry);
 NTSYSAPI size_t NTAPI RtlSizeHeap(HANDLE heap, ULONG flags, const void *block);
 NTSYSAPI NTSTATUS NTAPI NtQueryObject(HANDLE handle, ULONG informationClass, PVOID information, ULONG size,
                                       ULONG *returnedSize);
