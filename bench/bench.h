@@ -28,7 +28,8 @@ struct Benchmark {
 struct Row {
     const char *what;
     uint32_t size; ///< shown behind it; 0 when it has none
-    const char *peer;
+    const char *peer; ///< one that begins with "no peer" is shown in the table alone
+    const char *how = nullptr; ///< tells the row from another one of the same operation
 };
 
 /// Keeps the compiler from dropping the work that a value came from.

@@ -28,6 +28,7 @@
 
 struct _UNICODE_STRING;
 
+/// Paths: taking them apart, putting them together, and turning them into fuller forms.
 namespace OrvBasPath
 {
 
