@@ -86,8 +86,6 @@ def programs(folder):
         faults += [difference(f"{page.name}: {block.file}", (EXAMPLES / block.file).read_text(), block.text)] \
             if (EXAMPLES / block.file).read_text() != block.text else []
         program = pathlib.Path(block.file).stem
-        if program == "example":
-            continue
         actual = output_of(program, folder)
         wanted = printed.text if printed else ""
         faults += [difference(f"what {program} prints", wanted, actual)] if wanted != actual else []

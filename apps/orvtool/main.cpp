@@ -3,8 +3,8 @@
 
 #include "command.h"
 
-#include "nt/programs.h"
 #include "nt/teb.h"
+#include "orv/program/program.h"
 #include "orv/version.h"
 
 namespace orvtool
@@ -81,9 +81,8 @@ ExitCode PrintHelp(Console &console, ArgumentReader &arguments)
     return kExitSuccess;
 }
 
-ExitCode Run(Console &console, const CommandLine &line)
+ExitCode Run(Console &console, ArgumentReader arguments)
 {
-    ArgumentReader arguments(line.Arguments(), line.Count());
     if (arguments.IsAtEnd()) {
         PrintOverview(console.error);
         return kExitUsage;
@@ -106,18 +105,13 @@ ExitCode Run(Console &console, const CommandLine &line)
                                                          : command->run(*command, console, arguments);
 }
 
-ExitCode RunWithStreams()
+ExitCode RunWithStreams(ArgumentReader arguments)
 {
     const RTL_USER_PROCESS_PARAMETERS &parameters = *NtCurrentPeb()->ProcessParameters;
     Stream out(parameters.StandardOutput);
     Stream error(parameters.StandardError);
     Console console = {out, error};
-    const CommandLine line(parameters.CommandLine.Buffer, parameters.CommandLine.Length / sizeof(wchar_t));
-    if (!line.IsValid()) {
-        error.Print(L"orvtool: out of memory\n");
-        return kExitFailed;
-    }
-    const ExitCode code = Run(console, line);
+    const ExitCode code = Run(console, arguments);
     // A reader that closed the pipe has what it wanted, but whoever checks the exit code must know.
     return OrvFailed(out.Flush()) && code == kExitSuccess ? kExitFailed : code;
 }
@@ -126,7 +120,7 @@ ExitCode RunWithStreams()
 
 } // namespace orvtool
 
-extern "C" void OrvToolEntry()
+int OrvMain(int argc, wchar_t **argv)
 {
-    NtTerminateProcess(NtCurrentProcess(), orvtool::RunWithStreams());
+    return orvtool::RunWithStreams(orvtool::ArgumentReader(argv + 1, static_cast<uint32_t>(argc) - 1));
 }

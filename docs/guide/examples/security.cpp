@@ -1,6 +1,6 @@
-#include "example.h"
+#include "orv/orv.h"
 
-int Main()
+int OrvMain(int, wchar_t **)
 {
     // Everyone may wait for the event and ask for its state. Whoever is not named has no right.
     const OrvWinEventRights toWait = OrvWinEventSynchronize | OrvWinEventQueryState;
@@ -23,8 +23,8 @@ int Main()
 
     OrvBasWinEvent other;
     result = other.Open(L"OrvGuideGuarded", OrvBasWinSyncSession, toWait);
-    Print(L"to wait: %08X, signalled: %s\n", result, other.Wait(0) == ORV_S_OK ? L"yes" : L"no");
-    Print(L"to set it, too: %08X\n",
-          other.Open(L"OrvGuideGuarded", OrvBasWinSyncSession, toWait | OrvWinEventModifyState));
+    OrvPrint(L"to wait: %08X, signalled: %s\n", result, other.Wait(0) == ORV_S_OK ? L"yes" : L"no");
+    OrvPrint(L"to set it, too: %08X\n",
+             other.Open(L"OrvGuideGuarded", OrvBasWinSyncSession, toWait | OrvWinEventModifyState));
     return OrvFailed(result) ? 1 : 0;
 }

@@ -1,4 +1,4 @@
-#include "example.h"
+#include "orv/orv.h"
 
 namespace
 {
@@ -30,7 +30,7 @@ private:
 
 } // namespace
 
-int Main()
+int OrvMain(int, wchar_t **)
 {
     // An event releases two threads at once, and their ends are waited for: a thread is a waitable, too.
     OrvBasEvent go;
@@ -44,20 +44,21 @@ int Main()
     go.Set();
     first.WaitForThreadToStop(-1);
     second.WaitForThreadToStop(-1);
-    Print(L"%u\n", count);
+    OrvPrint(L"%u\n", count);
 
     // A wait that takes too long is a failure by its sign. An object that is not there counts as signalled.
     OrvBasEvent never;
-    Print(L"without an event: %08X\n", never.Wait(0));
+    OrvPrint(L"without an event: %08X\n", never.Wait(0));
     never.Create(OrvBasEvent::AutoReset, false);
-    Print(L"in vain: %08X (%s)\n", never.Wait(10), never.Wait(0) == ORV_W_TIMEOUT ? L"timeout" : L"?");
+    OrvPrint(L"in vain: %08X (%s)\n", never.Wait(10), never.Wait(0) == ORV_W_TIMEOUT ? L"timeout" : L"?");
 
     // Readers and a writer. The holder gives back at the end of its scope what it got.
     OrvBasResource resource;
     if (OrvFailed(resource.Create()))
         return 1;
     OrvBasResourceHolder holder(&resource, OrvBasResourceHolder::Shared, -1);
-    Print(L"shared: %u, then exclusive: %08X\n", resource.IsAcquiredShared(), resource.AcquireExclusive(-1));
+    OrvPrint(L"shared: %u, then exclusive: %08X\n", resource.IsAcquiredShared(),
+             resource.AcquireExclusive(-1));
     holder.Release();
 
     // By name, across processes: the first one creates, every other opens.
@@ -65,6 +66,6 @@ int Main()
     OrvBasWinMutex theirs;
     const OrvResult made = ours.Create(true, L"OrvGuideMutex", OrvBasWinSyncSession, nullptr);
     const OrvResult found = theirs.Create(true, L"OrvGuideMutex", OrvBasWinSyncSession, nullptr);
-    Print(L"%08X, then %08X\n", made, found);
+    OrvPrint(L"%08X, then %08X\n", made, found);
     return OrvFailed(ours.Release()) ? 1 : 0;
 }
