@@ -3,6 +3,8 @@
 
   check_binaries.py imports READOBJ MODULE ALLOWED.dll[=FILE.def]...
       the module imports only these modules, and only what FILE.def lists where one is given
+  check_binaries.py oldest FILE.def NAMES
+      every import that FILE.def lists is among the names, those that the oldest supported system has
   check_binaries.py exports READOBJ MODULE CLANG_CL INCLUDE
       the DLL exports exactly what the public headers declare for import: no implicit member, no internal, none
       missing
@@ -66,6 +68,12 @@ def names_of(definition):
     lines = pathlib.Path(definition).read_text().splitlines()
     names = [line.split("@")[0].strip() for line in lines[lines.index("EXPORTS") + 1:]]
     return {name for name in names if name and not name.startswith(";")}
+
+
+def oldest(definition, names):
+    present = {line for line in pathlib.Path(names).read_text().splitlines() if line and not line.startswith("#")}
+    return [f"{name} is not exported by the oldest supported system: reach it as an optional function"
+            for name in sorted(names_of(definition)) if re.sub("^Zw", "Nt", name) not in present]
 
 
 def one_destructor(name):
@@ -220,4 +228,4 @@ def number_of(text, field):
 
 
 if __name__ == "__main__":
-    checks.main(__doc__, imports, exports, headers, initialisers, size, hardening, natvis, version)
+    checks.main(__doc__, imports, oldest, exports, headers, initialisers, size, hardening, natvis, version)

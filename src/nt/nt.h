@@ -897,6 +897,11 @@ NTSTATUS NTAPI ZwCancelIoFileEx(HANDLE file, _IO_STATUS_BLOCK *request, _IO_STAT
 PVOID NTAPI RtlEncodePointer(PVOID pointer);
 PVOID NTAPI RtlDecodePointer(PVOID pointer);
 
+// Optional: reached only through the internal table of optional functions.
+
+/// `message` starts with what the server's transport fills in.
+NTSTATUS NTAPI CsrClientCallServer(PVOID message, PVOID capture, ULONG api, ULONG argumentSize);
+
 // Optional: reached only through the kernel32 table, in the order in which it looks them up.
 
 typedef LONG(NTAPI *PTOP_LEVEL_EXCEPTION_FILTER)(_EXCEPTION_POINTERS *exception);

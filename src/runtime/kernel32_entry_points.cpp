@@ -10,12 +10,27 @@
 #include "runtime/entry_table.h"
 #include "runtime/status.h"
 
-#define ORV_KERNEL32_ENTRIES(entry)                                                                          \
-    entry(CopyFileW) entry(CopyFileA) entry(ReadFile) entry(WriteFile) entry(UnhandledExceptionFilter)       \
-        entry(SetUnhandledExceptionFilter) entry(GlobalMemoryStatusEx) entry(GetEnvironmentStringsA)         \
-            entry(GetEnvironmentStringsW) entry(FreeEnvironmentStringsA) entry(FreeEnvironmentStringsW)      \
-                entry(CreateProcessW) entry(CreateProcessA) entry(DefineDosDeviceW) entry(DefineDosDeviceA)  \
-                    entry(GetACP) entry(FindResourceExA) entry(FindResourceExW)
+// clang-format off
+#define ORV_KERNEL32_ENTRIES(entry) \
+    entry(CopyFileW) \
+    entry(CopyFileA) \
+    entry(ReadFile) \
+    entry(WriteFile) \
+    entry(UnhandledExceptionFilter) \
+    entry(SetUnhandledExceptionFilter) \
+    entry(GlobalMemoryStatusEx) \
+    entry(GetEnvironmentStringsA) \
+    entry(GetEnvironmentStringsW) \
+    entry(FreeEnvironmentStringsA) \
+    entry(FreeEnvironmentStringsW) \
+    entry(CreateProcessW) \
+    entry(CreateProcessA) \
+    entry(DefineDosDeviceW) \
+    entry(DefineDosDeviceA) \
+    entry(GetACP) \
+    entry(FindResourceExA) \
+    entry(FindResourceExW)
+// clang-format on
 
 namespace
 {
@@ -79,95 +94,29 @@ void OrvWinSetLastError(unsigned long win32Error)
     NtCurrentTeb()->LastErrorValue = win32Error;
 }
 
-bool OrvKernel32IsFnLoaded_CopyFileW()
-{
-    return table.CopyFileW != nullptr;
-}
-
-bool OrvKernel32IsFnLoaded_CopyFileA()
-{
-    return table.CopyFileA != nullptr;
-}
-
-bool OrvKernel32IsFnLoaded_ReadFile()
-{
-    return table.ReadFile != nullptr;
-}
-
-bool OrvKernel32IsFnLoaded_WriteFile()
-{
-    return table.WriteFile != nullptr;
-}
-
-bool OrvKernel32IsFnLoaded_UnhandledExceptionFilter()
-{
-    return table.UnhandledExceptionFilter != nullptr;
-}
-
-bool OrvKernel32IsFnLoaded_SetUnhandledExceptionFilter()
-{
-    return table.SetUnhandledExceptionFilter != nullptr;
-}
-
-bool OrvKernel32IsFnLoaded_GlobalMemoryStatusEx()
-{
-    return table.GlobalMemoryStatusEx != nullptr;
-}
-
-bool OrvKernel32IsFnLoaded_GetEnvironmentStringsA()
-{
-    return table.GetEnvironmentStringsA != nullptr;
-}
-
-bool OrvKernel32IsFnLoaded_GetEnvironmentStringsW()
-{
-    return table.GetEnvironmentStringsW != nullptr;
-}
-
-bool OrvKernel32IsFnLoaded_FreeEnvironmentStringsA()
-{
-    return table.FreeEnvironmentStringsA != nullptr;
-}
-
-bool OrvKernel32IsFnLoaded_FreeEnvironmentStringsW()
-{
-    return table.FreeEnvironmentStringsW != nullptr;
-}
-
-bool OrvKernel32IsFnLoaded_CreateProcessW()
-{
-    return table.CreateProcessW != nullptr;
-}
-
-bool OrvKernel32IsFnLoaded_CreateProcessA()
-{
-    return table.CreateProcessA != nullptr;
-}
-
-bool OrvKernel32IsFnLoaded_DefineDosDeviceW()
-{
-    return table.DefineDosDeviceW != nullptr;
-}
-
-bool OrvKernel32IsFnLoaded_DefineDosDeviceA()
-{
-    return table.DefineDosDeviceA != nullptr;
-}
-
-bool OrvKernel32IsFnLoaded_GetACP()
-{
-    return table.GetACP != nullptr;
-}
-
-bool OrvKernel32IsFnLoaded_FindResourceExA()
-{
-    return table.FindResourceExA != nullptr;
-}
-
-bool OrvKernel32IsFnLoaded_FindResourceExW()
-{
-    return table.FindResourceExW != nullptr;
-}
+// clang-format off
+#define ORV_IS_LOADED(name) \
+    bool OrvKernel32IsFnLoaded_##name() { return table.name != nullptr; }
+ORV_IS_LOADED(CopyFileW)
+ORV_IS_LOADED(CopyFileA)
+ORV_IS_LOADED(ReadFile)
+ORV_IS_LOADED(WriteFile)
+ORV_IS_LOADED(UnhandledExceptionFilter)
+ORV_IS_LOADED(SetUnhandledExceptionFilter)
+ORV_IS_LOADED(GlobalMemoryStatusEx)
+ORV_IS_LOADED(GetEnvironmentStringsA)
+ORV_IS_LOADED(GetEnvironmentStringsW)
+ORV_IS_LOADED(FreeEnvironmentStringsA)
+ORV_IS_LOADED(FreeEnvironmentStringsW)
+ORV_IS_LOADED(CreateProcessW)
+ORV_IS_LOADED(CreateProcessA)
+ORV_IS_LOADED(DefineDosDeviceW)
+ORV_IS_LOADED(DefineDosDeviceA)
+ORV_IS_LOADED(GetACP)
+ORV_IS_LOADED(FindResourceExA)
+ORV_IS_LOADED(FindResourceExW)
+#undef ORV_IS_LOADED
+// clang-format on
 
 OrvResult OrvKernel32_CopyFileW(const wchar_t *from, const wchar_t *to, bool failIfExists)
 {

@@ -13,18 +13,37 @@
 #include "runtime/entry_table.h"
 #include "runtime/status.h"
 
-#define ORV_NTDLL_ENTRIES(entry)                                                                             \
-    entry(RtlGetVersion) entry(RtlGetProductInfo) entry(ZwCreateMutant) entry(RtlAddMandatoryAce)            \
-        entry(ZwQueryDirectoryObject) entry(ZwOpenProcessToken) entry(RtlExitUserThread)                     \
-            entry(CsrGetProcessId) entry(RtlGetNativeSystemInformation) entry(RtlGetUnloadEventTrace)        \
-                entry(NtGetTickCount) entry(RtlDowncaseUnicodeChar) entry(RtlGetUnloadEventTraceEx)          \
-                    entry(ZwCreateTransaction) entry(RtlGetCurrentTransaction)                               \
-                        entry(RtlSetCurrentTransaction) entry(ZwCommitTransaction)                           \
-                            entry(ZwRollbackTransaction) entry(RtlWow64EnableFsRedirectionEx)                \
-                                entry(ZwOpenKeyTransacted) entry(ZwCreateKeyTransacted)                      \
-                                    entry(EtwEventRegister) entry(EtwEventUnregister) entry(EtwEventWrite)   \
-                                        entry(EtwEventWriteEx) entry(ZwCancelIoFileEx)                       \
-                                            entry(RtlEncodePointer) entry(RtlDecodePointer)
+// clang-format off
+#define ORV_NTDLL_ENTRIES(entry) \
+    entry(RtlGetVersion) \
+    entry(RtlGetProductInfo) \
+    entry(ZwCreateMutant) \
+    entry(RtlAddMandatoryAce) \
+    entry(ZwQueryDirectoryObject) \
+    entry(ZwOpenProcessToken) \
+    entry(RtlExitUserThread) \
+    entry(CsrGetProcessId) \
+    entry(RtlGetNativeSystemInformation) \
+    entry(RtlGetUnloadEventTrace) \
+    entry(NtGetTickCount) \
+    entry(RtlDowncaseUnicodeChar) \
+    entry(RtlGetUnloadEventTraceEx) \
+    entry(ZwCreateTransaction) \
+    entry(RtlGetCurrentTransaction) \
+    entry(RtlSetCurrentTransaction) \
+    entry(ZwCommitTransaction) \
+    entry(ZwRollbackTransaction) \
+    entry(RtlWow64EnableFsRedirectionEx) \
+    entry(ZwOpenKeyTransacted) \
+    entry(ZwCreateKeyTransacted) \
+    entry(EtwEventRegister) \
+    entry(EtwEventUnregister) \
+    entry(EtwEventWrite) \
+    entry(EtwEventWriteEx) \
+    entry(ZwCancelIoFileEx) \
+    entry(RtlEncodePointer) \
+    entry(RtlDecodePointer)
+// clang-format on
 
 namespace
 {
@@ -97,70 +116,24 @@ bool OrvIsWOW64Process()
     return OrvNtdll_FunctionExists("NtWow64CsrGetProcessId");
 }
 
-bool OrvNtdllIsFnLoaded_RtlGetProductInfo()
-{
-    return table.RtlGetProductInfo != nullptr;
-}
-
-bool OrvNtdllIsFnLoaded_RtlGetUnloadEventTraceEx()
-{
-    return table.RtlGetUnloadEventTraceEx != nullptr;
-}
-
-bool OrvNtdllIsFnLoaded_RtlAddMandatoryAce()
-{
-    return table.RtlAddMandatoryAce != nullptr;
-}
-
-bool OrvNtdllIsFnLoaded_NtGetTickCount()
-{
-    return table.NtGetTickCount != nullptr;
-}
-
-bool OrvNtdllIsFnLoaded_RtlGetUnloadEventTrace()
-{
-    return table.RtlGetUnloadEventTrace != nullptr;
-}
-
-bool OrvNtdllIsFnLoaded_RtlExitUserThread()
-{
-    return table.RtlExitUserThread != nullptr;
-}
-
-bool OrvNtdllIsFnLoaded_CsrGetProcessId()
-{
-    return table.CsrGetProcessId != nullptr;
-}
-
-bool OrvNtdllIsFnLoaded_RtlGetNativeSystemInformation()
-{
-    return table.RtlGetNativeSystemInformation != nullptr;
-}
-
-bool OrvNtdllIsFnLoaded_RtlWow64EnableFsRedirectionEx()
-{
-    return table.RtlWow64EnableFsRedirectionEx != nullptr;
-}
-
-bool OrvNtdllIsFnLoaded_EtwEventRegister()
-{
-    return table.EtwEventRegister != nullptr;
-}
-
-bool OrvNtdllIsFnLoaded_EtwEventUnregister()
-{
-    return table.EtwEventUnregister != nullptr;
-}
-
-bool OrvNtdllIsFnLoaded_EtwEventWrite()
-{
-    return table.EtwEventWrite != nullptr;
-}
-
-bool OrvNtdllIsFnLoaded_EtwEventWriteEx()
-{
-    return table.EtwEventWriteEx != nullptr;
-}
+// clang-format off
+#define ORV_IS_LOADED(name) \
+    bool OrvNtdllIsFnLoaded_##name() { return table.name != nullptr; }
+ORV_IS_LOADED(RtlGetProductInfo)
+ORV_IS_LOADED(RtlGetUnloadEventTraceEx)
+ORV_IS_LOADED(RtlAddMandatoryAce)
+ORV_IS_LOADED(NtGetTickCount)
+ORV_IS_LOADED(RtlGetUnloadEventTrace)
+ORV_IS_LOADED(RtlExitUserThread)
+ORV_IS_LOADED(CsrGetProcessId)
+ORV_IS_LOADED(RtlGetNativeSystemInformation)
+ORV_IS_LOADED(RtlWow64EnableFsRedirectionEx)
+ORV_IS_LOADED(EtwEventRegister)
+ORV_IS_LOADED(EtwEventUnregister)
+ORV_IS_LOADED(EtwEventWrite)
+ORV_IS_LOADED(EtwEventWriteEx)
+#undef ORV_IS_LOADED
+// clang-format on
 
 long OrvNtdll_RtlGetVersion(_OSVERSIONINFOW *version)
 {

@@ -7,7 +7,7 @@
 #include "nt/teb.h"
 #include "orv/env/os_info.h"
 #include "orv/runtime/ntdll_entry_points.h"
-#include "runtime/entry_table.h"
+#include "runtime/optional_functions.h"
 
 namespace detail
 {
@@ -28,18 +28,14 @@ static_assert(kArgumentSize == 12);
 
 constexpr ULONG kCreateThreadApi = 0x10001;
 
-typedef NTSTATUS(NTAPI *CallServerFunction)(CreateThreadMessage *message, PVOID capture, ULONG api,
-                                            ULONG argumentSize);
-
 void SendToServer(HANDLE thread, const CLIENT_ID &clientId)
 {
-    // Systems that need no announcement may lack the function, so it is no entry of the table.
-    static constexpr ANSI_STRING kName = EntryName("CsrClientCallServer");
-    PVOID function = nullptr;
-    if (!NT_SUCCESS(LdrGetProcedureAddress(OrvGetNtdllModuleHandle(), &kName, 0, &function)))
+    // Later systems need no announcement and may lack the function.
+    const auto callServer = optional::CsrClientCallServer();
+    if (!callServer)
         return;
     CreateThreadMessage message = {{}, thread, clientId};
-    reinterpret_cast<CallServerFunction>(function)(&message, nullptr, kCreateThreadApi, kArgumentSize);
+    callServer(&message, nullptr, kCreateThreadApi, kArgumentSize);
 }
 
 /// The service's convention: its number in eax, no shortcut in ecx, the address of the arguments in edx.

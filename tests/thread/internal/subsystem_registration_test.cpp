@@ -71,11 +71,11 @@ TEST_CASE(OldSystemsAreTold)
         OrvBasThread::SetSubsystemRegistration(c.isEnabled);
         for (ULONG &value : told)
             value = 0;
+        const test::ReplacedFunction calls(kNtdll, "CsrClientCallServer", CallServer);
         if (c.isWow64) {
             const test::ReplacedFunction finds(kNtdll, "LdrGetProcedureAddress", FindAnything);
             detail::RegisterWithSubsystem(reinterpret_cast<HANDLE>(11), clientId);
         } else {
-            const test::ReplacedFunction calls(kNtdll, "CsrClientCallServer", CallServer);
             detail::RegisterWithSubsystem(reinterpret_cast<HANDLE>(11), clientId);
         }
         CHECK_EQUAL(told[0], c.call);
