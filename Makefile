@@ -36,6 +36,7 @@ test: platform
 	@tools/test.sh release debug host
 
 lint:
+	@tools/setup.sh lint
 	@tools/build.sh release
 	@tools/lint.sh
 
@@ -55,8 +56,9 @@ docs:
 
 # CMake puts DESTDIR in front of the prefix by itself.
 install: export DESTDIR := $(DESTDIR)
+install: export ORV_PREFIX := $(or $(PREFIX),/usr/local/orvsys)
 install: build
-	@cmake --install build/release --prefix "$(or $(PREFIX),/usr/local/orvsys)"
+	@cmake --install build/release --prefix "$$ORV_PREFIX"
 
 package: build
 	@cd build/release && cpack --config CPackConfig.cmake >cpack.log || { tail -n 20 cpack.log; exit 1; }

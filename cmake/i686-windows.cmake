@@ -5,19 +5,15 @@ set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86)
 set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
 
-# A plain name on Windows, a versioned one where the distribution ships several.
-macro(orv_find_tool variable)
-  find_program(${variable} NAMES ${ARGN} REQUIRED)
-  mark_as_advanced(${variable})
-endmacro()
-orv_find_tool(ORV_CLANG_CL clang-cl-14 clang-cl)
-orv_find_tool(ORV_LLD_LINK lld-link-14 lld-link)
-orv_find_tool(ORV_LLVM_LIB llvm-lib-14 llvm-lib)
-orv_find_tool(ORV_LLVM_RC llvm-rc-14 llvm-rc)
-orv_find_tool(ORV_LLVM_MT llvm-mt-14 llvm-mt)
-orv_find_tool(ORV_DLLTOOL llvm-dlltool-14 llvm-dlltool)
-orv_find_tool(ORV_READOBJ llvm-readobj-14 llvm-readobj)
-orv_find_tool(ORV_UNDNAME llvm-undname-14 llvm-undname)
+include(${CMAKE_CURRENT_LIST_DIR}/Llvm.cmake)
+orv_find_llvm(
+  ORV_CLANG_CL clang-cl
+  ORV_LLD_LINK lld-link
+  ORV_LLVM_LIB llvm-lib
+  ORV_LLVM_RC llvm-rc
+  ORV_LLVM_MT llvm-mt
+  ORV_DLLTOOL llvm-dlltool
+  ORV_READOBJ llvm-readobj)
 
 set(CMAKE_C_COMPILER ${ORV_CLANG_CL})
 set(CMAKE_CXX_COMPILER ${ORV_CLANG_CL})
@@ -33,12 +29,15 @@ set(CMAKE_CXX_STANDARD_LIBRARIES "" CACHE STRING "" FORCE)
 set(CMAKE_MSVC_RUNTIME_LIBRARY "")
 
 # Our own flags replace CMake's defaults, which assume a C runtime. Set in the cache, because CMake adds its defaults
-# to everything else. /GS stays on: the cookie is ours. The plain C of the dependencies keeps its warnings to itself.
-set(orv_common "/nologo /Zl /Z7 /GS /guard:cf /Gy /Gw /arch:SSE2 /clang:-ffreestanding /clang:-ffile-prefix-map=${CMAKE_SOURCE_DIR}=. /clang:-ffile-compilation-dir=.")
+# to everything else. /GS stays on: the cookie is ours. /arch:SSE2 alone names a processor, for which version 19 does not
+# inline the vector functions of its own headers. The plain C of the dependencies keeps its warnings to itself.
+set(orv_common "/nologo /Zl /Z7 /GS /Gy /Gw /arch:SSE2 -msse2 /clang:-ffreestanding /clang:-ffile-compilation-dir=.")
 set(CMAKE_C_FLAGS "${orv_common} /W0" CACHE STRING "")
 set(CMAKE_CXX_FLAGS "${orv_common} /W4 /WX /GR- /EHs-c- /Zc:threadSafeInit-" CACHE STRING "")
+# The types of functions are not checked at calls through pointers: the platform's functions have the types that we give
+# them, and C calls back C++ functions whose characters have another name there.
 foreach(language C CXX)
-  set(CMAKE_${language}_FLAGS_DEBUG "/Od -D_DEBUG -fsanitize=undefined -fsanitize-trap=undefined" CACHE STRING "")
+  set(CMAKE_${language}_FLAGS_DEBUG "/Od -D_DEBUG -fsanitize=undefined -fno-sanitize=function -fsanitize-trap=undefined" CACHE STRING "")
   set(CMAKE_${language}_FLAGS_RELEASE "/O2 -DNDEBUG" CACHE STRING "")
 endforeach()
 foreach(kind EXE SHARED MODULE)

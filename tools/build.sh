@@ -3,12 +3,17 @@
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
+# A build folder keeps to the LLVM and the flags that it was configured with: with others it starts anew.
+configuration() { tools/llvm.sh clang-cl clang && cksum CMakePresets.json cmake/i686-windows.cmake cmake/host.cmake; }
+
 cd "$root"
 case " $* " in
 *' host '* | *' coverage '*) tools/setup.sh host ;;
 *) tools/setup.sh ;;
 esac
 for preset in "$@"; do
+    wanted=$(configuration)
+    [ "$wanted" = "$(cat "build/$preset/configuration" 2>/dev/null)" ] || rm -rf "build/$preset"
     if [ ! -e "build/$preset/build.ninja" ]; then
         log=build/$preset.configure.log
         mkdir -p build
@@ -17,6 +22,7 @@ for preset in "$@"; do
             rm -rf "build/$preset"
             fail "cannot configure the $preset build" "the reason stands above and in $log"
         }
+        printf '%s\n' "$wanted" >"build/$preset/configuration"
     fi
     cmake --build --preset "$preset" || fail "the $preset build failed" 'the reason stands above'
 done

@@ -223,7 +223,8 @@ LEAST_USES = 20
 
 
 def number_of(text, field):
-    match = re.search(rf"\b{field}: (0x[0-9A-Fa-f]+|\d+)", text)
+    # "Name: 0x10", or with the names of its bits below it: "Name [ (0x10)".
+    match = re.search(rf"\b{field}(?:: | \[ \()(0x[0-9A-Fa-f]+|\d+)", text)
     return int(match[1], 0) if match else 0
 
 

@@ -130,7 +130,7 @@ def commands(build):
     faults = []
     count = 0
     for page in pages():
-        with tempfile.TemporaryDirectory() as folder:
+        with tempfile.TemporaryDirectory(prefix="a folder's ä ") as folder:
             faults += run_page(page, look_like_the_repository(pathlib.Path(folder), pathlib.Path(build).resolve()))
             count += sum(block.kind == "sh" for block in blocks_of(page))
     print(f"{count} blocks of commands were run")

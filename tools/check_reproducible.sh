@@ -1,15 +1,17 @@
 #!/usr/bin/env bash
 # Builds the DLL once more, from a copy of the sources in another folder, in a build folder of another name and with the
 # cache elsewhere, and compares: check_reproducible.sh ORVSYS.DLL
+# The other folder has a name that scripts like to break at.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-mkdir "$work/elsewhere" "$work/cache"
+elsewhere="$work/a folder's ä"
+mkdir "$elsewhere" "$work/cache"
 ln -s "$cache"/sources-* "$work/cache/"
-tar -C "$root" --exclude=./build --exclude=./.git -cf - . | tar -C "$work/elsewhere" -xf -
-cd "$work/elsewhere"
+tar -C "$root" --exclude=./build --exclude=./.git -cf - . | tar -C "$elsewhere" -xf -
+cd "$elsewhere"
 { ORV_CACHE=$work/cache cmake --preset release -B build/other && cmake --build build/other --target orvsys; } >"$work/log" 2>&1 || {
     tail -n 20 "$work/log"
     fail 'the second build failed' 'the reason stands above'

@@ -17,14 +17,14 @@ for program in $folder/bin/*_host_tests; do
     }
     objects+=(-object "$program")
 done
-llvm-profdata-14 merge -o $folder/tests.profdata $folder/*.profraw
+"$(tools/llvm.sh llvm-profdata)" merge -o $folder/tests.profdata $folder/*.profraw
 
 # Left out: the tests, other people's code, and headers of what is not built here, which are only included.
 others='(^|/)tests/|/(zlib|bzip2|expat)/|/src/nt/'
 others+='|/include/orv/(fs/(file|lock_file)|registry/registry_(types|enumerator)|runtime/heap_object|security|sync|thread)'
 # Inline functions that a program does not call have no counts in it; llvm-cov warns of them.
 llvm_cov() {
-    llvm-cov-14 "$@" "${objects[@]:1}" -instr-profile $folder/tests.profdata -ignore-filename-regex "$others" \
+    "$(tools/llvm.sh llvm-cov)" "$@" "${objects[@]:1}" -instr-profile $folder/tests.profdata -ignore-filename-regex "$others" \
         2> >(grep -v 'functions have mismatched data' >&2)
 }
 llvm_cov show -format html -show-branches=count -output-dir $folder/html >/dev/null

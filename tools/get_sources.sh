@@ -14,7 +14,7 @@ if [ -e "$folder/complete" ]; then
 fi
 
 command -v dpkg-source >/dev/null || fail 'dpkg-source is missing' 'run: apt-get install dpkg-dev'
-mkdir -p "$cache"
+make_cache
 exec 9>"$cache/sources.lock"
 flock 9 # two checkouts may start on a fresh machine at once
 if [ -e "$folder/complete" ]; then

@@ -29,7 +29,7 @@ if [ -e "$folder/complete" ]; then
 fi
 
 command -v patchelf >/dev/null || fail 'patchelf is missing' 'run: apt-get install patchelf'
-mkdir -p "$cache"
+make_cache
 exec 9>"$cache/wine.lock"
 flock 9 # two checkouts may start on a fresh machine at once
 if [ -e "$folder/complete" ]; then

@@ -2,7 +2,17 @@
 # Sourced, never run. Whoever sources it has `set -euo pipefail` on.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-cache=${ORV_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/orvsys}
+
+# The same everywhere, whatever the user's languages are: how names of files are read, and in which order they stand.
+export LC_ALL=C.UTF-8
+unset LANGUAGE
+# Services and containers may have no HOME; a user without an entry in the database has the root for it.
+[ -n "${HOME:-}" ] || HOME=$(getent passwd "$(id -u)" | cut -d: -f6) || true
+export HOME=${HOME:-/}
+cache=$(realpath -ms "${ORV_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/orvsys}")
+
+# Versions format differently, so that one defines how the source looks, whichever compiles it.
+clang_format=clang-format-14
 
 # fail WHAT REMEDY: every step that cannot go on ends here, in one line.
 fail() {
@@ -11,6 +21,12 @@ fail() {
 }
 
 say() { printf 'orvsys: %s\n' "$*" >&2; }
+
+# make_cache: before something is put there.
+make_cache() {
+    mkdir -p "$cache" 2>/dev/null && [ -w "$cache" ] ||
+        fail "the cache folder $cache cannot be written" 'set ORV_CACHE to a folder that can'
+}
 
 # The Debian mirror that this machine itself uses, so that a proxy or a local mirror is honoured.
 debian_mirror() {
@@ -67,9 +83,11 @@ wine_server() {
 }
 
 # What every Wine program of ours is started with: a prefix in the build folder, no debug output, no offers to
-# install extra runtimes.
+# install extra runtimes. Debian's Wine aborts where TMPDIR is set ("free(): invalid pointer"), and refuses a prefix for
+# another WINEARCH than its own.
 wine_environment() {
     local platform=${ORV_PLATFORM:-wine10}
+    unset TMPDIR WINEARCH
     export WINEPREFIX=${ORV_WINEPREFIX:-$root/build/${platform/wine10/wine}}
     export WINEDEBUG=${WINEDEBUG:--all}
     export WINEDLLOVERRIDES='mscoree,mshtml='

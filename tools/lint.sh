@@ -5,11 +5,12 @@ set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 cd "$root"
-for tool in clang-format-14 clang-tidy-14; do
-    command -v $tool >/dev/null || fail "$tool is missing" "run: apt-get install ${tool}"
-done
-mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.h' '*.cpp')
-clang-format-14 --dry-run -Werror "${sources[@]}" || fail 'the formatting differs' 'run: tools/format.sh'
+if command -v $clang_format >/dev/null; then
+    git ls-files -z --cached --others --exclude-standard '*.h' '*.cpp' | xargs -0 $clang_format --dry-run -Werror ||
+        fail 'the formatting differs' 'run: tools/format.sh'
+else
+    say "the formatting is not checked: it is what $clang_format makes, and this system does not have that"
+fi
 
 tools/check_floors.py || fail 'an include points up' 'docs/architecture.md says which folder may include which'
 

@@ -5,5 +5,5 @@
 # builds in different folders would differ.
 folder=$1 relative=$2
 shift 2
-set -- "${@//$PWD/.}"
-exec "${@//$folder/$relative}"
+set -- "${@//"$PWD"/.}"
+exec "${@//"$folder"/"$relative"}"

@@ -1,49 +1,96 @@
 #!/usr/bin/env bash
-# Makes sure that this machine has what the build needs: setup.sh [host|docs]
-# Missing packages are installed when we may, and named when we may not. `host` adds what the sanitizer build needs,
-# `docs` what the reference documentation needs.
+# Makes sure that this machine has what the build needs: setup.sh [host|docs|lint]...
+# Missing packages are installed when we may, and named when we may not; then each command is looked for again. `host`
+# adds what the sanitizer build needs, `docs` what the reference documentation needs, `lint` what the analysis needs.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
-missing=()
-needs() { # needs PACKAGE COMMAND...: one of the commands must exist
-    local package=$1 command
-    shift
-    for command in "$@"; do
-        command -v "$command" >/dev/null && return
-    done
-    missing+=("$package")
+needs() { # needs COMMAND PACKAGE: what is not there is noted
+    command -v "$1" >/dev/null || lacks "$1" "$2"
 }
-needs cmake cmake
-needs ninja-build ninja
-needs clang-14 clang-cl-14 clang-cl
-needs lld-14 lld-link-14 lld-link
-needs llvm-14 llvm-dlltool-14 llvm-dlltool
-needs python3 python3
-needs patchelf patchelf
-needs dpkg-dev dpkg-source
-[ "${1:-}" != docs ] || needs doxygen doxygen
-if [ "${1:-}" = host ]; then
-    needs clang-14 clang++-14
-    [ -e /usr/include/i386-linux-gnu/sys/cdefs.h ] || [ -e /usr/include/sys/cdefs.h ] || missing+=(libc6-dev-i386)
-    ls /usr/lib/gcc/x86_64-linux-gnu/*/32/libgcc.a >/dev/null 2>&1 || missing+=(gcc-multilib g++-multilib)
-    ls /usr/lib/llvm-14/lib/clang/*/lib/linux/libclang_rt.asan-i386.a >/dev/null 2>&1 || missing+=(libclang-rt-14-dev)
-fi
-[ ${#missing[@]} -gt 0 ] || exit 0
 
-packages="${missing[*]}"
-as_root=()
-if [ "$(id -u)" -ne 0 ]; then
-    command -v sudo >/dev/null && sudo -n true 2>/dev/null || fail "missing: $packages" "run: apt-get install $packages"
-    as_root=(sudo -n)
-fi
-command -v apt-get >/dev/null || fail "missing: $packages" 'install them, or what your system calls them'
-say "installing $packages"
-export DEBIAN_FRONTEND=noninteractive
-log=$(mktemp)
-trap 'rm -f "$log"' EXIT
-# The lists may be absent on a fresh machine, or older than the mirror.
-"${as_root[@]}" apt-get -qq update >"$log" 2>&1 || true
-# shellcheck disable=SC2086  # one word a package
-"${as_root[@]}" apt-get -qq install -y --no-install-recommends $packages >"$log" 2>&1 ||
-    fail "cannot install $packages ($(tail -n 1 "$log"))" 'check the network, or install them by hand'
+lacks() { # lacks WHAT PACKAGE...
+    missing+=("$1")
+    shift
+    packages+=("$@")
+}
+
+named() { printf '%s\n' "${missing[@]}" | paste -sd, | sed 's/,/, /g'; }
+
+look_for_llvm() {
+    # Without a version these are the packages of the version that the distribution prefers.
+    local suffix=
+    [[ ! ${ORV_LLVM:-} =~ ^[0-9]+$ ]] || suffix=-$ORV_LLVM
+    llvm=$("$root/tools/llvm.sh" version 2>&1) && return
+    llvm=${llvm#orvsys: }
+    lacks "${llvm%%: *}" "clang$suffix" "clang-tools$suffix" "lld$suffix" "llvm$suffix"
+    llvm=
+}
+
+# The host's compiler has to build 32-bit programs, for which it needs a C library, GCC's C++ library and the run-time
+# library of its sanitizers.
+look_for_host_build() {
+    local said
+    [ -n "$llvm" ] || return 0 # in the next round
+    said=$("$("$root/tools/llvm.sh" clang++)" -m32 -fsanitize=address,undefined,fuzzer -x c++ -o /dev/null - 2>&1 \
+        <<<$'#include <cstddef>\nextern "C" int LLVMFuzzerTestOneInput(const unsigned char *, std::size_t) { return 0; }') ||
+        lacks "a 32-bit build with sanitizers ($(grep -m 1 -E 'error|cannot' <<<"$said"))" \
+            libc6-dev-i386 gcc-multilib g++-multilib "libclang-rt-$llvm-dev"
+}
+
+# The one version that defines the formatting is not to be had everywhere, and then is done without.
+look_for_formatter() {
+    ! apt-cache show $clang_format >/dev/null 2>&1 || needs $clang_format $clang_format
+}
+
+look() {
+    missing=() packages=()
+    needs cmake cmake
+    needs ninja ninja-build
+    needs python3 python3
+    needs patchelf patchelf
+    needs dpkg-source dpkg-dev
+    look_for_llvm
+    case $wanted in *' docs '*) needs doxygen doxygen ;; esac
+    case $wanted in *' host '*) look_for_host_build ;; esac
+    case $wanted in *' lint '*)
+        look_for_formatter
+        needs git git
+        [ -z "$llvm" ] || "$root/tools/llvm.sh" clang-tidy >/dev/null 2>&1 || lacks clang-tidy "clang-tidy-$llvm"
+        ;;
+    esac
+}
+
+install() {
+    local as_root=() log
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null && sudo -n true 2>/dev/null ||
+            fail "missing: $(named)" "run: apt-get install ${packages[*]}"
+        as_root=(sudo -n)
+    fi
+    command -v apt-get >/dev/null || fail "missing: $(named)" 'install them, by the names that your system has for them'
+    say "installing ${packages[*]}"
+    export DEBIAN_FRONTEND=noninteractive
+    log=$(mktemp)
+    umask 022 # everybody reads what is installed
+    # The lists may be absent on a fresh machine, or older than the mirror.
+    "${as_root[@]}" apt-get -qq update >"$log" 2>&1 || true
+    "${as_root[@]}" apt-get -qq install -y --no-install-recommends "${packages[@]}" >"$log" 2>&1 || {
+        cat "$log" >&2
+        rm -f "$log"
+        fail "cannot install ${packages[*]}" 'the reason stands above: check the network, or install them by hand'
+    }
+    rm -f "$log"
+}
+
+wanted=" $* "
+before=
+look
+while [ ${#missing[@]} -gt 0 ]; do
+    # What one package brings may be what the next question needs: ask as long as the answers differ.
+    [ "${missing[*]}" != "$before" ] || fail "still missing after installing ${packages[*]}: $(named)" 'install it by hand'
+    before=${missing[*]}
+    install
+    hash -r
+    look
+done

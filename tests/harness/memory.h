@@ -58,9 +58,9 @@ public:
     template <typename T>
     T *Copy(const T *source, uint32_t count, uint32_t slack = 0)
     {
-        T *const copy = Place<T>(count, slack);
+        uint8_t *const copy = Place<uint8_t>(count * sizeof(T), slack);
         __builtin_memcpy(copy, source, count * sizeof(T));
-        return copy;
+        return reinterpret_cast<T *>(copy);
     }
 
     void Fill(uint8_t byte) { __builtin_memset(bytes_, byte, size_); }
