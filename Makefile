@@ -3,13 +3,14 @@
 .DEFAULT_GOAL := build
 # Which NT interface programs run on: wine10, or wine8, which reports Windows 7.
 export ORV_PLATFORM := $(or $(PLATFORM),wine10)
-.PHONY: build platform demo test lint bench fuzz coverage docs install package reference clean help
+.PHONY: build platform demo test lint audit bench fuzz coverage docs install package reference clean help
 
 help:
 	@echo 'make build    orvsys.dll and orvtool.exe, in build/release/bin'
 	@echo 'make demo     the main job, on a real NT interface'
 	@echo 'make test     builds and runs every test (PLATFORM=wine8: on an older NT interface)'
 	@echo 'make lint     formatting and static analysis'
+	@echo 'make audit    security fixes that the libraries inside lack (asks the mirrors)'
 	@echo 'make bench    speed beside a peer in the same run, kept in docs/benchmarks (BENCH=PART: only such rows)'
 	@echo 'make fuzz     each fuzz target for a minute (FUZZ_SECONDS)'
 	@echo 'make coverage what the tests on the host reach, as a summary and as HTML'
@@ -39,6 +40,9 @@ lint:
 	@tools/setup.sh lint
 	@tools/build.sh release
 	@tools/lint.sh
+
+audit:
+	@tools/audit.sh
 
 bench: build
 	@tools/bench.sh $(BENCH)

@@ -1,8 +1,10 @@
 # The C libraries inside orvsys.dll: zlib, libbzip2 and expat, from the distribution's source packages, which the
-# set-up puts into the cache folder. They are built with our flags against the few C headers of src/crt/include, and
-# stay behind the units that use them. The host build has them too, against the host's own C headers.
+# set-up puts into the cache folder (dependencies.txt says which). They are built with our flags against the few C
+# headers of src/crt/include, and only the units that use them see them. The host build has them too, against the host's
+# own C headers.
 #
-# orv_dependencies is what those units link.
+# orv_dependencies is what those units link. Of orv_zlib, orv_bzip2 and orv_expat the properties ORV_VERSION and
+# ORV_PACKAGE are what its sources and the distribution call the version that is built.
 
 execute_process(
   COMMAND ${PROJECT_SOURCE_DIR}/tools/get_sources.sh
@@ -10,6 +12,9 @@ execute_process(
 if(NOT result EQUAL 0)
   message(FATAL_ERROR "The sources of zlib, bzip2 and expat are missing.")
 endif()
+
+set_property(DIRECTORY ${PROJECT_SOURCE_DIR} APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
+  ${PROJECT_SOURCE_DIR}/cmake/dependencies.txt)
 
 # By way of the build folder they have the same names wherever the cache is.
 file(CREATE_LINK ${ORV_SOURCES} ${PROJECT_BINARY_DIR}/sources SYMBOLIC)
@@ -34,11 +39,14 @@ list(TRANSFORM files PREPEND ${bzip2}/)
 add_library(orv_bzip2 STATIC ${files})
 target_compile_definitions(orv_bzip2 PUBLIC BZ_NO_STDIO)
 
+# To itself its characters are 16-bit numbers, because the host's functions take wchar_t for a wider one, and the DLL
+# has none of them.
 set(expat ${ORV_SOURCES}/expat/expat/lib)
-add_library(orv_expat STATIC ${expat}/xmlparse.c ${expat}/xmlrole.c ${expat}/xmltok.c)
-target_compile_definitions(orv_expat
-  PUBLIC XML_UNICODE XML_UNICODE_WCHAR_T XML_STATIC
-  PRIVATE XML_CONTEXT_BYTES=1024 XML_NS XML_DTD XML_GE HAVE_ARC4RANDOM_BUF)
+add_library(orv_expat STATIC
+  ${expat}/random_arc4random_buf.c ${expat}/xmlparse.c ${expat}/xmlrole.c ${expat}/xmltok.c)
+set(definitions XML_CONTEXT_BYTES=1024 XML_DTD XML_GE=1 XML_LARGE_SIZE XML_NS XML_STATIC HAVE_ARC4RANDOM_BUF)
+target_compile_definitions(orv_expat PUBLIC ${definitions} XML_UNICODE INTERFACE XML_UNICODE_WCHAR_T)
+set_target_properties(orv_expat PROPERTIES ORV_COMMON_DEFINITIONS "${definitions}") # whatever its characters are
 
 add_library(orv_dependencies INTERFACE)
 target_include_directories(orv_dependencies SYSTEM INTERFACE ${zlib} ${bzip2} ${expat})
@@ -56,3 +64,24 @@ foreach(library zlib bzip2 expat)
     target_compile_options(orv_${library} PRIVATE -w -idirafter ${PROJECT_SOURCE_DIR}/src/crt/include)
   endif()
 endforeach()
+
+# orv_find_version(library header expression): the groups of its first match in that header of its sources are the
+# parts of its version.
+function(orv_find_version library header expression)
+  file(READ ${ORV_SOURCES}/${library}/${header} text)
+  if(NOT text MATCHES "${expression}")
+    message(FATAL_ERROR "The sources of ${library} do not say their version.")
+  endif()
+  set(version ${CMAKE_MATCH_1})
+  if(CMAKE_MATCH_COUNT EQUAL 3)
+    string(APPEND version .${CMAKE_MATCH_2}.${CMAKE_MATCH_3})
+  endif()
+  file(STRINGS ${ORV_SOURCES}/versions package REGEX "^${library} ")
+  string(REPLACE "${library} " "" package "${package}")
+  set_target_properties(orv_${library} PROPERTIES ORV_VERSION ${version} ORV_PACKAGE "${package}")
+endfunction()
+
+orv_find_version(zlib zlib.h "ZLIB_VERSION \"([0-9.]+)\"")
+orv_find_version(bzip2 bzlib_private.h "BZ_VERSION +\"([0-9.]+)")
+orv_find_version(expat expat/lib/expat.h
+  "XML_MAJOR_VERSION ([0-9]+).*XML_MINOR_VERSION ([0-9]+).*XML_MICRO_VERSION ([0-9]+)")

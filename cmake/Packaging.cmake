@@ -1,5 +1,6 @@
 # What `cmake --install` lays out, and `make package` puts into an archive: the DLL with its PDB, the import library,
-# the headers, how a debugger shows their types, and a package that find_package(orvsys) finds.
+# the headers, how a debugger shows their types, a package that find_package(orvsys) finds, the licences, and the bill of
+# materials.
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
@@ -11,6 +12,30 @@ install(FILES $<TARGET_PDB_FILE:orvsys> DESTINATION bin)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/orv DESTINATION include)
 install(FILES ${PROJECT_SOURCE_DIR}/src/orvsys.natvis DESTINATION share/orvsys)
 install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md DESTINATION share/doc/orvsys)
+install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION share/doc/orvsys)
+
+# What the DLL contains, in CycloneDX, and the licences of that.
+set(bill ${PROJECT_BINARY_DIR}/orvsys.cdx.json)
+set(contents "")
+foreach(library zlib bzip2 expat)
+  get_target_property(library_version orv_${library} ORV_VERSION)
+  get_target_property(package orv_${library} ORV_PACKAGE)
+  list(APPEND contents ${library} ${library_version} ${package})
+  file(STRINGS ${PROJECT_SOURCE_DIR}/cmake/dependencies.txt text REGEX "^${library} text ")
+  string(REPLACE "${library} text " "" text "${text}")
+  install(FILES ${PROJECT_BINARY_DIR}/sources/${library}/${text} DESTINATION share/doc/orvsys/licenses
+    RENAME ${library}.txt)
+endforeach()
+execute_process(
+  COMMAND python3 ${PROJECT_SOURCE_DIR}/tools/bill_of_materials.py ${PROJECT_SOURCE_DIR}/cmake/dependencies.txt
+    ${PROJECT_VERSION} ${contents}
+  OUTPUT_FILE ${bill} RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "The bill of materials cannot be made.")
+endif()
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/bill_of_materials.py)
+install(FILES ${bill} DESTINATION share/orvsys)
+
 # The pages lie as they do here, so that their links hold.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION share/doc/orvsys
   FILES_MATCHING PATTERN "*.md" PATTERN "benchmarks/results.*" PATTERN "examples" EXCLUDE)

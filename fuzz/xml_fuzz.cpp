@@ -1,5 +1,6 @@
-// Any bytes as an XML document: its events are balanced, they are the same when it comes in pieces, a handler
-// that fails gets no further call, and what the writer makes of them is read as the same events again.
+// Any bytes as an XML document: its events are balanced, no call parts a pair, they are the same when it
+// comes in pieces and those that the parser has for UTF-8, a handler that fails gets no further call, and
+// what the writer makes of them is read as the same events again.
 
 #include "fuzz.h"
 
@@ -7,6 +8,7 @@
 #include "orv/text/heap_buffer.h"
 #include "orv/xml/xml_sax.h"
 #include "orv/xml/xml_writer.h"
+#include "utf8_events.h"
 #include "xml/escape.h"
 #include "xml/streams.h"
 
@@ -51,7 +53,8 @@ public:
 
     OrvResult CharacterData(const Text &text) override
     {
-        REQUIRE(depth_ > 0);
+        REQUIRE(depth_ > 0 && text.length > 0);
+        REQUIRE(text.characters[0] >> 10 != 0x37 && text.characters[text.length - 1] >> 10 != 0x36);
         return Record(last_ == kText ? kNone : kText, text);
     }
 
@@ -95,11 +98,13 @@ public:
         }
     }
 
-    bool Equals(const Recorder &other) const
+    bool Equals(const Recorder &other) const { return Equals(other.events_); }
+
+    bool Equals(const OrvUtf16CharHeapBuffer &events) const
     {
         const uint32_t length = events_.GetInternal().length;
-        return other.events_.GetInternal().length == length &&
-               memcmp(events_.GetValue(), other.events_.GetValue(), length * sizeof(wchar_t)) == 0;
+        return events.GetInternal().length == length &&
+               memcmp(events_.GetValue(), events.GetValue(), length * sizeof(wchar_t)) == 0;
     }
 
     /// Whether one of both is the beginning of the other.
@@ -179,6 +184,56 @@ void CheckWriter(Recorder &events)
     REQUIRE(again.Equals(events));
 }
 
+/// Writes the events of the build for UTF-8 down as a Recorder does.
+class Utf8Recorder
+{
+public:
+    static void Receive(void *opaque, Utf8Event event, const char *text, uint32_t length)
+    {
+        auto &self = *static_cast<Utf8Recorder *>(opaque);
+        static const Mark kMarks[] = {kStart, kAttribute, kValue, kEnd, kText};
+        const Mark mark = kMarks[event];
+        if (mark != kText || self.last_ != kText)
+            self.events_.Append(mark);
+        self.last_ = mark;
+        for (uint32_t i = 0; i < length;)
+            i += self.AppendCharacter(reinterpret_cast<const uint8_t *>(text + i));
+    }
+
+    bool Equals(const Recorder &other) const { return other.Equals(events_); }
+
+private:
+    /// The parser has checked the bytes, and parts no character.
+    uint32_t AppendCharacter(const uint8_t *bytes)
+    {
+        const uint32_t size = bytes[0] < 0x80 ? 1 : bytes[0] < 0xE0 ? 2 : bytes[0] < 0xF0 ? 3 : 4;
+        uint32_t character = size == 1 ? bytes[0] : bytes[0] & (0x7F >> size);
+        for (uint32_t i = 1; i < size; i++)
+            character = character << 6 | (bytes[i] & 0x3F);
+        if (character >= 0x10000) {
+            events_.Append(static_cast<wchar_t>(0xD7C0 + (character >> 10)));
+            character = 0xDC00 | (character & 0x3FF);
+        }
+        events_.Append(static_cast<wchar_t>(character));
+        return size;
+    }
+
+    OrvUtf16CharHeapBuffer events_;
+    Mark last_ = kNone;
+};
+
+/// Of a document in UTF-16 the build for UTF-8 takes what ours refuses, halves of pairs.
+void CheckAgainstUtf8(const uint8_t *bytes, uint32_t size, OrvResult result, const Recorder &ours)
+{
+    Utf8Recorder theirs;
+    const bool isWellFormed = ReadUtf8Events(bytes, size, Utf8Recorder::Receive, &theirs);
+    const bool isUtf16 = size >= 2 && (bytes[0] == 0 || bytes[1] == 0 || bytes[0] >= 0xFE);
+    if (result == ORV_S_OK)
+        REQUIRE(isWellFormed && theirs.Equals(ours));
+    else if (result == ORV_E_INVALID_DATA)
+        REQUIRE(!isWellFormed || isUtf16);
+}
+
 void CheckEscape(const wchar_t *text, uint32_t count)
 {
     for (uint32_t attribute = 0; attribute < 2; attribute++)
@@ -194,6 +249,8 @@ void CheckDocument(const uint8_t *bytes, uint32_t size, uint32_t piece, uint32_t
     const OrvResult result = OrvBasXmlSaxParse(stream, whole, error);
     REQUIRE(result == ORV_S_OK || result == ORV_E_INVALID_DATA || result == ORV_E_ABORTED);
     REQUIRE(error.byteOffset <= size && (error.line != 0) == (result == ORV_E_INVALID_DATA));
+
+    CheckAgainstUtf8(bytes, size, result, whole);
 
     test::PiecewiseStream pieces(bytes, size, piece);
     Recorder parts;

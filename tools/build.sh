@@ -11,6 +11,7 @@ case " $* " in
 *' host '* | *' coverage '*) tools/setup.sh host ;;
 *) tools/setup.sh ;;
 esac
+tools/get_sources.sh >/dev/null # here, where what it has to say is seen
 for preset in "$@"; do
     wanted=$(configuration)
     [ "$wanted" = "$(cat "build/$preset/configuration" 2>/dev/null)" ] || rm -rf "build/$preset"

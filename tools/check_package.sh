@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# The package is what the installation lays out, file by file: check_package.sh BUILD-FOLDER
+# The package is what the installation lays out, file by file, and has the licence of each library inside and a bill of
+# materials that names the versions that were built: check_package.sh BUILD-FOLDER
 # That programs can be built with it, the commands of the README show.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
@@ -15,3 +16,19 @@ trap 'rm -rf "$work"' EXIT
     tail -n 20 "$work/log"
     fail 'the package is not what is installed' 'the reason stands above'
 }
+
+. "$(dirname "${BASH_SOURCE[0]}")/source_packages.sh"
+installed=$work/installed/share
+for library in $(libraries); do
+    cmp "$installed/doc/orvsys/licenses/$library.txt" "$1/sources/$library/$(fact "$library" text)" ||
+        fail "the licence of $library is not in the package" 'see cmake/Packaging.cmake'
+done
+python3 - "$installed/orvsys/orvsys.cdx.json" "$1/sources/versions" <<'PYTHON' ||
+import json, sys, urllib.parse
+bill = json.load(open(sys.argv[1], encoding="utf-8"))
+parts = [urllib.parse.unquote(part["purl"]) for part in bill["components"]]
+built = [line.split() for line in open(sys.argv[2], encoding="utf-8")]
+assert sorted(parts) == sorted(f"pkg:deb/debian/{library}@{version}?arch=source" for library, version in built), parts
+assert all(part["version"] in part["purl"] for part in bill["components"]), "an upstream version is another one"
+PYTHON
+    fail 'the bill of materials is wrong' 'the reason stands above'

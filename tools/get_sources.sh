@@ -1,44 +1,82 @@
 #!/usr/bin/env bash
 # Puts the sources of the libraries that orvsys.dll contains into the cache folder, as the distribution's own source
-# packages with its patches, and prints the folder. Needs no root. All checkouts share it.
+# packages with its patches, and prints the folder. Needs no root. All checkouts whose cmake/dependencies.txt is the same
+# share it.
+#
+# It takes the very version that file names. Mirrors drop a version soon after there is a newer one; then it takes the
+# newest that they do serve, unless that is below the lowest that may be built, and says so.
+#
+# The folder has a subfolder for each library, and a file `versions` with a line "LIBRARY VERSION" of what it holds.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
+. "$(dirname "$0")/source_packages.sh"
 
-suite=bookworm
-packages='zlib bzip2 expat'
-folder=$cache/sources-$suite-1
-
-if [ -e "$folder/complete" ]; then
+# Ends the script when the folder is complete.
+finish_if_complete() {
+    local library version
+    [ -e "$folder/complete" ] || return 0
+    while read -r library version; do
+        [ "$version" = "$(fact "$library" version)" ] ||
+            say "$library is $version here: the mirrors do not serve $(fact "$library" version), see: make audit"
+    done <"$folder/versions"
     printf '%s\n' "$folder"
     exit 0
-fi
+}
+
+# unpack LIBRARY VERSION: the downloaded files become its subfolder.
+unpack() {
+    (cd "$downloads" && dpkg-source --no-copy --extract *.dsc "../$1") >"$downloads/log" 2>&1 ||
+        fail "cannot unpack the sources of $1 ($(tail -n 1 "$downloads/log"))" "remove $folder and try again"
+    printf '%s %s\n' "$1" "$2" >>"$folder/versions"
+}
+
+empty_downloads() {
+    rm -rf "$downloads"
+    mkdir -p "$downloads"
+}
+
+# take_newest LIBRARY: the newest version that is served and high enough.
+take_newest() {
+    local library=$1 lowest version
+    lowest=$(fact "$library" lowest)
+    read_lists "$library"
+    for version in $(versions_named "$library"); do
+        dpkg --compare-versions "$version" ge "$lowest" || break
+        empty_downloads
+        if archives_of "$library" "$version" | download "$library" "$downloads"; then
+            unpack "$library" "$version"
+            return
+        fi
+    done
+    fail "$mirror serves no $library from $lowest on" \
+        "set ORV_DEBIAN_MIRROR to a mirror that does, or update $dependencies"
+}
+
+folder=$cache/sources-$(sha256sum <"$dependencies" | cut -c -16)
+downloads=$folder/downloads
+finish_if_complete
 
 command -v dpkg-source >/dev/null || fail 'dpkg-source is missing' 'run: apt-get install dpkg-dev'
 make_cache
 exec 9>"$cache/sources.lock"
 flock 9 # two checkouts may start on a fresh machine at once
-if [ -e "$folder/complete" ]; then
-    printf '%s\n' "$folder"
-    exit 0
-fi
+finish_if_complete
 
-say "fetching the sources of $packages (3 MB, once)"
-keyring=/usr/share/keyrings/debian-archive-keyring.gpg
-[ -e $keyring ] || fail "$keyring is missing" 'run: apt-get install debian-archive-keyring'
-mirror=$(debian_mirror)
-private_apt "sources-$suite" "$(dpkg --print-architecture)" "deb-src [signed-by=$keyring] $mirror $suite main" \
-    "deb-src [signed-by=$keyring] $mirror $suite-updates main"
+# shellcheck disable=SC2046  # one word a library
+say "fetching the sources of" $(libraries) "(11 MB, once)"
+find_mirrors
 rm -rf "$folder"
-mkdir -p "$folder"
-log=$cache/apt/sources-$suite/source.log
-# shellcheck disable=SC2086  # the list is split on purpose
-(cd "$folder" && APT_CONFIG=$apt_conf apt-get source $packages) >"$log" 2>&1 ||
-    fail "cannot fetch the sources of $packages ($(tail -n 1 "$log"))" 'check the network, or set ORV_DEBIAN_MIRROR'
-for package in $packages; do
-    unpacked=("$folder/$package"-*/)
-    [ -d "${unpacked[0]}" ] || fail "the sources of $package did not unpack" "see $log"
-    mv "${unpacked[0]}" "$folder/$package"
+for library in $(libraries); do
+    version=$(fact "$library" version)
+    empty_downloads
+    if fact "$library" archive | download "$library" "$downloads"; then
+        unpack "$library" "$version"
+    else
+        reason=$(grep -m 1 '^E: ' "$downloads/log") || reason=$(tail -n 1 "$downloads/log")
+        say "$library $version cannot be fetched ($reason), looking for the newest that can"
+        take_newest "$library"
+    fi
 done
-rm -f "$folder"/*.tar.* "$folder"/*.dsc
+rm -rf "$downloads"
 touch "$folder/complete"
-printf '%s\n' "$folder"
+finish_if_complete

@@ -280,6 +280,9 @@ is 1 '<a>\n <b></a>' '-: byte 10, line 2, column 7: not well-formed\n' xml forma
 is 1 '<a>\n <b></a>' '-: byte 10, line 2, column 7: not well-formed\n' xml check -
 is 1 '' '-: byte 0, line 1, column 1: not well-formed\n' xml check -
 is 0 '<a/>' '' xml check -
+bomb=$(printf '&e;%.0s' {1..9999} && printf '&e;%.0s' {1..9999})
+is 1 "<!DOCTYPE a [<!ENTITY e '$(printf 'x%.0s' {1..9999})'>]><a>$bomb</a>" \
+    '-: byte 11285, line 1, column 11286: exceeds the limit on expansion: its entities stand for over 100 times its size\n' xml check -
 is 2 '' "orvtool xml: there is no action 'x'. $(see xml)" xml x
 is 2 '' "orvtool xml: a file is missing, or '-' for standard input. $(see xml)" xml check
 document=$(find /usr/share/xml /usr/share/cmake* /usr/share -name '*.xml' -size +8k 2>/dev/null | head -n 1) || true
@@ -531,7 +534,7 @@ is 0 '' 'new\n' reg list "$key" # and no key Never
 is 1 '' "orvtool reg: making the file '$work/none/x' failed: 0xE001003E (ORV_E_PATH_NOT_FOUND)\n" reg export "$key" "$work/none/x"
 run reg delete "$key" --recursive
 
-like 0 'orvtool [0-9]+\.[0-9]+\.[0-9]+ ' --version
+like 0 'orvtool [0-9]+\.[0-9]+\.[0-9]+   zlib 1\.[0-9.]+ \(.+\)   bzip2 1\.[0-9.]+ \(.+\)   expat 2\.[0-9.]+ \(.+\) ' --version
 like 0 'Usage: orvtool guid .*Usage: orvtool match .*Exit codes: .*' help guid match
 for words in help 'help --help' 'help help'; do
     like 0 'Usage: orvtool COMMAND .*' $words

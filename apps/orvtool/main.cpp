@@ -2,6 +2,7 @@
 // orvsys.dll.
 
 #include "command.h"
+#include "library_versions.h"
 
 #include "nt/teb.h"
 #include "orv/program/program.h"
@@ -88,7 +89,8 @@ ExitCode Run(Console &console, ArgumentReader arguments)
         return kExitUsage;
     }
     if (arguments.TakeOption(L"--version")) {
-        console.out.Print(L"orvtool %u.%u.%u\n", OrvVersionMajor, OrvVersionMinor, OrvVersionPatch);
+        console.out.Print(L"orvtool %u.%u.%u\n%s", OrvVersionMajor, OrvVersionMinor, OrvVersionPatch,
+                          ORV_LIBRARY_VERSIONS);
         return kExitSuccess;
     }
     if (arguments.TakeOption(L"--help", L"-h"))

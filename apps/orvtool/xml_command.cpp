@@ -63,6 +63,19 @@ struct Arguments {
     const wchar_t *path;
 };
 
+/// What is wrong with a document, and where.
+void ReportFault(const Arguments &arguments, const OrvBasXmlSaxError &error)
+{
+    static const wchar_t *const kReasons[] = {
+        L"not well-formed",
+        L"exceeds the limit on expansion: its entities stand for over 100 times its size",
+        L"exceeds the limit on nesting: over 250,000 elements are open",
+        L"exceeds the limit on length: a tag, comment or literal goes on for over 64 MiB",
+    };
+    arguments.console.error.Print(L"%s: byte %I64u, line %I64u, column %I64u: %s\n", arguments.path,
+                                  error.byteOffset, error.line, error.column + 1, kReasons[error.reason]);
+}
+
 /// The one reading that both actions start with. kExitSuccess, or what is wrong has been reported.
 ExitCode Read(const Arguments &arguments, OrvBasXmlSaxHandlerBase &handler, OrvBufferStream *copy)
 {
@@ -78,8 +91,7 @@ ExitCode Read(const Arguments &arguments, OrvBasXmlSaxHandlerBase &handler, OrvB
         result = OrvBasXmlSaxParse(stream, handler, error);
     }
     if (result == ORV_E_INVALID_DATA) {
-        arguments.console.error.Print(L"%s: byte %I64u, line %I64u, column %I64u: not well-formed\n",
-                                      arguments.path, error.byteOffset, error.line, error.column + 1);
+        ReportFault(arguments, error);
         return kExitFailed;
     }
     return OrvFailed(result)

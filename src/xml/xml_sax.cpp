@@ -1,7 +1,10 @@
 // The SAX reader: a thin layer over expat.
 //
 // Expat calls back while it takes a buffer in. The first failure of the handler is kept; the callbacks that
-// follow within the same buffer return at once, and the loop ends behind it.
+// follow within the same buffer return at once, and the loop ends after it.
+//
+// What a document may ask for is bounded here, on purpose, and xml_sax.h promises these numbers: a stranger's
+// document must not decide how much memory and time its reader needs.
 
 #include "orv/xml/xml_sax.h"
 
@@ -25,114 +28,207 @@ static_assert(sizeof(XML_Char) == sizeof(wchar_t), "expat is built for UTF-16");
 
 typedef OrvBasXmlSaxHandlerBase::Text Text;
 
+constexpr int kPieceBytes = 4096;
+constexpr uint32_t kMostOpenElements = 250000;
+constexpr uint64_t kMostTokenBytes = 64 << 20;
+constexpr float kMostExpansion = 100; // of the bytes read, once there are kFreeExpansion of both
+constexpr uint64_t kFreeExpansion = 8 << 20;
+constexpr float kMostMemory = 100; // of expat, likewise
+constexpr uint64_t kFreeMemory = 64 << 20;
+
 Text Counted(const XML_Char *terminated)
 {
     return Text(terminated, OrvGetStringSizeInElements(terminated));
 }
 
-struct ParseContext {
-    OrvBasXmlSaxHandlerBase &handler;
-    OrvResult result;
-};
-
 constexpr XML_Memory_Handling_Suite kProcessHeap = {detail::AllocateBytes, detail::ReallocateBytes,
                                                     detail::FreeBytes};
 
-class Parser
+/// One document on its way to the handler.
+class Reading
 {
 public:
-    Parser() : parser_(XML_ParserCreate_MM(nullptr, &kProcessHeap, nullptr)) {}
-    Parser(const Parser &) = delete;
-    Parser &operator=(const Parser &) = delete;
-    ~Parser()
+    Reading(IOrvStream &stream, OrvBasXmlSaxHandlerBase &handler)
+        : parser_(XML_ParserCreate_MM(nullptr, &kProcessHeap, nullptr)), document_(stream), handler_(handler)
+    {
+    }
+    Reading(const Reading &) = delete;
+    Reading &operator=(const Reading &) = delete;
+    ~Reading()
     {
         if (parser_)
             XML_ParserFree(parser_);
     }
 
-    explicit operator bool() const { return parser_ != nullptr; }
-    XML_Parser Get() const { return parser_; }
+    /// `error` may be null.
+    OrvResult Run(OrvBasXmlSaxError *error);
 
 private:
+    static void XMLCALL OnStartElement(void *opaque, const XML_Char *name, const XML_Char **attributes);
+    static void XMLCALL OnEndElement(void *opaque, const XML_Char *name);
+    static void XMLCALL OnCharacterData(void *opaque, const XML_Char *text, int length);
+
+    void SetUp();
+    OrvResult ParsePiece();
+    bool IsTokenTooLong();
+    void GiveElement(const Text &element, const XML_Char **attributes);
+    OrvResult GiveText(Text text);
+    OrvResult Refuse(OrvBasXmlSaxReason reason);
+
     XML_Parser parser_;
+    detail::DocumentBytes document_;
+    OrvBasXmlSaxHandlerBase &handler_;
+    OrvResult handled_ = ORV_S_OK; // by the handler's last call
+    uint32_t openElements_ = 0;
+    uint64_t bytesGiven_ = 0; // to expat
+    uint64_t tokenStart_ = 0;
+    OrvBasXmlSaxError fault_; // when it is refused
+    bool isRefused_ = false;
+    bool hasMore_ = true;
+    wchar_t firstHalf_ = 0;
 };
 
-void XMLCALL OnStartElement(void *opaque, const XML_Char *name, const XML_Char **attributes)
+void Reading::SetUp()
 {
-    auto &context = *static_cast<ParseContext *>(opaque);
-    if (OrvFailed(context.result))
+    XML_SetUserData(parser_, this);
+    XML_SetElementHandler(parser_, OnStartElement, OnEndElement);
+    XML_SetCharacterDataHandler(parser_, OnCharacterData);
+    XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser_, kMostExpansion);
+    XML_SetBillionLaughsAttackProtectionActivationThreshold(parser_, kFreeExpansion);
+    XML_SetAllocTrackerMaximumAmplification(parser_, kMostMemory);
+    XML_SetAllocTrackerActivationThreshold(parser_, kFreeMemory);
+}
+
+void XMLCALL Reading::OnStartElement(void *opaque, const XML_Char *name, const XML_Char **attributes)
+{
+    Reading &self = *static_cast<Reading *>(opaque);
+    if (self.isRefused_ || OrvFailed(self.handled_))
         return;
-    const Text element = Counted(name);
-    context.result = context.handler.StartElement(element);
-    for (; *attributes && OrvSucceeded(context.result); attributes += 2)
-        context.result = context.handler.Attribute(element, Counted(attributes[0]), Counted(attributes[1]));
+    if (self.openElements_ == kMostOpenElements) {
+        self.Refuse(OrvXmlTooDeep);
+        XML_StopParser(self.parser_, XML_FALSE);
+        return;
+    }
+    self.openElements_++;
+    self.GiveElement(Counted(name), attributes);
 }
 
-void XMLCALL OnEndElement(void *opaque, const XML_Char *name)
+void Reading::GiveElement(const Text &element, const XML_Char **attributes)
 {
-    auto &context = *static_cast<ParseContext *>(opaque);
-    if (OrvSucceeded(context.result))
-        context.result = context.handler.EndElement(Counted(name));
+    handled_ = handler_.StartElement(element);
+    for (; *attributes && OrvSucceeded(handled_); attributes += 2)
+        handled_ = handler_.Attribute(element, Counted(attributes[0]), Counted(attributes[1]));
 }
 
-void XMLCALL OnCharacterData(void *opaque, const XML_Char *text, int length)
+void XMLCALL Reading::OnEndElement(void *opaque, const XML_Char *name)
 {
-    auto &context = *static_cast<ParseContext *>(opaque);
-    if (OrvSucceeded(context.result))
-        context.result = context.handler.CharacterData(Text(text, static_cast<uint32_t>(length)));
+    Reading &self = *static_cast<Reading *>(opaque);
+    if (self.isRefused_ || OrvFailed(self.handled_))
+        return;
+    self.openElements_--;
+    self.handled_ = self.handler_.EndElement(Counted(name));
 }
 
-/// Reads the next piece into expat's own buffer and hands it over. `more` is cleared behind the last one.
-OrvResult ParsePiece(XML_Parser parser, detail::DocumentBytes &document, bool &more)
+void XMLCALL Reading::OnCharacterData(void *opaque, const XML_Char *text, int length)
 {
-    constexpr int kPieceBytes = 4096;
-    void *const buffer = XML_GetBuffer(parser, kPieceBytes);
+    Reading &self = *static_cast<Reading *>(opaque);
+    if (length && !self.isRefused_ && OrvSucceeded(self.handled_))
+        self.handled_ = self.GiveText(Text(text, static_cast<uint32_t>(length)));
+}
+
+/// Expat converts a long run of text in pieces of a fixed size, and may part a pair between two of them. The
+/// first half waits for the second one then, with which the next piece starts.
+OrvResult Reading::GiveText(Text text)
+{
+    if (firstHalf_) {
+        const wchar_t pair[] = {firstHalf_, *text.characters};
+        firstHalf_ = 0;
+        const OrvResult result = handler_.CharacterData(Text(pair, 2));
+        text = Text(text.characters + 1, text.length - 1);
+        if (OrvFailed(result) || text.length == 0)
+            return result;
+    }
+    constexpr uint32_t kHalfBits = 0xFC00;
+    constexpr uint32_t kFirstHalf = 0xD800;
+    const wchar_t last = text.characters[text.length - 1];
+    if ((last & kHalfBits) == kFirstHalf) {
+        firstHalf_ = last;
+        text.length--;
+    }
+    return text.length ? handler_.CharacterData(text) : handled_;
+}
+
+/// The first reason is the one that counts: expat reports one more after it was stopped.
+OrvResult Reading::Refuse(OrvBasXmlSaxReason reason)
+{
+    if (!isRefused_) {
+        const XML_Index index = XML_GetCurrentByteIndex(parser_);
+        fault_ = {index < 0 ? tokenStart_ : static_cast<uint64_t>(index), XML_GetCurrentLineNumber(parser_),
+                  XML_GetCurrentColumnNumber(parser_), reason};
+    }
+    isRefused_ = true;
+    return ORV_E_INVALID_DATA;
+}
+
+/// Whether expat holds the beginning of a name, tag, comment or the like that is longer than any may be.
+/// Where its last token starts it does not know after it has moved its buffer, until it looks at that token
+/// again.
+bool Reading::IsTokenTooLong()
+{
+    const XML_Index start = XML_GetCurrentByteIndex(parser_);
+    if (start >= 0)
+        tokenStart_ = static_cast<uint64_t>(start);
+    return bytesGiven_ - tokenStart_ > kMostTokenBytes;
+}
+
+/// Reads the next piece into expat's own buffer and hands it over.
+OrvResult Reading::ParsePiece()
+{
+    void *const buffer = XML_GetBuffer(parser_, kPieceBytes);
     if (!buffer)
         return ORV_E_OUT_OF_MEMORY;
     uint32_t size = 0;
-    const OrvResult result = document.Read(static_cast<uint8_t *>(buffer), kPieceBytes, size, more);
-    if (OrvFailed(result) || (size == 0 && more))
+    const OrvResult result = document_.Read(static_cast<uint8_t *>(buffer), kPieceBytes, size, hasMore_);
+    if (OrvFailed(result) || (size == 0 && hasMore_))
         return result;
-    if (XML_ParseBuffer(parser, static_cast<int>(size), !more) != XML_STATUS_ERROR)
-        return ORV_S_OK;
-    return XML_GetErrorCode(parser) == XML_ERROR_NO_MEMORY ? ORV_E_OUT_OF_MEMORY : ORV_E_INVALID_DATA;
+    bytesGiven_ += size;
+    if (XML_ParseBuffer(parser_, static_cast<int>(size), !hasMore_) != XML_STATUS_ERROR)
+        return IsTokenTooLong() ? Refuse(OrvXmlTokenTooLong) : ORV_S_OK;
+    switch (XML_GetErrorCode(parser_)) {
+    case XML_ERROR_NO_MEMORY:
+        return ORV_E_OUT_OF_MEMORY;
+    case XML_ERROR_AMPLIFICATION_LIMIT_BREACH:
+        return Refuse(OrvXmlTooMuchExpansion);
+    default:
+        return Refuse(OrvXmlNotWellFormed);
+    }
 }
 
-OrvResult Parse(const Parser &parser, IOrvStream &stream, OrvBasXmlSaxHandlerBase &handler)
+OrvResult Reading::Run(OrvBasXmlSaxError *error)
 {
-    if (!parser)
+    if (!parser_)
         return ORV_E_OUT_OF_MEMORY;
-    ParseContext context = {handler, ORV_S_OK};
-    XML_SetUserData(parser.Get(), &context);
-    XML_SetElementHandler(parser.Get(), OnStartElement, OnEndElement);
-    XML_SetCharacterDataHandler(parser.Get(), OnCharacterData);
-    detail::DocumentBytes document(stream);
-    bool more = true;
-    while (more) {
-        const OrvResult result = ParsePiece(parser.Get(), document, more);
-        if (OrvFailed(context.result)) // the handler's came first, whatever expat found behind it
-            return context.result;
+    SetUp();
+    while (hasMore_) {
+        const OrvResult result = ParsePiece();
+        if (OrvFailed(handled_)) // the handler's came first, whatever expat found after it
+            return handled_;
+        if (isRefused_ && error)
+            *error = fault_;
         if (OrvFailed(result))
             return result;
     }
-    return context.result; // it may be a remark
+    return handled_; // it may be a remark
 }
 
 } // namespace
 
 OrvResult OrvBasXmlSaxParse(IOrvStream &stream, OrvBasXmlSaxHandlerBase &handler)
 {
-    const Parser parser;
-    return Parse(parser, stream, handler);
+    return Reading(stream, handler).Run(nullptr);
 }
 
 OrvResult OrvBasXmlSaxParse(IOrvStream &stream, OrvBasXmlSaxHandlerBase &handler, OrvBasXmlSaxError &error)
 {
-    const Parser parser;
-    const OrvResult result = Parse(parser, stream, handler);
-    const bool found = result == ORV_E_INVALID_DATA && XML_GetErrorCode(parser.Get()) != XML_ERROR_NONE;
-    if (found)
-        error = {static_cast<uint64_t>(XML_GetCurrentByteIndex(parser.Get())),
-                 XML_GetCurrentLineNumber(parser.Get()), XML_GetCurrentColumnNumber(parser.Get())};
-    return result;
+    return Reading(stream, handler).Run(&error);
 }

@@ -108,10 +108,11 @@ TEST_CASE(MalformedDocumentsAreRefusedWhereTheyBreak)
         test::Note(c.document, 0);
         OrvMemoryStream stream(c.document, OrvGetStringSizeInElements(c.document));
         Recorder recorder;
-        OrvBasXmlSaxError error = {};
+        OrvBasXmlSaxError error = {0, 0, 0, OrvXmlTooDeep};
         CHECK_EQUAL(OrvBasXmlSaxParse(stream, recorder, error), ORV_E_INVALID_DATA);
         CHECK_EQUAL(error.byteOffset, uint64_t(c.offset));
         CHECK(error.line >= 1);
+        CHECK_EQUAL(error.reason, OrvXmlNotWellFormed);
     }
     // Cut at every byte, no document is complete.
     for (uint32_t size = 0; size < sizeof kDocument - 1; size++) {
@@ -177,6 +178,222 @@ TEST_CASE(PairsStayTogetherFromReadToRead)
     CHECK(__builtin_memcmp(recorder.events.GetValue() + 2, document + 4, 4991 * sizeof(wchar_t)) == 0);
 }
 
+namespace
+{
+
+/// The same document in UTF-8 and in UTF-16 of either order.
+enum Form : uint32_t { kUtf8, kLittleEndian, kBigEndian, kFormCount };
+
+class EncodedDocument
+{
+public:
+    /// The text is ASCII and pairs.
+    EncodedDocument(const OrvUtf16CharHeapBuffer &text, Form form)
+    {
+        if (form != kUtf8)
+            Append(form, 0xFEFF);
+        for (const wchar_t *unit = text.GetValue(); *unit; unit++) {
+            if (form != kUtf8)
+                Append(form, *unit);
+            else if (*unit < 0x80)
+                bytes_.Append(static_cast<char>(*unit));
+            else if (*unit >> 10 == 0x37) // the second half
+                AppendUtf8(unit[-1], unit[0]);
+        }
+    }
+
+    OrvMemoryStream Stream() const { return OrvMemoryStream(bytes_.GetValue(), bytes_.GetInternal().length); }
+
+private:
+    void Append(Form form, wchar_t unit)
+    {
+        const char low = static_cast<char>(unit);
+        const char high = static_cast<char>(unit >> 8);
+        bytes_.Append(form == kBigEndian ? high : low);
+        bytes_.Append(form == kBigEndian ? low : high);
+    }
+
+    void AppendUtf8(wchar_t first, wchar_t second)
+    {
+        const uint32_t character = 0x10000 + ((first & 0x3FF) << 10 | (second & 0x3FF));
+        const char bytes[] = {
+            static_cast<char>(0xF0 | character >> 18), static_cast<char>(0x80 | (character >> 12 & 0x3F)),
+            static_cast<char>(0x80 | (character >> 6 & 0x3F)), static_cast<char>(0x80 | (character & 0x3F))};
+        bytes_.Append(bytes, sizeof bytes);
+    }
+
+    OrvMbCharHeapBuffer bytes_;
+};
+
+/// Of one element: its attribute, and its text joined. No call may part a pair.
+struct PairReader final : OrvBasXmlSaxHandlerBase {
+    OrvResult Attribute(const Text &, const Text &, const Text &value) override
+    {
+        return attribute.Append(value.characters, value.length);
+    }
+    OrvResult CharacterData(const Text &text) override
+    {
+        CHECK(text.length != 0 && text.characters[0] >> 10 != 0x37);
+        CHECK(text.characters[text.length - 1] >> 10 != 0x36);
+        return content.Append(text.characters, text.length);
+    }
+
+    OrvUtf16CharHeapBuffer attribute;
+    OrvUtf16CharHeapBuffer content;
+};
+
+/// Its parts one after the other, each so many times, as one document without end or nearly.
+class PartsStream final : public IOrvStream
+{
+public:
+    struct Part {
+        const char *text;
+        uint32_t count;
+    };
+
+    explicit PartsStream(const Part *parts) : part_(parts), text_(parts->text) {}
+
+    OrvResult Read(void *bytes, uint32_t size, uint32_t &read) override
+    {
+        for (read = 0; read < size && part_->count;) {
+            const uint32_t left = OrvGetStringSizeInElements(text_);
+            const uint32_t count = left < size - read ? left : size - read;
+            __builtin_memcpy(static_cast<char *>(bytes) + read, text_, count);
+            read += count;
+            text_ += count;
+            if (count == left)
+                NextText();
+        }
+        total += read;
+        return read ? ORV_S_OK : ORV_E_END_OF_DATA;
+    }
+
+    uint64_t total = 0;
+
+private:
+    void NextText()
+    {
+        if (++given_ == part_->count) {
+            part_++;
+            given_ = 0;
+        }
+        text_ = part_->text;
+    }
+
+    const Part *part_;
+    const char *text_;
+    uint32_t given_ = 0;
+};
+
+struct Counter final : OrvBasXmlSaxHandlerBase {
+    OrvResult EndElement(const Text &) override
+    {
+        ends++;
+        return ORV_S_OK;
+    }
+    OrvResult CharacterData(const Text &text) override
+    {
+        characters += text.length;
+        return ORV_S_OK;
+    }
+
+    uint64_t characters = 0;
+    uint32_t ends = 0;
+};
+
+} // namespace
+
+TEST_CASE(PairsAreNeverHalved)
+{
+    // The parser moves text in portions of 1,024 units, or so: the pair stands around the ends of these.
+    for (uint32_t portion = 1024; portion <= 4096; portion *= 2) {
+        for (uint32_t length = portion - 4; length <= portion + 2; length++) {
+            OrvUtf16CharHeapBuffer expected;
+            for (uint32_t i = 0; i < length; i++)
+                expected.Append(L'x');
+            expected.Append(L"\xD83D\xDE00\xD83D\xDE01", 4);
+            for (uint32_t form = 0; form < 2u * kFormCount; form++) {
+                test::Note("units before the pair", length);
+                const bool isEntity = form % 2;
+                const wchar_t *const value = isEntity ? L"&e;" : expected.GetValue();
+                OrvUtf16CharHeapBuffer text;
+                OrvFormatString(OrvMakeMutableStringRef(text),
+                                L"<!DOCTYPE a [<!ENTITY e \"%s\">]><a b=\"%s\">%s</a>", expected.GetValue(),
+                                value, value);
+                const EncodedDocument document(text, static_cast<Form>(form / 2));
+                OrvMemoryStream stream = document.Stream();
+                PairReader reader;
+                CHECK_EQUAL(OrvBasXmlSaxParse(stream, reader), ORV_S_OK);
+                CHECK_TEXT(reader.attribute.GetValue(), expected.GetValue());
+                CHECK_TEXT(reader.content.GetValue(), expected.GetValue());
+            }
+        }
+    }
+}
+
+TEST_CASE(DocumentsThatAskForTooMuchAreRefused)
+{
+    constexpr uint32_t kMostDeep = 250000;
+    constexpr uint32_t kMostLong = 64 << 20;
+    char kilobyte[1025] = {};
+    __builtin_memset(kilobyte, 'x', 1024);
+    const struct {
+        PartsStream::Part parts[6];
+        OrvResult result;
+        OrvBasXmlSaxReason reason;
+        uint32_t offset;
+        uint32_t mostRead;
+    } cases[] = {
+        // One long entity many times, in text and in an attribute.
+        {{{"<!DOCTYPE a [<!ENTITY e '", 1}, {kilobyte, 50}, {"'>]><a>", 1}, {"&e;", 50000}},
+         ORV_E_INVALID_DATA,
+         OrvXmlTooMuchExpansion,
+         0,
+         200000},
+        {{{"<!DOCTYPE a [<!ENTITY e '", 1}, {kilobyte, 50}, {"'>]><a b='", 1}, {"&e;", 50000}, {"'/>", 1}},
+         ORV_E_INVALID_DATA,
+         OrvXmlTooMuchExpansion,
+         0,
+         300000},
+        {{{"<a>", kMostDeep}, {"</a>", kMostDeep}}, ORV_S_OK, OrvXmlNotWellFormed, 0, 7 * kMostDeep},
+        {{{"<a>", kMostDeep}, {"<b/>", 1}},
+         ORV_E_INVALID_DATA,
+         OrvXmlTooDeep,
+         3 * kMostDeep,
+         3 * kMostDeep + 4},
+        // Side by side there may be any number.
+        {{{"<a>", 1}, {"<b/>", kMostDeep + 1}, {"</a>", 1}},
+         ORV_S_OK,
+         OrvXmlNotWellFormed,
+         0,
+         4 * kMostDeep + 11},
+        {{{"<a b='", 1}, {kilobyte, 300 << 10}, {"'/>", 1}},
+         ORV_E_INVALID_DATA,
+         OrvXmlTokenTooLong,
+         0,
+         kMostLong + 4096},
+        {{{"<a>", 1}, {"<!--", 1}, {kilobyte, 300 << 10}, {"--></a>", 1}},
+         ORV_E_INVALID_DATA,
+         OrvXmlTokenTooLong,
+         3,
+         kMostLong + 2 * 4096},
+    };
+    for (const auto &c : cases) {
+        test::Note("case", &c - cases);
+        PartsStream stream(c.parts);
+        Counter counter;
+        OrvBasXmlSaxError error = {};
+        CHECK_EQUAL(OrvBasXmlSaxParse(stream, counter, error), c.result);
+        CHECK_EQUAL(error.reason, c.reason);
+        if (c.offset)
+            CHECK_EQUAL(error.byteOffset, uint64_t(c.offset));
+        CHECK(stream.total <= c.mostRead);
+        CHECK(counter.characters <= uint64_t(100) * c.mostRead);
+        if (c.result == ORV_S_OK)
+            CHECK(counter.ends >= kMostDeep);
+    }
+}
+
 TEST_CASE(BombsAndOutsideEntitiesDoNotGoOff)
 {
     OrvUtf16CharHeapBuffer bomb;
@@ -189,19 +406,15 @@ TEST_CASE(BombsAndOutsideEntitiesDoNotGoOff)
         OrvAppendFormatString(text, L"'>");
     }
     OrvAppendFormatString(text, L"]><a>&e9;</a>");
-    OrvMemoryStream stream(bomb.GetValue(), bomb.GetInternal().length * sizeof(wchar_t));
-    class Counter final : public OrvBasXmlSaxHandlerBase
-    {
-    public:
-        OrvResult CharacterData(const Text &text) override
-        {
-            characters += text.length;
-            return ORV_S_OK;
-        }
-        uint64_t characters = 0;
-    } counter;
-    CHECK_EQUAL(OrvBasXmlSaxParse(stream, counter), ORV_E_INVALID_DATA);
-    CHECK(counter.characters < 100000000);
+    for (uint32_t form = 0; form < kFormCount; form++) {
+        const EncodedDocument document(bomb, static_cast<Form>(form));
+        OrvMemoryStream stream = document.Stream();
+        Counter counter;
+        OrvBasXmlSaxError error = {};
+        CHECK_EQUAL(OrvBasXmlSaxParse(stream, counter, error), ORV_E_INVALID_DATA);
+        CHECK_EQUAL(error.reason, OrvXmlTooMuchExpansion);
+        CHECK(counter.characters < 8 << 20);
+    }
 
     const char outside[] = "<!DOCTYPE a [<!ENTITY x SYSTEM 'file:///etc/passwd'>]><a>&x;</a>";
     Recorder recorder;
@@ -221,7 +434,7 @@ TEST_CASE(FirstFailureIsTheResult)
         OrvMemoryStream stream(kDocument, sizeof kDocument - 1);
         Recorder failing;
         failing.failAt = failAt;
-        OrvBasXmlSaxError error = {7, 7, 7};
+        OrvBasXmlSaxError error = {7, 7, 7, OrvXmlTooDeep};
         CHECK_EQUAL(OrvBasXmlSaxParse(stream, failing, error), ORV_E_ABORTED);
         CHECK_EQUAL(failing.calls, failAt);
         CHECK_EQUAL(error.byteOffset, uint64_t(7));
@@ -230,7 +443,7 @@ TEST_CASE(FirstFailureIsTheResult)
     OrvMemoryStream broken("<a></b>", 7);
     Recorder failing;
     failing.failAt = 1;
-    OrvBasXmlSaxError untouched = {7, 7, 7};
+    OrvBasXmlSaxError untouched = {7, 7, 7, OrvXmlTooDeep};
     CHECK_EQUAL(OrvBasXmlSaxParse(broken, failing, untouched), ORV_E_ABORTED);
     CHECK_EQUAL(untouched.line, uint64_t(7));
 

@@ -25,11 +25,27 @@ struct OrvBasXmlSaxHandlerBase {
     /// An end tag, or the second half of an empty element.
     virtual OrvResult EndElement(const Text & /*element*/) { return ORV_S_OK; }
 
-    /// Character data. One text of the document may come in several calls.
+    /// Character data. One text of the document may come in several calls; a pair of UTF-16 comes whole.
     virtual OrvResult CharacterData(const Text & /*text*/) { return ORV_S_OK; }
 
 protected:
     ~OrvBasXmlSaxHandlerBase() = default;
+};
+
+/// Why a document is refused. All but the first may be well-formed, and ask for more than a reader gives.
+enum OrvBasXmlSaxReason : uint32_t {
+    /// It breaks the grammar, or its bytes are not in its encoding.
+    OrvXmlNotWellFormed = 0,
+    /// Its entities multiply: they stand for more than 8 MiB together with the bytes read so far, and for
+    /// more than 100
+    /// times these.
+    OrvXmlTooMuchExpansion = 1,
+    /// More than 250,000 elements are open at once.
+    OrvXmlTooDeep = 2,
+    /// More than 64 MiB (67,108,864 bytes) of one tag, comment, processing instruction, reference or literal,
+    /// without
+    /// its end. Text between tags and in CDATA sections may be of any length.
+    OrvXmlTokenTooLong = 3,
 };
 
 /// Where a parse met its first fault: filled by the form below that takes one.
@@ -37,16 +53,20 @@ struct OrvBasXmlSaxError {
     uint64_t byteOffset; ///< from the start of the stream
     uint64_t line;       ///< from 1
     uint64_t column;     ///< from 0, in characters
+    OrvBasXmlSaxReason reason;
 };
 
 /// Reads a document from the stream to its end and hands its events to the handler, on the calling thread.
-/// External entities are not followed, and a document whose entities multiply beyond measure is refused.
+/// The document may be of any size: what is kept of it are its open elements, its declarations, and the token
+/// that is being read. External entities are not followed. What a document may ask for has the limits of
+/// OrvBasXmlSaxReason.
 ///
-/// Returns 0, or the remark that the handler's last call returned; ORV_E_OUT_OF_MEMORY; ORV_E_INVALID_DATA
-/// when the document is not well-formed XML; the first failure of the stream (other than the end of its data)
+/// Returns 0, or the remark that the handler's last call returned; ORV_E_OUT_OF_MEMORY, also when what is
+/// kept grows beyond 64 MiB and 100 times the bytes read; ORV_E_INVALID_DATA when the document is not
+/// well-formed XML or goes beyond a limit; the first failure of the stream (other than the end of its data)
 /// or of the handler; ORV_E_READ_FAULT for a stream that claims to have read more than it was asked for.
 ORV_API OrvResult OrvBasXmlSaxParse(IOrvStream &stream, OrvBasXmlSaxHandlerBase &handler);
 
-/// The same; when the document is not well-formed, `error` says where. Otherwise it is untouched.
+/// The same; when the document is refused, `error` says where and why. Otherwise it is untouched.
 ORV_API OrvResult OrvBasXmlSaxParse(IOrvStream &stream, OrvBasXmlSaxHandlerBase &handler,
                                     OrvBasXmlSaxError &error);

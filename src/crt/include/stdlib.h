@@ -1,11 +1,18 @@
-/* For the C libraries inside orvsys.dll: memory from the process heap, and an environment without variables,
-   so that no number is ever read from one. */
+/* For the C libraries inside orvsys.dll: memory from the process heap, random bytes, and an environment without
+   variables, so that no number is ever read from one. */
 #pragma once
+#include <errno.h>
 #include <stddef.h>
 
+#ifdef __cplusplus
+extern "C" {
+#endif
 void *malloc(size_t size);
 void *realloc(void *block, size_t size);
 void free(void *block);
+void arc4random_buf(void *bytes, size_t size);
+#ifdef __cplusplus
+}
+#endif
 #define getenv(name) ((char *)0)
 #define strtoul(text, end, radix) 0ul
-static int errno;
