@@ -9,7 +9,7 @@
       the DLL exports exactly what the public headers declare for import: no implicit member, no internal, none
       missing
   check_binaries.py headers CLANG_CL INCLUDE
-      every public header compiles alone, in the compiler's default mode and in the strict one
+      every public header compiles alone, for the compiler of Visual Studio 2017 and in the strict mode
   check_binaries.py initialisers READOBJ OBJECT...
       no object has a dynamic initialiser
   check_binaries.py size FILE BYTES
@@ -117,7 +117,8 @@ def exports(readobj, module, clang_cl, include):
 
 def headers(clang_cl, include):
     faults = []
-    modes = ([], ["/permissive-", "/std:c++20", "/W4", "/WX"])
+    oldest = ["-fmsc-version=1910", "/std:c++14", "/EHsc", "/W4", "/WX"]  # Visual Studio 2017
+    modes = (oldest, ["/permissive-", "/std:c++20", "/W4", "/WX"])
     found = sorted(pathlib.Path(include).rglob("*.h"))
     with tempfile.TemporaryDirectory() as folder:
         source = pathlib.Path(folder) / "alone.cpp"

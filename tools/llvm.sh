@@ -43,7 +43,8 @@ lacks() { # lacks CANDIDATE: the first program that it does not have
 candidates() {
     local version
     compgen -c clang-cl- | sed -n 's/^clang-cl-\([0-9]*\)$/\1 \1/p' | sort -u
-    ! where plain clang-cl >/dev/null || { version=$(version_of plain) && printf '%s plain\n' "$version"; }
+    ! where plain clang-cl >/dev/null || version=$(version_of plain)
+    [ -z "${version:-}" ] || printf '%s plain\n' "$version"
 }
 
 choose() {
@@ -79,6 +80,7 @@ for program in "$@"; do
     if [ "$program" = version ]; then
         version_of "$candidate"
     else
-        where "$candidate" "$program" || fail "LLVM $(version_of "$candidate") has no $program" 'install it, or set ORV_LLVM'
+        where "$candidate" "$program" ||
+            fail "LLVM $(version_of "$candidate") has no $program" 'install it, or set ORV_LLVM'
     fi
 done

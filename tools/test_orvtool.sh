@@ -68,6 +68,16 @@ same() {
     printf '%s: the bytes differ\n' "$1"
 }
 
+# holds WORDS COMMAND...: the command succeeds.
+holds() {
+    if "${@:2}"; then
+        passed=$((passed + 1))
+        return
+    fi
+    failed=$((failed + 1))
+    printf '%s: it is not so\n' "$1"
+}
+
 # run ARGUMENT...: orvtool with the streams that it is given.
 run() {
     "$root/tools/run_wine.sh" "$tool" "$@" 2>"$work/error" && return
@@ -84,6 +94,19 @@ repeat() { # repeat TEXT TIMES
 
 see() { printf "See 'orvtool %s --help'.\\\\n" "$1"; }
 
+# full ARGUMENT...: what is printed finds no room.
+full() {
+    local code=0
+    "$root/tools/run_wine.sh" "$tool" "$@" >/dev/full 2>"$work/error" </dev/null || code=$?
+    if [ "$code" -eq 1 ] &&
+        [ "$(said)" = 'orvtool: writing to standard output failed: 0xE0010097 (ORV_E_DISK_FULL)' ]; then
+        passed=$((passed + 1))
+        return
+    fi
+    failed=$((failed + 1))
+    printf 'orvtool %s >/dev/full: exit code %s, and it said: %s\n' "$*" "$code" "$(said)"
+}
+
 printf 'foo' >"$work/file"
 declaration='<?xml version="1.0" encoding="utf-8"?>\n'
 
@@ -97,13 +120,13 @@ is 0 'AP8Q' '\x00\xff\x10' base64 -d
 is 0 ' Zm\r\n9v\tZg==\n' 'foof' base64 --decode
 is 0 "$(repeat Zm9v 3000)\n" "$(repeat foo 3000)" base64 -d
 is 0 'Zm9v' 'foo' base64 -d --strict
-is 1 'Zm9v\n' 'orvtool base64: this is no Base64 at offset 4\n' base64 -d --strict
-is 1 'Zm 9v!Zm9v' 'orvtool base64: this is no Base64 at offset 5\n' base64 -d
-is 1 'Zg==\nZg==' 'orvtool base64: this is no Base64 at offset 5\n' base64 -d
-is 1 'Zm9vZ===' 'orvtool base64: this is no Base64 at offset 5\n' base64 -d
-is 1 'Zm9vZg=x' 'orvtool base64: this is no Base64 at offset 7\n' base64 -d
+is 1 'Zm9v\n' 'fooorvtool base64: this is no Base64 at offset 4\n' base64 -d --strict
+is 1 'Zm 9v!Zm9v' 'fooorvtool base64: this is no Base64 at offset 5\n' base64 -d
+is 1 'Zg==\nZg==' 'forvtool base64: this is no Base64 at offset 5\n' base64 -d
+is 1 'Zm9vZ===' 'fooorvtool base64: this is no Base64 at offset 5\n' base64 -d
+is 1 'Zm9vZg=x' 'fooorvtool base64: this is no Base64 at offset 7\n' base64 -d
 is 1 '\xe9' 'orvtool base64: this is no Base64 at offset 0\n' base64 -d
-is 1 'Zm9vZg' 'orvtool base64: the text ends inside a group at offset 6\n' base64 -d
+is 1 'Zm9vZg' 'fooorvtool base64: the text ends inside a group at offset 6\n' base64 -d
 is 2 '' "orvtool base64: there is no option '-x'. $(see base64)" base64 -x
 is 2 '' "orvtool base64: one argument too many: 'b'. $(see base64)" base64 a b
 
@@ -194,6 +217,30 @@ is 1 "ab  x\n${foo/2/3}  $work/file\n$foo  $work/none\n${foo/2/4}  $work/file" \
 ${none}orvtool hash: 1 line lists no digest
 orvtool hash: 1 listed file cannot be read
 orvtool hash: 2 digests do not match\n" hash -c -
+# A list as UTF-8 and as UTF-16 of both byte orders, behind their marks; also cut inside a mark and inside a character.
+printf '%s  %s\n' "$foo" "$work/file" "$foo" "$work/file" >"$work/list"
+(printf '\xef\xbb\xbf' && cat "$work/list") >"$work/utf8"
+(printf '\xff\xfe' && run convert --from utf-8 --to utf-16 "$work/list") >"$work/utf16le"
+dd conv=swab if="$work/utf16le" of="$work/utf16be" status=none
+printf '%s: OK\n' "$work/file" "$work/file" >"$work/expected"
+for list in utf8 utf16le utf16be; do
+    run hash -c "$work/$list" >"$work/out"
+    same "hash -c of a list in $list" "$work/out" "$work/expected"
+    (head -c 1 "$work/$list" && sleep 0.2 && tail -c +2 "$work/$list" | head -c 10 && sleep 0.2 &&
+        tail -c +12 "$work/$list") | run hash -c - >"$work/out"
+    same "hash -c of a list in $list that comes in parts" "$work/out" "$work/expected"
+done
+is 0 '\xff\xfea\x00\r\x00\n\x00\n\x00\x62\x0a\x0a\x01\xac' 'a\n\n\xe0\xa9\xa2\xc4\x8a\xef\xbf\xbd\n' match '*'
+instead='for less than 512 MiB: take sha512 for less than 4 GiB, or md5 for any length'
+truncate -s 512M "$work/sparse"
+is 1 '' "orvtool hash: '$work/sparse' is too long for sha256, which is $instead\n" hash -a sha256 "$work/sparse"
+says "orvtool hash: '-' is too long for sha1, which is $instead" hash -a sha1 - < <(cat "$work/sparse")
+truncate -s 4G "$work/sparse"
+long="orvtool hash: '$work/sparse' is too long for sha512, which is for less than 4 GiB: take md5, which takes any length"
+is 1 '' "$long\n" hash -a sha512 "$work/sparse"
+is 1 "$(repeat 0 128)  $work/sparse\n" "$work/sparse: FAILED open or read
+$long\norvtool hash: 1 listed file cannot be read\n" hash -c -
+rm "$work/sparse"
 is 1 'abc' "orvtool hash: '-' lists no file with a digest that can be checked\n" hash -c -
 is 1 "$foo  $work/file" "orvtool hash: '-' lists no file with a digest that can be checked\n" hash -c -a md5 -
 is 2 '' "orvtool hash: there is no algorithm 'sha3'. $(see hash)" hash -a sha3 -
@@ -237,6 +284,13 @@ for file in "$small" "$big"; do
         same "hash -a $algorithm" "$work/out" "$work/sums"
         is 0 '' "$file: OK\n" hash -c "$work/sums"
     done
+    base64 "$file" >"$work/text"
+    run base64 -d "$work/text" >"$work/out"
+    same 'base64 -d' "$work/out" "$file"
+    run base64 "$file" | fold -w 76 >"$work/out"
+    same 'base64' "$work/out" "$work/text"
+    printf '!' >>"$work/text"
+    says "orvtool base64: this is no Base64 at offset $(($(wc -c <"$work/text") - 1))" base64 -d "$work/text"
     for level in -1 -9; do
         run deflate $level "$file" >"$work/packed"
         run inflate "$work/packed" >"$work/out"
@@ -317,10 +371,22 @@ dos 5D75:4945 2026-11-21T09:10:10.000000000Z
 FORMS
 is 0 '' "$instant\n" time convert 0x01DD79981C81B207 --from filetime
 is 0 '' '116444735950000000\n' time convert -5 --from unix --to orvtime
-is 0 '' '1600-12-31T00:00:00.000000000Z\n' time convert 0xFFFFFFFFFFFFFFFF --from orvtime
+is 0 '' '30828-09-14T02:48:05.477580800Z\n' time convert 0x8000000000000000 --from orvtime
+is 0 '' '60056-05-28T05:36:10.955161400Z\n' time convert 0xFFFFFFFFFFFFFFFE --from orvtime
+is 0 '' '1833029933770\n' time convert FFFFFFFF:FFFFFFFE --from filetime --to unix
 range='failed: 0xE0010064 (ORV_E_TIME_OUT_OF_RANGE)'
 is 1 '' "orvtool time: converting to 'iso' $range\n" time convert -5 --from unix
 is 1 '' "orvtool time: converting '9223372036854775807' $range\n" time convert 9223372036854775807 --from unix
+for value in 1600-12-31T00:00:00Z 67562-01-01T00:00:00Z; do
+    is 1 '' "orvtool time: converting '$value' $range\n" time convert $value --to orvtime
+done
+is 1 '' "orvtool time: converting to 'variant' $range\n" time convert 0xFFFFFFFFFFFFFFFE --from orvtime --to variant
+for value in 'FFFFFFFF:FFFFFFFF filetime' '0xFFFFFFFFFFFFFFFF orvtime'; do
+    for form in iso orvtime filetime unix variant dos; do
+        is 1 '' "orvtool time: '${value% *}' is the end marker: it stands for no time, and has no other form\n" \
+            time convert "${value% *}" --from "${value#* }" --to $form
+    done
+done
 is 1 '' "orvtool time: converting '2026-02-30T00:00:00Z' failed: 0xE0010002 (ORV_E_INVALID_ARGUMENT)\n" \
     time convert 2026-02-30T00:00:00Z
 for value in 2026-11-21 2026-11-21T09:10:11.Z 2026-11-21T09:10:11z ''; do
@@ -532,9 +598,81 @@ is 1 'REGEDIT4\n' 'orvtool reg: line 1: this is the older format, REGEDIT4, whos
 is 1 '' "orvtool reg: line 1: the first line is not '$version'\n" reg import
 is 0 '' 'new\n' reg list "$key" # and no key Never
 is 1 '' "orvtool reg: making the file '$work/none/x' failed: 0xE001003E (ORV_E_PATH_NOT_FOUND)\n" reg export "$key" "$work/none/x"
+
+# What is written takes the target's place when it is complete: a link stays one, and so does one that leads nowhere yet.
+(
+    mkdir "$work/targets" && cd "$work/targets"
+    echo old >end && ln -s end link && ln -s made dangling && cp end readonly && chmod 444 readonly && mkdir folder
+)
+run reg export "$key" >"$work/exported"
+for target in end link dangling new; do
+    is 0 '' '' reg export "$key" "$work/targets/$target"
+    same "reg export to $target" "$work/targets/$target" "$work/exported"
+done
+# While that is not so, the target is as it was, and nothing stays beside it.
+for target in readonly folder; do
+    is 1 '' "orvtool reg: making the file '$work/targets/$target' failed: 0xE0010058 (ORV_E_ACCESS_DENIED)\n" \
+        reg export "$key" "$work/targets/$target"
+done
+is 1 '' "orvtool reg: writing '/dev/full' failed: 0xE0010097 (ORV_E_DISK_FULL)\n" reg export "$key" /dev/full
+code=0
+{
+    (ulimit -f 8 && "$root/tools/run_wine.sh" "$tool" reg export 'HKLM\Software' "$work/targets/end") || code=$?
+} 2>/dev/null
+holds 'the kernel ends what makes too long a file' [ "$code" -gt 128 ]
+same 'reg export that was ended' "$work/targets/end" "$work/exported"
+printf '%s\n' dangling end folder link made new readonly >"$work/expected"
+same 'the folder behind all that' <(LC_ALL=C ls -A "$work/targets") "$work/expected"
+same 'a target that cannot be written' "$work/targets/readonly" <(echo old)
+holds 'a link stays one' [ -L "$work/targets/link" ]
+holds 'a link that led nowhere stays one' [ -L "$work/targets/dangling" ]
 run reg delete "$key" --recursive
 
 like 0 'orvtool [0-9]+\.[0-9]+\.[0-9]+   zlib 1\.[0-9.]+ \(.+\)   bzip2 1\.[0-9.]+ \(.+\)   expat 2\.[0-9.]+ \(.+\) ' --version
+printf 'Zm9v' >"$work/base64"
+printf '<a/>' >"$work/xml"
+run deflate "$work/file" >"$work/zlib"
+while read -r -a words; do
+    full "${words[@]}"
+done <<FULL
+--version
+--help
+base64 $work/file
+base64 -d $work/base64
+bunzip2 $work/foo.bz2
+bzip2 $work/file
+convert --from utf-8 --to utf-16 $work/file
+deflate $work/file
+event create OrvToolTest
+guid
+hash $work/file
+help guid
+info
+inflate $work/zlib
+match * a
+mutex create OrvToolTest
+number 1
+path temp
+random
+reg export HKCU\\Software
+reg list HKCU
+result 1
+semaphore create OrvToolTest
+shm serve 0x7E58 --size 1
+time
+xml format $work/xml
+FULL
+# A reader that has enough ends the work, and nothing is said.
+for words in number 'random -n 4000000000'; do
+    {
+        code=0
+        # shellcheck disable=SC2086 # several words
+        ORV_RUN_SECONDS=20 "$root/tools/run_wine.sh" "$tool" $words < <(yes 1) 2>"$work/error" || code=$?
+        printf '%s\n' "$code" >"$work/code"
+    } | head -n 1 >/dev/null
+    same "orvtool $words into a closed pipe" <(cat "$work/code" && said) <(echo 1)
+done
+
 like 0 'Usage: orvtool guid .*Usage: orvtool match .*Exit codes: .*' help guid match
 for words in help 'help --help' 'help help'; do
     like 0 'Usage: orvtool COMMAND .*' $words

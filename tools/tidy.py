@@ -13,7 +13,8 @@ def main():
     root = pathlib.Path(__file__).resolve().parent.parent
     build = pathlib.Path(sys.argv[1]).resolve()
     parts = sys.argv[2:]
-    tidy = subprocess.run([root / "tools/llvm.sh", "clang-tidy"], stdout=subprocess.PIPE, text=True, check=True).stdout.strip()
+    chosen = subprocess.run([root / "tools/llvm.sh", "clang-tidy"], stdout=subprocess.PIPE, text=True, check=True)
+    tidy = chosen.stdout.strip()
     files = sorted({entry["file"] for entry in json.loads((build / "compile_commands.json").read_text())})
     ours = [file for file in files
             if pathlib.Path(file).is_relative_to(root) and not pathlib.Path(file).is_relative_to(build)

@@ -5,7 +5,7 @@
 
 #include "orv/runtime/result.h"
 #include "orv/text/base64.h"
-#include "runtime/heap.h"
+#include "text_bounds.h"
 
 namespace orvtool
 {
@@ -13,131 +13,120 @@ namespace orvtool
 namespace
 {
 
+constexpr uint32_t kGroupBytes = 3;
+constexpr uint32_t kGroupCharacters = 4;
+constexpr uint32_t kPieceGroups = 4096;
+
 ExitCode Encode(const Command &command, Console &console, Input &input)
 {
     // Pieces of whole groups, so that their texts make one.
-    constexpr uint32_t kPiece = 3 * 1024;
+    constexpr uint32_t kPiece = kPieceGroups * kGroupBytes;
     uint8_t bytes[kPiece];
-    wchar_t room[kPiece / 3 * 4 + 1];
+    wchar_t room[kPieceGroups * kGroupCharacters + 1];
     for (uint32_t count = kPiece; count == kPiece;) {
         OrvResult result = input.Read(bytes, kPiece, count);
         if (OrvFailed(result))
             return ReportFailure(command, console, L"reading", result);
         _ORV_UTF16CHAR_STR text = {0, sizeof room / sizeof room[0], room};
         result = OrvBase64Encode(text, bytes, count);
-        if (OrvSucceeded(result))
-            result = console.out.Append(room, room + text.length);
         if (OrvFailed(result))
-            return ReportFailure(command, console, L"writing", result);
+            return ReportFailure(command, console, L"encoding", result);
+        if (OrvFailed(console.out.Append(room, room + text.length)))
+            return kExitFailed;
     }
     console.out.Print(L"\n");
     return kExitSuccess;
 }
 
-/// A whole input as text, a character for each byte, and the room to decode it.
-class Text
+/// Text on its way to bytes. It is taken character by character, which shows where the first fault is; whole
+/// groups are collected for the library to decode.
+class Decoder
 {
 public:
-    OrvResult Read(Input &input)
+    Decoder(Stream &out, OrvBase64Ignored ignored)
+        : out_(out), skipsWhiteSpace_(ignored == OrvBase64IgnoreWhiteSpace)
     {
-        constexpr uint32_t kPiece = 4096;
-        uint8_t bytes[kPiece];
-        for (uint32_t count = kPiece; count == kPiece;) {
-            OrvResult result = input.Read(bytes, kPiece, count);
-            if (OrvSucceeded(result))
-                result = Reserve(length_ + count + kLongestEnd);
-            if (OrvFailed(result))
-                return result;
-            for (uint32_t i = 0; i < count; i++)
-                text_[length_++] = bytes[i];
-        }
-        capacity_ = OrvBase64DecodeNecessaryBufferCapacity(length_ + kLongestEnd);
-        data_ = static_cast<uint8_t *>(detail::AllocateBytes(capacity_));
-        return data_ ? ORV_S_OK : ORV_E_OUT_OF_MEMORY;
     }
 
-    Text() = default;
-    Text(const Text &) = delete;
-    Text &operator=(const Text &) = delete;
-    ~Text() { detail::FreeBytes(data_); }
-
-    OrvResult Decode(OrvBase64Ignored mode) { return Decode(length_, mode); }
-
-    /// The length of the longest beginning that some end makes valid: the position of the first fault.
-    uint32_t FindFault(OrvBase64Ignored mode)
+    /// False when the character has no place where it stands.
+    bool Take(char character)
     {
-        uint32_t valid = 0;
-        uint32_t invalid = length_ + 1;
-        while (invalid - valid > 1) {
-            const uint32_t middle = valid + (invalid - valid) / 2;
-            (CanBeCompleted(middle, mode) ? valid : invalid) = middle;
-        }
-        return valid;
+        if (skipsWhiteSpace_ && IsWhiteSpace(character))
+            return true;
+        const uint32_t place = length_ % kGroupCharacters;
+        const bool isPadding = character == '=' && place >= 2;
+        if (hasEnded_ || (!isPadding && (isPadded_ || !IsBase64Digit(character))))
+            return false;
+        isPadded_ = isPadding;
+        hasEnded_ = isPadded_ && place == kGroupCharacters - 1;
+        text_[length_++] = static_cast<wchar_t>(character);
+        return true;
     }
 
-    uint32_t Length() const { return length_; }
-    const uint8_t *Data() const { return data_; }
-    uint32_t DataLength() const { return dataLength_; }
+    bool IsFull() const { return length_ == kCapacity; }
+    bool IsInsideGroup() const { return length_ % kGroupCharacters != 0; }
+
+    /// Decodes and writes the groups that are complete. Returns 0, or why that failed.
+    OrvResult Write()
+    {
+        uint8_t bytes[kPieceGroups * kGroupBytes];
+        uint32_t count = 0;
+        const OrvResult result = OrvBase64Decode(
+            bytes, sizeof bytes, text_, length_ - length_ % kGroupCharacters, &count, OrvBase64IgnoreNothing);
+        length_ = 0;
+        return OrvSucceeded(result) ? out_.WriteBytes(bytes, count) : result;
+    }
 
 private:
-    static constexpr uint32_t kLongestEnd = 3;
+    static constexpr uint32_t kCapacity = kPieceGroups * kGroupCharacters;
 
-    OrvResult Reserve(uint32_t count)
+    static bool IsWhiteSpace(char character)
     {
-        if (count < text_.GetCapacity())
-            return ORV_S_OK;
-        // The characters lie behind the buffer's own length, which therefore has to follow them.
-        text_.GetInternal().length = length_;
-        return text_.ReserveElements(count + count / 2);
+        return character == ' ' || character == '\t' || character == '\r' || character == '\n';
     }
 
-    OrvResult Decode(uint32_t length, OrvBase64Ignored mode)
-    {
-        return OrvBase64Decode(data_, capacity_, text_.GetBuffer(), length, &dataLength_, mode);
-    }
-
-    bool CanBeCompleted(uint32_t length, OrvBase64Ignored mode)
-    {
-        static const wchar_t *const kEnds[] = {L"", L"A", L"AA", L"AAA", L"=", L"=="};
-        wchar_t kept[kLongestEnd];
-        for (uint32_t i = 0; i < kLongestEnd; i++)
-            kept[i] = text_[length + i];
-        bool isValid = false;
-        for (const wchar_t *const end : kEnds) {
-            uint32_t i = 0;
-            for (; end[i]; i++)
-                text_[length + i] = end[i];
-            isValid = isValid || OrvSucceeded(Decode(length + i, mode));
-        }
-        for (uint32_t i = 0; i < kLongestEnd; i++)
-            text_[length + i] = kept[i];
-        return isValid;
-    }
-
-    OrvUtf16CharHeapBuffer text_;
+    Stream &out_;
+    const bool skipsWhiteSpace_;
+    bool isPadded_ = false; ///< the character before was a padding one
+    bool hasEnded_ = false; ///< the padded group is complete, and nothing may follow
     uint32_t length_ = 0;
-    uint8_t *data_ = nullptr;
-    uint32_t capacity_ = 0;
-    uint32_t dataLength_ = 0;
+    wchar_t text_[kCapacity];
 };
 
-ExitCode Decode(const Command &command, Console &console, Input &input, OrvBase64Ignored mode)
+ExitCode Decode(const Command &command, Console &console, Input &input, OrvBase64Ignored ignored)
 {
-    Text text;
-    OrvResult result = text.Read(input);
-    if (OrvFailed(result))
-        return ReportFailure(command, console, L"reading", result);
-    result = text.Decode(mode);
-    if (OrvFailed(result)) {
-        const uint32_t at = text.FindFault(mode);
-        console.error.Print(at == text.Length()
-                                ? L"orvtool base64: the text ends inside a group at offset %u\n"
-                                : L"orvtool base64: this is no Base64 at offset %u\n",
-                            at);
-        return kExitFailed;
+    constexpr uint32_t kPiece = 16 * 1024;
+    char bytes[kPiece];
+    Decoder decoder(console.out, ignored);
+    const wchar_t *problem = nullptr;
+    uint64_t offset = 0;
+    OrvResult result = ORV_S_OK;
+    for (uint32_t count = kPiece; count == kPiece && OrvSucceeded(result) && !problem;) {
+        result = input.Read(bytes, kPiece, count);
+        if (OrvFailed(result))
+            return ReportFailure(command, console, L"reading", result);
+        for (uint32_t i = 0; i < count && OrvSucceeded(result) && !problem; i++) {
+            if (!decoder.Take(bytes[i])) {
+                problem = L"this is no Base64";
+                break;
+            }
+            offset++;
+            if (decoder.IsFull())
+                result = decoder.Write();
+        }
     }
-    result = console.out.WriteBytes(text.Data(), text.DataLength());
-    return OrvFailed(result) ? ReportFailure(command, console, L"writing", result) : kExitSuccess;
+    if (!problem && decoder.IsInsideGroup())
+        problem = L"the text ends inside a group";
+    if (OrvSucceeded(result))
+        result = decoder.Write(); // what stands before a fault is still good
+    if (console.out.HasFailed())
+        return kExitFailed;
+    if (OrvFailed(result))
+        return ReportFailure(command, console, L"decoding", result);
+    if (!problem)
+        return kExitSuccess;
+    console.error.Print(L"orvtool base64: %s at offset %I64u\n", problem, offset);
+    return kExitFailed;
 }
 
 ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments)
@@ -174,8 +163,8 @@ const Command kBase64Command = {
     L"\n"
     L"Encodes the bytes of FILE, or of standard input, as one line of text. Without FILE, or when it is "
     L"'-',\n"
-    L"standard input is read. Text that is no Base64 decodes to nothing, and the offset of its first fault\n"
-    L"is printed.\n"
+    L"standard input is read. Where text ceases to be Base64, decoding ends: the groups before are written,\n"
+    L"and the offset is printed.\n"
     L"\n"
     L"  -d, --decode   decodes; white space is skipped\n"
     L"  --strict       white space is a fault too, line ends among it\n",

@@ -49,7 +49,8 @@ ExitCode RunBunzip2(const Command &command, Console &console, ArgumentReader &ar
     const auto begin = [](OrvBZ2Context &context, uint32_t bufferSize) {
         return context.Initialize(bufferSize, false);
     };
-    return CompressionFilter<OrvBZ2Context, decltype(begin)>(command, console, input, begin).Decompress(true);
+    return CompressionFilter<OrvBZ2Context, decltype(begin)>(command, console, input, begin)
+        .Decompress(Streams::kSeveral);
 }
 
 } // namespace

@@ -67,6 +67,11 @@ ExitCode WrongValue(const Command &command, Console &console, const wchar_t *opt
 ExitCode ReportFailure(const Command &command, Console &console, const wchar_t *action, OrvResult result,
                        const wchar_t *what = nullptr);
 
+/// Flushes standard output at the end of the program, and says on standard error why not all of it could be
+/// written: no command says that itself. Nobody misses what a closed pipe did not take, so that this is not
+/// said. Returns `code`, or kExitFailed in place of a success when something was not written.
+ExitCode FinishOutput(Console &console, ExitCode code);
+
 /// The constant's name of a result code, or null when it has none.
 const wchar_t *NameOfResult(OrvResult result);
 

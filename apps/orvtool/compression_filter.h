@@ -21,6 +21,9 @@ inline int TakeLevel(ArgumentReader &arguments)
     return option[1] - L'0';
 }
 
+/// Whether a compressed input may be several streams, one behind the other, that become one output.
+enum class Streams { kOne, kSeveral };
+
 /// Context is OrvDeflateContext or OrvBZ2Context. Begin, called with the context and the size of its buffer,
 /// initializes it.
 template <typename Context, typename Begin>
@@ -34,147 +37,157 @@ public:
 
     ExitCode Compress()
     {
-        work_ = L"compressing";
-        return Explain(RunAndWrite([this] { return CompressAll(); }));
+        return RunAndExplain([this](Progress &progress) { return CompressAll(progress); });
     }
 
-    /// `takesSeveral`: streams may follow each other, and become one output.
-    ExitCode Decompress(bool takesSeveral)
+    ExitCode Decompress(Streams streams)
     {
-        work_ = L"decompressing";
-        takesSeveral_ = takesSeveral;
-        return Explain(RunAndWrite([this] { return DecompressAll(); }));
+        return RunAndExplain(
+            [this, streams](Progress &progress) { return DecompressAll(progress, streams); });
     }
 
 private:
     static constexpr uint32_t kBufferSize = 64 * 1024;
 
-    /// What is wrong with the input of a decompression.
-    enum class Fault { kNone, kCorrupt, kTruncated, kTrailing };
+    /// How far the work has come, and what stopped it.
+    struct Outcome {
+        OrvResult result = ORV_S_OK;      ///< ORV_S_END_OF_DATA when a stream is complete
+        const wchar_t *action = nullptr;  ///< what gave the result
+        const wchar_t *problem = nullptr; ///< what is wrong with the input; null when nothing is
+        uint64_t offset = 0;              ///< of the problem
+
+        bool IsGood() const { return OrvSucceeded(result) && !problem; }
+        bool IsStreamEnd() const { return result == ORV_S_END_OF_DATA; }
+    };
 
     template <typename Work>
-    OrvResult RunAndWrite(Work work)
+    ExitCode RunAndExplain(Work work)
     {
-        Progress progress(console_.error, input_.Size());
-        progress_ = &progress;
-        const OrvResult result = work();
-        // Behind a fault too: what came before it is still good.
-        const OrvResult written = Write();
-        return OrvFailed(result) ? result : written;
-    }
-
-    OrvResult CompressAll()
-    {
-        OrvResult result = Start();
-        if (OrvSucceeded(result))
-            result = Read();
-        while (OrvSucceeded(result) && context_.GetAvailIn() != 0) {
-            result = Step(&Context::Compress);
-            if (OrvSucceeded(result) && context_.GetAvailIn() == 0)
-                result = Read();
+        Outcome outcome;
+        {
+            Progress progress(console_.error, input_.Size());
+            outcome = work(progress);
+            Write(); // behind a fault too: what came before it is still good
         }
-        while (OrvSucceeded(result) && result != ORV_S_END_OF_DATA)
-            result = Step(&Context::CompressFinish);
-        return result;
+        if (console_.out.HasFailed())
+            return kExitFailed;
+        if (OrvFailed(outcome.result))
+            return ReportFailure(command_, console_, outcome.action, outcome.result);
+        if (!outcome.problem)
+            return kExitSuccess;
+        console_.error.Print(L"orvtool %s: ", command_.name);
+        console_.error.Print(outcome.problem, outcome.offset);
+        console_.error.Print(L"\n");
+        return kExitFailed;
     }
 
-    OrvResult DecompressAll()
+    Outcome CompressAll(Progress &progress)
     {
-        OrvResult result = DecompressStream();
-        while (OrvSucceeded(result) && fault_ == Fault::kNone) {
-            if (context_.GetAvailIn() == 0)
-                result = Read();
-            if (OrvFailed(result) || context_.GetAvailIn() == 0)
+        Outcome outcome = Start();
+        if (outcome.IsGood())
+            outcome = Read(progress);
+        while (outcome.IsGood() && !IsInputEmpty()) {
+            outcome = Step(L"compressing", &Context::Compress);
+            if (outcome.IsGood() && IsInputEmpty())
+                outcome = Read(progress);
+        }
+        while (outcome.IsGood() && !outcome.IsStreamEnd())
+            outcome = Step(L"compressing", &Context::CompressFinish);
+        return outcome;
+    }
+
+    Outcome DecompressAll(Progress &progress, Streams streams)
+    {
+        Outcome outcome = DecompressStream(progress);
+        while (outcome.IsGood()) {
+            if (IsInputEmpty())
+                outcome = Read(progress);
+            if (!outcome.IsGood() || IsInputEmpty())
                 break;
-            if (takesSeveral_)
-                result = DecompressStream();
-            else
-                fault_ = Fault::kTrailing;
+            const uint64_t end = Offset();
+            if (streams == Streams::kOne)
+                return OtherDataAt(end);
+            outcome = DecompressStream(progress);
+            // Bytes that do not even start like a stream are none.
+            constexpr uint32_t kSignature = 4;
+            if (outcome.problem && outcome.offset - end <= kSignature)
+                return OtherDataAt(end);
         }
-        return result;
+        return outcome;
     }
 
-    OrvResult DecompressStream()
+    Outcome DecompressStream(Progress &progress)
     {
-        const uint64_t start = Offset();
         const unsigned char *const next = context_.GetNextIn();
         const unsigned left = context_.GetAvailIn();
-        OrvResult result = Start();
+        Outcome outcome = Start();
         context_.SetNextIn(next);
         context_.SetAvailIn(left);
-        while (OrvSucceeded(result) && result != ORV_S_END_OF_DATA) {
+        while (outcome.IsGood() && !outcome.IsStreamEnd()) {
             // A step without input may still have output to give.
-            if (context_.GetAvailIn() == 0)
-                result = Read();
-            if (OrvFailed(result))
-                return result;
-            const bool isAtEnd = context_.GetAvailIn() == 0;
-            result = Step(&Context::Decompress);
-            const bool isStuck = result == ORV_S_OK && isAtEnd && !gaveOutput_;
-            if (result == ORV_E_NOT_PRODUCED || isStuck) {
-                fault_ = isAtEnd ? Fault::kTruncated : Fault::kCorrupt;
+            if (IsInputEmpty())
+                outcome = Read(progress);
+            if (!outcome.IsGood())
                 break;
-            }
+            const bool isAtEnd = IsInputEmpty();
+            const uint64_t given = Given();
+            outcome = Step(L"decompressing", &Context::Decompress);
+            const bool isStuck = outcome.result == ORV_S_OK && isAtEnd && Given() == given;
+            if (outcome.result == ORV_E_NOT_PRODUCED || isStuck)
+                return {ORV_S_OK, nullptr,
+                        isAtEnd ? L"the data ends at offset %I64u, before its stream does"
+                                : L"the data is corrupt at offset %I64u",
+                        Offset()};
         }
-        // Bytes that do not even start like a stream are none.
-        constexpr uint32_t kSignature = 4;
-        if (fault_ != Fault::kNone && start != 0 && Offset() - start <= kSignature) {
-            fault_ = Fault::kTrailing;
-            faultOffset_ = start;
-        } else {
-            faultOffset_ = Offset();
-        }
-        return fault_ == Fault::kNone ? result : ORV_S_OK;
+        return outcome;
+    }
+
+    static Outcome OtherDataAt(uint64_t offset)
+    {
+        return {ORV_S_OK, nullptr, L"other data follows the stream, at offset %I64u", offset};
     }
 
     /// Begins a stream; what the one before it left in the buffer is written.
-    OrvResult Start()
+    Outcome Start()
     {
-        action_ = L"starting";
         OrvResult result = Write();
         if (OrvSucceeded(result))
             result = context_.Destroy();
         if (OrvSucceeded(result))
             result = begin_(context_, kBufferSize);
         ResetOutput();
-        return result;
+        return {result, L"starting"};
     }
 
     /// Takes a step, and writes the buffer when it is full. The result is the step's, unless writing failed.
-    OrvResult Step(OrvResult (Context::*step)())
+    Outcome Step(const wchar_t *action, OrvResult (Context::*step)())
     {
-        action_ = work_;
-        const unsigned room = context_.GetAvailOut();
         const OrvResult result = (context_.*step)();
-        gaveOutput_ = context_.GetAvailOut() != room;
         if (OrvFailed(result) || context_.GetAvailOut() != 0)
-            return result;
+            return {result, action};
         const OrvResult written = Write();
-        return OrvFailed(written) ? written : result;
+        return {OrvFailed(written) ? written : result, action};
     }
 
-    OrvResult Read()
+    Outcome Read(Progress &progress)
     {
-        action_ = L"reading";
         uint32_t count = 0;
         const OrvResult result = input_.Read(bytes_, kBufferSize, count);
         context_.SetNextIn(bytes_);
         context_.SetAvailIn(count);
-        taken_ += count;
-        progress_->Advance(count);
-        return result;
+        read_ += count;
+        progress.Advance(count);
+        return {result, L"reading"};
     }
 
     OrvResult Write()
     {
         if (!context_.GetNextOut()) // no stream
             return ORV_S_OK;
-        const uint32_t count = context_.GetBufferSize() - context_.GetAvailOut();
+        const uint32_t count = BufferedOutput();
+        written_ += count;
         ResetOutput();
-        const OrvResult result = console_.out.WriteBytes(context_.GetBuffer(), count);
-        if (OrvFailed(result))
-            action_ = L"writing";
-        return result;
+        return console_.out.WriteBytes(context_.GetBuffer(), count);
     }
 
     void ResetOutput()
@@ -183,38 +196,22 @@ private:
         context_.SetAvailOut(context_.GetBufferSize());
     }
 
-    /// How far the context has read.
-    uint64_t Offset() const { return taken_ - context_.GetAvailIn(); }
+    bool IsInputEmpty() const { return context_.GetAvailIn() == 0; }
+    uint32_t BufferedOutput() const { return context_.GetBufferSize() - context_.GetAvailOut(); }
 
-    ExitCode Explain(OrvResult result)
-    {
-        if (OrvFailed(result))
-            return ReportFailure(command_, console_, action_, result);
-        const wchar_t *const message =
-            fault_ == Fault::kCorrupt ? L"orvtool %s: the data is corrupt at offset %I64u\n"
-            : fault_ == Fault::kTruncated
-                ? L"orvtool %s: the data ends at offset %I64u, before its stream does\n"
-            : fault_ == Fault::kTrailing ? L"orvtool %s: other data follows the stream, at offset %I64u\n"
-                                         : nullptr;
-        if (!message)
-            return kExitSuccess;
-        console_.error.Print(message, command_.name, faultOffset_);
-        return kExitFailed;
-    }
+    /// How far the context has read.
+    uint64_t Offset() const { return read_ - context_.GetAvailIn(); }
+
+    /// How much the contexts have given so far.
+    uint64_t Given() const { return written_ + BufferedOutput(); }
 
     const Command &command_;
     Console &console_;
     Input &input_;
     Begin begin_;
-    Progress *progress_ = nullptr;
     Context context_;
-    const wchar_t *work_ = nullptr;
-    const wchar_t *action_ = nullptr;
-    uint64_t taken_ = 0;
-    uint64_t faultOffset_ = 0;
-    Fault fault_ = Fault::kNone;
-    bool takesSeveral_ = false;
-    bool gaveOutput_ = false;
+    uint64_t read_ = 0;
+    uint64_t written_ = 0;
     uint8_t bytes_[kBufferSize];
 };
 

@@ -2,7 +2,6 @@
 
 #include "console.h"
 
-#include "orv/runtime/result.h"
 #include "orv/text/code_page.h"
 
 namespace orvtool

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "nt/nt.h"
+#include "orv/runtime/result.h"
 #include "orv/text/format.h"
 #include "program/standard_stream.h"
 
@@ -32,6 +33,9 @@ public:
 
     /// Returns 0 or the first failure of the stream.
     OrvResult Flush();
+
+    /// Whether something could not be written. Work for this stream alone is of no use any more then.
+    bool HasFailed() const { return OrvFailed(result_); }
 
     bool IsConsole() const { return isConsole_; }
 

@@ -180,15 +180,15 @@ ExitCode Convert(const Command &command, Console &console, Input &input, Directi
                 fault = pieces.Offset() + valid;
                 result = converter.Convert(pieces.Bytes(), valid);
             }
-            if (OrvSucceeded(result)) {
-                action = L"writing";
+            if (OrvSucceeded(result))
                 result = console.out.WriteBytes(converter.Result(), converter.Length());
-            }
             if (isMalformed && OrvSucceeded(result))
                 result = ORV_E_INVALID_DATA;
             progress.Advance(pieces.Length());
         } while (OrvSucceeded(result));
     }
+    if (console.out.HasFailed())
+        return kExitFailed;
     if (result == ORV_E_INVALID_DATA) {
         console.error.Print(L"orvtool convert: the input is malformed at offset %I64u\n", fault);
         return kExitFailed;

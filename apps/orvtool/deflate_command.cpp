@@ -73,7 +73,7 @@ ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments
         return opened;
     const auto begin = BeginOf(options, compresses);
     CompressionFilter<OrvDeflateContext, decltype(begin)> filter(command, console, input, begin);
-    return compresses ? filter.Compress() : filter.Decompress(false);
+    return compresses ? filter.Compress() : filter.Decompress(Streams::kOne);
 }
 
 } // namespace

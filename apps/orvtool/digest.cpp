@@ -44,27 +44,41 @@ void Finish(OrvMiniHashMd4 &hash, uint8_t *digest)
         *digest++ = byte;
 }
 
+/// Adds a piece. Some algorithms take any length, and their Add returns nothing; the others refuse a message
+/// that becomes too long.
 template <typename Hash>
-OrvResult DigestInput(Input &input, Progress &progress, uint8_t *piece, uint64_t limit, uint8_t *digest)
+OrvResult Add(Hash &hash, const uint8_t *piece, uint32_t count)
+{
+    if constexpr (__is_void(decltype(hash.Add(piece, count)))) {
+        hash.Add(piece, count);
+        return ORV_S_OK;
+    } else {
+        return OrvFailed(hash.Add(piece, count)) ? ORV_E_BAD_LENGTH : ORV_S_OK;
+    }
+}
+
+template <typename Hash>
+OrvResult DigestInput(Input &input, Progress &progress, uint8_t *piece, uint64_t mostBytes, uint8_t *digest)
 {
     Hash hash;
     uint64_t length = 0;
     for (uint32_t count = Digester::kPieceSize; count == Digester::kPieceSize;) {
-        const OrvResult result = input.Read(piece, Digester::kPieceSize, count);
+        OrvResult result = input.Read(piece, Digester::kPieceSize, count);
+        length += count;
+        if (OrvSucceeded(result))
+            result = length > mostBytes ? ORV_E_BAD_LENGTH : Add(hash, piece, count);
         if (OrvFailed(result))
             return result;
-        length += count;
-        if (length > limit)
-            return ORV_E_BAD_LENGTH;
-        hash.Add(piece, count);
         progress.Advance(count);
     }
     Finish(hash, digest);
     return ORV_S_OK;
 }
 
-constexpr uint64_t kNoLimit = UINT64_MAX;
-constexpr uint64_t kLimitOf32BitLength = (512u << 20) - 1;
+constexpr LengthLimit kNoLimit = {UINT64_MAX, L"", L""};
+constexpr LengthLimit kBitsIn32Bits = {(512u << 20) - 1, L"512 MiB",
+                                       L"sha512 for less than 4 GiB, or md5 for any length"};
+constexpr LengthLimit kBytesIn32Bits = {UINT32_MAX, L"4 GiB", L"md5, which takes any length"};
 
 /// Among those with digests of one size the best known comes first.
 constexpr Algorithm kAlgorithms[] = {
@@ -73,9 +87,9 @@ constexpr Algorithm kAlgorithms[] = {
     {L"superfast", 4, kNoLimit, DigestInput<OrvMiniSuperFastHash>},
     {L"md5", 16, kNoLimit, DigestInput<OrvMiniHashMd5>},
     {L"md4", 16, kNoLimit, DigestInput<OrvMiniHashMd4>},
-    {L"sha1", 20, kLimitOf32BitLength, DigestInput<OrvMiniHashSha1>},
-    {L"sha256", 32, kLimitOf32BitLength, DigestInput<OrvMiniHashSha256>},
-    {L"sha512", kLongestDigest, kNoLimit, DigestInput<OrvMiniHashSha512>},
+    {L"sha1", 20, kBitsIn32Bits, DigestInput<OrvMiniHashSha1>},
+    {L"sha256", 32, kBitsIn32Bits, DigestInput<OrvMiniHashSha256>},
+    {L"sha512", kLongestDigest, kBytesIn32Bits, DigestInput<OrvMiniHashSha512>},
 };
 
 } // namespace
@@ -104,10 +118,10 @@ OrvResult Digester::Digest(const Algorithm &algorithm, Stream &error, Input &inp
     if (!piece_)
         return ORV_E_OUT_OF_MEMORY;
     const uint64_t size = input.Size();
-    if (size > algorithm.limit)
+    if (size > algorithm.limit.mostBytes)
         return ORV_E_BAD_LENGTH;
     Progress progress(error, size);
-    return algorithm.digest(input, progress, piece_.Get(), algorithm.limit, digest);
+    return algorithm.digest(input, progress, piece_.Get(), algorithm.limit.mostBytes, digest);
 }
 
 } // namespace orvtool

@@ -12,12 +12,20 @@ namespace orvtool
 
 constexpr uint32_t kLongestDigest = 64;
 
+/// The longest input that an algorithm of the library gives the standard digest of.
+struct LengthLimit {
+    uint64_t mostBytes;
+    const wchar_t *below;       ///< the least that is too long, as people write it
+    const wchar_t *takeInstead; ///< which algorithm a longer input should be given to
+};
+
 /// An algorithm, and how it digests an input in pieces.
 struct Algorithm {
     const wchar_t *name;
     uint32_t digestSize; ///< in bytes
-    uint64_t limit;      ///< a longer input would get a digest that is not the standard one
-    OrvResult (*digest)(Input &input, Progress &progress, uint8_t *piece, uint64_t limit, uint8_t *digest);
+    const LengthLimit &limit;
+    OrvResult (*digest)(Input &input, Progress &progress, uint8_t *piece, uint64_t mostBytes,
+                        uint8_t *digest);
 };
 
 /// Null when there is none by that name.
@@ -34,8 +42,8 @@ public:
 
     /// Stores the digest of everything in the input; a checksum is stored with its high byte first.
     ///
-    /// Returns 0; ORV_E_OUT_OF_MEMORY; ORV_E_BAD_LENGTH when the input is too long for the algorithm; the
-    /// input's failure.
+    /// Returns 0; ORV_E_OUT_OF_MEMORY; ORV_E_BAD_LENGTH when the input is too long for the algorithm, which
+    /// is known without reading when the input says its size; the input's failure.
     OrvResult Digest(const Algorithm &algorithm, Stream &error, Input &input,
                      uint8_t (&digest)[kLongestDigest]);
 

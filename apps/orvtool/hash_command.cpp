@@ -104,7 +104,7 @@ public:
         LineReader reader(input);
         OrvUtf16CharHeapBuffer line;
         Counts counts;
-        for (bool found = true; found && OrvSucceeded(result);) {
+        for (bool found = true; found && OrvSucceeded(result) && !console_.out.HasFailed();) {
             result = reader.Take(line, found);
             if (OrvSucceeded(result) && found)
                 CheckLine(line, counts);
@@ -139,8 +139,8 @@ private:
             result = digester_.Digest(algorithm, console_.error, input, digest);
         if (result == ORV_E_BAD_LENGTH)
             console_.error.Print(
-                L"orvtool hash: '%s' is too long for %s, whose limit is 512 MiB: take sha512\n", name,
-                algorithm.name);
+                L"orvtool hash: '%s' is too long for %s, which is for less than %s: take %s\n", name,
+                algorithm.name, algorithm.limit.below, algorithm.limit.takeInstead);
         else if (OrvFailed(result))
             ReportFailure(command_, console_, L"reading", result, name);
         return OrvSucceeded(result);
@@ -206,7 +206,7 @@ ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments
         return UsageError(command, console, L"a file is missing, or '-' for standard input", nullptr);
     HashRun run(command, console, algorithm);
     ExitCode code = kExitSuccess;
-    while (!arguments.IsAtEnd()) {
+    while (!arguments.IsAtEnd() && !console.out.HasFailed()) {
         if (arguments.IsAtOption())
             return UsageError(command, console, L"options stand before the files:", arguments.Peek());
         const wchar_t *const name = arguments.Take();
@@ -236,7 +236,8 @@ const Command kHashCommand = {
     L"                              length of the digest\n"
     L"  -c, --check                 checks\n"
     L"\n"
-    L"The library's sha1 and sha256 are for less than 512 MiB; a longer file is refused.\n",
+    L"A list is UTF-8 or, behind a byte order mark, UTF-16. The library's sha1 and sha256 are for less than\n"
+    L"512 MiB, and its sha512 for less than 4 GiB: a longer file is refused. The others take any length.\n",
     Run,
 };
 

@@ -15,6 +15,8 @@ namespace orvtool
 namespace
 {
 
+constexpr wchar_t kReplacement = 0xFFFD;
+
 /// A pipe whose writers are gone has ended too.
 bool IsEnd(OrvResult result)
 {
@@ -115,43 +117,112 @@ ExitCode OpenInput(const Command &command, Console &console, const wchar_t *path
     return OrvFailed(result) ? ReportFailure(command, console, L"opening", result, path) : kExitSuccess;
 }
 
+/// Moves what has not been taken to the start of the array, and reads more behind it.
 OrvResult LineReader::Refill()
 {
+    count_ -= next_;
+    memmove(bytes_, bytes_ + next_, count_);
     next_ = 0;
-    return input_.ReadSome(bytes_, sizeof bytes_, count_);
+    uint32_t read = 0;
+    const OrvResult result = input_.ReadSome(bytes_ + count_, sizeof bytes_ - count_, read);
+    count_ += read;
+    return result;
+}
+
+OrvResult LineReader::TakeByteOrderMark()
+{
+    static constexpr struct {
+        char bytes[4];
+        uint32_t length;
+        Encoding encoding;
+    } kMarks[] = {
+        {"\xEF\xBB\xBF", 3, Encoding::kUtf8},
+        {"\xFF\xFE", 2, Encoding::kUtf16LittleEndian},
+        {"\xFE\xFF", 2, Encoding::kUtf16BigEndian},
+    };
+    isStarted_ = true;
+    OrvResult result = Refill();
+    for (const auto &mark : kMarks) {
+        // No more is read than the answer needs: the next bytes may be typed.
+        uint32_t equal = 0;
+        while (OrvSucceeded(result) && equal < count_ && equal < mark.length &&
+               bytes_[equal] == mark.bytes[equal]) {
+            if (++equal == count_ && equal < mark.length)
+                result = Refill();
+        }
+        if (equal < mark.length)
+            continue;
+        encoding_ = mark.encoding;
+        next_ = mark.length;
+        break;
+    }
+    return result;
+}
+
+bool LineReader::IsAtLineFeed() const
+{
+    if (encoding_ == Encoding::kUtf8)
+        return bytes_[next_] == '\n';
+    const bool isLittle = encoding_ == Encoding::kUtf16LittleEndian;
+    return bytes_[isLittle ? next_ : next_ + 1] == '\n' && bytes_[isLittle ? next_ + 1 : next_] == 0;
 }
 
 OrvResult LineReader::Take(OrvUtf16CharHeapBuffer &line, bool &found)
 {
     collected_.Resize(0); // keeps its memory
     found = false;
-    for (bool isComplete = false; !isComplete;) {
-        if (next_ == count_) {
-            const OrvResult result = Refill();
-            if (OrvFailed(result))
-                return result;
-            if (count_ == 0)
-                break;
-        }
-        found = true;
+    OrvResult result = isStarted_ ? ORV_S_OK : TakeByteOrderMark();
+    const uint32_t unitSize = UnitSize();
+    while (OrvSucceeded(result)) {
         const uint32_t first = next_;
-        while (next_ < count_ && bytes_[next_] != '\n')
-            next_++;
-        const OrvResult result = collected_.Append(bytes_ + first, next_ - first);
-        if (OrvFailed(result))
-            return result;
-        if (next_ < count_) {
-            isComplete = true;
-            next_++;
+        while (count_ - next_ >= unitSize && !IsAtLineFeed())
+            next_ += unitSize;
+        result = collected_.Append(bytes_ + first, next_ - first);
+        found = found || next_ != first;
+        if (OrvSucceeded(result) && count_ - next_ >= unitSize) {
+            next_ += unitSize;
+            found = true;
+            break;
+        }
+        const uint32_t left = count_ - next_;
+        if (OrvSucceeded(result))
+            result = Refill();
+        if (OrvSucceeded(result) && count_ == left) { // the input has ended
+            found = found || left != 0;
+            result = collected_.Append(bytes_, left);
+            next_ = count_;
+            break;
         }
     }
-    uint32_t length = collected_.GetInternal().length;
-    if (length && collected_[length - 1] == '\r')
-        length--;
-    return Convert(line, length);
+    return OrvFailed(result) ? result : Convert(line);
 }
 
-OrvResult LineReader::Convert(OrvUtf16CharHeapBuffer &line, uint32_t length)
+OrvResult LineReader::Convert(OrvUtf16CharHeapBuffer &line)
+{
+    const uint32_t count = collected_.GetInternal().length;
+    const OrvResult result =
+        encoding_ == Encoding::kUtf8 ? ConvertUtf8(line, count) : ConvertUtf16(line, count);
+    const uint32_t length = line.GetInternal().length;
+    return OrvSucceeded(result) && length && line[length - 1] == L'\r' ? line.Resize(length - 1) : result;
+}
+
+OrvResult LineReader::ConvertUtf16(OrvUtf16CharHeapBuffer &line, uint32_t length)
+{
+    const uint32_t units = length / sizeof(wchar_t);
+    const OrvResult result = line.Resize(units + length % sizeof(wchar_t));
+    if (OrvFailed(result) || length == 0)
+        return result;
+    const uint32_t high = encoding_ == Encoding::kUtf16LittleEndian ? 1 : 0;
+    const char *bytes = collected_.GetBuffer();
+    for (uint32_t i = 0; i < units; i++, bytes += sizeof(wchar_t))
+        line[i] = static_cast<wchar_t>(static_cast<uint8_t>(bytes[high]) << 8 |
+                                       static_cast<uint8_t>(bytes[1 - high]));
+    if (length % sizeof(wchar_t))
+        line[units] = kReplacement;
+    return ORV_S_OK;
+}
+
+OrvResult LineReader::ConvertUtf8(OrvUtf16CharHeapBuffer &line, uint32_t length)
 {
     // No text has more UTF-16 units than UTF-8 bytes.
     OrvResult result = line.Resize(length);
@@ -172,7 +243,7 @@ OrvResult LineReader::Convert(OrvUtf16CharHeapBuffer &line, uint32_t length)
         const uint32_t valid = FindFault(next, left, OrvCodePageUtf8);
         result =
             OrvConvertMb2Utf16String(target, line.GetCapacity() - size, next, OrvCodePageUtf8, &units, valid);
-        line[size + units] = 0xFFFD;
+        line[size + units] = kReplacement;
         size += units + 1;
         next += valid + 1;
     }

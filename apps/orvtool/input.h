@@ -44,8 +44,10 @@ ExitCode TakePath(const Command &command, Console &console, ArgumentReader &argu
 /// Opens FILE. kExitSuccess, or the failure has been reported.
 ExitCode OpenInput(const Command &command, Console &console, const wchar_t *path, Input &input);
 
-/// The lines of an input, as UTF-16, without their line ends. The last line may have none. A byte that
-/// belongs to no UTF-8 character becomes the replacement character.
+/// The lines of an input, as UTF-16, without their line ends. The last line may have none. The input is
+/// UTF-8, with or without a byte order mark, or UTF-16 of either byte order behind such a mark. A byte that
+/// belongs to no character of UTF-8 becomes the replacement character, and so does half a unit at the end of
+/// UTF-16.
 class LineReader
 {
 public:
@@ -56,18 +58,27 @@ public:
     OrvResult Take(OrvUtf16CharHeapBuffer &line, bool &found);
 
 private:
+    enum class Encoding { kUtf8, kUtf16LittleEndian, kUtf16BigEndian };
+
+    OrvResult TakeByteOrderMark();
     OrvResult Refill();
-    OrvResult Convert(OrvUtf16CharHeapBuffer &line, uint32_t length);
+    bool IsAtLineFeed() const;
+    uint32_t UnitSize() const { return encoding_ == Encoding::kUtf8 ? 1 : sizeof(wchar_t); }
+    OrvResult Convert(OrvUtf16CharHeapBuffer &line);
+    OrvResult ConvertUtf8(OrvUtf16CharHeapBuffer &line, uint32_t length);
+    OrvResult ConvertUtf16(OrvUtf16CharHeapBuffer &line, uint32_t length);
 
     Input &input_;
-    OrvMbCharHeapBuffer collected_;
+    OrvMbCharHeapBuffer collected_; ///< the bytes of a line
+    Encoding encoding_ = Encoding::kUtf8;
+    bool isStarted_ = false;
     uint32_t next_ = 0;
     uint32_t count_ = 0;
     char bytes_[4096];
 };
 
 /// Hands every line of standard input, terminated, and its number from 1 on to `take`, until that returns
-/// false. Returns false then, and when reading fails, which is reported.
+/// false. Returns false then, when reading fails, which is reported, and when standard output has failed.
 template <typename TakeLine>
 bool ForEachLine(const Command &command, Console &console, TakeLine take)
 {
@@ -82,7 +93,7 @@ bool ForEachLine(const Command &command, Console &console, TakeLine take)
             ReportFailure(command, console, L"reading", result);
         if (OrvFailed(result) || !found)
             return OrvSucceeded(result);
-        if (!take(line.GetValue(), number))
+        if (!take(line.GetValue(), number) || console.out.HasFailed())
             return false;
     }
 }

@@ -113,9 +113,7 @@ ExitCode RunWithStreams(ArgumentReader arguments)
     Stream out(parameters.StandardOutput);
     Stream error(parameters.StandardError);
     Console console = {out, error};
-    const ExitCode code = Run(console, arguments);
-    // A reader that closed the pipe has what it wanted, but whoever checks the exit code must know.
-    return OrvFailed(out.Flush()) && code == kExitSuccess ? kExitFailed : code;
+    return FinishOutput(console, Run(console, arguments));
 }
 
 } // namespace

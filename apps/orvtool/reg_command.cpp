@@ -20,12 +20,18 @@ enum class Place { kKey, kValue, kEither, kNone };
 
 struct Job;
 
+struct Option {
+    const wchar_t *name;
+    bool hasValue;
+    bool (*store)(Job &job, const wchar_t *value); ///< false when the value is not a good one
+};
+
 struct Action {
     const wchar_t *name;
     ExitCode (*run)(Job &job);
     Place place;
-    uint32_t mostData;         ///< arguments behind the location
-    const wchar_t *options[2]; ///< beside --view; null where there are fewer
+    uint32_t mostData;        ///< arguments behind the location
+    const Option *options[2]; ///< beside --view; null where there are fewer
 };
 
 struct Job {
@@ -94,7 +100,8 @@ ExitCode Query(Job &job)
     if (OrvFailed(result))
         return job.Report(L"reading", result);
     out.Print(L"last write  ");
-    PrintIsoTime(out, info.lastWriteTime, true);
+    if (PrintIsoTime(out, info.lastWriteTime, true) != ORV_S_OK)
+        out.Print(L"unknown\n");
     out.Print(L"sub-keys    %u\nvalues      %u\n", info.subKeyCount, info.valueCount);
     constexpr uint32_t kWidest = 40;
     constexpr uint32_t kLeast = 9; // of "(default)"
@@ -224,13 +231,45 @@ ExitCode Import(Job &job)
     return code == kExitSuccess ? ImportTree(job.command, job.console, input, job.view) : code;
 }
 
+constexpr Option kView = {L"--view", true, [](Job &job, const wchar_t *value) {
+                              uint32_t bits = 0;
+                              if (!ParseNumber(value, bits) || (bits != 32 && bits != 64))
+                                  return false;
+                              job.view = bits == 64 ? OrvRegistryView64 : OrvRegistryView32;
+                              return true;
+                          }};
+
+constexpr Option kType = {L"--type", true, [](Job &job, const wchar_t *value) {
+                              job.isTypeGiven = true;
+                              return ParseTypeName(value, job.type);
+                          }};
+
+constexpr Option kTimeout = {L"--timeout", true, [](Job &job, const wchar_t *value) {
+                                 uint32_t milliseconds = 0;
+                                 if (*value == L'-' || !ParseNumber(value, milliseconds) ||
+                                     milliseconds > INT32_MAX)
+                                     return false;
+                                 job.timeoutMs = static_cast<int>(milliseconds);
+                                 return true;
+                             }};
+
+constexpr Option kRecursive = {L"--recursive", false, [](Job &job, const wchar_t *) {
+                                   job.recursive = true;
+                                   return true;
+                               }};
+
+constexpr Option kSubtree = {L"--subtree", false, [](Job &job, const wchar_t *) {
+                                 job.subtree = true;
+                                 return true;
+                             }};
+
 constexpr Action kActions[] = {
     {L"query", Query, Place::kEither, 0, {}},
     {L"get", Get, Place::kValue, 0, {}},
-    {L"set", Set, Place::kEither, UINT32_MAX, {L"--type"}},
-    {L"delete", Delete, Place::kEither, 0, {L"--recursive"}},
+    {L"set", Set, Place::kEither, UINT32_MAX, {&kType}},
+    {L"delete", Delete, Place::kEither, 0, {&kRecursive}},
     {L"list", List, Place::kKey, 0, {}},
-    {L"watch", Watch, Place::kKey, 0, {L"--subtree", L"--timeout"}},
+    {L"watch", Watch, Place::kKey, 0, {&kSubtree, &kTimeout}},
     {L"export", Export, Place::kKey, 1, {}},
     {L"import", Import, Place::kNone, 1, {}},
 };
@@ -244,52 +283,37 @@ const Action *FindAction(const wchar_t *name)
     return nullptr;
 }
 
-/// Takes one option if the action has it. `value` is null when its value is missing; `isUnderstood` says
-/// whether it is a good one.
-bool TakeOption(Job &job, const Action &action, ArgumentReader &arguments, const wchar_t *&value,
-                bool &isUnderstood)
+/// Takes the option if it stands next. `value` is null when its value is missing, and empty when it has none.
+bool Take(const Option &option, ArgumentReader &arguments, const wchar_t *&value)
 {
-    uint32_t number = 0;
-    isUnderstood = true;
-    if (arguments.TakeValueOption(L"--view", value)) {
-        isUnderstood = value && ParseNumber(value, number) && (number == 32 || number == 64);
-        job.view = number == 64 ? OrvRegistryView64 : OrvRegistryView32;
-        return true;
-    }
-    for (const wchar_t *const option : action.options) {
-        if (!option)
+    value = L"";
+    return option.hasValue ? arguments.TakeValueOption(option.name, value)
+                           : arguments.TakeOption(option.name);
+}
+
+/// Takes the option that stands next. kExitSuccess, or the error has been reported.
+ExitCode ReadOption(Job &job, const Action &action, ArgumentReader &arguments)
+{
+    const wchar_t *const shown = arguments.Peek();
+    const Option *const known[] = {&kView, action.options[0], action.options[1]};
+    for (const Option *const option : known) {
+        const wchar_t *value = nullptr;
+        if (!option || !Take(*option, arguments, value))
             continue;
-        const bool hasValue = Equal(option, L"--type") || Equal(option, L"--timeout");
-        if (hasValue ? !arguments.TakeValueOption(option, value) : !arguments.TakeOption(option))
-            continue;
-        if (Equal(option, L"--type")) {
-            job.isTypeGiven = true;
-            isUnderstood = value && ParseTypeName(value, job.type);
-        } else if (Equal(option, L"--timeout")) {
-            isUnderstood = value && *value != L'-' && ParseNumber(value, number) && number <= INT32_MAX;
-            job.timeoutMs = static_cast<int>(number);
-        } else if (Equal(option, L"--recursive")) {
-            job.recursive = true;
-        } else {
-            job.subtree = true;
-        }
-        return true;
+        const bool isGood = value && option->store(job, value);
+        return isGood ? kExitSuccess : WrongValue(job.command, job.console, shown, value);
     }
-    return false;
+    return UsageError(job.command, job.console, L"there is no option", shown);
 }
 
 /// Reads what stands behind the action. kExitSuccess, or the error has been reported.
 ExitCode ReadArguments(Job &job, const Action &action, ArgumentReader &arguments)
 {
     while (!arguments.IsAtEnd()) {
-        const wchar_t *const shown = arguments.Peek();
-        const wchar_t *value = L"";
-        bool isUnderstood = true;
         if (arguments.IsAtOption()) {
-            if (!TakeOption(job, action, arguments, value, isUnderstood))
-                return UsageError(job.command, job.console, L"there is no option", shown);
-            if (!isUnderstood)
-                return WrongValue(job.command, job.console, shown, value);
+            const ExitCode code = ReadOption(job, action, arguments);
+            if (code != kExitSuccess)
+                return code;
             continue;
         }
         const wchar_t *const argument = arguments.Take();
@@ -369,8 +393,9 @@ const Command kRegCommand = {
     L"  list    the names of a key's sub-keys\n"
     L"  watch   waits for one change of a key, with --subtree also below it, at most so many MS\n"
     L"  export  writes a key and all below it as the system's registry editor does (version 5.00,\n"
-    L"          UTF-16) to FILE, which is replaced, or standard output; keys that it may not read are\n"
-    L"          named and left out, and the exit code is 1 then\n"
+    L"          UTF-16) to standard output or to FILE, which is replaced when all is written and stays\n"
+    L"          as it was when that fails; keys that it may not read are named and left out, and the\n"
+    L"          exit code is 1 then\n"
     L"  import  reads that format, in UTF-16 or UTF-8, and prints how much it did. A fault in any line\n"
     L"          stops it before it changes anything; when the system refuses something, the lines above\n"
     L"          have been done\n"

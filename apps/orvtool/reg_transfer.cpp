@@ -138,8 +138,7 @@ private:
 
     bool IsFatal(OrvResult result)
     {
-        return result == ORV_E_OUT_OF_MEMORY || result == ORV_E_INVALID_OPERATION ||
-               OrvFailed(out_.Append(nullptr, nullptr));
+        return result == ORV_E_OUT_OF_MEMORY || result == ORV_E_INVALID_OPERATION || out_.HasFailed();
     }
 
     void ReportSkipped(OrvResult result)
@@ -351,9 +350,16 @@ ExitCode ExportTree(const Command &command, Console &console, OrvBasWinRegistryH
             return ReportFailure(command, console, L"making the file", result, file);
         Stream out(output.GetHandle());
         result = ExportTo(command, console, key, location, out, isComplete);
-        if (OrvSucceeded(result))
-            output.Keep();
+        if (out.HasFailed())
+            return ReportFailure(command, console, L"writing", result, file);
+        if (OrvSucceeded(result)) {
+            result = output.Replace();
+            if (OrvFailed(result))
+                return ReportFailure(command, console, L"replacing the file", result, file);
+        }
     }
+    if (console.out.HasFailed())
+        return kExitFailed;
     if (OrvFailed(result))
         return ReportFailure(command, console, L"exporting", result);
     return isComplete ? kExitSuccess : kExitFailed;

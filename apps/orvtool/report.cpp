@@ -88,6 +88,17 @@ void PrintNamedResult(Stream &stream, OrvResult result)
     stream.Print(name ? L"0x%08X (%s)\n" : L"0x%08X\n", result, name);
 }
 
+/// Whether a write failed because the reader of a pipe has gone.
+bool IsClosedPipe(OrvResult result)
+{
+    constexpr uint32_t kBrokenPipe = 109;
+    constexpr uint32_t kNoData = 232;
+    constexpr uint32_t kPipeNotConnected = 233;
+    uint32_t win32Error = 0;
+    return OrvCreateWin32CodeFromErrorCode(win32Error, result) &&
+           (win32Error == kBrokenPipe || win32Error == kNoData || win32Error == kPipeNotConnected);
+}
+
 } // namespace
 
 const wchar_t kExitCodes[] = L"\n"
@@ -147,6 +158,18 @@ ExitCode ReportFailure(const Command &command, Console &console, const wchar_t *
                         action, what);
     PrintNamedResult(console.error, result);
     return result == ORV_W_TIMEOUT ? kExitTimedOut : kExitFailed;
+}
+
+ExitCode FinishOutput(Console &console, ExitCode code)
+{
+    const OrvResult result = console.out.Flush();
+    if (OrvSucceeded(result))
+        return code;
+    if (!IsClosedPipe(result)) {
+        console.error.Print(L"orvtool: writing to standard output failed: ");
+        PrintNamedResult(console.error, result);
+    }
+    return code == kExitSuccess ? kExitFailed : code;
 }
 
 } // namespace orvtool

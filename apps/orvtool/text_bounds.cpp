@@ -10,11 +10,6 @@ namespace
 
 constexpr uint32_t kLongestCharacter = 4;
 
-bool IsBase64Digit(char c)
-{
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '+' || c == '/';
-}
-
 /// The length of a shift of UTF-7 that starts at a plus sign, its closing minus sign included.
 uint32_t ShiftLength(const char *bytes, uint32_t count)
 {
@@ -48,6 +43,11 @@ uint32_t CharacterLength(const char *bytes, uint32_t count, OrvCodePage page)
 }
 
 } // namespace
+
+bool IsBase64Digit(char c)
+{
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '+' || c == '/';
+}
 
 bool IsText(const char *bytes, uint32_t count, OrvCodePage page)
 {

@@ -8,6 +8,9 @@
 namespace orvtool
 {
 
+/// Whether the character is of the alphabet of Base64, which UTF-7 has too; "=" is not.
+bool IsBase64Digit(char c);
+
 /// Whether all of the bytes are text of the page. Only UTF-7, UTF-8 and UTF-16 have bytes that are none.
 bool IsText(const char *bytes, uint32_t count, OrvCodePage page);
 

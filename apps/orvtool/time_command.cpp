@@ -62,6 +62,11 @@ ExitCode Convert(const Command &command, Console &console, ArgumentReader &argum
     case TimeParse::kDone:
         break;
     }
+    if (time == OrvTimeEnd) {
+        console.error.Print(
+            L"orvtool time: '%s' is the end marker: it stands for no time, and has no other form\n", text);
+        return kExitFailed;
+    }
     result = target->print(console.out, time);
     return OrvFailed(result) ? ReportFailure(command, console, L"converting to", result, target->name)
                              : kExitSuccess;
@@ -93,7 +98,9 @@ const Command kTimeCommand = {
     L"  filetime   the same in hexadecimal halves, 01DC5A8B:3F2A1B00; read as one number behind 0x too\n"
     L"  unix       whole seconds since 1970\n"
     L"  variant    days since 1899-12-30\n"
-    L"  dos        date and time of MS-DOS in hexadecimal, 5D75:4945; no zone is applied\n",
+    L"  dos        date and time of MS-DOS in hexadecimal, 5D75:4945; no zone is applied\n"
+    L"\n"
+    L"What a form cannot say is refused, and so is 0xFFFFFFFFFFFFFFFF, the library's mark for no time.\n",
     Run,
 };
 

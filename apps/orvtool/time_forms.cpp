@@ -115,6 +115,8 @@ OrvResult PrintVariant(Stream &out, OrvTime time)
     wchar_t text[40];
     double days = 0;
     OrvResult result = OrvConvertOrvTimeToVariantTime(days, time);
+    if (OrvSucceeded(result) && days < 0) // from 2^63 units after its epoch on the number has lost its sign
+        result = ORV_E_TIME_OUT_OF_RANGE;
     if (OrvSucceeded(result))
         result = OrvConvertDouble2String(text, sizeof text / sizeof text[0], days, kAllDigits);
     if (OrvSucceeded(result))
@@ -193,7 +195,8 @@ TimeParse ParseIso(const wchar_t *text, OrvTime &time, OrvResult &result)
 {
     IsoReader reader(text);
     OrvTimeStruct parts;
-    parts.year = static_cast<uint16_t>(reader.Digits(4, 5));
+    const uint32_t year = reader.Digits(4, 5);
+    parts.year = static_cast<uint16_t>(year);
     reader.Expect(L'-');
     parts.month = static_cast<OrvMonth>(reader.Digits(2, 2));
     reader.Expect(L'-');
@@ -211,7 +214,9 @@ TimeParse ParseIso(const wchar_t *text, OrvTime &time, OrvResult &result)
     const bool isUtc = reader.Take(L'Z');
     if (!reader.IsDone())
         return TimeParse::kNotOfThisForm;
-    result = OrvConvertStructToOrvTime(time, parts);
+    result = year <= UINT16_MAX ? OrvConvertStructToOrvTime(time, parts) : ORV_E_TIME_OUT_OF_RANGE;
+    if (result == ORV_S_END_OF_TIME) // the date of the end marker's structure, but a written date is that day
+        result = ORV_E_TIME_OUT_OF_RANGE;
     if (OrvSucceeded(result) && !isUtc)
         result = OrvConvertLocalTimeToSystemTime(time);
     return Outcome(result);
@@ -246,7 +251,7 @@ OrvResult PrintIsoTime(Stream &out, OrvTime time, bool isUtc)
 {
     OrvTimeStruct parts;
     const OrvResult result = OrvConvertOrvTimeToStruct(parts, time);
-    if (OrvFailed(result))
+    if (result != ORV_S_OK)
         return result;
     out.Print(L"%04u-%02u-%02uT%02u:%02u:%02u.%03u%03u%03u%s\n", parts.year, parts.month, parts.day,
               parts.hour, parts.minute, parts.second, parts.millisecond, parts.microsecond, parts.nanosecond,

@@ -144,6 +144,8 @@ ExitCode Format(const Arguments &arguments)
         result = OrvBasXmlSaxParse(copy, formatter);
     if (OrvSucceeded(result))
         result = formatter.Finish();
+    if (arguments.console.out.HasFailed())
+        return kExitFailed;
     return OrvFailed(result) ? ReportFailure(arguments.command, arguments.console, L"writing", result)
                              : kExitSuccess;
 }

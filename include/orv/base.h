@@ -15,6 +15,14 @@
 #define ORV_API __declspec(dllimport)
 #endif
 
+// Before short operations that callers shall always have in line. Microsoft's compiler decides for itself: it
+// warns at every place where it cannot obey, as in the clean-up code of exceptions.
+#ifdef __clang__
+#define ORV_ALWAYS_INLINE __forceinline
+#else
+#define ORV_ALWAYS_INLINE inline
+#endif
+
 /// A result code. Below zero is failure, 0 is plain success, above zero is a success that carries a remark.
 /// The named values and the layout stand in orv/runtime/result.h.
 typedef int32_t OrvResult;

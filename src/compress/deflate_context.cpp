@@ -93,7 +93,7 @@ OrvResult OrvDeflateContext::Destroy()
     return ResultFromAnswer(answer);
 }
 
-// A step in the wrong direction must not reach zlib, which would read one state as the other.
+// zlib, too, refuses a step in the wrong direction, by a number in its state; but nothing promises that.
 
 OrvResult OrvDeflateContext::Compress()
 {

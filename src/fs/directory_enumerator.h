@@ -16,7 +16,7 @@ struct DirectoryEntry {
     ULONG attributes;
 };
 
-/// Enumerates once. Nothing limits the length of the path but the platform, and no name is a device's.
+/// Enumerates once. Nothing limits the length of the path but the platform.
 class DirectoryEnumerator
 {
 public:

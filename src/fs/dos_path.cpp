@@ -7,6 +7,7 @@
 namespace
 {
 
+using detail::IsSeparator;
 using detail::PathPieces;
 using detail::PathText;
 using detail::WritePath;
@@ -35,6 +36,94 @@ struct PlatformString {
 
     PathPieces Pieces() const { return PathPieces(PathText(counted.Buffer, counted.Length / sizeof(WCHAR))); }
 };
+
+bool StartsWithTwoSeparators(const PathText &path)
+{
+    return path.length >= 2 && IsSeparator(path[0]) && IsSeparator(path[1]);
+}
+
+constexpr uint32_t kPrefixLength = 4;
+
+/// "\\?\D:\...". The platform takes such a path to the letter.
+bool IsLiteral(const PathText &path)
+{
+    return path.length > kPrefixLength + 2 && StartsWith(path, L"\\\\?\\") &&
+           path[kPrefixLength + 1] == L':' && IsSeparator(path[kPrefixLength + 2]);
+}
+
+/// Whether a literal path separates its names by anything but one "\".
+bool HasOtherSeparators(const PathText &path)
+{
+    for (uint32_t i = kPrefixLength; i < path.length; i++) {
+        if (path[i] == L'/' || (path[i] == L'\\' && path[i - 1] == L'\\'))
+            return true;
+    }
+    return false;
+}
+
+/// Copies a literal path with one "\" for each run of separators: none of them stands in the name of a file.
+/// Returns 0 or ORV_E_OUT_OF_MEMORY.
+OrvResult CollapseSeparators(const PathText &path, OrvUtf16CharHeapBuffer &buffer)
+{
+    const OrvResult result = buffer.Assign(path.characters, path.length);
+    if (OrvFailed(result))
+        return result;
+    uint32_t length = kPrefixLength;
+    for (uint32_t i = kPrefixLength; i < path.length; i++) {
+        if (!IsSeparator(path[i]))
+            buffer[length++] = path[i];
+        else if (buffer[length - 1] != L'\\')
+            buffer[length++] = L'\\';
+    }
+    return buffer.Resize(length);
+}
+
+/// Where the path goes on from its root for the last time: behind the last step ("..") that would lead out of
+/// the root, or behind the root itself.
+uint32_t FindWayFromRoot(const PathText &path, uint32_t rootLength)
+{
+    uint32_t way = rootLength;
+    uint32_t depth = 0;
+    for (uint32_t start = rootLength; start < path.length;) {
+        uint32_t end = start;
+        while (end < path.length && !IsSeparator(path[end]))
+            end++;
+        const PathText name = path.UpTo(end).From(start);
+        while (end < path.length && IsSeparator(path[end]))
+            end++;
+        start = end;
+        const bool isDot = !name.IsEmpty() && name[0] == L'.';
+        if (isDot && name.length == 2 && name[1] == L'.') {
+            if (depth == 0)
+                way = end;
+            else
+                depth--;
+        } else if (!name.IsEmpty() && !(isDot && name.length == 1)) {
+            depth++;
+        }
+    }
+    return way;
+}
+
+/// Writes into the buffer what elimination and the platform would misread otherwise: behind the prefix that
+/// elimination puts first, a step out of the root would take the drive away, and doubled separators behind a
+/// prefix are an empty name to the platform. The buffer stays empty for all other paths.
+///
+/// Returns 0 or ORV_E_OUT_OF_MEMORY.
+OrvResult MakeReadable(const PathText &path, OrvUtf16CharHeapBuffer &buffer)
+{
+    if (IsLiteral(path))
+        return HasOtherSeparators(path) ? CollapseSeparators(path, buffer) : ORV_S_OK;
+    const uint32_t rootLength = OrvBasPath::GetPathRootLength(path.characters, path.length);
+    if (rootLength == 0 || !IsSeparator(path[rootLength - 1]) || StartsWithTwoSeparators(path))
+        return ORV_S_OK;
+    const uint32_t way = FindWayFromRoot(path, rootLength);
+    if (way == rootLength)
+        return ORV_S_OK;
+    PathPieces pieces(path.UpTo(rootLength));
+    pieces.Add(path.From(way));
+    return WritePath(buffer, pieces);
+}
 
 OrvResult MakeNtPath(const wchar_t *dosPath, UNICODE_STRING &ntPath)
 {
@@ -70,13 +159,20 @@ OrvResult OrvNtdll_RtlDosPathNameToNtPathName_T_EliminateDosDevice(const wchar_t
 OrvResult OrvNtdll_RtlDosPathNameToNtPathName_U_EliminateDosDevice(const wchar_t *dosPath,
                                                                    _UNICODE_STRING *ntPath)
 {
-    if (OrvWinIsNtFilePath(dosPath)) {
-        if (OrvGetStringSizeInElements(dosPath, detail::kLongestCounted + 1) > detail::kLongestCounted)
+    const PathText path(dosPath, OrvTerminated);
+    if (OrvWinIsNtFilePath(dosPath, path.length)) {
+        if (path.length > detail::kLongestCounted)
             return ORV_E_NOT_PRODUCED;
         return RtlCreateUnicodeString(ntPath, dosPath) ? ORV_S_OK : ORV_E_OUT_OF_MEMORY;
     }
-    OrvUtf16CharHeapBuffer buffer;
-    const OrvResult result = OrvBasPath::WinEliminateDosDeviceAliasPath(dosPath, buffer);
+    OrvUtf16CharHeapBuffer readable;
+    OrvResult result = MakeReadable(path, readable);
+    if (!readable.IsEmpty())
+        dosPath = readable.GetValue();
+    // No name on a server is a device's, and elimination would take a path with "//" for one of a drive.
+    OrvUtf16CharHeapBuffer eliminated;
+    if (OrvSucceeded(result) && !StartsWithTwoSeparators(path))
+        result = OrvBasPath::WinEliminateDosDeviceAliasPath(dosPath, eliminated);
     return OrvSucceeded(result) ? MakeNtPath(dosPath, *ntPath) : result;
 }
 

@@ -19,18 +19,19 @@ constexpr LONGLONG kByteCount = 0x7FFFFFFFFFFFFFFF;
 
 constexpr int kForever = -1;
 
-OrvResult ResultOfLock(NTSTATUS status)
+/// Whether the lock of somebody else is in the way. Platforms, and the file systems of one, differ in how
+/// they say so.
+bool IsRefused(NTSTATUS status)
 {
-    switch (status) {
-    case STATUS_LOCK_NOT_GRANTED:
-    case STATUS_CANCELLED:
-        return ORV_W_TIMEOUT;
-    default:
-        return detail::ResultFromCall(status);
-    }
+    return status == STATUS_LOCK_NOT_GRANTED || status == STATUS_FILE_LOCK_CONFLICT;
 }
 
-/// Asks at once, again and again, until the time is over. Platforms differ in how they refuse.
+OrvResult ResultOfLock(NTSTATUS status)
+{
+    return IsRefused(status) || status == STATUS_CANCELLED ? ORV_W_TIMEOUT : detail::ResultFromCall(status);
+}
+
+/// Asks at once, again and again, until the time is over.
 NTSTATUS LockByAsking(HANDLE file, bool exclusive, int timeoutMs)
 {
     constexpr LONGLONG kMillisecond = -10000; // below zero: from now on
@@ -39,12 +40,12 @@ NTSTATUS LockByAsking(HANDLE file, bool exclusive, int timeoutMs)
     for (uint32_t sleepMs = 1;; sleepMs = sleepMs < kLongestSleepMs ? sleepMs * 2 : kLongestSleepMs) {
         const NTSTATUS status = NtLockFile(file, nullptr, nullptr, nullptr, nullptr, &kFirstByte, &kByteCount,
                                            0, true, exclusive);
-        if (status != STATUS_LOCK_NOT_GRANTED && status != STATUS_FILE_LOCK_CONFLICT)
+        if (!IsRefused(status))
             return status;
         if (timeoutMs != kForever) {
             const uint32_t elapsedMs = OrvGetTimestamp() - start;
             if (elapsedMs >= static_cast<uint32_t>(timeoutMs))
-                return STATUS_LOCK_NOT_GRANTED;
+                return status;
             const uint32_t leftMs = static_cast<uint32_t>(timeoutMs) - elapsedMs;
             sleepMs = sleepMs < leftMs ? sleepMs : leftMs;
         }

@@ -9,7 +9,7 @@ namespace detail
 {
 
 /// Owns the native form of a path, which the platform makes against the current directory. No name in it is a
-/// device's.
+/// device's when the path starts at a root; in a relative path one may be.
 class NtPath
 {
 public:

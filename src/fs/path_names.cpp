@@ -83,6 +83,18 @@ OrvResult AppendName(const PathText &path, const PathText &component, Names name
     return out.Append(component.characters, component.length);
 }
 
+/// Whether separators of the path become one behind what is built so far.
+bool WantsSeparator(OrvUtf16CharHeapBuffer &built, uint32_t rootLength, bool isEnd, Names names)
+{
+    const uint32_t length = built.GetInternal().length;
+    const wchar_t last = built[length - 1];
+    if (isEnd && names == Names::Normalized)
+        return last != L'\\'; // at the end "\" stands in any case
+    if (length > rootLength)
+        return true;
+    return !IsSeparator(last); // a root ends with its own separator, but that of a share
+}
+
 OrvResult BuildPath(const PathText &path, Names names, OrvUtf16CharHeapBuffer &out)
 {
     constexpr uint32_t kRoomForLongerNames = 64;
@@ -98,10 +110,7 @@ OrvResult BuildPath(const PathText &path, Names names, OrvUtf16CharHeapBuffer &o
         if (Separates(path[position], names)) {
             while (position < path.length && Separates(path[position], names))
                 position++;
-            // A root ends with its own separator, but that of a share. At the end "\" stands in any case.
-            const bool isEnd = position == path.length && names == Names::Normalized;
-            const wchar_t last = out[out.GetInternal().length - 1];
-            if (isEnd ? last != L'\\' : out.GetInternal().length > rootLength || !IsSeparator(last))
+            if (WantsSeparator(out, rootLength, position == path.length, names))
                 result = out.Append(L'\\');
             continue;
         }

@@ -14,28 +14,49 @@ constexpr uint32_t kGuidLength = 36;
 constexpr uint32_t kNameLength = 40;
 constexpr uint32_t kTempFileNameLength = 44;
 
-/// A random name with an extension, before it is written.
+/// A random name, before it is written.
 class RandomName
 {
 public:
-    explicit RandomName(const PathText &extension) : pieces_(PathText(L"orv-", 4))
+    RandomName()
     {
         _OrvGuid guid;
         OrvGuidUtils::CreateLuid(guid); // never fails
-        _ORV_UTF16CHAR_STR text = {0, kGuidLength + 1, characters_};
+        _ORV_UTF16CHAR_STR text = {0, kGuidLength + 1, guid_};
         OrvGuidUtils::GetString(guid, text);
-        pieces_.Add(PathText(characters_, kGuidLength));
-        pieces_.Add(extension);
     }
-    RandomName(const RandomName &) = delete;
-    RandomName &operator=(const RandomName &) = delete;
 
-    const PathPieces &Pieces() const { return pieces_; }
+    static PathText Prefix() { return PathText(L"orv-", 4); }
+    PathText Guid() const { return PathText(guid_, kGuidLength); }
+    static PathText TempExtension() { return PathText(L".tmp", 4); }
+
+    PathPieces Pieces() const
+    {
+        PathPieces pieces(Prefix());
+        pieces.Add(Guid());
+        return pieces;
+    }
+
+    PathPieces TempFilePieces() const
+    {
+        PathPieces pieces = Pieces();
+        pieces.Add(TempExtension());
+        return pieces;
+    }
 
 private:
-    wchar_t characters_[kGuidLength + 1];
-    PathPieces pieces_;
+    wchar_t guid_[kGuidLength + 1];
 };
+
+/// Puts a text behind what the owner holds.
+OrvResult Append(const OrvMutableStringRefBase2<wchar_t> &out, const PathText &text)
+{
+    const uint32_t start = out.view.length;
+    const OrvResult result = out.operations->resize(out.view, start + text.length, out.owner);
+    if (OrvSucceeded(result))
+        detail::MoveBytes(out.view.characters + start, text.characters, text.length * sizeof(wchar_t));
+    return result;
+}
 
 } // namespace
 
@@ -54,22 +75,27 @@ uint32_t GetRandomTempFileNameSize()
 
 OrvResult GetRandomName(_ORV_UTF16CHAR_STR &out, unsigned int *required)
 {
-    return WritePath(out, RandomName(PathText()).Pieces(), required);
+    return WritePath(out, RandomName().Pieces(), required);
 }
 
 OrvResult GetRandomName(OrvUtf16CharHeapBuffer &out)
 {
-    return WritePath(out, RandomName(PathText()).Pieces());
+    return WritePath(out, RandomName().Pieces());
 }
 
 OrvResult GetRandomName(const OrvMutableStringRefBase2<wchar_t> &out)
 {
-    return WritePath(out, RandomName(PathText()).Pieces());
+    OrvResult result = out.operations->resize(out.view, 0, out.owner);
+    if (OrvSucceeded(result))
+        result = out.operations->reserve(out.view.characters, kNameLength, out.owner);
+    if (OrvSucceeded(result))
+        result = Append(out, RandomName::Prefix());
+    return OrvSucceeded(result) ? Append(out, RandomName().Guid()) : result;
 }
 
 OrvResult GetRandomTempFileName(_ORV_UTF16CHAR_STR &out, unsigned int *required)
 {
-    const OrvResult result = WritePath(out, RandomName(PathText(L".tmp", 4)).Pieces(), nullptr);
+    const OrvResult result = WritePath(out, RandomName().TempFilePieces(), nullptr);
     if (result == ORV_E_BUFFER_TOO_SMALL && required)
         *required = kTempFileNameLength; // callers have come to add the terminator themselves
     return result;
@@ -77,12 +103,15 @@ OrvResult GetRandomTempFileName(_ORV_UTF16CHAR_STR &out, unsigned int *required)
 
 OrvResult GetRandomTempFileName(OrvUtf16CharHeapBuffer &out)
 {
-    return WritePath(out, RandomName(PathText(L".tmp", 4)).Pieces());
+    return WritePath(out, RandomName().TempFilePieces());
 }
 
 OrvResult GetRandomTempFileName(const OrvMutableStringRefBase2<wchar_t> &out)
 {
-    return WritePath(out, RandomName(PathText(L".tmp", 4)).Pieces());
+    OrvResult result = out.operations->reserve(out.view.characters, kTempFileNameLength, out.owner);
+    if (OrvSucceeded(result))
+        result = GetRandomName(out);
+    return OrvSucceeded(result) ? Append(out, RandomName::TempExtension()) : result;
 }
 
 } // namespace OrvBasPath

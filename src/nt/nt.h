@@ -83,6 +83,7 @@ constexpr NTSTATUS STATUS_CANCELLED = static_cast<NTSTATUS>(0xC0000120);
 constexpr NTSTATUS STATUS_THREAD_IS_TERMINATING = static_cast<NTSTATUS>(0xC000004B);
 constexpr NTSTATUS STATUS_INSUFFICIENT_RESOURCES = static_cast<NTSTATUS>(0xC000009A);
 constexpr NTSTATUS STATUS_PIPE_BROKEN = static_cast<NTSTATUS>(0xC000014B);
+constexpr NTSTATUS STATUS_RETRY = static_cast<NTSTATUS>(0xC000022D);
 constexpr NTSTATUS STATUS_KEY_DELETED = static_cast<NTSTATUS>(0xC000017C);
 
 // Win32 error numbers.
@@ -358,9 +359,12 @@ struct TEB {
     ULONG LastErrorValue;
     uint8_t Reserved2[0x88];
     PVOID WOW32Reserved; ///< on 64-bit systems, the way into their kernel
-    uint8_t Reserved3[0xD4C];
+    uint8_t Reserved3[0xD48];
+    PVOID DeallocationStack; ///< the lowest address that is reserved for the stack
     PVOID TlsSlots[TLS_MINIMUM_AVAILABLE];
-    uint8_t Reserved4[0x84];
+    uint8_t Reserved4[0x65];
+    BOOLEAN FreeStackOnTermination; ///< before 6.0: whether the stack goes when the thread ends itself
+    uint8_t Reserved5[0x1E];
     PVOID *TlsExpansionSlots; ///< a block of the process heap; null until it is needed
 };
 
@@ -430,7 +434,9 @@ static_assert(offsetof(TEB, Self) == 0x18);
 static_assert(offsetof(TEB, ClientId) == 0x20);
 static_assert(offsetof(TEB, LastErrorValue) == 0x34);
 static_assert(offsetof(TEB, WOW32Reserved) == 0xC0);
+static_assert(offsetof(TEB, DeallocationStack) == 0xE0C);
 static_assert(offsetof(TEB, TlsSlots) == 0xE10);
+static_assert(offsetof(TEB, FreeStackOnTermination) == 0xF75);
 static_assert(offsetof(TEB, TlsExpansionSlots) == 0xF94);
 static_assert(offsetof(KUSER_SHARED_DATA, NtProductType) == 0x264);
 static_assert(offsetof(KUSER_SHARED_DATA, SystemTime) == 0x14);
@@ -553,6 +559,11 @@ constexpr ACCESS_MASK KEY_CREATE_SUB_KEY = 0x0004;
 constexpr ACCESS_MASK KEY_ENUMERATE_SUB_KEYS = 0x0008;
 constexpr ACCESS_MASK KEY_NOTIFY = 0x0010;
 constexpr ULONG REG_OPENED_EXISTING_KEY = 2;
+constexpr ULONG REG_NOTIFY_CHANGE_NAME = 0x1;
+constexpr ULONG REG_NOTIFY_CHANGE_ATTRIBUTES = 0x2;
+constexpr ULONG REG_NOTIFY_CHANGE_LAST_SET = 0x4; ///< of values
+constexpr ULONG REG_NOTIFY_CHANGE_SECURITY = 0x8;
+constexpr ULONG REG_NOTIFY_THREAD_AGNOSTIC = 0x10000000; ///< since 6.2
 constexpr ULONG KeyBasicInformation = 0;
 constexpr ULONG KeyFullInformation = 2;
 constexpr ULONG KeyNameInformation = 3;

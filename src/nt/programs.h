@@ -11,7 +11,11 @@ struct FILE_FS_DEVICE_INFORMATION {
 };
 
 constexpr ULONG FileFsDeviceInformation = 4;
+constexpr ULONG FILE_DEVICE_DISK = 0x7;
+constexpr ULONG FILE_DEVICE_DISK_FILE_SYSTEM = 0x8;
 constexpr ULONG FILE_DEVICE_NAMED_PIPE = 0x11;
+constexpr ULONG FILE_DEVICE_NETWORK_FILE_SYSTEM = 0x14;
+constexpr ULONG FILE_DEVICE_VIRTUAL_DISK = 0x24;
 constexpr ULONG FILE_DEVICE_CONSOLE = 0x50;
 
 struct FILE_STANDARD_INFORMATION {
@@ -26,8 +30,48 @@ static_assert(sizeof(FILE_STANDARD_INFORMATION) == 24);
 constexpr ULONG FileStandardInformation = 5;
 
 constexpr ACCESS_MASK FILE_GENERIC_READ = 0x120089;
+constexpr ACCESS_MASK FILE_WRITE_DATA = 0x0002;
+constexpr ACCESS_MASK FILE_WRITE_ATTRIBUTES = 0x0100;
+constexpr ACCESS_MASK READ_CONTROL = 0x20000;
+constexpr ACCESS_MASK WRITE_DAC = 0x40000;
 constexpr ULONG FILE_NON_DIRECTORY_FILE = 0x40;
-constexpr ULONG FILE_OVERWRITE_IF = 5;
+constexpr ULONG FILE_CREATED = 2; ///< in IO_STATUS_BLOCK::Information
+
+constexpr NTSTATUS STATUS_OBJECT_NAME_COLLISION = static_cast<NTSTATUS>(0xC0000035);
+
+struct FILE_BASIC_INFORMATION {
+    LONGLONG CreationTime; ///< when it is set, 0 leaves a time as it is
+    LONGLONG LastAccessTime;
+    LONGLONG LastWriteTime;
+    LONGLONG ChangeTime;
+    ULONG FileAttributes;
+};
+static_assert(sizeof(FILE_BASIC_INFORMATION) == 40);
+
+constexpr ULONG FileBasicInformation = 4;
+
+constexpr ULONG FILE_ATTRIBUTE_READONLY = 0x1;
+constexpr ULONG FILE_ATTRIBUTE_HIDDEN = 0x2;
+constexpr ULONG FILE_ATTRIBUTE_SYSTEM = 0x4;
+constexpr ULONG FILE_ATTRIBUTE_ARCHIVE = 0x20;
+constexpr ULONG FILE_ATTRIBUTE_NOT_CONTENT_INDEXED = 0x2000;
+
+struct FILE_RENAME_INFORMATION {
+    BOOLEAN ReplaceIfExists;
+    HANDLE RootDirectory;
+    ULONG FileNameLength; ///< in bytes
+    WCHAR FileName[1];
+};
+
+constexpr ULONG FileRenameInformation = 10;
+
+struct FILE_DISPOSITION_INFORMATION {
+    BOOLEAN DeleteFile; ///< when the last handle is closed
+};
+
+constexpr ULONG FileDispositionInformation = 13;
+
+constexpr ULONG DACL_SECURITY_INFORMATION = 0x4;
 
 constexpr ULONG ProcessBasicInformation = 0;
 constexpr ULONG ProcessHandleCount = 20;
@@ -79,6 +123,12 @@ struct OBJECT_BASIC_INFORMATION {
 static_assert(sizeof(OBJECT_BASIC_INFORMATION) == 56);
 
 constexpr ULONG ObjectBasicInformation = 0;
+
+struct OBJECT_NAME_INFORMATION {
+    UNICODE_STRING Name; ///< its characters follow
+};
+
+constexpr ULONG ObjectNameInformation = 1;
 
 struct SYSTEM_HANDLE_TABLE_ENTRY_INFO {
     USHORT UniqueProcessId;
@@ -165,6 +215,9 @@ NTSYSAPI NTSTATUS NTAPI RtlSetCurrentDirectory_U(const UNICODE_STRING *directory
 NTSYSAPI NTSTATUS NTAPI RtlSetEnvironmentVariable(WCHAR **environment, const UNICODE_STRING *name,
                                                   const UNICODE_STRING *value);
 NTSYSAPI NTSTATUS NTAPI NtDeleteFile(const OBJECT_ATTRIBUTES *attributes);
+NTSYSAPI NTSTATUS NTAPI NtFlushBuffersFile(HANDLE file, IO_STATUS_BLOCK *status);
+NTSYSAPI NTSTATUS NTAPI NtSetInformationFile(HANDLE file, IO_STATUS_BLOCK *status, const void *information,
+                                             ULONG size, ULONG informationClass);
 NTSYSAPI NTSTATUS NTAPI NtQueryInformationProcess(HANDLE process, ULONG informationClass, PVOID information,
                                                   ULONG size, ULONG *returnedSize);
 NTSYSAPI NTSTATUS NTAPI NtQueryVirtualMemory(HANDLE process, const void *address, ULONG informationClass,
@@ -188,6 +241,7 @@ NTSYSAPI NTSTATUS NTAPI NtQueryObject(HANDLE handle, ULONG informationClass, PVO
                                       ULONG *returnedSize);
 NTSYSAPI NTSTATUS NTAPI NtQuerySecurityObject(HANDLE handle, ULONG parts, PVOID descriptor, ULONG size,
                                               ULONG *needed);
+NTSYSAPI NTSTATUS NTAPI NtSetSecurityObject(HANDLE handle, ULONG parts, const void *descriptor);
 NTSYSAPI NTSTATUS NTAPI ZwCreateDirectoryObject(HANDLE *handle, ACCESS_MASK access,
                                                 const OBJECT_ATTRIBUTES *attributes);
 

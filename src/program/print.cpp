@@ -26,9 +26,7 @@ OrvResult PrintTo(HANDLE stream, const wchar_t *format, va_list arguments)
     if (OrvSucceeded(result))
         result = OrvConvertUtf162MbString(bytes.GetBuffer(), bytes.GetCapacity(), text.GetValue(), page,
                                           &size, length);
-    if (OrvFailed(result))
-        return result;
-    return OrvFailed(detail::WriteToStream(stream, bytes.GetBuffer(), size)) ? ORV_E_WRITE_FAULT : ORV_S_OK;
+    return OrvFailed(result) ? result : detail::WriteToStream(stream, bytes.GetBuffer(), size);
 }
 
 } // namespace

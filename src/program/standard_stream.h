@@ -13,7 +13,8 @@ bool IsConsole(HANDLE stream);
 
 /// Writes all of the bytes at the stream's position.
 ///
-/// Returns 0, ORV_E_WRITE_FAULT, or what Win32 said about it.
+/// Returns 0; ORV_E_WRITE_FAULT when the stream takes nothing more; otherwise the converted status of
+/// writing.
 OrvResult WriteToStream(HANDLE stream, const char *bytes, uint32_t count);
 
 } // namespace detail

@@ -1,4 +1,9 @@
-// Making GUIDs: from the platform's allocation or from the clock, and from the generator of random numbers.
+// Making GUIDs: from the times that the platform reserves or from the clock, and from the generator of random
+// numbers.
+//
+// A reservation is some thousand times, and there is one for each step of the machine's clock: whoever takes
+// one for each GUID runs out of them at once, and takes them from all other programs. So the process keeps
+// its range and asks for another when that is used up.
 
 #include "orv/random/create_guid.h"
 
@@ -19,9 +24,10 @@ namespace
 
 struct {
     OrvSpinLock lock;
-    GuidClock clock;
+    GuidRange range;
+    GuidClock clock; ///< this and the node are used when the platform reserves no times
     uint8_t node[6];
-} source = {{0, 1}, {}, {}}; // waiters sleep 1 ms, so that a holder of a lower priority gets its turn
+} source = {{0, 1}, {}, {}, {}}; // waiters sleep 1 ms, so that a holder of a lower priority gets its turn
 
 /// Draws the sequence and the node that this process keeps.
 void StartSource()
@@ -37,6 +43,18 @@ void StartSource()
     source.clock.Start(drawn.sequence);
 }
 
+/// Counts on from the system's clock, with the node and the sequence of this process.
+GuidParts TakeFromClock()
+{
+    if (!source.clock.IsStarted())
+        StartSource();
+    GuidParts parts;
+    parts.time = source.clock.Take(ReadSharedTime(SharedUserData().SystemTime));
+    parts.sequence = source.clock.Sequence();
+    __builtin_memcpy(parts.node, source.node, sizeof parts.node);
+    return parts;
+}
+
 bool IsZero(const uint8_t (&bytes)[6])
 {
     uint8_t all = 0;
@@ -45,19 +63,48 @@ bool IsZero(const uint8_t (&bytes)[6])
     return all == 0;
 }
 
+/// Has the platform reserve times; waits while it has none to reserve because its clock, which moves in
+/// steps, has not moved since the last time. The attempts take at least a tenth of a second, several such
+/// steps.
+NTSTATUS ReserveTimes(GuidParts &first, ULONG &count)
+{
+    constexpr LONGLONG kMillisecond = -10000; // below zero: from now on
+    constexpr uint32_t kMostAttempts = 100;
+    NTSTATUS status = STATUS_RETRY;
+    for (uint32_t attempt = 0; attempt < kMostAttempts && status == STATUS_RETRY; attempt++) {
+        if (attempt)
+            ZwDelayExecution(false, &kMillisecond);
+        ULONGLONG time = 0;
+        ULONG sequence = 0;
+        count = 0;
+        first = {};
+        status = ZwAllocateUuids(&time, &count, &sequence, first.node);
+        first.time = time;
+        first.sequence = sequence;
+    }
+    return status;
+}
+
 } // namespace
 
-GuidParts TakeGuidParts()
+OrvResult TakeGuidParts(GuidParts &parts)
 {
-    constexpr uint64_t kFrom1582To1601 = 0x00146BF33E42C000; // in 100 ns
     const OrvSpinLockLocker locker(&source.lock, true);
-    if (!source.clock.IsStarted())
-        StartSource();
-    GuidParts parts;
-    parts.time = source.clock.Take(ReadSharedTime(SharedUserData().SystemTime) + kFrom1582To1601);
-    parts.sequence = source.clock.Sequence();
-    __builtin_memcpy(parts.node, source.node, sizeof parts.node);
-    return parts;
+    if (source.range.IsEmpty()) {
+        GuidParts first = {};
+        ULONG count = 0;
+        const NTSTATUS status = ReserveTimes(first, count);
+        if (!NT_SUCCESS(status))
+            return ResultFromStatus(status);
+        // There are platforms that succeed and reserve nothing, or have no node.
+        if (first.time == 0 || count == 0 || IsZero(first.node)) {
+            parts = TakeFromClock();
+            return ORV_S_OK;
+        }
+        source.range.Start(first, count);
+    }
+    parts = source.range.Take();
+    return ORV_S_OK;
 }
 
 _OrvGuid MakeGuid(const GuidParts &parts)
@@ -83,17 +130,9 @@ namespace OrvGuidUtils
 OrvResult CreateGuid(_OrvGuid &guid)
 {
     detail::GuidParts parts = {};
-    ULONGLONG time = 0;
-    ULONG range = 0;
-    ULONG sequence = 0;
-    const NTSTATUS status = ZwAllocateUuids(&time, &range, &sequence, parts.node);
-    if (!NT_SUCCESS(status))
-        return detail::ResultFromStatus(status);
-    parts.time = time;
-    parts.sequence = sequence;
-    // There are platforms that succeed and allocate nothing, and times of the day at which none has a node.
-    if (time == 0 || detail::IsZero(parts.node))
-        parts = detail::TakeGuidParts();
+    const OrvResult result = detail::TakeGuidParts(parts);
+    if (OrvFailed(result))
+        return result;
     guid = detail::MakeGuid(parts);
     return ORV_S_OK;
 }

@@ -1,5 +1,8 @@
-// Where time-based GUIDs come from when the platform allocates none: the rule that keeps them apart, and the
-// layout that they share with the platform's.
+// Where time-based GUIDs come from: the range of times that the platform reserved for this process, or, on a
+// platform that reserves none, this process's own clock; and the layout that both share.
+//
+// All times count from 1601, as the platform's do. (A plain version 1 UUID counts from 1582. Nobody reads the
+// time in ours, which the mask hides.)
 
 #pragma once
 
@@ -8,7 +11,7 @@
 namespace detail
 {
 
-/// What makes one GUID: 100-ns units since 1582-10-15, a sequence of 14 bits, six bytes of node.
+/// What makes one GUID: 100-ns units since 1601, a sequence of 14 bits, six bytes of node.
 struct GuidParts {
     uint64_t time;
     uint32_t sequence;
@@ -51,8 +54,37 @@ private:
     bool isStarted_ = false;
 };
 
-/// Asks the system's clock, and the node and sequence of this process.
-GuidParts TakeGuidParts();
+/// The times that the platform reserved at once, with their sequence and node, which are given out one by
+/// one. The platform keeps them apart from those of all other processes, so a range may be used up at any
+/// later time.
+class GuidRange
+{
+public:
+    /// `first` has the first time of `count`.
+    void Start(const GuidParts &first, uint32_t count)
+    {
+        next_ = first;
+        left_ = count;
+    }
+    bool IsEmpty() const { return left_ == 0; }
+
+    /// The range must not be empty.
+    GuidParts Take()
+    {
+        const GuidParts taken = next_;
+        next_.time++;
+        left_--;
+        return taken;
+    }
+
+private:
+    GuidParts next_ = {};
+    uint32_t left_ = 0;
+};
+
+/// Takes the parts of a GUID that no other call gets, in whatever thread. Returns 0, or the converted status
+/// when the platform refuses; `parts` is then untouched.
+OrvResult TakeGuidParts(GuidParts &parts);
 
 /// Lays the parts out as a version 1 UUID and combines them with the mask.
 _OrvGuid MakeGuid(const GuidParts &parts);

@@ -297,7 +297,8 @@ OrvResult OrvBasWinRegistryHandle::OpenBelow(void *base, const Name &path, uint3
     ULONG disposition = REG_OPENED_EXISTING_KEY;
     NTSTATUS status = 0;
     const bool creates = creation == kCreateLast || creation == kCreateAll;
-    if (!creates) {
+    // The empty path is the base itself, which exists. Not every platform says so when it is to be created.
+    if (!creates || name.Get()->Length == 0) {
         status = OpenNative(attributes, access | viewAccess, inside, opened);
     } else {
         status = CreateNative(attributes, access | viewAccess, inside, opened, disposition);

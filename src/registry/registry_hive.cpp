@@ -1,6 +1,7 @@
 // Hives, privileges, and waiting for changes.
 
 #include "fs/nt_path.h"
+#include "orv/env/os_info.h"
 #include "orv/fs/path.h"
 #include "orv/registry/registry_handle.h"
 #include "orv/runtime/ntdll_entry_points.h"
@@ -125,7 +126,8 @@ OrvResult OrvBasWinRegistryHandle::StartSingleWatchingKeyChange(OrvBasEvent &eve
 {
     // The platform writes here when the change comes, be the handle long gone; nobody reads it.
     static IO_STATUS_BLOCK status;
-    constexpr ULONG kNamesAttributesValuesSecurity = 0xF;
+    constexpr ULONG kChanges = REG_NOTIFY_CHANGE_NAME | REG_NOTIFY_CHANGE_ATTRIBUTES |
+                               REG_NOTIFY_CHANGE_LAST_SET | REG_NOTIFY_CHANGE_SECURITY;
     // Whoever opened the key closes what watches it, too, when he goes on to another.
     if (!IsOpened() && parent_)
         return parent_->StartSingleWatchingKeyChange(event, subtree);
@@ -137,9 +139,11 @@ OrvResult OrvBasWinRegistryHandle::StartSingleWatchingKeyChange(OrvBasEvent &eve
         result = CreateHandleInternal(key, Name(), KEY_NOTIFY);
     if (OrvFailed(result))
         return result;
-    return detail::ResultFromCall(ZwNotifyChangeKey(key, event.GetHandle(), nullptr, nullptr, &status,
-                                                    kNamesAttributesValuesSecurity, subtree, nullptr, 0,
-                                                    true));
+    // Otherwise the watch ends with this thread, and its end sets the event. Older systems refuse the flag.
+    const bool mayOutliveThread = OrvEnvironment::OsInfo::IsAtLeast(6, 2);
+    const ULONG filter = mayOutliveThread ? kChanges | REG_NOTIFY_THREAD_AGNOSTIC : kChanges;
+    return detail::ResultFromCall(ZwNotifyChangeKey(key, event.GetHandle(), nullptr, nullptr, &status, filter,
+                                                    subtree, nullptr, 0, true));
 }
 
 OrvResult OrvBasWinRegistryHandle::EnablePrivilege(OrvBasWinRegistryPrivilege privilege, bool enable)

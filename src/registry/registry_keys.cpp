@@ -6,6 +6,7 @@
 #include "registry/registry_key.h"
 #include "registry/registry_path.h"
 #include "runtime/heap.h"
+#include "runtime/native_handle.h"
 #include "runtime/status.h"
 
 namespace
@@ -53,6 +54,8 @@ private:
     uint32_t count_ = 0;
     uint32_t capacity_ = 0;
 };
+
+constexpr ACCESS_MASK kToDeleteTree = DELETE | KEY_ENUMERATE_SUB_KEYS;
 
 bool IsGone(OrvResult result)
 {
@@ -125,39 +128,31 @@ OrvResult OrvBasWinRegistryHandle::CreateKeysTransacted(OrvWinTransaction &trans
 
 OrvResult OrvBasWinRegistryHandle::Delete(const Name &path, bool recursive, OrvWinTransaction *transaction)
 {
-    const ACCESS_MASK access = recursive ? DELETE | KEY_ENUMERATE_SUB_KEYS : DELETE;
-    HANDLE opened = nullptr;
-    OrvResult result = Open(kFromCurrentKey, path, access, transaction, kOpenLink, opened);
+    detail::NativeHandle key;
+    const ACCESS_MASK access = recursive ? kToDeleteTree : DELETE;
+    const OrvResult result = Open(kFromCurrentKey, path, access, transaction, kOpenLink, *key.Receive());
     if (OrvFailed(result))
         return result;
+    return recursive ? DeleteTree(key.Detach(), transaction) : detail::ResultFromCall(ZwDeleteKey(key.Get()));
+}
+
+/// Takes `top` over. A key that others delete meanwhile is as good as deleted, except the top one.
+OrvResult OrvBasWinRegistryHandle::DeleteTree(void *top, OrvWinTransaction *transaction) const
+{
     KeyStack keys;
-    if (!keys.Push(opened))
+    if (!keys.Push(top))
         return ORV_E_OUT_OF_MEMORY;
     OrvBasWinRegistryEnumerator children;
-    uint32_t vanished = 0; // in a row: a name that is listed but not found would be listed for ever
     while (!keys.IsEmpty()) {
-        if (recursive) {
-            // Always the first child: those before it are gone.
-            children.key_ = keys.Top();
-            children.index_ = 0;
-            OrvStringzRefBase<wchar_t> name(nullptr);
-            bool found = false;
-            result = children.Next(name, found);
-            if (OrvSucceeded(result) && found) {
-                result = OpenBelow(keys.Top(), Name(name.characters, children.GetLength()), access,
-                                   transaction, kOpenLink, opened);
-                constexpr uint32_t kPatience = 100;
-                if (OrvFailed(result) && (!IsGone(result) || ++vanished == kPatience))
-                    return result;
-                if (OrvSucceeded(result)) {
-                    vanished = 0;
-                    if (!keys.Push(opened))
-                        return ORV_E_OUT_OF_MEMORY;
-                }
-                continue;
-            }
-            if (OrvFailed(result) && !IsGone(result))
-                return result;
+        HANDLE child = nullptr;
+        children.key_ = keys.Top();
+        OrvResult result = OpenFirstChild(child, children, transaction);
+        if (OrvFailed(result))
+            return result;
+        if (child) {
+            if (!keys.Push(child))
+                return ORV_E_OUT_OF_MEMORY;
+            continue;
         }
         result = detail::ResultFromCall(ZwDeleteKey(keys.Top()));
         keys.Pop();
@@ -165,6 +160,30 @@ OrvResult OrvBasWinRegistryHandle::Delete(const Name &path, bool recursive, OrvW
             return result;
     }
     return 0;
+}
+
+/// The first child of a key that is being emptied: those before it are gone. Null when there is none, also
+/// because the key itself is gone.
+OrvResult OrvBasWinRegistryHandle::OpenFirstChild(void *&child, OrvBasWinRegistryEnumerator &children,
+                                                  OrvWinTransaction *transaction) const
+{
+    constexpr uint32_t kPatience = 100; // a name that is listed but not found would be listed for ever
+    OrvResult result = 0;
+    for (uint32_t attempt = 0; attempt < kPatience; attempt++) {
+        children.index_ = 0;
+        OrvStringzRefBase<wchar_t> name(nullptr);
+        bool found = false;
+        result = children.Next(name, found);
+        if (OrvFailed(result))
+            return IsGone(result) ? 0 : result;
+        if (!found)
+            return 0;
+        result = OpenBelow(children.key_, Name(name.characters, children.GetLength()), kToDeleteTree,
+                           transaction, kOpenLink, child);
+        if (!IsGone(result))
+            return result;
+    }
+    return result;
 }
 
 OrvResult OrvBasWinRegistryHandle::DeleteKey(const Name &path, bool recursive)

@@ -26,8 +26,9 @@ __declspec(noinline) uintptr_t DrawCookie()
 
 } // namespace
 
-// Without a cookie of its own, which would not be the same at its end.
-extern "C" __attribute__((no_stack_protector)) BOOL NTAPI OrvSysEntry(PVOID, ULONG reason, PVOID)
+// `isProcess` is not null when the library is attached with its process, not to one that runs, and when it is
+// detached because the process ends. Without a cookie of its own, which would not be the same at its end.
+extern "C" __attribute__((no_stack_protector)) BOOL NTAPI OrvSysEntry(PVOID, ULONG reason, PVOID isProcess)
 {
     switch (reason) {
     case kProcessAttach:
@@ -40,7 +41,7 @@ extern "C" __attribute__((no_stack_protector)) BOOL NTAPI OrvSysEntry(PVOID, ULO
         detail::DetachThread(kRuntime);
         break;
     case kProcessDetach:
-        detail::DetachProcess(kRuntime);
+        detail::DetachProcess(kRuntime, isProcess ? detail::Detaching::kProcess : detail::Detaching::kModule);
         break;
     default:
         break;

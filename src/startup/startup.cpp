@@ -99,6 +99,12 @@ OrvResult StartUp()
     return OrvFailed(result) ? result : RecordOsFacts();
 }
 
+void CountTeardown()
+{
+    if (startUpCount > 0)
+        startUpCount--;
+}
+
 /// The key, and the record of the thread that attaches the process.
 OrvResult CreateFirstThreadRecord()
 {
@@ -137,8 +143,7 @@ OrvResult InternalInitializeOrvSysDll()
 void InternalDestroyOrvSysDll()
 {
     const OrvSpinLockLocker locker(&startUpLock, true);
-    if (startUpCount > 0)
-        startUpCount--;
+    CountTeardown();
 }
 
 OrvResult OrvInitializeSysMini()
@@ -194,15 +199,19 @@ void DetachThread(const RuntimeWork &runtime)
     RemoveThreadRecord();
 }
 
-void DetachProcess(const RuntimeWork &runtime)
+void DetachProcess(const RuntimeWork &runtime, Detaching detaching)
 {
     if (!isAttached)
         return;
     isAttached = false;
     runtime.detachProcess();
-    FreeThreadRecordKey();
-    DeleteThreadRecordList();
-    InternalDestroyOrvSysDll();
+    if (detaching == Detaching::kProcess) {
+        CountTeardown();
+    } else {
+        FreeThreadRecordKey();
+        DeleteThreadRecordList();
+        InternalDestroyOrvSysDll();
+    }
     runtime.terminate();
 }
 

@@ -22,7 +22,15 @@ OrvResult AttachProcess(const RuntimeWork &runtime);
 void AttachThread(const RuntimeWork &runtime);
 void DetachThread(const RuntimeWork &runtime);
 
-/// Does nothing unless AttachProcess succeeded.
-void DetachProcess(const RuntimeWork &runtime);
+/// Why the library is detached.
+enum class Detaching {
+    kModule, ///< it is unloaded, and the process goes on
+    kProcess ///< the process ends: all other threads are gone already, wherever they were
+};
+
+/// Gives back what AttachProcess took; does nothing unless that succeeded. At the end of the process nothing
+/// is given back and no lock is taken: its holder may be among the threads that are gone, and the system
+/// takes everything back.
+void DetachProcess(const RuntimeWork &runtime, Detaching detaching);
 
 } // namespace detail

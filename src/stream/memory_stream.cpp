@@ -88,6 +88,7 @@ OrvResult OrvBufferStream::Read(void *bytes, uint32_t size, uint32_t &read)
 OrvResult OrvBufferStream::Write(const void *bytes, uint32_t size, uint32_t &written)
 {
     written = 0;
+    const auto *source = static_cast<const uint8_t *>(bytes);
     if (size > capacity_ - size_) {
         constexpr uint32_t kFirstCapacity = 4096;
         if (size > UINT32_MAX - size_)
@@ -101,11 +102,14 @@ OrvResult OrvBufferStream::Write(const void *bytes, uint32_t size, uint32_t &wri
         auto *const grown = static_cast<uint8_t *>(detail::ReallocateBytes(bytes_, capacity));
         if (!grown)
             return ORV_E_OUT_OF_MEMORY;
+        const uintptr_t offset = reinterpret_cast<uintptr_t>(source) - reinterpret_cast<uintptr_t>(bytes_);
+        if (offset < capacity_)
+            source = grown + offset; // the stream's own bytes have moved
         bytes_ = grown;
         capacity_ = capacity;
     }
     if (size) // the bytes may be null when there are none
-        memcpy(bytes_ + size_, bytes, size);
+        memmove(bytes_ + size_, source, size);
     size_ += size;
     written = size;
     return ORV_S_OK;

@@ -31,7 +31,8 @@ OrvBasCriticalSection::~OrvBasCriticalSection()
 
 OrvResult OrvBasCriticalSection::Create()
 {
-    Destroy(); // else what the platform keeps beside it would be lost
+    if (initialized_)
+        return ORV_E_ALREADY_EXISTS;
     const OrvResult result = detail::ResultFromCall(RtlInitializeCriticalSection(Native(native_)));
     initialized_ = OrvSucceeded(result);
     return result;

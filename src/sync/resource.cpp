@@ -70,6 +70,8 @@ OrvBasResource::~OrvBasResource()
 
 OrvResult OrvBasResource::Create()
 {
+    // A second Create makes a new one, and deletes it below, when the event refuses to be created again.
+    lock_.Destroy();
     OrvResult result = lock_.Create();
     if (OrvFailed(result))
         return result;

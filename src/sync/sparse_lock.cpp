@@ -1,9 +1,13 @@
 // The contended half of the sparse lock; the other half is in line.
 //
-// A thread that finds the lock taken has counted itself already. So from then on the holder cannot free the
-// lock by the short way: it comes into the manager's critical section and hands the lock over by taking off
-// its own count and setting the lock's event. The event stays on loan until the one who wakes on it finds
-// itself alone; both the waiter and the releaser borrow it when it is not there yet, whichever comes first.
+// A thread that finds the lock taken counts itself. From then on the holder cannot free the lock by the short
+// way: it comes into the manager's critical section and hands the lock over by taking off its own count and
+// setting the lock's event. The event stays on loan until the thread that wakes on it finds itself alone.
+// Both the waiter and the releaser borrow it when it is not there yet; the first of them does.
+//
+// A count is taken back inside the critical section only. The holder decides there whether somebody waits: if
+// a waiter could leave after that, the event would be signalled for nobody, and the next thread would come in
+// beside the owner. So a thread looks at its manager before it counts itself.
 
 #include "orv/sync/sparse_lock.h"
 
@@ -28,13 +32,13 @@ OrvResult Check(OrvBasSparseLockManager *manager)
 
 } // namespace
 
-OrvResult OrvBasSparseNonrecursiveLock::AcquireContended(OrvBasSparseLockManager *manager)
+OrvResult OrvBasSparseNonrecursiveLock::Contend(OrvBasSparseLockManager *manager)
 {
     OrvResult result = Check(manager);
-    if (OrvFailed(result)) {
-        _InterlockedDecrement(&contenders_);
+    if (OrvFailed(result))
         return result;
-    }
+    if (_InterlockedIncrement(&contenders_) == 1)
+        return ORV_S_OK; // it was freed meanwhile
     OrvBasCriticalSection &section = manager->lock_;
     result = section.Acquire();
     if (OrvFailed(result))

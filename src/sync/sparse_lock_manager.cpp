@@ -33,9 +33,12 @@ OrvBasSparseLockManager::~OrvBasSparseLockManager()
 
 OrvResult OrvBasSparseLockManager::Initialize(unsigned long minimumIdle, unsigned long idlePercent)
 {
+    const OrvResult result = lock_.Create();
+    if (OrvFailed(result))
+        return result;
     minimumIdle_ = minimumIdle;
     idlePercent_ = idlePercent;
-    return lock_.Create();
+    return ORV_S_OK;
 }
 
 bool OrvBasSparseLockManager::IsInitialized()

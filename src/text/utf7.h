@@ -1,12 +1,12 @@
 // UTF-7 (RFC 2152): ASCII in which a plus sign opens a shift, 16-bit units in base64 up to the first
 // character that is none.
 //
-// The writer takes little for direct: letters, digits, white space and the marks ' ( ) + , - . / : ? stand as
-// they are, everything else goes into a shift, and every shift is closed by a minus sign. The reader takes
-// what the standard lets a reader take: any ASCII character outside a shift, any code point inside, a shift
-// that ends at any other character or with the text. Malformed is a byte above 127, a shift that opens onto
-// neither base64 nor a minus sign, one whose last unit is cut short or padded with other bits than zeros, and
-// a surrogate without its other half.
+// The writer takes little for direct: letters, digits, white space and the marks ' ( ) , - . / : ? stand as
+// they are; "+" is written as "+-"; everything else goes into a shift, and every shift is closed by a minus
+// sign. The reader takes what the standard lets a reader take: any ASCII character outside a shift, but "+"
+// only before a minus sign; any code point inside; a shift that ends at any other character or with the text.
+// Malformed is a byte above 127, a shift that opens onto neither base64 nor a minus sign, one whose last unit
+// is cut short or padded with other bits than zeros, and a surrogate without its other half.
 
 #pragma once
 

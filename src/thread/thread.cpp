@@ -5,6 +5,7 @@
 #include "crt/memory.h"
 #include "nt/nt.h"
 #include "nt/teb.h"
+#include "orv/env/os_info.h"
 #include "orv/runtime/kernel32_entry_points.h"
 #include "orv/runtime/ntdll_entry_points.h"
 #include "orv/runtime/result.h"
@@ -77,6 +78,13 @@ void FreeExpansionSlots()
     RtlReleasePebLock();
 }
 
+/// Whether freeing a thread's stack is left to those who end the thread: before Windows Vista. Later systems
+/// free all of it with the thread.
+bool SystemLeavesStacks()
+{
+    return OrvEnvironment::OsInfo::IsAtLeast(5, 0) && !OrvEnvironment::OsInfo::IsAtLeast(6, 0);
+}
+
 void EndThread(int exitCode, bool announced)
 {
     if (announced) {
@@ -84,6 +92,8 @@ void EndThread(int exitCode, bool announced)
             OrvNtdll_RtlExitUserThread(exitCode);
         LdrShutdownThread();
     }
+    if (SystemLeavesStacks())
+        NtCurrentTeb()->FreeStackOnTermination = true;
     ZwTerminateThread(NtCurrentThread(), exitCode);
 }
 
@@ -131,6 +141,10 @@ OrvResult Terminate(HANDLE thread, const TEB &teb, int exitCode)
 {
     PVOID stack = teb.StackLimit;
     ULONG size = static_cast<uint8_t *>(teb.StackBase) - static_cast<uint8_t *>(stack);
+    if (SystemLeavesStacks()) { // what is reserved below the limit, too
+        stack = teb.DeallocationStack;
+        size = 0; // all that was reserved from there on
+    }
     ZwFreeVirtualMemory(NtCurrentProcess(), &stack, &size, MEM_RELEASE);
     const NTSTATUS status = ZwTerminateThread(thread, exitCode);
     if (NT_SUCCESS(status))
@@ -148,11 +162,11 @@ OrvResult SuspendAndTerminate(HANDLE thread, unsigned long threadId, int exitCod
         return HasEnded(thread) ? ORV_S_OK : detail::ResultFromStatus(status);
     WaitUntilItHalts(threadId);
     THREAD_BASIC_INFORMATION information = {};
-    const OrvResult result = QueryThread(thread, information);
-    if (OrvSucceeded(result) && information.ExitStatus == STATUS_PENDING && information.TebBaseAddress)
+    if (OrvSucceeded(QueryThread(thread, information)) && information.ExitStatus == STATUS_PENDING &&
+        information.TebBaseAddress)
         return Terminate(thread, *information.TebBaseAddress, exitCode);
     ZwResumeThread(thread, nullptr);
-    return result;
+    return ORV_S_OK;
 }
 
 constexpr ULONG kThreadNameException = 0x406D1388;

@@ -11,6 +11,10 @@ namespace
 
 constexpr uint64_t kHoursPerDay = 24;
 
+constexpr uint64_t kDaysPer400Years = 400 * 365 + 97; // a whole number of weeks
+constexpr uint64_t kUnitsPer400Years = kDaysPer400Years * OrvTimeUnitsPerDay;
+static_assert(kDaysPer400Years % 7 == 0);
+
 /// The fields of a magnitude up to the hours of its last day, and the number of all hours in it.
 uint64_t SplitDuration(OrvTimeDifferenceStruct &structure, uint64_t units)
 {
@@ -36,10 +40,15 @@ OrvResult OrvConvertOrvTimeToStruct(OrvTimeStruct &structure, OrvTime time)
     }
     if (time < OrvTimeFloor)
         return ORV_E_TIME_OUT_OF_RANGE;
-    const auto ticks = static_cast<LONGLONG>(time);
+    // The platform reads its time with a sign. The calendar repeats itself, weekdays included, every 400
+    // years: what lies beyond the sign is broken down as the same instant of the first 400 years.
+    const bool isBeyondPlatform = time >> 63;
+    const uint64_t cycles = isBeyondPlatform ? time / kUnitsPer400Years : 0;
+    const auto ticks = static_cast<LONGLONG>(time - cycles * kUnitsPer400Years);
     TIME_FIELDS fields;
     RtlTimeToTimeFields(&ticks, &fields);
-    structure.Initialize(fields.Year, static_cast<OrvMonth>(fields.Month), fields.Day,
+    const auto year = static_cast<uint16_t>(fields.Year + cycles * 400);
+    structure.Initialize(year, static_cast<OrvMonth>(fields.Month), fields.Day,
                          static_cast<OrvDayOfWeek>(fields.Weekday), fields.Hour, fields.Minute, fields.Second,
                          fields.Milliseconds, static_cast<uint16_t>(time / 10 % 1000),
                          static_cast<uint16_t>(time % 10 * 100));

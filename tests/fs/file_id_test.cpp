@@ -23,6 +23,8 @@ TEST_CASE(EveryPathToAFileGivesOneIdentity)
         {L"c:\\WINDOWS\\Temp\\ORV-FILE-ID-TEST.TMP", 0, true},
         {L"C:/windows/system32/..//temp/./orv-file-id-test.tmp", 0, true},
         {L"\\\\?\\C:\\windows\\temp\\orv-file-id-test.tmp", 0, true},
+        {L"C:\\windows\\..\\..\\windows\\temp\\orv-file-id-test.tmp", 0, true},
+        {L"\\\\?\\C:\\windows\\\\temp\\\\orv-file-id-test.tmp", 0, true},
         {L"C:\\windows\\temp", 0, false},
         {L"C:\\windows\\system32\\ntdll.dll", 0, false},
         {L"C:\\windows\\temp\\orv-no-such-file.tmp", ORV_E_FILE_NOT_FOUND, false},

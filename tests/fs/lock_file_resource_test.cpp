@@ -5,6 +5,7 @@
 
 #include "fs/test_file.h"
 #include "harness/program.h"
+#include "harness/replace.h"
 #include "harness/thread.h"
 #include "orv/runtime/result.h"
 
@@ -86,6 +87,19 @@ TEST_CASE(WaiterGetsTheFileWhenItIsReleased)
     thread.Join();
     CHECK_EQUAL(result, ORV_S_OK);
     CHECK(wasReleased);
+}
+
+TEST_CASE(RefusalsAreTimeoutsHoweverThePlatformSaysSo)
+{
+    const TestFile file(kFile);
+    OrvBasWinLockFileResource resource;
+    CHECK_EQUAL(resource.Open(kFile, true), ORV_S_OK);
+    const ULONG refusals[] = {0xC0000055, 0xC0000054, 0xC0000120};
+    for (const ULONG refusal : refusals) {
+        const test::ReplacedFunction refuses(L"ntdll.dll", "NtLockFile", refusal, 40);
+        CHECK_EQUAL(resource.AcquireExclusive(0), ORV_W_TIMEOUT);
+        CHECK_EQUAL(StateOf(resource), 1u);
+    }
 }
 
 TEST_CASE(WhatIsNotOpenOrNotLockedSaysSo)

@@ -160,6 +160,12 @@ TEST_CASE(NamesAreFoundInTheFileSystem)
         {toLong, L"C:\\windows\\no-such-file", nullptr},
         {toAlternate, L"C:\\windows\\no-such-dir\\x", nullptr},
         {toAlternate, L"C:\\", L"C:\\"},
+        // Steps out of the root, and a literal path.
+        {toLong, L"C:\\WINDOWS\\..\\..\\WINDOWS\\System32", L"C:\\windows\\..\\..\\windows\\system32"},
+        {toAlternate, L"\\..\\Windows/./SYSTEM32", L"\\..\\windows\\.\\system32"},
+        {normalized, L"C:\\..\\WINDOWS", L"C:\\..\\windows"},
+        {toLong, L"\\\\?\\C:/WINDOWS\\\\System32//drivers", L"\\\\?\\C:\\windows\\system32\\drivers"},
+        {toAlternate, L"\\\\?\\C:\\\\WINDOWS\\\\System32\\", L"\\\\?\\C:\\windows\\system32\\"},
     };
     for (const auto &c : cases) {
         test::Note("case", &c - cases);
@@ -197,8 +203,15 @@ TEST_CASE(DeviceNamesAreEliminated)
         {L"\\aux", L"\\\\?\\C:\\aux", L"\\??\\C:\\aux"},
         {L"/aux/./b/../c", L"\\\\?\\C:\\aux\\c", L"\\??\\C:\\aux\\c"},
         {L"x\\y", nullptr, L"\\??\\C:\\windows\\x\\y"},
+        {L"con", nullptr, L"\\??\\con"}, // relative: a device's
         {L"\\/srv\\share\\f", nullptr, L"\\??\\UNC\\srv\\share\\f"},
         {L"\\\\?\\C:\\prn", nullptr, L"\\??\\C:\\prn"},
+        {L"\\\\?\\C:\\\\a/\\b//", nullptr, L"\\??\\C:\\a\\b\\"},
+        // The prefix lets steps take the drive away; the native path keeps to it.
+        {L"C:\\a\\..\\..\\UNC\\srv\\x", L"\\\\?\\UNC\\srv\\x", L"\\??\\C:\\UNC\\srv\\x"},
+        {L"C:/a/.//../b/../../../c/../con", L"\\\\?\\con", L"\\??\\C:\\con"},
+        {L"\\..\\\\x", L"\\\\?\\x", L"\\??\\C:\\x"},
+        {L"//srv/share/x", L"\\\\?\\srv\\share\\x", L"\\??\\UNC\\srv\\share\\x"},
         {L"\\??\\C:\\lpt1", L"\\\\?\\C:\\??\\C:\\lpt1", L"\\??\\C:\\lpt1"},
         {L"\\device\\x", L"\\\\?\\C:\\device\\x", L"\\device\\x"},
     };
@@ -276,6 +289,67 @@ TEST_CASE(EnvironmentNamesTheTemporaryDirectory)
     CHECK_TEXT(buffer.GetValue(), L"");
 }
 
+namespace
+{
+
+/// An owner that refuses one of its calls and remembers what room it was asked for.
+struct PickyOwner {
+    OrvUtf16CharHeapBuffer text;
+    uint32_t calls = 0, refusedCall = UINT32_MAX;
+    uint32_t reserved = 0, lengthWhenReserved = 0;
+
+    bool Refuses() { return calls++ == refusedCall; }
+};
+
+const OrvMutableStringOperations<wchar_t> kPicky = {
+    1,
+    [](OrvMutableStringView<wchar_t> &view, uint32_t length, void *owner) {
+        auto &picky = *static_cast<PickyOwner *>(owner);
+        return picky.Refuses() ? ORV_E_DISK_FULL
+                               : OrvUtf16CharHeapBufferOperations.resize(view, length, &picky.text);
+    },
+    [](wchar_t *&characters, uint32_t count, void *owner) {
+        auto &picky = *static_cast<PickyOwner *>(owner);
+        picky.reserved = count > picky.reserved ? count : picky.reserved;
+        picky.lengthWhenReserved = picky.text.GetInternal().length;
+        return picky.Refuses() ? ORV_E_DISK_FULL
+                               : OrvUtf16CharHeapBufferOperations.reserve(characters, count, &picky.text);
+    },
+    nullptr,
+};
+
+} // namespace
+
+TEST_CASE(RandomNamesAskTheirOwnerForRoom)
+{
+    const struct {
+        OrvResult (*make)(const Reference &);
+        uint32_t length;
+    } forms[] = {{GetRandomName, 40}, {GetRandomTempFileName, 44}};
+    for (const auto &form : forms) {
+        test::Note("length", form.length);
+        OrvResult result = ORV_E_DISK_FULL;
+        for (uint32_t refused = 0; OrvFailed(result); refused++) {
+            PickyOwner owner;
+            owner.refusedCall = refused;
+            owner.text.Assign(L"before");
+            const Reference reference = {&kPicky, &owner, {owner.text.GetBuffer(), 6}};
+            result = form.make(reference);
+            if (OrvFailed(result)) {
+                CHECK_EQUAL(result, ORV_E_DISK_FULL);
+                CHECK_EQUAL(owner.calls, refused + 1);
+                continue;
+            }
+            CHECK_EQUAL(owner.reserved, form.length);
+            CHECK_EQUAL(owner.lengthWhenReserved, 0u);
+            CHECK_EQUAL(reference.view.length, form.length);
+            CHECK_TEXT(owner.text.GetValue() + form.length, L"");
+            CHECK(owner.text[0] == L'o' && owner.text[39] != 0 && owner.text[form.length - 1] != 0);
+            CHECK(refused >= 4); // length, room, and two pieces at least
+        }
+    }
+}
+
 TEST_CASE(RandomNamesHaveTheirForm)
 {
     wchar_t *const array = test::GuardedArray<wchar_t>(45);
@@ -301,8 +375,11 @@ TEST_CASE(RandomNamesHaveTheirForm)
     CHECK_EQUAL(GetRandomTempFileName(out, &required), ORV_E_BUFFER_TOO_SMALL);
     CHECK_EQUAL(required, 44u);
     OrvUtf16CharHeapBuffer buffer;
+    buffer.Assign(L"smaller");
     CHECK_EQUAL(GetRandomName(buffer), ORV_S_OK);
     CHECK_EQUAL(buffer.GetCapacity(), 41u);
+    CHECK_EQUAL(GetRandomTempFileName(buffer), ORV_S_OK);
+    CHECK_EQUAL(buffer.GetCapacity(), 45u);
     CHECK_EQUAL(GetRandomTempFileName(OrvMakeMutableStringRef(buffer)), ORV_S_OK);
     CHECK_EQUAL(buffer.GetInternal().length, 44u);
     CHECK_EQUAL(GetRandomName(OrvMakeMutableStringRef(buffer)), ORV_S_OK);

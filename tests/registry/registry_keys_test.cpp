@@ -55,6 +55,9 @@ TEST_CASE(KeysAreMadeOpenedAndDeleted)
         CHECK_EQUAL(child.CreateKeys(L"A\\B\\c"), ORV_S_ALREADY_EXISTS);
         CHECK_EQUAL(child.CreateKey(L"a\\d"), ORV_S_OK);
         CHECK_EQUAL(child.OpenOrCreateKey(L"a\\b"), ORV_S_ALREADY_EXISTS);
+        CHECK_EQUAL(child.CreateKey(L""), ORV_S_ALREADY_EXISTS); // the key that is open
+        CHECK_EQUAL(child.CreateKeys(L""), ORV_S_ALREADY_EXISTS);
+        CHECK_EQUAL(OrvBasWinRegistryHandle(key).OpenOrCreateKey(L""), ORV_S_ALREADY_EXISTS);
         OrvUtf16HeapString path;
         CHECK_EQUAL(child.GetCurrentKeyPath(path), ORV_S_OK);
         CHECK_TEXT(path.GetCharacters(), L"a\\b");

@@ -53,6 +53,25 @@ TEST_CASE(StreamsProvideWhatTheyImplement)
     CHECK(number == 7 && count == 7 && byte == 7);
 }
 
+TEST_CASE(BufferTakesItsOwnBytes)
+{
+    OrvBufferStream stream;
+    uint32_t count = 0;
+    CHECK_EQUAL(stream.Write("abcdefg", 7, count), ORV_S_OK);
+    while (stream.GetLength() < 1000000) { // the buffer moves more than once
+        CHECK_EQUAL(stream.Write(stream.GetBytes(), stream.GetLength(), count), ORV_S_OK);
+        CHECK_EQUAL(stream.Write(stream.GetBytes() + 7, stream.GetLength() - 7, count), ORV_S_OK);
+    }
+    for (uint32_t i = 0; i < stream.GetLength(); i++) {
+        if (!CHECK_EQUAL(stream.GetBytes()[i], static_cast<uint8_t>('a' + i % 7)))
+            return;
+    }
+    // Those that were forgotten are there until something else is written.
+    stream.Clear();
+    CHECK_EQUAL(stream.Write(stream.GetBytes() + 3, 70000, count), ORV_S_OK);
+    CHECK(stream.GetBytes()[0] == 'd' && stream.GetBytes()[69999] == 'a' + 70002 % 7);
+}
+
 TEST_CASE(BufferGrowsAndReadsBack)
 {
     OrvBufferStream stream;

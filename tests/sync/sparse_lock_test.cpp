@@ -17,7 +17,7 @@ struct Item {
 };
 
 constexpr uint32_t kItems = 10000;
-Item items[kItems];
+constinit Item items[kItems];
 
 uint32_t WordOf(const OrvBasSparseNonrecursiveLock &lock)
 {
@@ -44,6 +44,35 @@ TEST_CASE(SparseLockNeedsItsManagerOnlyWhenContended)
         CHECK_EQUAL(lock.Release(c.manager), ORV_S_OK);
         CHECK_EQUAL(WordOf(lock), 0u);
         CHECK_EQUAL(lock.Release(c.manager), ORV_E_NOT_OWNER);
+    }
+}
+
+// If a refused thread counted itself only for a moment, a holder that releases then would hand the lock to
+// nobody, and the next thread would come in beside its owner.
+TEST_CASE(SparseLockIsNotTouchedByARefusedThread)
+{
+    OrvBasSparseNonrecursiveLock lock;
+    OrvBasSparseLockManager uncreated;
+    OrvBasSparseLockManager *const managers[] = {nullptr, &uncreated};
+    for (OrvBasSparseLockManager *const manager : managers) {
+        constexpr uint32_t kLooks = 30000000; // many time slices, should there be but one processor
+        volatile uint32_t attempts = 0;
+        volatile bool ends = false;
+        uint32_t refused = 0, touched = 0;
+        CHECK_EQUAL(lock.Acquire(nullptr), ORV_S_OK);
+        auto intrude = [&] {
+            for (; !ends; attempts = attempts + 1)
+                refused += OrvFailed(lock.Acquire(manager));
+        };
+        test::Thread intruder(intrude);
+        CHECK(test::Eventually([&] { return attempts != 0; }));
+        for (uint32_t i = 0; i < kLooks && touched == 0; i++)
+            touched += WordOf(lock) != 1;
+        ends = true;
+        intruder.Join();
+        CHECK_EQUAL(refused, attempts);
+        CHECK_EQUAL(touched, 0u);
+        CHECK_EQUAL(lock.Release(nullptr), ORV_S_OK);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "orv/time/clock.h"
 
 #include "harness/test.h"
+#include "harness/thread.h"
 #include "nt/programs.h"
 #include "orv/runtime/result.h"
 #include "orv/time/time.h"
@@ -67,6 +68,7 @@ TEST_CASE(CountersRunTogether)
     CHECK(narrow - static_cast<uint32_t>(first) + 100 < 1100);
     LONGLONG wait = -500000;
     ZwDelayExecution(false, &wait);
-    const uint64_t elapsed = OrvWinGetTickCount64() - first;
-    CHECK(elapsed >= 30 && elapsed < 5000);
+    uint64_t elapsed = 0; // on a machine that has much to do, the system writes it late
+    CHECK(test::Eventually([&] { return (elapsed = OrvWinGetTickCount64() - first) >= 30; }));
+    CHECK(elapsed < 5000);
 }

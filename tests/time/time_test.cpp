@@ -56,6 +56,30 @@ TEST_CASE(InstantsAndStructuresAreOneAnother)
     CHECK(!kEndStruct.IsValid());
 }
 
+TEST_CASE(InstantsBeyondThePlatformsSignAreOneWay)
+{
+    struct {
+        OrvTime time;
+        OrvTimeStruct structure;
+    } const cases[] = {
+        {0x7FFFFFFFFFFFFFFF, OrvTimeStruct(30828, OrvSeptember, 14, OrvThursday, 2, 48, 5, 477, 580, 700)},
+        {0x8000000000000000, OrvTimeStruct(30828, OrvSeptember, 14, OrvThursday, 2, 48, 5, 477, 580, 800)},
+        {9346828825867121486u, OrvTimeStruct(31219, OrvDecember, 3, OrvTuesday, 22, 3, 6, 712, 148, 600)},
+        {15000000000000000000u, OrvTimeStruct(49134, OrvFebruary, 10, OrvSaturday, 2, 40, 0, 0, 0, 0)},
+        {OrvTimeEnd - 1, OrvTimeStruct(60056, OrvMay, 28, OrvSunday, 5, 36, 10, 955, 161, 400)},
+    };
+    for (const auto &c : cases) {
+        test::Note("time", c.time);
+        OrvTimeStruct structure;
+        CHECK_EQUAL(OrvConvertOrvTimeToStruct(structure, c.time), ORV_S_OK);
+        CHECK(SameExact(structure, c.structure));
+    }
+    OrvTimeStruct moved = Date(16000, 1, 1);
+    CHECK_EQUAL(OrvTimeStructApplyDifference(moved, 20000 * 365 * static_cast<int64_t>(kDay)), ORV_S_OK);
+    CHECK_EQUAL(moved.year, 35986);
+    CHECK_EQUAL(moved.month, OrvSeptember);
+}
+
 TEST_CASE(ImpossibleStructuresAreRefused)
 {
     struct {

@@ -1,7 +1,8 @@
 // From DOS paths to the paths of the native interface, and environment variables in texts.
 //
 // The forms that end in _T give a text of the library, those that end in _U a counted string of the platform.
-// "EliminateDosDevice" means that a name such as "CON" is a file's, not a device's.
+// "EliminateDosDevice" means that a name such as "CON" is a file's, not a device's, in a path that starts at
+// a root. A relative path is the platform's to complete, and there "CON" is still a device.
 
 #pragma once
 
@@ -21,7 +22,10 @@ ORV_API bool OrvWinIsNtFilePath(const wchar_t *path, uint32_t length = OrvTermin
 ORV_API OrvResult OrvNtdll_RtlDosPathNameToNtPathName_T(const wchar_t *dosPath,
                                                         OrvUtf16CharHeapBuffer &ntPath);
 
-/// The same, no name in the path being taken for a device's. A path of the native interface stays as it is.
+/// The same, but in a path that starts at a root, as "\con" and "D:\con" do, no name is taken for a device's.
+/// A
+/// ".." at the root of a drive leads to that root. Behind "\\?\D:\", where the platform takes the rest to the
+/// letter, "/" and doubled separators stand for one "\". A path of the native interface stays as it is.
 ///
 /// Returns as the other form, and as OrvBasPath::WinEliminateDosDeviceAliasPath.
 ORV_API OrvResult OrvNtdll_RtlDosPathNameToNtPathName_T_EliminateDosDevice(const wchar_t *dosPath,

@@ -164,7 +164,8 @@ ORV_API OrvResult GetNormalizedPath(const OrvMutableStringRefBase2<wchar_t> &out
                                     const OrvStringRefBase<wchar_t> &path);
 
 /// The path with every name in it as the file system has it, in its letter case, and doubled separators
-/// removed; the root, "." and ".." stay. Allocates.
+/// removed, behind "\\?\D:\" too; the root, "." and ".." stay. A ".." at the root leads to the root, as in
+/// GetFullPath; behind "\\?\" it is a name that does not exist. Allocates.
 ///
 /// Returns 0, or as all forms do; ORV_E_INVALID_ARGUMENT for an empty path; ORV_E_INVALID_NAME for one with a
 /// pattern in it; ORV_E_OUT_OF_MEMORY; ORV_E_FILE_NOT_FOUND or ORV_E_PATH_NOT_FOUND when a name does not
@@ -190,6 +191,11 @@ ORV_API OrvResult GetAlternatePath(const OrvMutableStringRefBase2<wchar_t> &out,
 /// separator while the current directory is on a server. The platform completes what it turns: "/", "." and
 /// "..", which have no meaning behind the prefix, have been resolved. The path may stand in the buffer.
 ///
+/// Beware of a ".." that leads out of the drive: it takes the drive away, and the next name comes in its
+/// place. "C:\a\..\..\UNC\srv\x" becomes "\\?\UNC\srv\x", which is on a server; and "//srv/share" becomes
+/// "\\?\srv\share", which is nothing. OrvNtdll_RtlDosPathNameToNtPathName_T_EliminateDosDevice, by
+/// which the library opens files, stays on the drive and reaches the server.
+///
 /// Returns 0; ORV_E_NOT_PRODUCED when the platform makes no full path; ORV_E_OUT_OF_MEMORY;
 /// ORV_E_BUFFER_TOO_SMALL when the current directory grew meanwhile. On failure `path` and the buffer are as
 /// they were.
@@ -214,8 +220,10 @@ ORV_API OrvResult GetTempDirPath(_ORV_UTF16CHAR_STR &out, unsigned int *required
 ORV_API OrvResult GetTempDirPath(OrvUtf16CharHeapBuffer &out);
 ORV_API OrvResult GetTempDirPath(const OrvMutableStringRefBase2<wchar_t> &out);
 
-// Random names. They come from the library's generator, which starts alike in every process: whoever creates
-// a file by such a name must be ready to find it taken. All return 0, or as all forms do.
+// Random names. They come from the library's generator, which starts alike in every process: a program
+// that creates a file by such a name must be ready to find it taken. All return 0, or as all forms do; but
+// through a reference a name is written piece by piece, once its owner has reserved room for it, and a
+// failure of the owner leaves the text as it was, empty, or with the first pieces.
 
 /// 40 characters, the terminator not counted.
 ORV_API uint32_t GetRandomNameSize();

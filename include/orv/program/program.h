@@ -21,9 +21,9 @@ extern "C" int __cdecl OrvMain(int argc, wchar_t **argv);
 /// Formats as OrvFormatString does, with UTF-8 for byte strings, and writes the text to the process's
 /// standard output in one go: to a console in its OEM page, to a file or a pipe as UTF-8.
 ///
-/// Returns 0; ORV_E_OUT_OF_MEMORY or a failure to convert, and nothing is written; ORV_E_WRITE_FAULT where
-/// the process has no such stream, or the stream took only a part or nothing, as a pipe does that nobody
-/// reads any more.
+/// Returns 0; ORV_E_OUT_OF_MEMORY or a failure to convert, and nothing is written; ORV_E_WRITE_FAULT when the
+/// stream takes nothing more; otherwise the converted status of writing: ORV_E_INVALID_HANDLE where the
+/// process has no such stream. What the stream took before such a failure stays written.
 OrvResult OrvPrint(const wchar_t *format, ...);
 
 /// As OrvPrint, to standard error.

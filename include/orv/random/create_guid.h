@@ -13,11 +13,14 @@ namespace OrvGuidUtils
 /// and variant bits are masked too. No two calls give the same GUID, in whatever threads and processes: a
 /// time is never given twice under the same sequence and node.
 ///
-/// Time, sequence and node are the platform's. Where it gives none, the library takes the system's clock,
-/// counts on while that stands still and changes the sequence when it is set back, and draws sequence and
-/// node once for each process from the best source of entropy that there is.
+/// Time, sequence and node are the platform's, which reserves thousands of times at once: the process keeps
+/// what is left of them for the calls that follow. When they are used up and the platform's clock has not
+/// moved on, the call sleeps until it has, some milliseconds. Where the platform reserves none, the library
+/// takes the system's clock, counts on while that stands still and changes the sequence when it is set back,
+/// and draws sequence and node once for each process from the best source of entropy that there is.
 ///
-/// Returns 0, or the converted status when the platform refuses; the GUID is then as it was.
+/// Returns 0, or the converted status when the platform refuses, or has no times although its clock had 0.1 s
+/// to move; the GUID is then as it was.
 ORV_API OrvResult CreateGuid(_OrvGuid &guid);
 
 /// Makes a version 4 UUID (RFC 4122) from OrvGenerateRandomBuffer. That generator starts alike in every

@@ -143,8 +143,8 @@ public:
     ORV_API bool KeyExists(const Name &path);
     ORV_API bool KeyExistsTransacted(OrvWinTransaction &transaction, const Name &path);
 
-    /// Makes the key at `path`, whose parent must exist. Returns 0; ORV_S_ALREADY_EXISTS when it was there;
-    /// otherwise the converted status.
+    /// Makes the key at `path`, whose parent must exist. Returns 0; ORV_S_ALREADY_EXISTS when it was there,
+    /// as the current key itself is when the path is empty; otherwise the converted status.
     ORV_API OrvResult CreateKey(const Name &path);
     ORV_API OrvResult CreateKeyTransacted(OrvWinTransaction &transaction, const Name &path);
 
@@ -265,6 +265,9 @@ public:
     /// names, values, attributes or security; or when the key is closed. A handle that has no key open has
     /// its parent watch. The key need not have been opened with the right to be notified.
     ///
+    /// Before Windows 8 the platform also ends the watch, and sets `event`, when the thread that called this
+    /// ends. There, call it on a thread that lives on, and look whether anything has changed.
+    ///
     /// Returns 0; ORV_E_OUT_OF_MEMORY; or the converted status.
     ORV_API OrvResult StartSingleWatchingKeyChange(OrvBasEvent &event, bool subtree);
 
@@ -320,6 +323,9 @@ private:
     OrvResult ChangeRoot(OrvBasWinRegistryRootType root);
     bool Exists(const Name &path, OrvWinTransaction *transaction);
     OrvResult Delete(const Name &path, bool recursive, OrvWinTransaction *transaction);
+    OrvResult DeleteTree(void *top, OrvWinTransaction *transaction) const;
+    OrvResult OpenFirstChild(void *&child, OrvBasWinRegistryEnumerator &children,
+                             OrvWinTransaction *transaction) const;
 
     detail::RegistryState *state_;
     OrvBasWinRegistryRootType root_;

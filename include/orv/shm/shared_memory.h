@@ -77,6 +77,11 @@ public:
     /// name, which others reach by its handle only. The context may be null. The name stands in the directory
     /// of the caller's session, or in the base directory on a system that has no such directory.
     ///
+    /// With OrvBasSyncGlobal, Windows lets a process outside session 0 make a section only if it has the
+    /// privilege to create global objects (SeCreateGlobalPrivilege), which services and administrators have.
+    /// Opening one takes no privilege. Applications from the store have no global names at all. Whoever lacks
+    /// the right gets ORV_E_ACCESS_DENIED.
+    ///
     /// Returns 0; ORV_S_ALREADY_EXISTS when a section of that name was there: it is shared, and it has the
     /// size that it was made with; ORV_E_OUT_OF_MEMORY; a failure of the context; otherwise the converted
     /// status: ORV_E_INVALID_ARGUMENT for a section of 0 bytes, ORV_E_PATH_NOT_FOUND when there is neither

@@ -62,7 +62,8 @@ public:
     /// Returns 0, or ORV_E_END_OF_DATA, and 0 bytes, at the end.
     ORV_API OrvResult Read(void *bytes, uint32_t size, uint32_t &read) override;
 
-    /// Appends all of the bytes. Returns 0, or ORV_E_OUT_OF_MEMORY, and nothing is appended.
+    /// Appends all of the bytes, which may be the stream's own. Returns 0, or ORV_E_OUT_OF_MEMORY, and
+    /// nothing is appended.
     ORV_API OrvResult Write(const void *bytes, uint32_t size, uint32_t &written) override;
 
 private:

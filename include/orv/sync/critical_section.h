@@ -20,9 +20,10 @@ public:
     /// Destroy.
     ORV_API ~OrvBasCriticalSection();
 
-    /// Makes a free critical section. One that was there is deleted first, whoever is inside.
+    /// Makes a free critical section.
     ///
-    /// Returns 0 or the converted status, and then there is no critical section here.
+    /// Returns 0; ORV_E_ALREADY_EXISTS when there is one here, which stays as it is, with the threads inside;
+    /// otherwise the converted status, and then there is no critical section here.
     ORV_API OrvResult Create();
 
     /// Deletes the critical section, in which no thread may be, and does nothing when there is none.

@@ -21,6 +21,10 @@ class OrvBasSparseNonrecursiveLock
 {
 public:
     /// A free lock.
+    ///
+    /// A global lock is initialised while compiling, and so can be taken before any code has run. A compiler
+    /// that instead ran this imported constructor at start-up would free a lock that somebody holds by then:
+    /// declare the lock `constinit`, where the language has it, and such a compiler refuses it.
     ORV_API constexpr OrvBasSparseNonrecursiveLock() : contenders_(0) {}
     OrvBasSparseNonrecursiveLock(const OrvBasSparseNonrecursiveLock &) = delete;
     OrvBasSparseNonrecursiveLock &operator=(const OrvBasSparseNonrecursiveLock &) = delete;
@@ -29,12 +33,12 @@ public:
     ///
     /// Returns 0. When the lock is contended also ORV_E_OUT_OF_MEMORY, or the converted status, when there is
     /// no event to wait on; ORV_E_INVALID_ARGUMENT when the manager is null and ORV_E_INVALID_STATE when it
-    /// is not initialized. After a failure the calling thread does not hold the lock, and the lock is as it
-    /// was; only when the manager's critical section cannot be entered, which the platform does not let
-    /// happen, the claim to the lock stays.
-    ORV_API __forceinline OrvResult Acquire(OrvBasSparseLockManager *manager)
+    /// is not initialized, and such a call never touches the lock. After a failure the calling thread does
+    /// not hold the lock, and the lock is as it was; only when the manager's critical section cannot be
+    /// entered, which the platform does not let happen, the claim to the lock stays.
+    ORV_API ORV_ALWAYS_INLINE OrvResult Acquire(OrvBasSparseLockManager *manager)
     {
-        return _InterlockedIncrement(&contenders_) == 1 ? 0 : AcquireContended(manager);
+        return _InterlockedCompareExchange(&contenders_, 1, 0) == 0 ? 0 : Contend(manager);
     }
 
     /// Gives the lock back, which the calling thread must hold: to one of the threads that wait for it, if
@@ -43,13 +47,13 @@ public:
     ///
     /// Returns 0; ORV_E_NOT_OWNER when the lock is free. When the lock is contended also a failure on account
     /// of the manager as Acquire does, and then the calling thread still holds the lock.
-    ORV_API __forceinline OrvResult Release(OrvBasSparseLockManager *manager)
+    ORV_API ORV_ALWAYS_INLINE OrvResult Release(OrvBasSparseLockManager *manager)
     {
         return _InterlockedCompareExchange(&contenders_, 0, 1) == 1 ? 0 : ReleaseContended(manager);
     }
 
 private:
-    ORV_API OrvResult AcquireContended(OrvBasSparseLockManager *manager);
+    ORV_API OrvResult Contend(OrvBasSparseLockManager *manager);
     ORV_API OrvResult ReleaseContended(OrvBasSparseLockManager *manager);
 
     long contenders_; ///< threads that hold the lock or wait for it; changed by interlocked instructions only

@@ -27,9 +27,8 @@ public:
     /// back counts as such); otherwise it is closed, and so are idle ones above both limits, the oldest
     /// first.
     ///
-    /// A second call sets new limits; none of the locks may be contended then.
-    ///
-    /// Returns 0 or the converted status, and then the manager is not initialized.
+    /// Returns 0; ORV_E_ALREADY_EXISTS for a manager that is initialized, which goes on as it was; otherwise
+    /// the converted status, and then the manager is not initialized.
     ORV_API OrvResult Initialize(unsigned long minimumIdle, unsigned long idlePercent);
 
     /// Whether it can be used.

@@ -16,7 +16,8 @@ struct OrvSpinLock {
 
     /// How long a waiter sleeps between attempts, in milliseconds; the owner of the structure sets it. 0 only
     /// yields the processor, which does not help a holder of a lower priority. With 0xFFFFFFFF the system's
-    /// sleep is given no interval at all.
+    /// sleep is given no interval at all. What becomes of that is the system's affair: where it refuses the
+    /// call at once, as Windows does, waiters spin; where it sleeps for ever, a waiter never wakes.
     uint32_t sleepMs;
 };
 
@@ -30,7 +31,7 @@ public:
     ORV_API OrvSpinLockLocker() : spinLock_(nullptr), held_(false) {}
 
     /// Takes the lock when it is not null and `acquire` is true; holds nothing otherwise.
-    ORV_API __forceinline OrvSpinLockLocker(OrvSpinLock *spinLock, bool acquire)
+    ORV_API ORV_ALWAYS_INLINE OrvSpinLockLocker(OrvSpinLock *spinLock, bool acquire)
         : spinLock_(nullptr), held_(false)
     {
         if (spinLock && acquire)
@@ -40,13 +41,13 @@ public:
     OrvSpinLockLocker(const OrvSpinLockLocker &) = delete;
     OrvSpinLockLocker &operator=(const OrvSpinLockLocker &) = delete;
 
-    ORV_API __forceinline ~OrvSpinLockLocker() { Release(); }
+    ORV_API ORV_ALWAYS_INLINE ~OrvSpinLockLocker() { Release(); }
 
     /// Takes the lock, waiting as long as that needs, and only then gives back the one that was held: the
     /// same lock twice waits for ever. The lock must not be null.
     ///
     /// Always returns 0.
-    ORV_API __forceinline OrvResult Lock(OrvSpinLock *spinLock)
+    ORV_API ORV_ALWAYS_INLINE OrvResult Lock(OrvSpinLock *spinLock)
     {
         if (_InterlockedCompareExchange(&spinLock->locked, 1, 0) != 0)
             WaitAndLock(*spinLock);
@@ -57,7 +58,7 @@ public:
     }
 
     /// Gives back the lock that is held, if any.
-    ORV_API __forceinline void Release()
+    ORV_API ORV_ALWAYS_INLINE void Release()
     {
         if (held_ && spinLock_)
             _InterlockedCompareExchange(&spinLock_->locked, 0, 1);

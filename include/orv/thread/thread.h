@@ -37,8 +37,11 @@ public:
         ThreadVeryLowIoPriority = 0x1,
         /// The same, less strictly. ThreadVeryLowIoPriority wins when both are set.
         ThreadLowIoPriority = 0x2,
-        /// The thread ends without telling the loaded modules, which then cannot free what they keep for it.
-        /// Its values of thread-local keys beyond the first 64 are gone before Cleanup.
+        /// The thread ends without telling the loader. So the loaded modules cannot free what they keep for
+        /// it, and what the loader itself frees at a thread's end stays behind until the process ends: the
+        /// blocks of the modules' `thread_local` variables, fiber-local values, whose callbacks are not
+        /// called, and activation contexts. Its values of thread-local keys beyond the first 64 are gone
+        /// before Cleanup.
         ThreadEndsUnannounced = 0x4,
         /// The thread waits for ResumeThread before it runs at all.
         ThreadStartsSuspended = 0x8,
@@ -119,11 +122,14 @@ public:
     /// Returns 0 or the converted status: ORV_E_INVALID_HANDLE when none was started.
     ORV_API OrvResult SuspendThread();
 
-    /// Ends the thread wherever it is: no code of it runs any more, so the locks that it holds stay taken and
-    /// what it owns is lost. The thread is looked up by its id, so this works after Destroy too; once the
-    /// thread has ended and its last handle is closed, the id may be another thread's.
+    /// Ends the thread wherever it is: no code of it runs any more. The cost is the process's: the locks that
+    /// the thread holds stay taken, the heap's and the loader's among them; what it owns is lost; as with
+    /// ThreadEndsUnannounced the loader is not told; and there are platforms where the address space of its
+    /// stack, up to 1 MB, is lost too. The thread is looked up by its id, so this works after Destroy too;
+    /// once the thread has ended and its last handle is closed, the id may be another thread's.
     ///
-    /// Returns 0 when the thread has ended, also when it had ended before; ORV_E_INVALID_OPERATION when it is
+    /// Returns 0 when the thread has ended, also when it had ended before, and when the platform refuses to
+    /// say whether it has, which leaves it running: GetThreadState tells; ORV_E_INVALID_OPERATION when it is
     /// the calling thread, which can end itself by other means; otherwise the converted status:
     /// ORV_E_INVALID_ARGUMENT when there is no such thread.
     ORV_API OrvResult ForcefullyTerminate(int exitCode);

@@ -6,8 +6,8 @@
 
 #include "orv/time/time_struct.h"
 
-/// Breaks an instant down, its day of the week included. An instant from 2^63 on (late in the year 30828) is
-/// beyond the platform's calendar: it is taken, but only microsecond and nanosecond then mean anything.
+/// Breaks an instant down, its day of the week included, up to the last one, in the year 60056. From 2^63 on
+/// (14 September 30828) this is one way: OrvConvertStructToOrvTime takes no year that the platform refuses.
 ///
 /// Returns 0; ORV_S_END_OF_TIME for the end marker, which gives the end marker's structure;
 /// ORV_E_TIME_OUT_OF_RANGE before 1970.
@@ -17,8 +17,8 @@ ORV_API OrvResult OrvConvertOrvTimeToStruct(OrvTimeStruct &structure, OrvTime ti
 /// steps of 100; the day of the week is not read.
 ///
 /// Returns 0; ORV_S_END_OF_TIME for the end marker's structure, which gives the end marker;
-/// ORV_E_TIME_OUT_OF_RANGE before 1970; ORV_E_INVALID_ARGUMENT when another field is out of its range or the
-/// month has no such day.
+/// ORV_E_TIME_OUT_OF_RANGE before 1970; ORV_E_INVALID_ARGUMENT when another field is out of its range, the
+/// month has no such day, or the platform's calendar ends before that year: Windows takes years up to 30827.
 ORV_API OrvResult OrvConvertStructToOrvTime(OrvTime &time, const OrvTimeStruct &structure);
 
 /// Breaks a difference of 100-ns units down; its sign is lost.

@@ -50,10 +50,10 @@ enum OrvBasXmlSaxReason : uint32_t {
 
 /// Where a parse met its first fault: filled by the form below that takes one.
 struct OrvBasXmlSaxError {
-    uint64_t byteOffset; ///< from the start of the stream
-    uint64_t line;       ///< from 1
-    uint64_t column;     ///< from 0, in characters
-    OrvBasXmlSaxReason reason;
+    uint64_t byteOffset;       ///< from the start of the stream
+    uint64_t line;             ///< from 1
+    uint64_t column;           ///< from 0, in characters
+    OrvBasXmlSaxReason reason; ///< why it is refused
 };
 
 /// Reads a document from the stream to its end and hands its events to the handler, on the calling thread.

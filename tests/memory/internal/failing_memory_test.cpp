@@ -208,7 +208,11 @@ const Operation<Buffer> kBufferOperations[] = {
     {"temporary directory", [](Buffer &b) { return OrvBasPath::GetTempDirPath(b); }},
     {"random name", [](Buffer &b) { return OrvBasPath::GetRandomName(b); }},
     {"native path",
-     [](Buffer &b) { return OrvNtdll_RtlDosPathNameToNtPathName_T_EliminateDosDevice(L"C:\\con", b); }},
+     [](Buffer &b) { return OrvNtdll_RtlDosPathNameToNtPathName_T_EliminateDosDevice(L"C:\\..\\con", b); }},
+    {"native path of a literal one",
+     [](Buffer &b) {
+         return OrvNtdll_RtlDosPathNameToNtPathName_T_EliminateDosDevice(L"\\\\?\\C:\\\\x", b);
+     }},
     {"path from the root",
      [](Buffer &b) {
          const wchar_t *path = L"\\con";

@@ -2,7 +2,9 @@
 
 #include "random/guid_source.h"
 
+#include "harness/replace.h"
 #include "harness/test.h"
+#include "orv/time/clock.h"
 
 TEST_CASE(GuidClockNeverRepeatsItself)
 {
@@ -48,10 +50,14 @@ TEST_CASE(GuidPartsHaveTheirPlaces)
 
 TEST_CASE(GuidPartsAreOfThisProcess)
 {
-    constexpr uint64_t kYear2020 = 0x01EA2C3FE0000000; // about
-    const detail::GuidParts first = detail::TakeGuidParts();
-    const detail::GuidParts second = detail::TakeGuidParts();
-    CHECK(first.time > kYear2020);
+    OrvTime before = 0;
+    OrvGetSystemTime(before);
+    const test::ReplacedFunction reservesNothing(L"ntdll.dll", "ZwAllocateUuids", 0, 16);
+    detail::GuidParts first = {};
+    detail::GuidParts second = {};
+    CHECK_EQUAL(detail::TakeGuidParts(first), 0);
+    CHECK_EQUAL(detail::TakeGuidParts(second), 0);
+    CHECK(first.time >= before && first.time < before + OrvTimeUnitsPerDay); // counted as the platform counts
     CHECK(second.time > first.time || second.sequence != first.sequence);
     CHECK(first.node[0] & 1); // a multicast address
     for (uint32_t i = 0; i < 6; i++)

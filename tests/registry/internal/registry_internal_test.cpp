@@ -12,6 +12,7 @@ IMPORT_SLOT(ZwQueryValueKey, 24);
 IMPORT_SLOT(ZwOpenKey, 12);
 IMPORT_SLOT(ZwEnumerateValueKey, 24);
 IMPORT_SLOT(ZwSaveKey, 8);
+IMPORT_SLOT(ZwNotifyChangeKey, 40);
 
 namespace
 {
@@ -39,6 +40,15 @@ NTSTATUS NTAPI NoteAccess(HANDLE *key, ACCESS_MASK access, const OBJECT_ATTRIBUT
 {
     lastAccess = access;
     return Redirected<decltype(ZwOpenKey)>::original(key, access, attributes);
+}
+
+ULONG lastFilter;
+
+NTSTATUS NTAPI NoteFilter(HANDLE, HANDLE, PVOID, PVOID, IO_STATUS_BLOCK *, ULONG filter, BOOLEAN, PVOID,
+                          ULONG, BOOLEAN)
+{
+    lastFilter = filter;
+    return STATUS_PENDING;
 }
 
 struct Started {
@@ -144,6 +154,28 @@ TEST_CASE(ViewsBecomeAccessBits)
         lastAccess = 0;
         key.KeyExists(L"System");
         CHECK_EQUAL(lastAccess, KEY_QUERY_VALUE | c.bits);
+    }
+    OrvEnvironment::OsInfo::Initialize(actual, L"");
+}
+
+TEST_CASE(WatchesOutliveTheirThreadWhereTheSystemLetsThem)
+{
+    StartedTestKey key;
+    OrvBasEvent event;
+    CHECK_EQUAL(event.Create(OrvBasEvent::AutoReset, false), ORV_S_OK);
+    const OrvEnvironment::OsFacts actual = OrvEnvironment::OsInfo::GetFacts();
+    const Redirected<decltype(ZwNotifyChangeKey)> noted(ZwNotifyChangeKeySlot, NoteFilter);
+    const struct {
+        uint32_t major, minor;
+        ULONG filter;
+    } cases[] = {{5, 1, 0xF}, {6, 1, 0xF}, {6, 2, 0x1000000F}, {10, 0, 0x1000000F}};
+    for (const auto &c : cases) {
+        OrvEnvironment::OsFacts facts = actual;
+        facts.majorVersion = c.major;
+        facts.minorVersion = c.minor;
+        OrvEnvironment::OsInfo::Initialize(facts, L"");
+        CHECK_EQUAL(key.StartSingleWatchingKeyChange(event, false), ORV_S_OK);
+        CHECK_EQUAL(lastFilter, c.filter);
     }
     OrvEnvironment::OsInfo::Initialize(actual, L"");
 }

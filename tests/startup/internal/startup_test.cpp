@@ -59,6 +59,23 @@ constexpr detail::RuntimeWork kRuntime = {
 
 constexpr const wchar_t *kNtdll = L"ntdll.dll";
 
+volatile bool isStartingUp, mayStartUp;
+
+NTSTATUS NTAPI StayInStartUp(ULONG, PVOID, ULONG, ULONG *)
+{
+    isStartingUp = true;
+    while (!mayStartUp)
+        test::Sleep(1);
+    return STATUS_UNSUCCESSFUL;
+}
+
+uint32_t pebLocks;
+
+void NTAPI CountPebLock()
+{
+    pebLocks++;
+}
+
 USHORT architecture;
 
 NTSTATUS NTAPI AnswerArchitecture(ULONG, PVOID information, ULONG, ULONG *)
@@ -74,7 +91,7 @@ TEST_CASE(AttachingAndDetachingGoInOrder)
     eventCount = 0;
     const test::Usage before = test::CountUsage();
     const uint32_t keys = TakenTlsKeys();
-    detail::DetachProcess(kRuntime); // never attached
+    detail::DetachProcess(kRuntime, detail::Detaching::kModule); // never attached
     CHECK_EQUAL(detail::AttachProcess(kRuntime), ORV_S_OK);
     CHECK_EQUAL(TakenTlsKeys(), keys + 1);
     CHECK_EQUAL(detail::GetThreadData()->threadId, OrvBasThread::GetCurrentThreadId());
@@ -95,12 +112,39 @@ TEST_CASE(AttachingAndDetachingGoInOrder)
     CHECK_EQUAL(blocks[2], blocks[0]);
     auto stay = [] { detail::AttachThread(kRuntime); }; // and end without a word
     test::Thread(stay).Join();
-    detail::DetachProcess(kRuntime);
-    detail::DetachProcess(kRuntime);
+    detail::DetachProcess(kRuntime, detail::Detaching::kModule);
+    detail::DetachProcess(kRuntime, detail::Detaching::kModule);
     CHECK_TEXT(events, "ATTUuTDe");
     CHECK_USAGE(before);
     CHECK_EQUAL(TakenTlsKeys(), keys);
     CHECK(NothingIsStarted());
+}
+
+TEST_CASE(EndOfProcessWaitsForNobody)
+{
+    eventCount = 0;
+    CHECK_EQUAL(detail::AttachProcess(kRuntime), ORV_S_OK);
+    InternalDestroyOrvSysDll(); // so that the next start-up has work to do
+    isStartingUp = false;
+    mayStartUp = false;
+    volatile bool hasEnded = false;
+    const test::ReplacedFunction stays(kNtdll, "ZwQuerySystemInformation", StayInStartUp);
+    auto startUp = [] { InternalInitializeOrvSysDll(); };
+    test::Thread starting(startUp);
+    CHECK(test::Eventually([] { return isStartingUp; })); // and it holds the lock, as if it were gone
+    auto end = [&hasEnded] {
+        detail::DetachProcess(kRuntime, detail::Detaching::kProcess);
+        hasEnded = true;
+    };
+    test::Thread ending(end);
+    CHECK(test::Eventually([&hasEnded] { return hasEnded; }));
+    CHECK_TEXT(events, "Ade");
+    mayStartUp = true;
+    starting.Join();
+    ending.Join();
+    detail::FreeThreadRecordKey(); // as nobody else does
+    detail::DeleteThreadRecordList();
+    InternalDestroyOrvSysDll();
 }
 
 TEST_CASE(FailedAttachLeavesNothing)
@@ -135,7 +179,7 @@ TEST_CASE(FailedAttachLeavesNothing)
             result = detail::AttachProcess(kRuntime);
         }
         CHECK_EQUAL(static_cast<uint32_t>(result), c.result);
-        detail::DetachProcess(kRuntime); // does nothing unless attached
+        detail::DetachProcess(kRuntime, detail::Detaching::kModule); // does nothing unless attached
         CHECK_TEXT(events, c.events);
         CHECK_USAGE(before);
         CHECK_EQUAL(TakenTlsKeys(), keys);
@@ -207,4 +251,28 @@ TEST_CASE(TheDllComesAndGoes)
     }
     CHECK_USAGE(before);
     CHECK_EQUAL(TakenTlsKeys(), keys);
+}
+
+TEST_CASE(TheDllKnowsTheEndOfTheProcess)
+{
+    const UNICODE_STRING name = detail::CountedLiteral(L"orvsys.dll");
+    constexpr uint32_t kHeadersField = 0x3C;
+    constexpr uint32_t kEntryField = 0x28;
+    constexpr ULONG kProcessDetach = 0;
+    for (uint32_t isProcess = 0; isProcess < 2; isProcess++) {
+        PVOID module = nullptr;
+        CHECK_EQUAL(LdrLoadDll(nullptr, nullptr, &name, &module), 0);
+        auto *const base = static_cast<uint8_t *>(module);
+        const auto fieldAt = [base](uint32_t offset) { return *reinterpret_cast<uint32_t *>(base + offset); };
+        const auto entry = reinterpret_cast<BOOL(NTAPI *)(PVOID, ULONG, uint32_t)>(
+            base + fieldAt(fieldAt(kHeadersField) + kEntryField));
+        pebLocks = 0;
+        {
+            const test::ReplacedFunction acquires(kNtdll, "RtlAcquirePebLock", CountPebLock);
+            const test::ReplacedFunction releases(kNtdll, "RtlReleasePebLock", CountPebLock);
+            CHECK(entry(module, kProcessDetach, isProcess));
+        }
+        CHECK_EQUAL(pebLocks != 0, !isProcess);
+        LdrUnloadDll(module); // finds itself detached
+    }
 }

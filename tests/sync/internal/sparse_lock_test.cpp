@@ -126,8 +126,8 @@ TEST_CASE(SparseLockManagerKeepsIdleEventsWithinBounds)
         Crowd current;
         current.count = c.count;
         crowd = &current;
-        CHECK_EQUAL(current.manager.Initialize(77, 77), ORV_S_OK);
-        CHECK_EQUAL(current.manager.Initialize(c.minimumIdle, c.idlePercent), ORV_S_OK); // counts
+        CHECK_EQUAL(current.manager.Initialize(c.minimumIdle, c.idlePercent), ORV_S_OK);
+        CHECK_EQUAL(current.manager.Initialize(77, 77), ORV_E_ALREADY_EXISTS); // does not count
         {
             const Wait redirected(ZwWaitForSingleObjectSlot, WaitInTheCrowd);
             auto work = [&] {
