@@ -26,7 +26,12 @@ ORV_CONVERSION _ftol2()
 }
 
 /// The same where the result is known to be used as 32 bits.
-ORV_CONVERSION _ftol2_sse(){__asm jmp _ftol2}
+ORV_CONVERSION _ftol2_sse()
+{
+    __asm {
+        jmp _ftol2
+    }
+}
 
 /// double to int64_t.
 ORV_CONVERSION _dtol3()
@@ -98,10 +103,20 @@ ORV_CONVERSION _ftoul3()
 }
 
 /// double to uint32_t, which is the low half of int64_t.
-ORV_CONVERSION _dtoui3(){__asm jmp _dtol3}
+ORV_CONVERSION _dtoui3()
+{
+    __asm {
+        jmp _dtol3
+    }
+}
 
 /// float to uint32_t.
-ORV_CONVERSION _ftoui3(){__asm jmp _ftol3}
+ORV_CONVERSION _ftoui3()
+{
+    __asm {
+        jmp _ftol3
+    }
+}
 
 /// int64_t to double. Loading is exact, storing rounds.
 ORV_CONVERSION _ltod3()
