@@ -13,6 +13,22 @@ tar -C "$root" --exclude=./build --exclude=./.git --exclude=./tools --exclude=./
 for library in zlib bzip2 expat; do
     ln -s "$(realpath "$build/sources/$library")" "$work/sources/"
 done
+
+# Fetching, from a folder that looks like a mirror: what has the digest is unpacked, anything else is refused.
+pool=$work/mirror/pool/main/z/zlib
+mkdir -p "$pool"
+tar -C "$(realpath "$build/sources")" -czf "$pool/zlib_1+2.orig.tar.gz" zlib
+digest=$(sha256sum <"$pool/zlib_1+2.orig.tar.gz" | cut -c -64)
+fetch() { # fetch DIGEST
+    printf 'zlib archive %s zlib_1+2.orig.tar.gz\n' "$1" >"$work/dependencies.txt"
+    printf 'include("%s")\norv_fetch_sources("%s" "%s")\n' "$root/cmake/FetchSources.cmake" "$work/fetched" \
+        "$work/dependencies.txt" >"$work/fetch.cmake"
+    cmake -DORV_DEBIAN_MIRROR="file://$work/mirror" -P "$work/fetch.cmake" >"$work/log" 2>&1
+}
+! fetch "${digest//[0-4]/5}" || fail 'an archive with another digest was taken' 'see cmake/FetchSources.cmake'
+fetch "$digest" || fail "an archive was not taken ($(tail -n 3 "$work/log"))" 'see cmake/FetchSources.cmake'
+diff -r "$work/fetched/zlib" "$build/sources/zlib" >"$work/log" || fail 'an archive was not unpacked' 'see cmake/FetchSources.cmake'
+
 compiler=$(sed -n 's/^ORV_CLANG_CL:FILEPATH=.*clang-cl-*//p' "$build/CMakeCache.txt")
 cd "$work/clone"
 {
