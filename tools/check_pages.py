@@ -194,6 +194,7 @@ PROGRAMS = [
     ("start_program", "/Od -msse2", "", *START),
     ("start_program", "/O2 -msse2 /guard:cf", "/guard:cf", *START),
     ("native_program", "/O2", "/entry:DenormalisedEntry", ["a b"], 2, "[a b]"),
+    ("native_program", "/Od", "/entry:BareEntry", ["ignored"], 1, "[by the image]"),
 ]
 
 
@@ -203,7 +204,7 @@ def installed(build):
              for _, block, printed in shown_programs()]
     ours = [(name, (ROOT / f"tests/program/{name}.cpp").read_text(), *rest) for name, *rest in PROGRAMS]
     faults = []
-    with tempfile.TemporaryDirectory() as folder:
+    with tempfile.TemporaryDirectory(prefix="a user ") as folder:
         first = look_like_users(pathlib.Path(folder), build)
         for name, text, options, link_options, arguments, wanted_code, wanted in [*shown, *ours]:
             (first / "first.cpp").write_text(text)

@@ -33,19 +33,25 @@ uintptr_t DrawCookie()
     __builtin_trap();
 }
 
+int RunProgram(int argc, wchar_t **argv)
+{
+    detail::ConstructStaticObjects();
+    const int exitCode = OrvMain(argc, argv);
+    detail::DestroyStaticObjects();
+    return exitCode;
+}
+
 int RunProgram()
 {
     const RTL_USER_PROCESS_PARAMETERS &parameters =
         *RtlNormalizeProcessParams(NtCurrentPeb()->ProcessParameters);
-    const UNICODE_STRING &text =
-        parameters.CommandLine.Length ? parameters.CommandLine : parameters.ImagePathName;
-    const detail::CommandLine line(text.Buffer, text.Length / sizeof(wchar_t));
-    if (!line.IsValid())
-        return STATUS_NO_MEMORY;
-    detail::ConstructStaticObjects();
-    const int exitCode = OrvMain(static_cast<int>(line.Count()), line.Arguments());
-    detail::DestroyStaticObjects();
-    return exitCode;
+    if (parameters.CommandLine.Length == 0) {
+        wchar_t *image[] = {parameters.ImagePathName.Buffer, nullptr};
+        return RunProgram(1, image);
+    }
+    const detail::CommandLine line(parameters.CommandLine.Buffer,
+                                   parameters.CommandLine.Length / sizeof(wchar_t));
+    return line.IsValid() ? RunProgram(static_cast<int>(line.Count()), line.Arguments()) : STATUS_NO_MEMORY;
 }
 
 } // namespace

@@ -1,7 +1,7 @@
-// The entry of a native process: the parameters come with offsets in place of pointers. Here an entry of the
-// test's own puts them into that state before it calls the one of orvstart.lib.
+// The entry of a native process: the parameters come with offsets in place of pointers, and perhaps without a
+// command line. Here entries of the test's own bring that about before they call the one of orvstart.lib.
 
-#include "orv/program/program.h"
+#include "orv/orv.h"
 
 extern "C" {
 
@@ -16,12 +16,24 @@ void DenormalisedEntry()
     NtProcessStartup(process);
 }
 
+void BareEntry()
+{
+    auto *const process = reinterpret_cast<uint8_t *>(static_cast<uintptr_t>(__readfsdword(0x30)));
+    *reinterpret_cast<uint16_t *>(*reinterpret_cast<uint8_t **>(process + 0x10) + 0x40) = 0; // its length
+    NtProcessStartup(process);
+}
+
 } // extern "C"
 
 #pragma intrinsic(__readfsdword)
 
 int OrvMain(int argc, wchar_t **argv)
 {
-    OrvPrint(L"[%s]", argc == 2 ? argv[1] : L"");
+    bool byImage = false; // whose folder has blanks in its name
+    OrvBasMatchWildcardsNoCase(byImage, L"*\\a user *\\first.exe", argv[0]);
+    if (argc == 1 && byImage)
+        OrvPrint(L"[by the image]");
+    else
+        OrvPrint(L"[%s]", argc == 2 ? argv[1] : argv[0]);
     return argc;
 }
