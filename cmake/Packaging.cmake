@@ -13,8 +13,7 @@ install(TARGETS orvtool RUNTIME DESTINATION bin)
 install(FILES $<TARGET_PDB_FILE:orvsys> DESTINATION bin)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/orv DESTINATION include)
 install(FILES ${PROJECT_SOURCE_DIR}/src/orvsys.natvis DESTINATION share/orvsys)
-install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${PROJECT_SOURCE_DIR}/CONTRIBUTING.md
-  ${PROJECT_SOURCE_DIR}/SECURITY.md ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION share/doc/orvsys)
+add_subdirectory(${PROJECT_SOURCE_DIR}/docs)
 
 # The licences of what the DLL contains, and a list of that, in CycloneDX, which Python makes.
 set(contents "")
@@ -40,9 +39,6 @@ if(ORV_SCRIPTS)
   install(FILES ${bill} DESTINATION share/orvsys)
 endif()
 
-# The pages lie as they do here, so that their links hold.
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION share/doc/orvsys
-  FILES_MATCHING PATTERN "*.md" PATTERN "benchmarks/results.*" PATTERN "examples" EXCLUDE)
 install(EXPORT OrvSysTargets NAMESPACE OrvSys:: DESTINATION lib/cmake/orvsys FILE orvsys-targets.cmake)
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/orvsys-config.cmake.in
   ${PROJECT_BINARY_DIR}/orvsys-config.cmake INSTALL_DESTINATION lib/cmake/orvsys)

@@ -34,7 +34,7 @@ OrvResult WriteToStream(HANDLE stream, const char *bytes, uint32_t count)
             if (outcome == STATUS_PENDING && NT_SUCCESS(ZwWaitForSingleObject(stream, false, nullptr)))
                 outcome = status.Status;
             if (!NT_SUCCESS(outcome))
-                return OrvCreateErrorCodeFromWin32(RtlNtStatusToDosError(outcome));
+                return OrvCreateErrorCodeFromNtStatus(outcome);
             written = status.Information;
         }
         if (written == 0 || written > count)
