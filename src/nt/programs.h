@@ -181,6 +181,14 @@ NTSYSAPI void NTAPI A_SHAUpdate(SHA_CTX *context, const void *data, ULONG size);
 NTSYSAPI void NTAPI A_SHAFinal(SHA_CTX *context, ULONG *digest);
 
 NTSYSAPI NTSTATUS NTAPI NtTerminateProcess(HANDLE process, NTSTATUS exitStatus);
+/// Tells every DLL that the process ends. Only the calling thread may still run.
+NTSYSAPI void NTAPI LdrShutdownProcess();
+/// The parameters of a native process come with offsets where pointers belong; this puts the pointers there,
+/// once.
+NTSYSAPI RTL_USER_PROCESS_PARAMETERS *NTAPI
+RtlNormalizeProcessParams(RTL_USER_PROCESS_PARAMETERS *parameters);
+NTSYSAPI RTL_USER_PROCESS_PARAMETERS *NTAPI
+RtlDeNormalizeProcessParams(RTL_USER_PROCESS_PARAMETERS *parameters);
 NTSYSAPI NTSTATUS NTAPI NtWriteFile(HANDLE file, HANDLE event, PVOID routine, PVOID context,
                                     IO_STATUS_BLOCK *status, const void *buffer, ULONG size,
                                     const LONGLONG *offset, ULONG *key);
