@@ -109,7 +109,7 @@ OrvResult AssignDigits(OrvMbCharHeapBuffer &bytes, const wchar_t *text, uint32_t
             return ORV_E_INVALID_ARGUMENT;
         bytes[i / 2] = static_cast<char>(high << 4 | low);
     }
-    return 0;
+    return ORV_S_OK;
 }
 
 } // namespace

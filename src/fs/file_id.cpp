@@ -75,7 +75,7 @@ OrvResult OrvFileIdUtils::GetId(OrvFileId &id, const wchar_t *path)
     const OrvMiniHashMd5::HashType &bytes = digest.Get();
     static_assert(sizeof id.bytes == sizeof bytes.bytes);
     memcpy(id.bytes, bytes.bytes, sizeof id.bytes);
-    return 0;
+    return ORV_S_OK;
 }
 
 OrvResult OrvFileIdUtils::GetString(const OrvFileId &id, _ORV_UTF16CHAR_STR &text)
@@ -92,5 +92,5 @@ OrvResult OrvFileIdUtils::GetString(const OrvFileId &id, _ORV_UTF16CHAR_STR &tex
     }
     *next = 0;
     text.length = kLength;
-    return 0;
+    return ORV_S_OK;
 }

@@ -64,7 +64,7 @@ OrvResult OrvBasWinLockFile::Create(const wchar_t *path, bool initialOwner)
 
 OrvResult OrvBasWinLockFile::Close()
 {
-    return IsInitialized() ? Destroy() : 0;
+    return IsInitialized() ? Destroy() : ORV_S_OK;
 }
 
 OrvBasWinLockFileHolder::OrvBasWinLockFileHolder(OrvBasWinLockFile *lockFile, int timeoutMs)

@@ -2,6 +2,7 @@
 
 #include "fs/directory_enumerator.h"
 #include "fs/path_text.h"
+#include "orv/runtime/result.h"
 
 namespace
 {
@@ -73,7 +74,7 @@ OrvResult AppendName(const PathText &path, const PathText &component, Names name
     if (!IsDots(component)) {
         if (names == Names::Normalized) {
             if (CouldBeShortName(component) && OrvSucceeded(AppendFoundName(path, false, out)))
-                return 0;
+                return ORV_S_OK;
         } else {
             if (HasWildcard(component))
                 return ORV_E_INVALID_NAME; // it would find some name or other

@@ -31,7 +31,7 @@ OrvResult OrvBasWinRegistryEnumerator::Next(OrvStringzRefBase<wchar_t> &name, bo
     constexpr uint32_t kFirstSize = 528; // the longest name of a key fits
     found = false;
     if (!key_)
-        return 0;
+        return ORV_S_OK;
     if (!buffer_.GetCapacity()) {
         const OrvResult result = buffer_.ReserveElements(kFirstSize);
         if (OrvFailed(result))
@@ -46,7 +46,7 @@ OrvResult OrvBasWinRegistryEnumerator::Next(OrvStringzRefBase<wchar_t> &name, bo
                                             &needed)
                       : ZwEnumerateKey(key_, index_, KeyBasicInformation, buffer_.GetBuffer(), room, &needed);
         if (status == STATUS_NO_MORE_ENTRIES)
-            return 0;
+            return ORV_S_OK;
         if ((status == STATUS_BUFFER_OVERFLOW || status == STATUS_BUFFER_TOO_SMALL) && needed > room) {
             const uint32_t doubled = 2 * buffer_.GetCapacity(); // seldom, even where each name is longer
             const OrvResult result =
@@ -71,7 +71,7 @@ OrvResult OrvBasWinRegistryEnumerator::Next(OrvStringzRefBase<wchar_t> &name, bo
         name.characters = characters;
         found = true;
         index_++;
-        return 0;
+        return ORV_S_OK;
     }
 }
 

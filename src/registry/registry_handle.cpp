@@ -115,7 +115,7 @@ OrvResult OrvBasWinRegistryHandle::ChangeRoot(OrvBasWinRegistryRootType root)
     path_.Clear();
     root_ = root;
     parent_ = nullptr;
-    return 0;
+    return ORV_S_OK;
 }
 
 OrvResult OrvBasWinRegistryHandle::SetParent(OrvBasWinRegistryRootType root)
@@ -183,7 +183,7 @@ OrvResult OrvBasWinRegistryHandle::SetViewMode(ViewMode mode)
     if (view == OrvRegistryViewNode && !HasNodeView(root_))
         return ORV_E_VIEW_ROOT;
     viewMode_ = mode;
-    return 0;
+    return ORV_S_OK;
 }
 
 OrvBasWinRegistryHandle::ViewMode OrvBasWinRegistryHandle::GetViewMode() const
@@ -201,25 +201,25 @@ OrvResult OrvBasWinRegistryHandle::CurrentKey(void *&key) const
     if (!IsOpened())
         return ParentKey(key);
     key = state_->key;
-    return 0;
+    return ORV_S_OK;
 }
 
 OrvResult OrvBasWinRegistryHandle::MakeState()
 {
     if (state_)
-        return 0;
+        return ORV_S_OK;
     state_ = static_cast<detail::RegistryState *>(detail::AllocateBytes(sizeof(detail::RegistryState)));
     if (!state_)
         return ORV_E_OUT_OF_MEMORY;
     *state_ = {};
-    return 0;
+    return ORV_S_OK;
 }
 
 /// Gives the root and the path below it that the keys make up which are open between.
 OrvResult OrvBasWinRegistryHandle::FindWay(Origin origin, OrvBasWinRegistryRootType &root,
                                            OrvUtf16CharHeapBuffer &way) const
 {
-    OrvResult result = 0;
+    OrvResult result = ORV_S_OK;
     if (parent_)
         result = parent_->FindWay(kFromCurrentKey, root, way);
     else
@@ -235,7 +235,7 @@ OrvResult OrvBasWinRegistryHandle::FindWay(Origin origin, OrvBasWinRegistryRootT
 OrvResult OrvBasWinRegistryHandle::ApplyView(Origin origin, Name &path, OrvUtf16CharHeapBuffer &changed) const
 {
     if (ViewOf(viewMode_) != OrvRegistryViewNode)
-        return 0;
+        return ORV_S_OK;
     const uint32_t length = detail::ResolveLength(path.characters, path.length);
     OrvBasWinRegistryRootType root = OrvRegistryNoRoot;
     OrvUtf16CharHeapBuffer way;
@@ -249,7 +249,7 @@ OrvResult OrvBasWinRegistryHandle::ApplyView(Origin origin, Name &path, OrvUtf16
         return result;
     const uint32_t found = detail::FindWow6432NodePosition(root, way.GetValue(), way.GetInternal().length);
     if (found <= start)
-        return 0;
+        return ORV_S_OK;
     const uint32_t position = found - start;
     result = changed.Append(path.characters, position);
     if (OrvSucceeded(result))

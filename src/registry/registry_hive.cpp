@@ -58,7 +58,7 @@ OrvResult OrvBasWinRegistryHandle::LoadKey(const Name &key, const wchar_t *file)
         return result;
     CloseKey();
     path_.Swap(path);
-    return 0;
+    return ORV_S_OK;
 }
 
 OrvResult OrvBasWinRegistryHandle::UnLoadKey()

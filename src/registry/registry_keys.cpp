@@ -77,7 +77,7 @@ OrvResult QueryInfo(HANDLE key, OrvBasWinRegistryKeyInfo &info)
     info.valueCount = full.Values;
     info.longestValueName = full.MaxValueNameLen / sizeof(WCHAR);
     info.largestValue = full.MaxValueDataLen;
-    return 0;
+    return ORV_S_OK;
 }
 
 } // namespace
@@ -159,7 +159,7 @@ OrvResult OrvBasWinRegistryHandle::DeleteTree(void *top, OrvWinTransaction *tran
         if (OrvFailed(result) && (!IsGone(result) || keys.IsEmpty()))
             return result;
     }
-    return 0;
+    return ORV_S_OK;
 }
 
 /// The first child of a key that is being emptied: those before it are gone. Null when there is none, also
@@ -168,16 +168,16 @@ OrvResult OrvBasWinRegistryHandle::OpenFirstChild(void *&child, OrvBasWinRegistr
                                                   OrvWinTransaction *transaction) const
 {
     constexpr uint32_t kPatience = 100; // a name that is listed but not found would be listed for ever
-    OrvResult result = 0;
+    OrvResult result = ORV_S_OK;
     for (uint32_t attempt = 0; attempt < kPatience; attempt++) {
         children.index_ = 0;
         OrvStringzRefBase<wchar_t> name(nullptr);
         bool found = false;
         result = children.Next(name, found);
         if (OrvFailed(result))
-            return IsGone(result) ? 0 : result;
+            return IsGone(result) ? ORV_S_OK : result;
         if (!found)
-            return 0;
+            return ORV_S_OK;
         result = OpenBelow(children.key_, Name(name.characters, children.GetLength()), kToDeleteTree,
                            transaction, kOpenLink, child);
         if (!IsGone(result))
@@ -242,6 +242,6 @@ OrvResult OrvBasWinRegistryHandle::SplitCurrentKeyName(OrvBasWinRegistryRootType
             return result;
         root = found;
         access = newAccess;
-        return 0;
+        return ORV_S_OK;
     }
 }

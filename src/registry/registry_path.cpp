@@ -95,7 +95,7 @@ OrvResult Combine(IOrvString<wchar_t> &text, OrvBasWinRegistryRootType root,
 {
     OrvUtf16CharHeapBuffer combined;
     const detail::RegistryRoot *const found = detail::FindRegistryRoot(root);
-    OrvResult result = found ? combined.Append(found->shortName) : 0;
+    OrvResult result = found ? combined.Append(found->shortName) : ORV_S_OK;
     if (OrvSucceeded(result) && detail::ResolveLength(path.characters, path.length)) {
         result = combined.Append(L'\\');
         if (OrvSucceeded(result))
@@ -167,7 +167,7 @@ OrvResult SplitNativeKeyName(const wchar_t *name, uint32_t length, OrvBasWinRegi
         return result;
     root = OrvRegistryLocalMachine;
     access = newAccess;
-    return 0;
+    return ORV_S_OK;
 }
 
 } // namespace detail
@@ -202,7 +202,7 @@ OrvResult OrvBasWinRegistryHandle::SplitRegistryPath(OrvBasWinRegistryRootType &
         return result;
     root = found->type;
     hasValue = isValueGiven;
-    return 0;
+    return ORV_S_OK;
 }
 
 OrvResult OrvBasWinRegistryHandle::CombineRegistryPath(IOrvString<wchar_t> &text,

@@ -47,7 +47,7 @@ OrvResult GetRegistryRootKey(OrvBasWinRegistryRootType type, HANDLE &key)
     volatile long &cached = rootKeys[root - kRegistryRoots];
     if (cached) {
         key = reinterpret_cast<HANDLE>(cached);
-        return 0;
+        return ORV_S_OK;
     }
     HANDLE opened = nullptr;
     const OrvResult result = ResultFromCall(OpenRoot(*root, opened));
@@ -58,7 +58,7 @@ OrvResult GetRegistryRootKey(OrvBasWinRegistryRootType type, HANDLE &key)
         opened = reinterpret_cast<HANDLE>(first);
     }
     key = opened;
-    return 0;
+    return ORV_S_OK;
 }
 
 } // namespace detail

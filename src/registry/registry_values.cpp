@@ -39,7 +39,7 @@ public:
                 ZwQueryValueKey(key, counted.Get(), KeyValuePartialInformation, bytes_.Get(), room, &needed);
             if (NT_SUCCESS(status)) {
                 Terminate();
-                return 0;
+                return ORV_S_OK;
             }
             // It may grow between the calls; each round has more room than the one before.
             if ((status != STATUS_BUFFER_OVERFLOW && status != STATUS_BUFFER_TOO_SMALL) || needed <= room)
@@ -152,7 +152,7 @@ OrvResult ReadNumber(HANDLE key, T &number, const Name &name, OrvBasWinRegistryV
     T read;
     memcpy(&read, value.Data(), sizeof read);
     number = isTurned ? TurnRound(static_cast<uint32_t>(read)) : read;
-    return 0;
+    return ORV_S_OK;
 }
 
 template <typename T>
@@ -308,7 +308,7 @@ OrvResult OrvBasWinRegistryHandle::GetStringArrayValue(NameInserter &strings, co
             return result;
         next += length + 1;
     }
-    return 0;
+    return ORV_S_OK;
 }
 
 OrvResult OrvBasWinRegistryHandle::SetStringArrayValue(NameEnumerator &strings, const Name &name)

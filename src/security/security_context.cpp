@@ -87,5 +87,5 @@ OrvResult OrvSecurityCtx::GetSecurityDescriptor(OrvWinSecurityDescriptor *&descr
         descriptor_ = OrvWinSecurityDescriptor(native_);
     }
     descriptor = &descriptor_;
-    return 0;
+    return ORV_S_OK;
 }

@@ -43,7 +43,7 @@ OrvResult OrvWinTransaction::Rollback()
 OrvResult OrvWinTransaction::Close()
 {
     if (handle_ == INVALID_HANDLE_VALUE)
-        return 0;
+        return ORV_S_OK;
     const OrvResult result = detail::ResultFromCall(ZwClose(handle_));
     if (OrvSucceeded(result))
         handle_ = INVALID_HANDLE_VALUE;
