@@ -1,8 +1,8 @@
 #include "reg_file_reader.h"
 
-#include "hex_digit.h"
 #include "orv/runtime/result.h"
 #include "orv/text/string.h"
+#include "text/hexadecimal_digit.h"
 
 namespace orvtool
 {
@@ -50,8 +50,8 @@ bool RegFileReader::TakeHexNumber(uint32_t mostDigits, uint32_t &number)
 {
     number = 0;
     uint32_t digits = 0;
-    for (; digits < mostDigits && next_ != last_ && HexDigitOf(*next_) < 16; digits++)
-        number = number << 4 | HexDigitOf(*next_++);
+    for (; digits < mostDigits && next_ != last_ && detail::HexadecimalDigit(*next_) < 16; digits++)
+        number = number << 4 | detail::HexadecimalDigit(*next_++);
     return digits != 0;
 }
 

@@ -25,7 +25,6 @@ struct MutexName {
 /// What whoever may wait has to be allowed: as much as creating asks for.
 constexpr OrvWinMutexRights kSharedRights =
     OrvWinMutexSynchronize | OrvWinMutexDelete | OrvWinMutexQueryState;
-static_assert(kSharedRights == 0x110001);
 
 OrvResult Describe(OrvSecurityCtx &context)
 {

@@ -85,7 +85,7 @@ OrvResult QueryVariable(const wchar_t *name, TextArray &value)
     RtlInitUnicodeString(&counted, name);
     for (;;) {
         const uint32_t room = (value.Capacity() - 1) * sizeof(wchar_t);
-        UNICODE_STRING target = {0, static_cast<USHORT>(room < 0xFFFE ? room : 0xFFFE), value.Get()};
+        UNICODE_STRING target = {0, detail::CountedRoom(room), value.Get()};
         const NTSTATUS status = RtlQueryEnvironmentVariable_U(nullptr, &counted, &target);
         if (NT_SUCCESS(status)) {
             value.Get()[target.Length / sizeof(wchar_t)] = 0;

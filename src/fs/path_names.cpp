@@ -45,9 +45,9 @@ bool CouldBeShortName(const PathText &name)
 /// Whether the file system would take the name for a pattern. `<>"` are what "*?." become below Win32.
 bool HasWildcard(const PathText &name)
 {
-    constexpr wchar_t kWildcards[] = L"*?<>\"";
+    constexpr wchar_t kWildcards[] = {L'*', L'?', L'<', L'>', L'"'};
     for (uint32_t i = 0; i < name.length; i++) {
-        if (OrvFindElement(kWildcards, name[i], 5))
+        if (OrvFindElement(kWildcards, name[i], sizeof kWildcards / sizeof *kWildcards))
             return true;
     }
     return false;

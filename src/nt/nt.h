@@ -516,7 +516,17 @@ constexpr ACCESS_MASK THREAD_SUSPEND_RESUME = 0x0002;
 constexpr ACCESS_MASK THREAD_GET_CONTEXT = 0x0008;
 constexpr ACCESS_MASK THREAD_QUERY_INFORMATION = 0x0040;
 
+// Around a process's priority. The two ends are as far as the native scale goes, and saturate.
+constexpr LONG THREAD_PRIORITY_TIME_CRITICAL = 16;
+constexpr LONG THREAD_PRIORITY_HIGHEST = 2;
+constexpr LONG THREAD_PRIORITY_NORMAL = 0;
+constexpr LONG THREAD_PRIORITY_LOWEST = -2;
+constexpr LONG THREAD_PRIORITY_IDLE = -16;
+
 constexpr ULONG MEM_RELEASE = 0x8000;
+
+/// With it a thread tells a debugger its name.
+constexpr ULONG MS_VC_EXCEPTION = 0x406D1388;
 
 // The system.
 
@@ -557,6 +567,8 @@ constexpr ACCESS_MASK KEY_SET_VALUE = 0x0002;
 constexpr ACCESS_MASK KEY_CREATE_SUB_KEY = 0x0004;
 constexpr ACCESS_MASK KEY_ENUMERATE_SUB_KEYS = 0x0008;
 constexpr ACCESS_MASK KEY_NOTIFY = 0x0010;
+constexpr ACCESS_MASK KEY_WOW64_64KEY = 0x0100;
+constexpr ACCESS_MASK KEY_WOW64_32KEY = 0x0200;
 constexpr ULONG REG_OPENED_EXISTING_KEY = 2;
 constexpr ULONG REG_NOTIFY_CHANGE_NAME = 0x1;
 constexpr ULONG REG_NOTIFY_CHANGE_ATTRIBUTES = 0x2;
@@ -616,6 +628,17 @@ struct TOKEN_PRIVILEGES {
     ULONG Luid[2];
     ULONG Attributes;
 };
+
+constexpr ACCESS_MASK TOKEN_QUERY = 0x0008;
+constexpr ACCESS_MASK TOKEN_QUERY_SOURCE = 0x0010;
+constexpr ACCESS_MASK TOKEN_ADJUST_PRIVILEGES = 0x0020;
+constexpr ULONG SE_BACKUP_PRIVILEGE = 17;
+constexpr ULONG SE_RESTORE_PRIVILEGE = 18;
+constexpr ULONG SE_PRIVILEGE_ENABLED = 2;
+
+// Transactions.
+
+constexpr ACCESS_MASK TRANSACTION_ALL_ACCESS = 0x1F003F;
 
 // Security.
 

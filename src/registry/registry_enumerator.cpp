@@ -3,6 +3,7 @@
 #include "nt/nt.h"
 #include "orv/registry/registry_handle.h"
 #include "orv/runtime/result.h"
+#include "runtime/growth.h"
 #include "runtime/status.h"
 
 namespace
@@ -48,9 +49,9 @@ OrvResult OrvBasWinRegistryEnumerator::Next(OrvStringzRefBase<wchar_t> &name, bo
         if (status == STATUS_NO_MORE_ENTRIES)
             return ORV_S_OK;
         if ((status == STATUS_BUFFER_OVERFLOW || status == STATUS_BUFFER_TOO_SMALL) && needed > room) {
-            const uint32_t doubled = 2 * buffer_.GetCapacity(); // seldom, even where each name is longer
-            const OrvResult result =
-                buffer_.ReserveElements(doubled > needed ? doubled : needed + sizeof(WCHAR));
+            // Seldom, even where each name is longer than the one before.
+            const OrvResult result = buffer_.ReserveElements(
+                detail::GrownCapacity(buffer_.GetCapacity(), needed + sizeof(WCHAR), kFirstSize));
             if (OrvFailed(result))
                 return result;
             continue;

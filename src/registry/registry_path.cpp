@@ -20,8 +20,6 @@ constexpr uint32_t kNodePartLength = 12;
 constexpr wchar_t kClassesEnd[] = L"_CLASSES";
 constexpr uint32_t kClassesEndLength = 8;
 
-constexpr uint32_t kAccess64 = 0x100;
-constexpr uint32_t kAccess32 = 0x200;
 
 /// Whether `part`, in upper case, stands at the position, and what follows it does not belong to its name.
 bool HasPartAt(const wchar_t *text, uint32_t length, uint32_t position, const wchar_t *part,
@@ -159,7 +157,7 @@ OrvResult SplitNativeKeyName(const wchar_t *name, uint32_t length, OrvBasWinRegi
     const auto position = part ? static_cast<uint32_t>(part - upper.GetValue()) : length;
     if (HasPartAt(upper.GetBuffer(), length, position, kNodePart, kNodePartLength)) {
         upper.Erase(position, kNodePartLength);
-        newAccess = (newAccess ^ kAccess64) | kAccess32;
+        newAccess = (newAccess ^ KEY_WOW64_64KEY) | KEY_WOW64_32KEY;
     }
     const Rest rest(upper.GetBuffer(), upper.GetInternal().length, kMachineLength);
     result = path.Assign(rest.characters, rest.count);

@@ -6,6 +6,7 @@
 #include "orv/runtime/result.h"
 #include "orv/sync/interlocked.h"
 #include "registry/registry_roots.h"
+#include "runtime/native_handle.h"
 #include "runtime/status.h"
 
 namespace
@@ -49,15 +50,15 @@ OrvResult GetRegistryRootKey(OrvBasWinRegistryRootType type, HANDLE &key)
         key = reinterpret_cast<HANDLE>(cached);
         return ORV_S_OK;
     }
-    HANDLE opened = nullptr;
-    const OrvResult result = ResultFromCall(OpenRoot(*root, opened));
+    NativeHandle opened;
+    const OrvResult result = ResultFromCall(OpenRoot(*root, *opened.Receive()));
     if (OrvFailed(result))
         return result;
-    if (const long first = _InterlockedCompareExchange(&cached, reinterpret_cast<long>(opened), 0)) {
-        ZwClose(opened);
-        opened = reinterpret_cast<HANDLE>(first);
+    if (const long first = _InterlockedCompareExchange(&cached, reinterpret_cast<long>(opened.Get()), 0)) {
+        key = reinterpret_cast<HANDLE>(first);
+    } else {
+        key = opened.Detach();
     }
-    key = opened;
     return ORV_S_OK;
 }
 

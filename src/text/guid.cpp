@@ -5,6 +5,7 @@
 #include "orv/runtime/result.h"
 #include "orv/text/format.h"
 #include "orv/text/number.h"
+#include "text/hexadecimal_digit.h"
 #include "text/length.h"
 #include "text/vector.h"
 
@@ -28,14 +29,6 @@ struct GuidText {
     }
 };
 
-uint32_t HexadecimalDigit(wchar_t character)
-{
-    if (character >= L'0' && character <= L'9')
-        return character - L'0';
-    const uint32_t letter = (character | 0x20u) - L'a';
-    return letter < 6 ? letter + 10 : UINT32_MAX;
-}
-
 /// Reads the groups behind the first, leniently; remembers whether one of them started with a dash.
 class GroupReader
 {
@@ -51,7 +44,7 @@ public:
             position += 2;
         uint32_t value = 0;
         uint32_t digit = 0;
-        for (; position < end && (digit = HexadecimalDigit(At(position))) < 16; position++)
+        for (; position < end && (digit = detail::HexadecimalDigit(At(position))) < 16; position++)
             value = value << 4 | digit;
         return value;
     }
