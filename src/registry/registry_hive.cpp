@@ -88,9 +88,9 @@ OrvResult OrvBasWinRegistryHandle::SaveKey(const wchar_t *file)
     {
         detail::NativeHandle target;
         IO_STATUS_BLOCK status = {};
-        result = detail::ResultFromCall(ZwCreateFile(target.Receive(), GENERIC_WRITE | SYNCHRONIZE, &attributes,
-                                                     &status, nullptr, FILE_ATTRIBUTE_NORMAL, 0, FILE_CREATE,
-                                                     FILE_SYNCHRONOUS_IO_NONALERT, nullptr, 0));
+        result = detail::ResultFromCall(ZwCreateFile(target.Receive(), GENERIC_WRITE | SYNCHRONIZE,
+                                                     &attributes, &status, nullptr, FILE_ATTRIBUTE_NORMAL, 0,
+                                                     FILE_CREATE, FILE_SYNCHRONOUS_IO_NONALERT, nullptr, 0));
         if (OrvFailed(result))
             return result;
         result = detail::ResultFromCall(ZwSaveKey(key, target.Get()));
@@ -142,8 +142,8 @@ OrvResult OrvBasWinRegistryHandle::StartSingleWatchingKeyChange(OrvBasEvent &eve
     // Otherwise the watch ends with this thread, and its end sets the event. Older systems refuse the flag.
     const bool mayOutliveThread = OrvEnvironment::OsInfo::IsAtLeast(6, 2);
     const ULONG filter = mayOutliveThread ? kChanges | REG_NOTIFY_THREAD_AGNOSTIC : kChanges;
-    return detail::ResultFromCall(ZwNotifyChangeKey(key.Get(), event.GetHandle(), nullptr, nullptr, &status, filter,
-                                                    subtree, nullptr, 0, true));
+    return detail::ResultFromCall(ZwNotifyChangeKey(key.Get(), event.GetHandle(), nullptr, nullptr, &status,
+                                                    filter, subtree, nullptr, 0, true));
 }
 
 OrvResult OrvBasWinRegistryHandle::EnablePrivilege(OrvBasWinRegistryPrivilege privilege, bool enable)

@@ -1,5 +1,5 @@
-// What the parts of the registry handle share: its working state, counted names, and the key that an operation
-// works on.
+// What the parts of the registry handle share: its working state, counted names, and the way to the key that
+// an operation works on.
 
 #pragma once
 

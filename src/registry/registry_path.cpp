@@ -20,7 +20,6 @@ constexpr uint32_t kNodePartLength = 12;
 constexpr wchar_t kClassesEnd[] = L"_CLASSES";
 constexpr uint32_t kClassesEndLength = 8;
 
-
 /// Whether `part`, in upper case, stands at the position, and what follows it does not belong to its name.
 bool HasPartAt(const wchar_t *text, uint32_t length, uint32_t position, const wchar_t *part,
                uint32_t partLength)

@@ -81,8 +81,8 @@ bool FillFromKernel(void *bytes, uint32_t count)
                                           OBJ_CASE_INSENSITIVE, nullptr, nullptr};
     NativeHandle device;
     IO_STATUS_BLOCK status = {};
-    if (!NT_SUCCESS(ZwOpenFile(device.Receive(), FILE_READ_DATA | SYNCHRONIZE, &attributes, &status, FILE_SHARE_ALL,
-                               FILE_SYNCHRONOUS_IO_NONALERT)))
+    if (!NT_SUCCESS(ZwOpenFile(device.Receive(), FILE_READ_DATA | SYNCHRONIZE, &attributes, &status,
+                               FILE_SHARE_ALL, FILE_SYNCHRONOUS_IO_NONALERT)))
         return false;
     return NT_SUCCESS(ZwDeviceIoControlFile(device.Get(), nullptr, nullptr, nullptr, &status, IOCTL_KSEC_RNG,
                                             bytes, count, bytes, count));

@@ -13,7 +13,7 @@
 namespace
 {
 
-constexpr uint32_t kReadWrite = 3;
+constexpr uint32_t kReadWrite = OrvAccessRead | OrvAccessWrite;
 
 /// Calls `make` with the object's attributes: with its name in the session's directory first, then with the
 /// one in the base directory when that is missing. An object without a name has one call.

@@ -208,8 +208,7 @@ extern "C" EXCEPTION_DISPOSITION __cdecl OrvUnhandledInRun(EXCEPTION_RECORD *rec
 extern "C" EXCEPTION_DISPOSITION __cdecl OrvIgnoreThreadName(EXCEPTION_RECORD *record,
                                                              EXCEPTION_REGISTRATION_RECORD *, PVOID, PVOID)
 {
-    return record->ExceptionCode == MS_VC_EXCEPTION ? ExceptionContinueExecution
-                                                         : ExceptionContinueSearch;
+    return record->ExceptionCode == MS_VC_EXCEPTION ? ExceptionContinueExecution : ExceptionContinueSearch;
 }
 
 // offsetof of a class with virtual functions is conditionally supported; all compilers of this interface do.

@@ -39,7 +39,7 @@ namespace detail
 {
 class NativeHandle;
 struct RegistryState;
-}
+} // namespace detail
 
 /// A key: by a parent and a path below it.
 class OrvBasWinRegistryHandle
