@@ -15,7 +15,7 @@ __declspec(allocate(".orvb$z")) const bench::Benchmark *const kAfter = nullptr;
 
 constexpr uint32_t kPairs = 41;
 constexpr uint64_t kSampleTicks = 150000; // long beside reading the counter, short beside a time slice
-constexpr uint32_t kColumns[] = {40, 12, 12, 10};
+constexpr uint32_t kColumns[] = {48, 12, 12, 10};
 
 const bench::Benchmark *current;
 uint64_t ticksPerMicrosecond;
@@ -189,6 +189,10 @@ void bench::Compare(const Row &row, const Timed &ours, const Timed &peer)
 
     Line line;
     line.Put(row.what);
+    if (row.how) {
+        line.Put(", ");
+        line.Put(row.how);
+    }
     if (row.size) {
         line.Put(", ");
         line.PutNumber(row.size);

@@ -72,7 +72,7 @@ void CompareBoth(const char *what, const char *peerName, const Ours &ours, const
     Duel ourDuel(ours);
     Duel peerDuel(peer);
     bench::Compare(
-        {"  by two threads, times", kTimes, peerName}, [&] { ourDuel.Run(); }, [&] { peerDuel.Run(); });
+        {what, kTimes, peerName, "two threads"}, [&] { ourDuel.Run(); }, [&] { peerDuel.Run(); });
 }
 
 volatile uint32_t guarded;

@@ -92,7 +92,7 @@ BENCHMARK(TextFindInRepetition)
         {"find substring in repetition", kTextLength, "wcsstr"},
         [] { bench::Use(OrvFindSubString(text, needle)); }, [] { bench::Use(wcsstr(text, needle)); });
     bench::Compare(
-        {"find it from right", kTextLength, "wcsstr"},
+        {"find substring from right in repetition", kTextLength, "wcsstr"},
         [] { bench::Use(OrvFindSubStringFromRight(text, needle)); },
         [] { bench::Use(wcsstr(text, needle)); });
 }

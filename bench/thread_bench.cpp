@@ -64,6 +64,6 @@ BENCHMARK(ThreadLocalValue)
 BENCHMARK(LoadOfTheDll)
 {
     bench::Compare(
-        {"load and unload", 0, "a DLL that does nothing"}, [] { LoadAndUnload(L"orvsys_copy.dll"); },
+        {"load and unload the DLL", 0, "a DLL that does nothing"}, [] { LoadAndUnload(L"orvsys_copy.dll"); },
         [] { LoadAndUnload(L"idle.dll"); });
 }

@@ -91,7 +91,7 @@ BENCHMARK(Xml)
                              OrvCodePageUtf8, &units, size);
     OrvBufferStream target;
     bench::Compare(
-        {"XML writer", size, "encoding alone"},
+        {"XML writer", size, "no peer: encoding alone"},
         [&target] {
             target.Clear();
             WriteDocument(target);

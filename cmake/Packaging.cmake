@@ -11,8 +11,7 @@ install(TARGETS orvtool RUNTIME DESTINATION bin)
 install(FILES $<TARGET_PDB_FILE:orvsys> DESTINATION bin)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/orv DESTINATION include)
 install(FILES ${PROJECT_SOURCE_DIR}/src/orvsys.natvis DESTINATION share/orvsys)
-install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md DESTINATION share/doc/orvsys)
-install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION share/doc/orvsys)
+add_subdirectory(${PROJECT_SOURCE_DIR}/docs)
 
 # What the DLL contains, in CycloneDX, and the licences of that.
 set(bill ${PROJECT_BINARY_DIR}/orvsys.cdx.json)
@@ -36,9 +35,6 @@ endif()
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tools/bill_of_materials.py)
 install(FILES ${bill} DESTINATION share/orvsys)
 
-# The pages lie as they do here, so that their links hold.
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION share/doc/orvsys
-  FILES_MATCHING PATTERN "*.md" PATTERN "benchmarks/results.*" PATTERN "examples" EXCLUDE)
 install(EXPORT OrvSysTargets NAMESPACE OrvSys:: DESTINATION lib/cmake/orvsys FILE orvsys-targets.cmake)
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/orvsys-config.cmake.in
   ${PROJECT_BINARY_DIR}/orvsys-config.cmake INSTALL_DESTINATION lib/cmake/orvsys)

@@ -9,6 +9,8 @@ namespace
 
 struct Bzip2 {
     typedef detail::OrvBZ2Context Context;
+    typedef OrvBZ2WriteStream Writer;
+    typedef OrvBZ2ReadStream Reader;
     static constexpr bool kHasChecksum = true;
 
     static OrvResult StartPacking(Context &context, uint32_t level)
@@ -16,6 +18,8 @@ struct Bzip2 {
         return context.Initialize(0, true, static_cast<unsigned char>(level));
     }
     static OrvResult StartUnpacking(Context &context) { return context.Initialize(0, false); }
+    static OrvResult Create(Writer &writer, IOrvStream &target) { return writer.Create(target, 1); }
+    static OrvResult Create(Reader &reader, IOrvStream &source) { return reader.Create(source); }
 };
 
 } // namespace

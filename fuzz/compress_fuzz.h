@@ -6,7 +6,9 @@
 
 #include "fuzz.h"
 
+#include "orv/compress/decompressing_stream.h"
 #include "orv/runtime/result.h"
+#include "orv/stream/memory_stream.h"
 
 /// Bytes that grow up to a limit, so that a stream that unpacks to a multitude ends early.
 class Output
@@ -94,6 +96,74 @@ OrvResult Unpack(const uint8_t *in, uint32_t size, Output &out, Pieces pieces)
     return result;
 }
 
+/// A stream that is written in pieces and gives pieces.
+class PiecewiseStream final : public IOrvStream
+{
+public:
+    explicit PiecewiseStream(uint32_t seed) : pieces_(seed) {}
+
+    OrvResult Read(void *bytes, uint32_t size, uint32_t &read) override
+    {
+        return buffer.Read(bytes, pieces_.Next(size), read);
+    }
+    OrvResult Write(const void *bytes, uint32_t size, uint32_t &written) override
+    {
+        return buffer.Write(bytes, pieces_.Next(size), written);
+    }
+
+    OrvBufferStream buffer;
+
+private:
+    Pieces pieces_;
+};
+
+/// The stream classes give what the context gives, in whatever pieces.
+template <typename Format>
+void CheckReadStream(const uint8_t *in, uint32_t size, uint32_t seed, Output &whole, bool hasEnded)
+{
+    PiecewiseStream packed(seed);
+    uint32_t count = 0;
+    REQUIRE(packed.buffer.Write(in, size, count) == ORV_S_OK);
+    typename Format::Reader reader;
+    REQUIRE(Format::Create(reader, packed) == ORV_S_OK);
+    Output out;
+    Pieces pieces(seed * 5);
+    OrvResult result = ORV_S_OK;
+    while (OrvSucceeded(result) && out.Room()) {
+        const uint32_t room = pieces.Next(out.Room());
+        ExactArray<uint8_t> bytes(room);
+        result = reader.Read(bytes, room, count);
+        REQUIRE(OrvFailed(result) ? count == 0 : count > 0 && count <= room);
+        out.Append(bytes, count);
+    }
+    REQUIRE(OrvSucceeded(result) || result == (hasEnded ? ORV_E_END_OF_DATA : ORV_E_NOT_PRODUCED));
+    const uint32_t common = whole.Size() < out.Size() ? whole.Size() : out.Size();
+    REQUIRE(!hasEnded || whole.Size() == out.Size());
+    REQUIRE(memcmp(whole.Bytes(), out.Bytes(), common) == 0);
+}
+
+template <typename Format>
+void CheckWriteStream(const uint8_t *source, uint32_t size, uint32_t seed)
+{
+    PiecewiseStream packed(seed);
+    typename Format::Writer writer;
+    REQUIRE(Format::Create(writer, packed) == ORV_S_OK);
+    Pieces pieces(seed * 7);
+    for (uint32_t taken = 0; taken < size;) {
+        const uint32_t given = pieces.Next(size - taken);
+        ExactArray<uint8_t> bytes(source + taken, given);
+        uint32_t written = 0;
+        REQUIRE(writer.Write(bytes, given, written) == ORV_S_OK && written == given);
+        REQUIRE(seed % 3 || writer.Flush() == ORV_S_OK);
+        taken += given;
+    }
+    REQUIRE(writer.Finish() == ORV_S_OK);
+    Output unpacked;
+    REQUIRE(Unpack<Format>(packed.buffer.GetBytes(), packed.buffer.GetLength(), unpacked, Pieces(0)) ==
+            ORV_S_END_OF_DATA);
+    REQUIRE(unpacked.Size() == size && memcmp(unpacked.Bytes(), source, size) == 0);
+}
+
 template <typename Format>
 void CheckStream(const uint8_t *in, uint32_t size, uint32_t seed)
 {
@@ -105,6 +175,7 @@ void CheckStream(const uint8_t *in, uint32_t size, uint32_t seed)
     const uint32_t common = whole.Size() < parts.Size() ? whole.Size() : parts.Size();
     REQUIRE(!hasEnded || whole.Size() == parts.Size());
     REQUIRE(memcmp(whole.Bytes(), parts.Bytes(), common) == 0);
+    CheckReadStream<Format>(in, size, seed, whole, hasEnded);
 }
 
 template <typename Format>
@@ -121,6 +192,7 @@ void CheckRoundTrip(const uint8_t *source, uint32_t size, uint32_t level, uint32
     REQUIRE(Unpack<Format>(packed.Bytes(), packed.Size(), unpacked, Pieces(seed * 3)) == ORV_S_END_OF_DATA);
     REQUIRE(unpacked.Size() == size && memcmp(unpacked.Bytes(), source, size) == 0);
 
+    CheckWriteStream<Format>(source, size, seed);
     const uint32_t wrong = seed % (packed.Size() * 8);
     packed.Bytes()[wrong / 8] ^= 1 << wrong % 8;
     CheckStream<Format>(packed.Bytes(), packed.Size(), seed);

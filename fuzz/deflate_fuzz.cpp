@@ -10,6 +10,8 @@ namespace
 template <bool isRaw>
 struct Deflate {
     typedef detail::OrvDeflateContext Context;
+    typedef OrvDeflateWriteStream Writer;
+    typedef OrvInflateReadStream Reader;
     static constexpr bool kHasChecksum = !isRaw;
 
     static OrvResult StartPacking(Context &context, uint32_t level)
@@ -20,6 +22,13 @@ struct Deflate {
             0, true, wanted < kLevels ? static_cast<int>(wanted) : Context::kDefaultLevel, isRaw);
     }
     static OrvResult StartUnpacking(Context &context) { return context.Initialize(0, false, 0, isRaw); }
+
+    /// Of a writer or a reader.
+    template <typename Stream>
+    static OrvResult Create(Stream &stream, IOrvStream &other)
+    {
+        return stream.Create(other, isRaw ? OrvDeflateRaw : OrvDeflateZlib);
+    }
 };
 
 } // namespace

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Runs the benchmarks: bench.sh [PART...]
-# The whole table is kept, as text and as a chart, in docs/benchmarks; with parts of benchmarks' names only those run,
-# and nothing is kept. In the end come the rows that lose to their peer and that docs/benchmarks.md does not explain.
+# The whole table is kept, as text and as charts, in docs/benchmarks; with parts of benchmarks' names only those run, and
+# nothing is kept. In the end come the rows that lose to their peer and that docs/benchmarks.md does not explain.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -16,4 +16,4 @@ size=$(wc -c <build/release/bin/orvsys.dll)
 [ $# -eq 0 ] || exit 0
 mkdir -p docs/benchmarks
 cp "$table" docs/benchmarks/results.txt
-tools/bench_chart.py docs/benchmarks/results.txt docs/benchmarks.md >docs/benchmarks/results.svg
+tools/bench_chart.py docs/benchmarks/results.txt docs/benchmarks.md docs/benchmarks

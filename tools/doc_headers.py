@@ -6,7 +6,9 @@ The headers are written to be read as they stand: plain prose, no commands. In t
 - the comment that opens a file is that file's documentation;
 - what a documentation comment says is literal, a backslash and an angle bracket too, and a table set in by two blanks
   stays as it is set;
-- a comment holds for all declarations below it up to the next empty line, so that overloads need it once.
+- a comment holds for all declarations below it up to the next empty line, so that overloads need it once: each gets a
+  copy, and stands at its place among the others;
+- what is private is gone, and a constant without a comment has an empty one, so that no menu leads to what is not shown.
 """
 
 import pathlib
@@ -17,7 +19,7 @@ import sys
 def literal(text):
     """Prose without anything that Doxygen would take for a command or a tag; what is quoted as code is so already."""
     pieces = text.split("`")
-    pieces[::2] = [re.sub(r"[\\@<>&#%$]", r"\\\g<0>", piece) for piece in pieces[::2]]
+    pieces[::2] = [re.sub(r'[\\@<>&#%$"]', r"\\\g<0>", piece) for piece in pieces[::2]]
     return "`".join(pieces)
 
 
@@ -44,16 +46,24 @@ def comment(marker, texts):
     return lines
 
 
-def shared_comment(paragraph):
-    """How many lines the declarations take that the documentation comment at the start is for, if there are several."""
+def shared_by(paragraph):
+    """The lines below the documentation comment at the start where another declaration begins that it is for, too."""
     indentation = re.match(r"\s*", paragraph[0])[0]
     end = next((i for i, line in enumerate(paragraph) if not line.startswith(indentation)), len(paragraph))
     commented = [bool(re.match(r"\s*///(?!<)", line)) for line in paragraph[:end]]
     first = commented.index(False) if False in commented else end
-    starts = [line for line in paragraph[first:end] if re.match(indentation + r"[\w~]", line)]
-    if first == 0 or True in commented[first:] or len(starts) < 2 or re.match(r"\s*(enum|class|struct|template)\b", starts[0]):
-        return 0
-    return end
+    starts = [i for i in range(first, end)
+              if re.match(indentation + r"[\w~]", paragraph[i]) and "= delete" not in paragraph[i]]
+    if first == 0 or True in commented[first:] or not starts or \
+            re.match(r"\s*(enum|class|struct|template)\b", paragraph[starts[0]]):
+        return []
+    return starts[1:]
+
+
+def on_one_line(lines):
+    """The same comment without an end of line, for one more declaration."""
+    texts = [line.lstrip().removeprefix("///") for line in lines]
+    return "/**" + r" \nl".join(texts) + " */ "
 
 
 def documented(paragraph):
@@ -72,16 +82,43 @@ def documented(paragraph):
 
 
 def converted(text):
+    text = "\n".join(without_private(text.split("\n")))
     head, *paragraphs = [paragraph.split("\n") for paragraph in text.split("\n\n")]
     lines = comment("///", [line[2:] for line in head]) + [r"/// \file"]
     for paragraph in paragraphs:
-        shared = shared_comment(paragraph)
-        start = len(lines)
-        lines += documented(paragraph) + [""]
-        if shared:
-            lines[start - 1] += "/**@{*/"
-            lines[start + shared - 1] += "/**@}*/"
-    return "\n".join(lines[:-1])
+        shared = shared_by(paragraph)
+        paragraph = documented(paragraph)
+        for start in shared:
+            comments = [line for line in paragraph[:start] if re.match(r"\s*///(?!<)", line)]
+            paragraph[start] = on_one_line(comments) + paragraph[start].lstrip()
+        lines += [*paragraph, ""]
+    return "\n".join(with_enumerators(lines[:-1]))
+
+
+def without_private(lines):
+    """The lines with empty ones for what a class keeps to itself: Doxygen would link it, and then not show it."""
+    end = None
+    for line in lines:
+        if end and re.match(end, line):
+            end = None
+        if match := re.match(r"(\s*)private:", line):
+            end = match[1] + r"(};|public:|protected:)"
+        yield "" if end else line
+
+
+def with_enumerators(lines):
+    """The lines with an empty comment for each constant that has none: without one Doxygen's table leaves it out."""
+    in_enum = has_comment = False
+    for line in lines:
+        start = re.match(r"\s*enum\b[^;{]*\{", line)
+        in_enum = in_enum or bool(start)
+        if in_enum and not has_comment and "///" not in line:
+            body = start.end() if start else 0
+            line = line[:body] + re.sub(r"(^|,)(\s*\w+(?: = [^,}]+?)?)(?=\s*(?:,|\}|$))", r"\1\2 /**< &zwj; */",
+                                        line[body:])
+        has_comment = bool(re.match(r"\s*///", line))
+        in_enum = in_enum and "}" not in line
+        yield line
 
 
 def main():

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # The reference documentation, as HTML in build/docs/html. A warning of Doxygen is a failure: something public has no
-# documentation, or a page refers to what is not there.
+# documentation, or a page refers to what is not there. So is a link that leads nowhere, also in the Markdown pages as they
+# lie in the repository and in an installation.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -8,11 +9,24 @@ cd "$root"
 tools/setup.sh docs
 rm -rf build/docs
 mkdir -p build/docs
-python3 tools/doc_headers.py include build/docs/include
+tools/check_links.py markdown . >&2 || fail 'links lead nowhere' 'they stand above'
+tools/doc_headers.py include build/docs/include
+tools/doc_pages.py . build/docs/pages build/docs/html
 version=$(sed -n 's/.*OrvVersion[A-Z][a-z]* = \([0-9]*\);/\1/p' include/orv/version.h | paste -sd.)
-printf '@INCLUDE = docs/Doxyfile\nPROJECT_NUMBER = %s\n' "$version" | doxygen - 2>build/docs/warnings || fail 'Doxygen failed' "see build/docs/warnings"
+printf '@INCLUDE = docs/Doxyfile\nPROJECT_NUMBER = %s\n' "$version" | doxygen - 2>build/docs/warnings ||
+    fail 'Doxygen failed' "see build/docs/warnings"
 if [ -s build/docs/warnings ]; then
     sed "s,^$root/,,; s,^build/docs/,," build/docs/warnings >&2
     fail 'the documentation has gaps' 'they stand above'
+fi
+tools/doc_menu.py build/docs/html
+
+if ! { cmake -S docs -B build/docs/installation &&
+    DESTDIR='' cmake --install build/docs/installation --prefix build/docs/installed; } >build/docs/log; then
+    fail 'the pages cannot be installed' 'see build/docs/log'
+fi
+if ! { tools/check_links.py html build/docs/html &&
+    tools/check_links.py markdown build/docs/installed/share/doc/orvsys; } >&2; then
+    fail 'links lead nowhere' 'they stand above'
 fi
 printf '%s\n' "build/docs/html/index.html"

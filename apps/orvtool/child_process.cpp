@@ -54,7 +54,7 @@ OrvResult RunProcess(OrvUtf16CharHeapBuffer &line, int &exitCode)
     const NTSTATUS status = NtQueryInformationProcess(process.hProcess, ProcessBasicInformation, &information,
                                                       sizeof information, nullptr);
     exitCode = information.ExitStatus;
-    return NT_SUCCESS(status) ? result : OrvCreateErrorCodeFromWin32(RtlNtStatusToDosError(status));
+    return NT_SUCCESS(status) ? result : OrvCreateErrorCodeFromNtStatus(status);
 }
 
 } // namespace orvtool

@@ -72,9 +72,6 @@ ExitCode ReportFailure(const Command &command, Console &console, const wchar_t *
 /// said. Returns `code`, or kExitFailed in place of a success when something was not written.
 ExitCode FinishOutput(Console &console, ExitCode code);
 
-/// The constant's name of a result code, or null when it has none.
-const wchar_t *NameOfResult(OrvResult result);
-
 /// A line "action: 0x6001004F (ORV_S_ALREADY_EXISTS)" on standard output.
 void PrintResult(Console &console, const wchar_t *action, OrvResult result);
 

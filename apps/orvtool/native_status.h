@@ -11,7 +11,7 @@ namespace orvtool
 /// 0 for every success.
 inline OrvResult ResultOf(NTSTATUS status)
 {
-    return NT_SUCCESS(status) ? ORV_S_OK : OrvCreateErrorCodeFromWin32(RtlNtStatusToDosError(status));
+    return NT_SUCCESS(status) ? ORV_S_OK : OrvCreateErrorCodeFromNtStatus(status);
 }
 
 } // namespace orvtool

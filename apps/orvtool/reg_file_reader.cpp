@@ -1,6 +1,7 @@
 #include "reg_file_reader.h"
 
 #include "orv/runtime/result.h"
+#include "orv/text/character.h"
 #include "orv/text/string.h"
 #include "text/hexadecimal_digit.h"
 

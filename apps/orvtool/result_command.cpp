@@ -2,7 +2,7 @@
 
 #include "command.h"
 
-#include "orv/runtime/result.h"
+#include "orv/runtime/result_name.h"
 
 namespace orvtool
 {
@@ -16,7 +16,7 @@ void Explain(Stream &out, OrvResult result)
 {
     const auto bits = static_cast<uint32_t>(result);
     const uint32_t severity = bits >> 30;
-    const wchar_t *const name = NameOfResult(result);
+    const wchar_t *const name = OrvGetResultName(result);
     out.Print(L"0x%08X  %s\n", bits, name ? name : L"(no name)");
     out.Print(L"  severity  %u, %s: %s\n", severity, kSeverities[severity],
               OrvFailed(result) ? L"a failure" : L"not a failure");

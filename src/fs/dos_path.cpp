@@ -1,7 +1,6 @@
 #include "orv/fs/dos_path.h"
 
 #include "fs/platform_text.h"
-#include "orv/text/character.h"
 #include "runtime/status.h"
 
 namespace
@@ -10,16 +9,8 @@ namespace
 using detail::IsSeparator;
 using detail::PathPieces;
 using detail::PathText;
+using detail::StartsWith;
 using detail::WritePath;
-
-/// Whether the text starts with an upper-case prefix, in any letter case.
-bool StartsWith(const PathText &text, const wchar_t *prefix)
-{
-    uint32_t i = 0;
-    while (prefix[i] && i < text.length && OrvToASCIIUpper(text[i]) == prefix[i])
-        i++;
-    return !prefix[i];
-}
 
 /// Owns a counted string that the platform allocated.
 struct PlatformString {
@@ -44,11 +35,12 @@ bool StartsWithTwoSeparators(const PathText &path)
 
 constexpr uint32_t kPrefixLength = 4;
 
-/// "\\?\D:\...". The platform takes such a path to the letter.
+/// "\\?\D:\..." or "\\?\UNC\...". The platform takes such a path to the letter.
 bool IsLiteral(const PathText &path)
 {
-    return path.length > kPrefixLength + 2 && StartsWith(path, L"\\\\?\\") &&
-           path[kPrefixLength + 1] == L':' && IsSeparator(path[kPrefixLength + 2]);
+    const bool isOnDrive = path.length > kPrefixLength + 2 && path[kPrefixLength + 1] == L':' &&
+                           IsSeparator(path[kPrefixLength + 2]);
+    return StartsWith(path, detail::kLiteralServers) || (isOnDrive && StartsWith(path, L"\\\\?\\"));
 }
 
 /// Whether a literal path separates its names by anything but one "\".

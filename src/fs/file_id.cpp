@@ -9,6 +9,7 @@
 #include "nt/nt.h"
 #include "orv/hash/md5.h"
 #include "orv/runtime/result.h"
+#include "orv/text/hexadecimal.h"
 #include "runtime/native_handle.h"
 #include "runtime/status.h"
 
@@ -80,17 +81,7 @@ OrvResult OrvFileIdUtils::GetId(OrvFileId &id, const wchar_t *path)
 
 OrvResult OrvFileIdUtils::GetString(const OrvFileId &id, _ORV_UTF16CHAR_STR &text)
 {
-    constexpr uint32_t kLength = 2 * sizeof id.bytes;
     if (!text.characters)
         return ORV_E_INVALID_ARGUMENT;
-    if (text.capacity <= kLength)
-        return ORV_E_BUFFER_TOO_SMALL;
-    wchar_t *next = text.characters;
-    for (const uint8_t byte : id.bytes) {
-        *next++ = L"0123456789abcdef"[byte >> 4];
-        *next++ = L"0123456789abcdef"[byte & 15];
-    }
-    *next = 0;
-    text.length = kLength;
-    return ORV_S_OK;
+    return OrvConvertBytes2HexString(text, id.bytes, sizeof id.bytes);
 }

@@ -12,6 +12,7 @@ using detail::DirectoryEnumerator;
 using detail::IsSeparator;
 using detail::PathPieces;
 using detail::PathText;
+using detail::StartsWith;
 using detail::WritePath;
 
 enum class Names { Normalized, Long, Alternate };
@@ -84,6 +85,25 @@ OrvResult AppendName(const PathText &path, const PathText &component, Names name
     return out.Append(component.characters, component.length);
 }
 
+uint32_t EndOfName(const PathText &path, uint32_t start)
+{
+    while (start < path.length && !IsSeparator(path[start]))
+        start++;
+    return start;
+}
+
+/// The length of what is copied as it is. Behind "\\?\UNC\" that is the server and the share, too: no directory
+/// lists them.
+uint32_t FixedLength(const PathText &path, Names names)
+{
+    const uint32_t rootLength = OrvBasPath::GetPathRootLength(path.characters, path.length);
+    if (names == Names::Normalized || !StartsWith(path, detail::kLiteralServers))
+        return rootLength;
+    constexpr uint32_t kServer = sizeof detail::kLiteralServers / sizeof(wchar_t) - 1;
+    const uint32_t serverEnd = EndOfName(path, kServer);
+    return serverEnd == path.length ? serverEnd : EndOfName(path, serverEnd + 1);
+}
+
 /// Whether separators of the path become one behind what is built so far.
 bool WantsSeparator(OrvUtf16CharHeapBuffer &built, uint32_t rootLength, bool isEnd, Names names)
 {
@@ -101,7 +121,7 @@ OrvResult BuildPath(const PathText &path, Names names, OrvUtf16CharHeapBuffer &o
     constexpr uint32_t kRoomForLongerNames = 64;
     if (path.IsEmpty())
         return ORV_E_INVALID_ARGUMENT;
-    const uint32_t rootLength = OrvBasPath::GetPathRootLength(path.characters, path.length);
+    const uint32_t rootLength = FixedLength(path, names);
     OrvResult result = path.length < OrvTerminated - 1 - kRoomForLongerNames
                            ? out.ReserveElements(path.length + kRoomForLongerNames)
                            : ORV_E_OUT_OF_MEMORY;

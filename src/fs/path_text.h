@@ -5,6 +5,7 @@
 
 #include "orv/fs/path.h"
 #include "orv/runtime/result.h"
+#include "orv/text/character.h"
 #include "text/length.h"
 #include "text/vector.h"
 
@@ -31,6 +32,18 @@ inline bool IsSeparator(wchar_t character)
 {
     return character == L'\\' || character == L'/';
 }
+
+/// Whether the text starts with an upper-case prefix, in any letter case.
+inline bool StartsWith(const PathText &text, const wchar_t *prefix)
+{
+    uint32_t i = 0;
+    while (prefix[i] && i < text.length && OrvToASCIIUpper(text[i]) == prefix[i])
+        i++;
+    return !prefix[i];
+}
+
+/// What a path to a server starts with when the platform is to take it to the letter.
+constexpr wchar_t kLiteralServers[] = L"\\\\?\\UNC\\";
 
 /// Whether a backward scan for the start of a name's extension stops here.
 inline bool EndsName(wchar_t character)

@@ -57,7 +57,8 @@ constexpr bool NT_ERROR(NTSTATUS status)
 // Statuses.
 
 constexpr NTSTATUS STATUS_SUCCESS = 0;
-constexpr NTSTATUS STATUS_ABANDONED = 0x80;
+constexpr NTSTATUS STATUS_WAIT_0 = 0;       // and up to 63 above it: which of several objects
+constexpr NTSTATUS STATUS_ABANDONED = 0x80; // likewise
 constexpr NTSTATUS STATUS_TIMEOUT = 0x102;
 constexpr NTSTATUS STATUS_NOT_ALL_ASSIGNED = 0x106;
 constexpr NTSTATUS STATUS_PENDING = 0x103;
@@ -79,6 +80,7 @@ constexpr NTSTATUS STATUS_FILE_LOCK_CONFLICT = static_cast<NTSTATUS>(0xC0000054)
 constexpr NTSTATUS STATUS_LOCK_NOT_GRANTED = static_cast<NTSTATUS>(0xC0000055);
 constexpr NTSTATUS STATUS_VARIABLE_NOT_FOUND = static_cast<NTSTATUS>(0xC0000100);
 constexpr NTSTATUS STATUS_CANCELLED = static_cast<NTSTATUS>(0xC0000120);
+constexpr NTSTATUS STATUS_NO_TOKEN = static_cast<NTSTATUS>(0xC000007C);
 constexpr NTSTATUS STATUS_THREAD_IS_TERMINATING = static_cast<NTSTATUS>(0xC000004B);
 constexpr NTSTATUS STATUS_INSUFFICIENT_RESOURCES = static_cast<NTSTATUS>(0xC000009A);
 constexpr NTSTATUS STATUS_PIPE_BROKEN = static_cast<NTSTATUS>(0xC000014B);
@@ -505,6 +507,7 @@ constexpr ULONG CONTEXT_CONTROL = 0x10001;
 enum THREADINFOCLASS : ULONG {
     ThreadBasicInformation = 0,
     ThreadBasePriority = 3,
+    ThreadImpersonationToken = 5,
     ThreadZeroTlsCell = 10,
     ThreadIoPriority = 22,
 };
@@ -642,8 +645,18 @@ constexpr ACCESS_MASK TRANSACTION_ALL_ACCESS = 0x1F003F;
 
 // Security.
 
+struct TOKEN_USER {
+    PVOID Sid;
+    ULONG Attributes;
+};
+
+enum TOKEN_INFORMATION_CLASS : ULONG { TokenUser = 1 };
+
 constexpr ULONG ACL_REVISION = 2;
 constexpr ULONG SECURITY_DESCRIPTOR_REVISION = 1;
+constexpr ULONG SECURITY_MAX_SID_SIZE = 68;
+constexpr UCHAR SYSTEM_MANDATORY_LABEL_ACE_TYPE = 0x11;
+constexpr ACCESS_MASK SYSTEM_MANDATORY_LABEL_NO_WRITE_UP = 1;
 
 // The last parts of well-known identifiers.
 constexpr ULONG SECURITY_WORLD_RID = 0;
@@ -652,9 +665,6 @@ constexpr ULONG SECURITY_AUTHENTICATED_USER_RID = 11;
 constexpr ULONG SECURITY_LOCAL_SYSTEM_RID = 18;
 constexpr ULONG SECURITY_BUILTIN_DOMAIN_RID = 32;
 constexpr ULONG DOMAIN_ALIAS_RID_ADMINS = 544;
-
-constexpr UCHAR SYSTEM_MANDATORY_LABEL_ACE_TYPE = 0x11;
-constexpr ACCESS_MASK SYSTEM_MANDATORY_LABEL_NO_WRITE_UP = 1;
 
 /// The absolute form.
 struct SECURITY_DESCRIPTOR {
@@ -725,6 +735,10 @@ NTSYSAPI ULONG NTAPI RtlxUnicodeStringToOemSize(const UNICODE_STRING *source);
 
 NTSYSAPI NTSTATUS NTAPI ZwClose(HANDLE handle);
 NTSYSAPI NTSTATUS NTAPI ZwWaitForSingleObject(HANDLE handle, BOOLEAN alertable, const LONGLONG *timeout);
+constexpr ULONG MAXIMUM_WAIT_OBJECTS = 64;
+enum WAIT_TYPE : ULONG { WaitAll, WaitAny };
+NTSYSAPI NTSTATUS NTAPI ZwWaitForMultipleObjects(ULONG count, const HANDLE *handles, WAIT_TYPE type,
+                                                 BOOLEAN alertable, const LONGLONG *timeout);
 NTSYSAPI NTSTATUS NTAPI ZwCreateEvent(HANDLE *handle, ACCESS_MASK access, const OBJECT_ATTRIBUTES *attributes,
                                       ULONG type, BOOLEAN initialState);
 NTSYSAPI NTSTATUS NTAPI ZwOpenEvent(HANDLE *handle, ACCESS_MASK access, const OBJECT_ATTRIBUTES *attributes);
@@ -790,6 +804,10 @@ NTSYSAPI NTSTATUS NTAPI ZwAllocateUuids(ULONGLONG *time, ULONG *range, ULONG *se
 // Security. The lists and the descriptor are the caller's; sizes are in bytes.
 
 NTSYSAPI NTSTATUS NTAPI RtlCreateAcl(_ACL *list, ULONG size, ULONG revision);
+NTSYSAPI NTSTATUS NTAPI ZwOpenThreadToken(HANDLE thread, ACCESS_MASK access, BOOLEAN openAsSelf,
+                                          HANDLE *token);
+NTSYSAPI NTSTATUS NTAPI ZwQueryInformationToken(HANDLE token, TOKEN_INFORMATION_CLASS informationClass,
+                                                PVOID information, ULONG size, ULONG *needed);
 NTSYSAPI NTSTATUS NTAPI RtlAddAccessAllowedAce(_ACL *list, ULONG revision, ACCESS_MASK access, PVOID sid);
 NTSYSAPI NTSTATUS NTAPI RtlAddAce(_ACL *list, ULONG revision, ULONG index, const void *entries, ULONG size);
 NTSYSAPI NTSTATUS NTAPI RtlCreateSecurityDescriptor(PVOID descriptor, ULONG revision);

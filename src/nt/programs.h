@@ -231,6 +231,11 @@ NTSYSAPI NTSTATUS NTAPI RtlWalkHeap(HANDLE heap, RTL_HEAP_WALK_ENTRY *entry);
 NTSYSAPI size_t NTAPI RtlSizeHeap(HANDLE heap, ULONG flags, const void *block);
 NTSYSAPI NTSTATUS NTAPI NtQueryObject(HANDLE handle, ULONG informationClass, PVOID information, ULONG size,
                                       ULONG *returnedSize);
+NTSYSAPI NTSTATUS NTAPI NtOpenProcessToken(HANDLE process, ACCESS_MASK access, HANDLE *token);
+NTSYSAPI NTSTATUS NTAPI NtSetInformationThread(HANDLE thread, ULONG informationClass, const void *information,
+                                               ULONG size);
+NTSYSAPI NTSTATUS NTAPI RtlImpersonateSelf(ULONG level);
+NTSYSAPI ULONG NTAPI RtlLengthSid(PVOID sid);
 NTSYSAPI NTSTATUS NTAPI NtQuerySecurityObject(HANDLE handle, ULONG parts, PVOID descriptor, ULONG size,
                                               ULONG *needed);
 NTSYSAPI NTSTATUS NTAPI NtSetSecurityObject(HANDLE handle, ULONG parts, const void *descriptor);

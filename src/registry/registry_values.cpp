@@ -246,6 +246,17 @@ OrvResult OrvBasWinRegistryHandle::GetStringValue(IOrvString<wchar_t> &value, co
     return OrvSucceeded(result) ? value.Set(expanded.GetValue(), expanded.GetInternal().length) : result;
 }
 
+OrvResult OrvBasWinRegistryHandle::GetStringValueWithDefault(IOrvString<wchar_t> &value, const Name &name,
+                                                             const Name &defaultValue, bool expand)
+{
+    OrvResult result = GetStringValue(value, name, expand);
+    if (result != ORV_E_FILE_NOT_FOUND)
+        return result;
+    result = value.Set(defaultValue.characters ? defaultValue.characters : L"",
+                       detail::ResolveLength(defaultValue.characters, defaultValue.length));
+    return OrvFailed(result) ? result : ORV_S_NOT_SET;
+}
+
 OrvResult OrvBasWinRegistryHandle::SetStringValue(const Name &value, const Name &name, bool expandable)
 {
     constexpr uint32_t kLongest = UINT32_MAX / sizeof(wchar_t) - 1;

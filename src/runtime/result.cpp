@@ -65,6 +65,11 @@ OrvResult OrvCreateErrorCodeFromWin32(uint32_t win32Error)
     return win32Error == 0 ? ORV_S_OK : OrvCreateErrorCodeFromWin32(OrvSeverityError, win32Error);
 }
 
+uint32_t OrvNtdll_RtlNtStatusToDosError(int32_t status)
+{
+    return RtlNtStatusToDosError(status);
+}
+
 bool OrvCreateWin32CodeFromErrorCode(uint32_t &win32Error, OrvResult result)
 {
     const auto bits = static_cast<uint32_t>(result);
@@ -110,15 +115,7 @@ namespace detail
 
 OrvResult ResultFromStatus(NTSTATUS status)
 {
-    if (status == STATUS_SUCCESS)
-        return ORV_S_OK;
-    if (status == STATUS_BUFFER_OVERFLOW) // a warning to the platform, but the caller did not get its text
-        return ORV_E_BUFFER_TOO_SMALL;
-    uint32_t severity = static_cast<uint32_t>(status) >> 30;
-    if (severity == OrvSeveritySuccess)
-        severity = OrvSeverityInformational;
-    return OrvCreateErrorCodeFromWin32(static_cast<_OrvErrorCodeSeverity>(severity),
-                                       RtlNtStatusToDosError(status));
+    return OrvCreateErrorCodeFromNtStatus(status);
 }
 
 } // namespace detail

@@ -1,4 +1,4 @@
-// The one place where a native status becomes a result code.
+// How the library's own files call the one conversion of a native status, OrvCreateErrorCodeFromNtStatus.
 
 #pragma once
 
@@ -8,9 +8,7 @@
 namespace detail
 {
 
-/// Converts a status that the caller did not accept as success. STATUS_SUCCESS gives 0,
-/// STATUS_BUFFER_OVERFLOW the failure ORV_E_BUFFER_TOO_SMALL; any other keeps its severity (at least
-/// informational) around the Win32 number that the platform gives it.
+/// OrvCreateErrorCodeFromNtStatus, out of line: it is called in many places.
 OrvResult ResultFromStatus(NTSTATUS status);
 
 /// The common case: any success status is plain success.

@@ -1,7 +1,9 @@
 #include "orv/security/security_context.h"
 
+#include "crt/memory.h"
 #include "orv/runtime/ntdll_entry_points.h"
 #include "orv/runtime/result.h"
+#include "runtime/native_handle.h"
 #include "runtime/status.h"
 #include "security/well_known_sid.h"
 
@@ -32,6 +34,43 @@ struct LabelEntry {
 constexpr USHORT kLabelSize = offsetof(LabelEntry, sid) + 12; ///< one sub-authority
 static_assert(kLabelSize == 20);
 
+/// The token that the calling thread acts by.
+OrvResult OpenEffectiveToken(detail::NativeHandle &token)
+{
+    // As the process: the user that is impersonated need not have the right to look at its own token.
+    const NTSTATUS status = ZwOpenThreadToken(NtCurrentThread(), TOKEN_QUERY, true, token.Receive());
+    if (status != STATUS_NO_TOKEN)
+        return detail::ResultFromCall(status);
+    if (!OrvNtdll_FunctionExists("ZwOpenProcessToken"))
+        return ORV_E_NOT_SUPPORTED;
+    return detail::ResultFromCall(
+        OrvNtdll_ZwOpenProcessToken(NtCurrentProcess(), TOKEN_QUERY, token.Receive()));
+}
+
+/// Whom the calling thread acts for.
+class CurrentUser
+{
+public:
+    OrvResult Query()
+    {
+        detail::NativeHandle token;
+        const OrvResult result = OpenEffectiveToken(token);
+        if (OrvFailed(result))
+            return result;
+        ULONG needed = 0;
+        return detail::ResultFromCall(
+            ZwQueryInformationToken(token.Get(), TokenUser, &information_, sizeof information_, &needed));
+    }
+
+    PVOID GetSid() const { return information_.user.Sid; }
+
+private:
+    struct {
+        TOKEN_USER user;
+        UCHAR sid[SECURITY_MAX_SID_SIZE]; ///< where the platform puts what `user` points to
+    } information_;
+};
+
 } // namespace
 
 static_assert(sizeof(SECURITY_DESCRIPTOR) == sizeof(uint32_t[5]));
@@ -42,14 +81,43 @@ OrvResult OrvSecurityCtx::Allow(OrvWellKnownGroup group, uint32_t rights)
 {
     if (group >= sizeof(kGroups) / sizeof(kGroups[0]))
         return ORV_E_INVALID_ARGUMENT;
+    detail::WellKnownSid sid = kGroups[group];
+    return AllowSid(&sid, rights);
+}
+
+OrvResult OrvSecurityCtx::AllowCurrentUser(uint32_t rights)
+{
+    CurrentUser user;
+    const OrvResult result = user.Query();
+    return OrvSucceeded(result) ? AllowSid(user.GetSid(), rights) : result;
+}
+
+OrvResult OrvSecurityCtx::AllowPrivate(uint32_t rights)
+{
+    uint32_t before[sizeof entries_ / sizeof entries_[0]];
+    memcpy(before, entries_, sizeof entries_);
+    const bool hadEntries = hasEntries_;
+    OrvResult result = AllowCurrentUser(rights);
+    if (OrvSucceeded(result))
+        result = Allow(OrvGroupLocalSystem, rights);
+    if (OrvSucceeded(result))
+        result = Allow(OrvGroupAdministrators, rights);
+    if (OrvFailed(result)) {
+        memcpy(entries_, before, sizeof entries_);
+        hasEntries_ = hadEntries;
+    }
+    return result;
+}
+
+OrvResult OrvSecurityCtx::AllowSid(void *sid, uint32_t rights)
+{
     const auto list = reinterpret_cast<_ACL *>(entries_);
     if (!hasEntries_) {
         const OrvResult result = detail::ResultFromCall(RtlCreateAcl(list, sizeof(entries_), ACL_REVISION));
         if (OrvFailed(result))
             return result;
     }
-    detail::WellKnownSid sid = kGroups[group];
-    const OrvResult result = detail::ResultFromCall(RtlAddAccessAllowedAce(list, ACL_REVISION, rights, &sid));
+    const OrvResult result = detail::ResultFromCall(RtlAddAccessAllowedAce(list, ACL_REVISION, rights, sid));
     if (OrvSucceeded(result))
         hasEntries_ = true;
     return result;

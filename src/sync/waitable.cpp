@@ -2,21 +2,17 @@
 
 #include "orv/sync/waitable.h"
 
-#include "nt/nt.h"
 #include "orv/runtime/result.h"
 #include "runtime/status.h"
+#include "sync/native_wait.h"
 
 namespace
 {
 
-constexpr int kForever = -1;
-constexpr LONGLONG kIntervalsPerMs = 10000;
-
 OrvResult WaitForHandle(HANDLE handle, int timeoutMs)
 {
-    // Negative means from now on. The product takes up to 46 bits.
-    const LONGLONG interval = -(kIntervalsPerMs * static_cast<uint32_t>(timeoutMs));
-    const NTSTATUS status = ZwWaitForSingleObject(handle, false, timeoutMs == kForever ? nullptr : &interval);
+    const detail::TimeLimit limit(timeoutMs);
+    const NTSTATUS status = ZwWaitForSingleObject(handle, false, limit.GetNative());
     switch (status) {
     case STATUS_SUCCESS:
         return ORV_S_OK;
@@ -71,12 +67,9 @@ bool OrvBasWaitable::IsInitialized() const
 
 OrvResult OrvBasWaitable::InternalWait(int timeoutMs)
 {
-    const OrvBasWaitable *last = this;
-    while (last->resourceType_ == OrvBasWaitableForward) {
-        last = last->forward_;
-        if (!last)
-            return ORV_E_INVALID_ARGUMENT;
-    }
+    const OrvBasWaitable *const last = detail::FollowForwards(this);
+    if (!last)
+        return ORV_E_INVALID_ARGUMENT;
     switch (last->resourceType_) {
     case OrvBasWaitableHandle:
         return WaitForHandle(last->handle_, timeoutMs);

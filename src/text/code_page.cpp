@@ -179,6 +179,42 @@ OrvResult ConvertNative(const Page &page, typename Page::Target *target, uint32_
     return ORV_S_OK;
 }
 
+// Into heap buffers.
+
+OrvResult Convert(wchar_t *target, uint32_t capacity, const char *source, OrvCodePage page, uint32_t count,
+                  uint32_t &size)
+{
+    return OrvConvertMb2Utf16String(target, capacity, source, page, &size, count);
+}
+
+OrvResult Convert(char *target, uint32_t capacity, const wchar_t *source, OrvCodePage page, uint32_t count,
+                  uint32_t &size)
+{
+    return OrvConvertUtf162MbString(target, capacity, source, page, &size, count);
+}
+
+/// A short text is converted on the stack, so that a failure changes nothing. What is too long for that is
+/// known to be well formed before the buffer is touched.
+template <typename T, typename Source>
+OrvResult ConvertInto(OrvCharHeapBuffer<T> &target, const Source *source, OrvCodePage page, uint32_t count)
+{
+    constexpr uint32_t kShort = 256;
+    T text[kShort];
+    uint32_t size = 0;
+    count = detail::ResolveLength(source, count);
+    OrvResult result = Convert(text, kShort, source, page, count, size);
+    if (OrvSucceeded(result))
+        return target.Assign(text, size);
+    if (result != ORV_E_BUFFER_TOO_SMALL)
+        return result;
+    result = target.ReserveElements(size); // one more than needed: Resize wants it and allocates no more then
+    if (OrvFailed(result))
+        return result;
+    result = Convert(target.GetBuffer(), target.GetCapacity(), source, page, count, size);
+    target.Resize(OrvSucceeded(result) ? size : 0); // there is room
+    return result;
+}
+
 } // namespace
 
 OrvResult OrvGetMb2Utf16StringSize(uint32_t &size, const char *source, OrvCodePage page, uint32_t count)
@@ -301,6 +337,12 @@ OrvResult OrvConvertMb2TString(_ORV_UTF16CHAR_STR &target, const char *source, O
     return result;
 }
 
+OrvResult OrvConvertMb2TString(OrvUtf16CharHeapBuffer &target, const char *source, OrvCodePage page,
+                               uint32_t count)
+{
+    return ConvertInto(target, source, page, count);
+}
+
 OrvResult OrvGetT2MbStringSize(uint32_t &size, const wchar_t *source, OrvCodePage page, uint32_t count)
 {
     return OrvGetUtf162MbStringSize(size, source, page, count);
@@ -310,6 +352,12 @@ OrvResult OrvConvertT2MbString(char *target, uint32_t capacity, const wchar_t *s
                                uint32_t *size, uint32_t count)
 {
     return OrvConvertUtf162MbString(target, capacity, source, page, size, count);
+}
+
+OrvResult OrvConvertT2MbString(OrvMbCharHeapBuffer &target, const wchar_t *source, OrvCodePage page,
+                               uint32_t count)
+{
+    return ConvertInto(target, source, page, count);
 }
 
 OrvResult OrvGetT2Utf16StringSize(uint32_t &size, const wchar_t *source, uint32_t count)

@@ -2,6 +2,7 @@
 
 #include "xml/text_stream.h"
 
+#include "stream/write_all.h"
 #include "text/utf8_run.h"
 
 namespace detail
@@ -70,18 +71,10 @@ OrvResult OrvBasTextStreamImpl::WriteLineEnd()
 
 OrvResult OrvBasTextStreamImpl::FlushBytes()
 {
-    const uint8_t *next = bytes_;
-    while (size_) {
-        uint32_t written = 0;
-        const OrvResult result = stream_.Write(next, size_, written);
-        if (OrvFailed(result))
-            return result;
-        if (written == 0 || written > size_) // a stream that writes nothing would be asked for ever
-            return ORV_E_WRITE_FAULT;
-        next += written;
-        size_ -= written;
-    }
-    return ORV_S_OK;
+    const OrvResult result = WriteAll(stream_, bytes_, size_);
+    if (OrvSucceeded(result))
+        size_ = 0;
+    return result;
 }
 
 OrvResult OrvBasTextStreamImpl::Flush()

@@ -327,6 +327,40 @@ OrvResult OrvBasXmlWriter::Impl::WriteAttribute(const Text &name, const Text &va
     return OrvSucceeded(result) ? WriteEndAttribute() : result;
 }
 
+OrvResult OrvBasXmlWriter::Impl::WriteAttribute(const Text &name, int64_t value)
+{
+    return WriteFormattedAttribute(name, L"%I64d", value);
+}
+
+OrvResult OrvBasXmlWriter::Impl::WriteAttribute(const Text &name, uint64_t value)
+{
+    return WriteFormattedAttribute(name, L"%I64u", value);
+}
+
+/// The value is complete before anything is written, so a format that fails does not break the document.
+OrvResult OrvBasXmlWriter::Impl::WriteFormattedAttributeV(const Text &name, const wchar_t *format,
+                                                          va_list arguments)
+{
+    if (OrvFailed(GetError()))
+        return GetError();
+    constexpr uint32_t kShort = 256;
+    wchar_t text[kShort];
+    uint32_t length = 0;
+    va_list again;
+    va_copy(again, arguments);
+    OrvResult result = OrvFormatStringV(OrvCodePageUtf8, text, kShort, format, &length, arguments);
+    if (OrvSucceeded(result)) {
+        result = WriteAttribute(name, Text(text, length));
+    } else if (result == ORV_E_BUFFER_TOO_SMALL) {
+        OrvUtf16CharHeapBuffer longer;
+        result = OrvFormatStringV(OrvCodePageUtf8, longer, format, again);
+        if (OrvSucceeded(result))
+            result = WriteAttribute(name, Text(longer.GetValue(), longer.GetInternal().length));
+    }
+    va_end(again);
+    return result;
+}
+
 OrvResult OrvBasXmlWriter::Impl::WriteText(const Text &text)
 {
     return OrvFailed(GetError()) ? GetError() : WriterOf(this).PutText(text);

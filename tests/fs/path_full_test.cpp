@@ -5,6 +5,7 @@
 
 #include "fs/path_forms.h"
 #include "fs/test_file.h"
+#include "harness/replace.h"
 #include "text/texts.h"
 
 namespace
@@ -190,6 +191,46 @@ TEST_CASE(NamesAreFoundInTheFileSystem)
     CHECK_EQUAL(GetNormalizedPath(empty, L"C:\\windows"), ORV_E_OUT_OF_MEMORY);
 }
 
+namespace
+{
+
+wchar_t openedPath[100]; ///< the last one that the platform was asked to open
+
+NTSTATUS NTAPI NoteOpenedPath(HANDLE *, ACCESS_MASK, const OBJECT_ATTRIBUTES *attributes, IO_STATUS_BLOCK *,
+                              ULONG, ULONG)
+{
+    const UNICODE_STRING &name = *attributes->ObjectName;
+    memmove(openedPath, name.Buffer, name.Length);
+    openedPath[name.Length / sizeof(wchar_t)] = 0;
+    return STATUS_ACCESS_DENIED;
+}
+
+} // namespace
+
+TEST_CASE(ServersAndSharesAreNotLookedUp)
+{
+    const test::ReplacedFunction noted(L"ntdll.dll", "ZwOpenFile", NoteOpenedPath);
+    const struct {
+        const wchar_t *path;
+        const wchar_t *opened; ///< null: none, and the path stays as it is
+    } cases[] = {
+        {L"\\\\srv\\share\\x\\y", L"\\??\\UNC\\srv\\share\\"},
+        {L"\\\\?\\UNC\\srv\\share\\x\\y", L"\\??\\UNC\\srv\\share\\"},
+        {L"\\\\?\\unc\\srv/share//x", L"\\??\\unc\\srv\\share\\"},
+        {L"\\\\?\\UNC\\srv\\share", nullptr},
+        {L"\\\\?\\UNC\\srv", nullptr},
+        {L"\\\\?\\UNC\\", nullptr},
+    };
+    for (const auto &c : cases) {
+        test::Note("case", &c - cases);
+        openedPath[0] = 0;
+        OrvUtf16CharHeapBuffer out;
+        CHECK_EQUAL(GetLongPath(out, c.path), c.opened ? ORV_E_ACCESS_DENIED : ORV_S_OK);
+        CHECK_TEXT(openedPath, c.opened ? c.opened : L"");
+        CHECK_TEXT(out.GetValue(), c.opened ? L"" : c.path);
+    }
+}
+
 TEST_CASE(DeviceNamesAreEliminated)
 {
     const CurrentDirectory directory(L"C:\\windows");
@@ -207,6 +248,7 @@ TEST_CASE(DeviceNamesAreEliminated)
         {L"\\/srv\\share\\f", nullptr, L"\\??\\UNC\\srv\\share\\f"},
         {L"\\\\?\\C:\\prn", nullptr, L"\\??\\C:\\prn"},
         {L"\\\\?\\C:\\\\a/\\b//", nullptr, L"\\??\\C:\\a\\b\\"},
+        {L"\\\\?\\UNC\\srv\\share\\\\a//b", nullptr, L"\\??\\UNC\\srv\\share\\a\\b"},
         // The prefix lets steps take the drive away; the native path keeps to it.
         {L"C:\\a\\..\\..\\UNC\\srv\\x", L"\\\\?\\UNC\\srv\\x", L"\\??\\C:\\UNC\\srv\\x"},
         {L"C:/a/.//../b/../../../c/../con", L"\\\\?\\con", L"\\??\\C:\\con"},

@@ -133,6 +133,15 @@ TEST_CASE(TypedFormsTakeTheirTypesOnly)
     CHECK(word == 5 && quad == 6);
     CHECK_EQUAL(key.GetDWordValueWithDefault(word, L"d", 5), ORV_S_OK);
     CHECK_EQUAL(word, 0x12345678u);
+    const OrvStringRefBase<wchar_t> counted(test::GuardedCopy(L"<%ORV%>", 7), 7);
+    CHECK_EQUAL(key.GetStringValueWithDefault(text, L"none", counted, true), ORV_S_NOT_SET);
+    CHECK_TEXT(text.GetCharacters(), L"<%ORV%>");
+    CHECK_EQUAL(key.GetStringValueWithDefault(text, L"none", {}), ORV_S_NOT_SET);
+    CHECK_EQUAL(text.GetLength(), 0u);
+    CHECK_EQUAL(key.GetStringValueWithDefault(text, L"e", L"other", true), ORV_S_OK);
+    CHECK_TEXT(text.GetCharacters(), L"<value>");
+    CHECK_EQUAL(key.GetStringValueWithDefault(text, L"b", L"other"), ORV_E_VALUE_TYPE);
+    CHECK_TEXT(text.GetCharacters(), L"<value>");
     CHECK_EQUAL(key.SetValue(OrvRegistryString, nullptr, 0, L"empty"), ORV_S_OK);
     CHECK_EQUAL(key.GetStringValue(text, L"empty"), ORV_S_OK);
     CHECK_TEXT(text.GetCharacters(), L"");

@@ -1,6 +1,6 @@
-// Result codes: the layout, the order of the mapping table, and the way back.
+// Result codes: the layout, the order of the mapping table, the way back, and names.
 
-#include "orv/runtime/result.h"
+#include "orv/runtime/result_name.h"
 
 #include "harness/test.h"
 
@@ -56,6 +56,23 @@ TEST_CASE(EveryMappedNumberComesBack)
         if (!CHECK_EQUAL(back, expected))
             return;
     }
+}
+
+TEST_CASE(ProgramsConvertStatusesWithoutNtdll)
+{
+    CHECK_EQUAL(OrvCreateErrorCodeFromNtStatus(0), ORV_S_OK);
+    CHECK_EQUAL(OrvCreateErrorCodeFromNtStatus(static_cast<int32_t>(0x80000005)), ORV_E_BUFFER_TOO_SMALL);
+    CHECK_EQUAL(OrvCreateErrorCodeFromNtStatus(static_cast<int32_t>(0xC0000022)), ORV_E_ACCESS_DENIED);
+    CHECK_EQUAL(OrvCreateErrorCodeFromNtStatus(0x103), 0x400703E5);
+}
+
+TEST_CASE(ResultsHaveTheNamesOfTheirEnumerators)
+{
+    CHECK_TEXT(OrvGetResultName(0), L"ORV_S_OK");
+    CHECK_TEXT(OrvGetResultName(static_cast<OrvResult>(0xE0010058)), L"ORV_E_ACCESS_DENIED");
+    CHECK_TEXT(OrvGetResultName(0x6001018B), L"ORV_S_END_OF_DATA");
+    CHECK_EQUAL(OrvGetResultName(static_cast<OrvResult>(0xE0010059)), nullptr);
+    CHECK_EQUAL(OrvGetResultName(0x20010058), nullptr); // the same code with another severity
 }
 
 TEST_CASE(ErrnoFamilyIsFixed)

@@ -1,6 +1,6 @@
 // Mutexes and their owners.
 
-#include "orv/sync/mutex.h"
+#include "orv/sync/mutex_holder.h"
 
 #include "harness/thread.h"
 #include "orv/runtime/ntdll_entry_points.h"
@@ -50,4 +50,47 @@ TEST_CASE(MutexNeedsItsEntryPoint)
     CHECK_EQUAL(mutex.Create(false), ORV_E_NOT_SUPPORTED);
     CHECK(!mutex.IsInitialized());
     CHECK_EQUAL(OrvNtdllTableInitialize(), ORV_S_OK);
+}
+
+TEST_CASE(MutexHolderHoldsWhatItSays)
+{
+    OrvBasMutex first;
+    OrvBasMutex second;
+    OrvBasMutex empty;
+    OrvBasMutex forward;
+    CHECK_EQUAL(first.Create(false), ORV_S_OK);
+    CHECK_EQUAL(second.Create(false), ORV_S_OK);
+    forward.AttachForward(&first);
+    {
+        OrvBasMutexHolder holder(&first, -1);
+        CHECK(holder.IsHeld());
+        CHECK_EQUAL(holder.GetResult(), ORV_S_OK);
+        CHECK_EQUAL(AcquireElsewhere(first, 0), ORV_W_TIMEOUT);
+        CHECK_EQUAL(holder.Lock(&second, 0), ORV_S_OK);
+        CHECK_EQUAL(AcquireElsewhere(first, 0), ORV_S_OK); // released; and now abandoned
+        CHECK_EQUAL(holder.Lock(&first, 0), ORV_S_ABANDONED);
+        CHECK(holder.IsHeld());
+        CHECK_EQUAL(holder.GetResult(), ORV_S_ABANDONED);
+        CHECK_EQUAL(second.Release(), kNotOwner);
+    }
+    CHECK_EQUAL(first.Release(), kNotOwner);
+
+    const struct {
+        OrvBasMutex *mutex;
+        OrvResult result;
+    } refused[] = {
+        {nullptr, ORV_E_INVALID_ARGUMENT},
+        {&empty, ORV_E_INVALID_STATE},
+        {&forward, ORV_E_INVALID_STATE},
+    };
+    for (const auto &r : refused) {
+        OrvBasMutexHolder holder(&first, 0);
+        CHECK_EQUAL(holder.Lock(r.mutex, 0), r.result);
+        CHECK(!holder.IsHeld());
+        CHECK_EQUAL(first.Release(), kNotOwner); // given back all the same
+    }
+    OrvBasMutexHolder holder(&first, 0);
+    holder.DetachWithoutReleasing();
+    CHECK(!holder.IsHeld());
+    CHECK_EQUAL(first.Release(), ORV_S_OK);
 }

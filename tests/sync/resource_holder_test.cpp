@@ -42,6 +42,7 @@ TEST_CASE(ResourceHolderHoldsWhatItSays)
             CHECK_EQUAL(held.IsAcquiredShared(), 1u);
             CHECK_EQUAL(holder.Lock(c.resource, kType(c.type), 5), c.result);
             CHECK(IsAtRest(held));
+            CHECK_EQUAL(holder.IsHeld(), succeeds);
             checkHeld();
         }
         CHECK(IsAtRest(wanted));

@@ -329,3 +329,36 @@ TEST_CASE(TerminatedTextsAndOtherNames)
 
     CHECK_EQUAL(OrvGetUtf162MbStringSize(size, L"x", OrvCodePageUtf8, 0xFFFFFFFE), ORV_E_BAD_LENGTH);
 }
+
+TEST_CASE(BuffersGrowWithWhatTheyAreGiven)
+{
+    // On both sides of the length up to which a conversion takes one pass.
+    const uint32_t lengths[] = {0, 1, 254, 255, 256, 257, 40000};
+    for (const uint32_t length : lengths) {
+        test::Note("length", length);
+        OrvUtf16CharHeapBuffer units;
+        OrvMbCharHeapBuffer bytes;
+        OrvUtf16CharHeapBuffer again;
+        CHECK_EQUAL(units.Resize(length), ORV_S_OK);
+        for (uint32_t i = 0; i < length; i++)
+            units[i] = i % 3 ? L'a' : 0xFC;
+        CHECK_EQUAL(OrvConvertT2MbString(bytes, units.GetValue(), OrvCodePageUtf8, length), ORV_S_OK);
+        CHECK_EQUAL(bytes.GetInternal().length, length + (length + 2) / 3);
+        CHECK_EQUAL(bytes.GetInternal().characters[bytes.GetInternal().length], 0);
+        CHECK_EQUAL(OrvConvertMb2TString(again, bytes.GetValue(), OrvCodePageUtf8), ORV_S_OK); // terminated
+        CHECK_EQUAL(again.GetInternal().length, length);
+        CHECK_TEXT(again.GetValue(), units.GetValue());
+        const wchar_t *const array = again.GetBuffer();
+        CHECK_EQUAL(OrvConvertMb2TString(again, bytes.GetValue(), OrvCodePageUtf8), ORV_S_OK);
+        CHECK_EQUAL(again.GetBuffer(), array); // it has room already
+
+        // What is refused changes nothing, however late the fault is.
+        CHECK_EQUAL(bytes.Append('\xC3'), ORV_S_OK);
+        CHECK_EQUAL(OrvConvertMb2TString(again, bytes.GetValue(), OrvCodePageUtf8), ORV_E_INVALID_DATA);
+        CHECK_TEXT(again.GetValue(), units.GetValue());
+        CHECK_EQUAL(units.Append(wchar_t(0xD800)), ORV_S_OK);
+        CHECK_EQUAL(OrvConvertT2MbString(bytes, units.GetValue(), OrvCodePageUtf8), ORV_E_INVALID_DATA);
+        CHECK_EQUAL(bytes.GetInternal().length, length + (length + 2) / 3 + 1);
+        CHECK_EQUAL(OrvConvertT2MbString(bytes, L"x", static_cast<OrvCodePage>(6)), ORV_E_NOT_PROVIDED);
+    }
+}

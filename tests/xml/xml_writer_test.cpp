@@ -104,6 +104,37 @@ TEST_CASE(IndentationBreaksLines)
     });
 }
 
+TEST_CASE(AttributesComeFromNumbersAndFormats)
+{
+    CheckDocument("<a i=\"-5\" u=\"4294967295\" l=\"-1\" s=\"-9223372036854775808\" "
+                  "m=\"18446744073709551615\" f=\"&lt;00FF&gt; \xC3\xBC\" e=\"\"/>",
+                  [](Impl &writer) {
+                      writer.WriteStartElement(L"a");
+                      writer.WriteAttribute(L"i", -5);
+                      writer.WriteAttribute(L"u", UINT32_MAX);
+                      writer.WriteAttribute(L"l", -1L);
+                      writer.WriteAttribute(L"s", INT64_MIN);
+                      writer.WriteAttribute(L"m", UINT64_MAX);
+                      writer.WriteFormattedAttribute(L"f", L"<%04X> %hs", 255, "\xC3\xBC");
+                      CHECK_EQUAL(writer.WriteFormattedAttribute(L"x", L"%hs", "\xC3"), ORV_E_INVALID_DATA);
+                      CHECK_EQUAL(writer.WriteFormattedAttribute(L"e", L""), ORV_S_OK);
+                      writer.WriteEndElement();
+                  });
+    // Around the longest value that takes no memory.
+    for (int length = 254; length <= 257; length++) {
+        test::SlowStream stream(1000);
+        OrvBasXmlWriter::Holder writer(stream);
+        if (!CHECK(writer))
+            return;
+        CHECK_EQUAL(writer->WriteStartElement(L"a"), ORV_S_OK);
+        CHECK_EQUAL(writer->WriteFormattedAttribute(L"x", L"%0*d", length, 7), ORV_S_OK);
+        CHECK_EQUAL(writer.Get()->Flush(), ORV_S_OK);
+        const char *const text = stream.Text();
+        CHECK_EQUAL(stream.buffer.GetLength(), static_cast<uint32_t>(length) + 8); // <a x="" and a zero
+        CHECK_EQUAL(text[5 + length], '7');
+    }
+}
+
 TEST_CASE(CharactersAreEscaped)
 {
     // Everything that is escaped, and its neighbours that are not.

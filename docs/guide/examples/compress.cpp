@@ -53,5 +53,27 @@ int Main()
         result = Run(context, &Context::Decompress, unpacked);
     const bool same = OrvCompareString(text.GetValue(), unpacked.GetValue()) == 0;
     Print(L"%u bytes again, the same: %s\n", unpacked.GetInternal().length, same ? L"yes" : L"no");
-    return OrvFailed(result) ? 1 : 0;
+    if (OrvFailed(result))
+        return 1;
+
+    // The same through streams, which hide the steps: into whatever stream the packed bytes go, and back.
+    OrvBufferStream file;
+    OrvBZ2WriteStream writer;
+    uint32_t count = 0;
+    result = writer.Create(file);
+    if (OrvSucceeded(result))
+        result = writer.Write(text.GetValue(), text.GetInternal().length, count);
+    if (OrvSucceeded(result))
+        result = writer.Finish();
+    OrvBZ2ReadStream reader;
+    if (OrvSucceeded(result))
+        result = reader.Create(file);
+    uint32_t total = 0;
+    char piece[500];
+    while (OrvSucceeded(result)) {
+        result = reader.Read(piece, sizeof piece, count);
+        total += count;
+    }
+    Print(L"%u bytes once more, %08X: the end\n", total, result);
+    return result == ORV_E_END_OF_DATA ? 0 : 1;
 }

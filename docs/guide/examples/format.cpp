@@ -31,6 +31,11 @@ int Main()
     result = OrvFormatString(OrvCodePageUtf8, text, L"%5d|%-5d|%+.3f|%hs", -7, 7, 2.0 / 3, "na\xC3\xAFve");
     Print(L"%08X: %s\n", result, text.GetValue());
 
+    // To append, format into a reference over the buffer. OrvAppendFormatString into the buffer itself
+    // replaces its text.
+    result = OrvAppendFormatString(OrvMakeMutableStringRef(text), L", %u more", 3u);
+    Print(L"%08X: %s\n", result, text.GetValue());
+
     // A sink takes any length without memory.
     Counter counter;
     OrvBasAppendFormat(counter, L"%I64u bytes, %g%%", 1ull << 40, 12.5);

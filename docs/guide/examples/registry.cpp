@@ -8,7 +8,7 @@ int Main()
     if (OrvSucceeded(result))
         result = key.SetDWordValue(80, L"Port");
     if (OrvSucceeded(result))
-        result = key.SetStringValue(L"%TEMP%\\log", L"Log", true);
+        result = key.SetStringValue(L"%TEMP%\\log", L"Log", true); // the value, then its name
     if (OrvFailed(result))
         return 1;
 
@@ -26,6 +26,9 @@ int Main()
     OrvUtf16HeapString log;
     result = key.GetStringValue(log, L"Log");
     Print(L"%s\n", log.GetCharacters());
+    if (OrvSucceeded(result))
+        result = key.GetStringValueWithDefault(log, L"Language", L"en");
+    Print(L"%s (%08X)\n", log.GetCharacters(), result);
 
     // Names one by one.
     OrvBasWinRegistryEnumerator values;

@@ -16,7 +16,7 @@ int Main()
 {
     const OrvResult results[] = {ORV_S_OK, ORV_S_ALREADY_EXISTS, ORV_W_TIMEOUT, ORV_E_ACCESS_DENIED};
     for (const OrvResult result : results)
-        Print(L"%08X is %s\n", result, Kind(result));
+        Print(L"%08X, %s, is %s\n", result, OrvGetResultName(result), Kind(result));
 
     // Win32 error numbers travel as result codes: those that have a code of their own, and all others.
     uint32_t win32Error = 0;
@@ -25,6 +25,8 @@ int Main()
     if (OrvCreateWin32CodeFromErrorCode(win32Error, denied))
         Print(L", and %u again\n", win32Error);
     Print(L"1018 is %08X\n", OrvCreateErrorCodeFromWin32(1018));
+    const auto accessDenied = static_cast<int32_t>(0xC0000022); // as a native call of your own returns it
+    Print(L"status %08X is %08X\n", accessDenied, OrvCreateErrorCodeFromNtStatus(accessDenied));
 
     // What start-up recorded, and what this system has.
     const OrvEnvironment::MachineFacts &machine = OrvEnvironment::MachineInfo::GetFacts();

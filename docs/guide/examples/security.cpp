@@ -26,5 +26,18 @@ int Main()
     Print(L"to wait: %08X, signalled: %s\n", result, other.Wait(0) == ORV_S_OK ? L"yes" : L"no");
     Print(L"to set it, too: %08X\n",
           other.Open(L"OrvGuideGuarded", OrvBasWinSyncSession, toWait | OrvWinEventModifyState));
+    if (OrvFailed(result))
+        return 1;
+
+    // What belongs to the user who runs this: others but the system and administrators have no right to it.
+    OrvSecurityCtx onlyMine;
+    OrvBasWinMutex mutex;
+    result = onlyMine.AllowPrivate(OrvWinMutexAllAccess);
+    if (OrvSucceeded(result))
+        result = onlyMine.GetSecurityDescriptor(descriptor);
+    if (OrvSucceeded(result))
+        result = mutex.Create(false, L"OrvGuidePrivate", OrvBasWinSyncSession, descriptor);
+    const OrvBasMutexHolder holder(&mutex, 0);
+    Print(L"mine: %08X, held: %s\n", result, holder.IsHeld() ? L"yes" : L"no");
     return OrvFailed(result) ? 1 : 0;
 }

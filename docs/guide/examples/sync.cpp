@@ -42,9 +42,19 @@ int Main()
         OrvFailed(second.StartThread(OrvPriorityNormal, nullptr, {}, nullptr)))
         return 1;
     go.Set();
-    first.WaitForThreadToStop(-1);
-    second.WaitForThreadToStop(-1);
+    OrvBasWaitable *const workers[] = {&first, &second};
+    if (OrvFailed(OrvBasWaitForAll(workers, 2, -1)))
+        return 1;
     Print(L"%u\n", count);
+
+    // For whichever comes first: the index says which of them it was.
+    OrvBasEvent late;
+    if (OrvFailed(late.Create(OrvBasEvent::ManualReset, false)))
+        return 1;
+    OrvBasWaitable *const events[] = {&late, &go};
+    uint32_t index = 0;
+    const OrvResult any = OrvBasWaitForAny(index, events, 2, 1000);
+    Print(L"%08X: number %u\n", any, index);
 
     // A wait that takes too long is a failure by its sign. An object that is not there counts as signalled.
     OrvBasEvent never;

@@ -2,18 +2,12 @@
 
 int Main()
 {
-    // Bytes in some code page become UTF-16 at the border of the program: ask for the size, make room,
-    // convert.
+    // Bytes in some code page become UTF-16 at the border of the program.
     const char name[] = "  M\xC3\xBCnchen\t";
-    uint32_t size = 0;
     OrvUtf16CharHeapBuffer city;
-    OrvResult result = OrvGetMb2Utf16StringSize(size, name, OrvCodePageUtf8);
+    OrvResult result = OrvConvertMb2TString(city, name, OrvCodePageUtf8);
     if (OrvSucceeded(result))
-        result = city.Resize(size);
-    if (OrvSucceeded(result))
-        result = OrvConvertMb2Utf16String(city.GetBuffer(), city.GetCapacity(), name, OrvCodePageUtf8);
-    if (OrvSucceeded(result))
-        result = OrvTrimString(city.GetInternal(), city.GetValue(), size);
+        result = OrvTrimString(city.GetInternal(), city.GetValue(), city.GetInternal().length);
     if (OrvFailed(result))
         return 1;
     Print(L"'%s' has %u characters\n", city.GetValue(), city.GetInternal().length);
@@ -40,6 +34,15 @@ int Main()
     uint32_t required = 0;
     result = OrvCopyString(small, line.GetValue(), OrvTerminated, &required);
     Print(L"%08X, %u characters are required\n", result, required);
+
+    // Bytes as digits, and back.
+    const uint8_t key[] = {0x0F, 0xA5};
+    uint8_t read[2];
+    OrvUtf16CharHeapBuffer digits;
+    result = OrvConvertBytes2HexString(digits, key, sizeof key);
+    if (OrvSucceeded(result))
+        result = OrvConvertHexString2Bytes(read, sizeof read, digits.GetValue());
+    Print(L"%s, %08X\n", digits.GetValue(), result);
 
     bool matches = false;
     result = OrvBasMatchWildcardsNoCase(matches, L"*.h??", L"Index.HTM");

@@ -37,18 +37,18 @@ int Main()
     // The writer remembers the first failure of its stream, so one look at the end is enough. An element that
     // there is no memory for is another matter.
     OrvBufferStream document;
-    OrvBasXmlWriter::Impl *const writer = OrvBasXmlWriter::Impl::New(document);
+    OrvBasXmlWriter::Holder writer(document);
     if (!writer)
         return 1;
     writer->WriteXmlDecl(L"1.0");
     OrvResult result = writer->WriteStartElement(L"note");
     if (OrvSucceeded(result)) {
         writer->WriteAttribute(L"to", L"A & B");
+        writer->WriteAttribute(L"page", 3);
         writer->WriteText(L"1 < 2");
         writer->WriteEndElement();
         result = writer->Flush();
     }
-    OrvBasXmlWriter::Impl::Delete(writer);
     Print(L"%u bytes, %08X\n", document.GetLength(), result);
 
     Printer printer;

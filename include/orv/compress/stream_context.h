@@ -10,6 +10,7 @@
 
 #include "orv/base.h"
 
+/// The contexts of the compression libraries. The name is a part of the binary interface.
 namespace detail
 {
 

@@ -4,6 +4,7 @@
 
 #include "orv/base.h"
 
+/// Facts about the system and the machine, and the set-up of what is known of them.
 namespace OrvEnvironment
 {
 

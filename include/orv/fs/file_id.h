@@ -14,6 +14,7 @@ struct OrvFileId {
     uint8_t bytes[16]; ///< the digest
 };
 
+/// Identities of files, and their text.
 namespace OrvFileIdUtils
 {
 

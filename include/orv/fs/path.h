@@ -28,6 +28,7 @@
 
 struct _UNICODE_STRING;
 
+/// Paths: taking them apart, putting them together, and turning them into fuller forms.
 namespace OrvBasPath
 {
 
@@ -164,8 +165,9 @@ ORV_API OrvResult GetNormalizedPath(const OrvMutableStringRefBase2<wchar_t> &out
                                     const OrvStringRefBase<wchar_t> &path);
 
 /// The path with every name in it as the file system has it, in its letter case, and doubled separators
-/// removed, behind "\\?\D:\" too; the root, "." and ".." stay. A ".." at the root leads to the root, as in
-/// GetFullPath; behind "\\?\" it is a name that does not exist. Allocates.
+/// removed, behind "\\?\D:\" and "\\?\UNC\" too; the root, "." and ".." stay, and so does what names a server
+/// and its share. A ".." at the root leads to the root, as in GetFullPath; behind "\\?\", where "." and ".."
+/// have no meaning, a path that goes on after one is refused. Allocates.
 ///
 /// Returns 0, or as all forms do; ORV_E_INVALID_ARGUMENT for an empty path; ORV_E_INVALID_NAME for one with a
 /// pattern in it; ORV_E_OUT_OF_MEMORY; ORV_E_FILE_NOT_FOUND or ORV_E_PATH_NOT_FOUND when a name does not

@@ -209,8 +209,14 @@ public:
     /// replaced, as OrvNtdll_RtlExpandEnvironmentStrings_T does, whose failures are possible then.
     ORV_API OrvResult GetStringValue(IOrvString<wchar_t> &value, const Name &name, bool expand = false);
 
-    /// With one terminator behind the text, as type 1, or with `expandable` as type 2. A text of more than
-    /// 0x7FFFFFFE characters is ORV_E_INVALID_ARGUMENT.
+    /// As GetStringValue, and `defaultValue` as it stands, its variables not replaced, when there is no such
+    /// value. A null one is empty.
+    ORV_API OrvResult GetStringValueWithDefault(IOrvString<wchar_t> &value, const Name &name,
+                                                const Name &defaultValue, bool expand = false);
+
+    /// THE VALUE COMES FIRST, THEN THE NAME, as in all setters; here both are texts, so a call that has them
+    /// the wrong way round compiles. Stores the text with one terminator behind it, as type 1, or with
+    /// `expandable` as type 2. A text of more than 0x7FFFFFFE characters is ORV_E_INVALID_ARGUMENT.
     ORV_API OrvResult SetStringValue(const Name &value, const Name &name, bool expandable = false);
 
     /// Hands each string of a multi-string to `strings`; an empty one is its end. On failure some strings may

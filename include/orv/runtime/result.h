@@ -155,6 +155,30 @@ ORV_API OrvResult OrvCreateErrorCodeFromWin32(_OrvErrorCodeSeverity severity, ui
 /// The same with severity error, except that 0 gives ORV_S_OK.
 ORV_API OrvResult OrvCreateErrorCodeFromWin32(uint32_t win32Error);
 
+/// The platform's RtlNtStatusToDosError, for programs that do not link ntdll.dll: the Win32 error number that
+/// stands for a native status, 317 where there is none.
+ORV_API uint32_t OrvNtdll_RtlNtStatusToDosError(int32_t status);
+
+/// Makes a result code from the status that a native call returned and that the caller does not take as a
+/// success; this is how every operation of the library does it. Look for the statuses of success that mean
+/// something first: STATUS_TIMEOUT, for one, becomes 0x40070102, a success with a remark.
+///
+/// Returns ORV_S_OK for STATUS_SUCCESS; ORV_E_BUFFER_TOO_SMALL for STATUS_BUFFER_OVERFLOW, which is a warning
+/// to the platform, but the caller did not get its data; otherwise what OrvCreateErrorCodeFromWin32 makes of
+/// the status's severity, which is at least informational, and the platform's number for it.
+inline OrvResult OrvCreateErrorCodeFromNtStatus(int32_t status)
+{
+    constexpr int32_t kBufferOverflow = static_cast<int32_t>(0x80000005);
+    if (status == 0)
+        return ORV_S_OK;
+    if (status == kBufferOverflow)
+        return ORV_E_BUFFER_TOO_SMALL;
+    const uint32_t severity = static_cast<uint32_t>(status) >> 30;
+    return OrvCreateErrorCodeFromWin32(severity ? static_cast<_OrvErrorCodeSeverity>(severity)
+                                                : OrvSeverityInformational,
+                                       OrvNtdll_RtlNtStatusToDosError(status));
+}
+
 /// Gives the Win32 error number that a result code stands for, whatever its severity. Where several numbers
 /// share an own code the most general one is given: 3 for path-not-found, 183 for already-exists.
 ///

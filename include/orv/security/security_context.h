@@ -1,5 +1,5 @@
 // Who may do what with an object that is about to be created, said in the terms of everyday use: well-known
-// groups, rights, an integrity level. It yields the native descriptor that creation wants.
+// groups, the current user, rights, an integrity level. It yields the native descriptor that creation wants.
 //
 // A context is filled first and used afterwards, as often as one likes. It holds its descriptor itself, so
 // nothing is allocated and nothing has to be released; the descriptors that it gives out live as long as it.
@@ -47,6 +47,21 @@ public:
     /// failure the context is as it was.
     ORV_API OrvResult Allow(OrvWellKnownGroup group, uint32_t rights);
 
+    /// Grants `rights` to the user that the calling thread acts for: the one that it impersonates, or that of
+    /// the process. Beside this entry there is room for four others at least, and for seven where the user is
+    /// one of a domain or of the machine.
+    ///
+    /// Returns 0; ORV_E_NOT_SUPPORTED while the table of ntdll.dll entry points is empty; otherwise the
+    /// converted status of the query for the user, or of a list without room. On failure the context is as it
+    /// was.
+    ORV_API OrvResult AllowCurrentUser(uint32_t rights);
+
+    /// Makes a private object: grants `rights` to the current user, to the local system and to the
+    /// administrators; everybody else has none.
+    ///
+    /// Returns as AllowCurrentUser. On failure the context is as it was.
+    ORV_API OrvResult AllowPrivate(uint32_t rights);
+
     /// Labels the object, so that processes of a lower level cannot write to it. A second call replaces the
     /// level of the first.
     ///
@@ -61,6 +76,8 @@ public:
     ORV_API OrvResult GetSecurityDescriptor(OrvWinSecurityDescriptor *&descriptor);
 
 private:
+    OrvResult AllowSid(void *sid, uint32_t rights);
+
     OrvWinSecurityDescriptor descriptor_;
     bool hasEntries_ = false;
     bool hasLabel_ = false;

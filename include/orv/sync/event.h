@@ -32,7 +32,7 @@ public:
     /// Ends the signal. Returns as Set.
     ORV_API OrvResult Reset();
 
-    /// InternalWait.
+    /// InternalWait, which succeeds at once for an event that was never created.
     ORV_API OrvResult Wait(int timeoutMs);
 
 protected:

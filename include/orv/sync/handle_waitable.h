@@ -23,7 +23,7 @@ public:
     /// Whether the handle held last is, or was, to be closed here.
     ORV_API bool IsOwning() const;
 
-    /// InternalWait.
+    /// InternalWait, which succeeds at once when there is no handle here.
     ORV_API OrvResult Wait(int timeoutMs);
 
 private:

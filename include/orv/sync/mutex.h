@@ -23,7 +23,9 @@ public:
     /// calling thread is not the owner, ORV_E_INVALID_HANDLE when there is no mutex here.
     ORV_API OrvResult Release();
 
-    /// InternalWait. ORV_S_ABANDONED is a success: the mutex was acquired.
+    /// InternalWait. ORV_S_ABANDONED is a success: the mutex was acquired. SO IS A MUTEX THAT WAS NEVER
+    /// CREATED, as every wait on an empty waitable succeeds at once: look at the result of Create, or hold
+    /// the mutex by an OrvBasMutexHolder, which refuses that.
     ORV_API OrvResult Acquire(int timeoutMs);
 
 protected:

@@ -39,6 +39,9 @@ public:
     /// Holds nothing from now on, without releasing: the hold is the calling thread's to release.
     ORV_API void DetachWithoutReleasing();
 
+    /// Whether a resource is held.
+    bool IsHeld() const { return held_; }
+
 private:
     OrvBasResource *resource_;
     bool held_;

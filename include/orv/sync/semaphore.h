@@ -25,7 +25,8 @@ public:
     /// ORV_E_INVALID_HANDLE when there is no semaphore here.
     ORV_API OrvResult Release(int count);
 
-    /// InternalWait. A success takes one off the count.
+    /// InternalWait, which succeeds at once for a semaphore that was never created. Any other success takes
+    /// one off the count.
     ORV_API OrvResult Wait(int timeoutMs);
 
 protected:

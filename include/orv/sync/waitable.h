@@ -61,6 +61,8 @@ public:
     /// any other negative number is read as unsigned. Forwards are followed to the end of their chain, which
     /// may have any length but no loop. Every Wait and Acquire of the derived classes is this operation.
     ///
+    /// A WAITABLE WITHOUT A RESOURCE COUNTS AS SIGNALLED: waiting on what was never created succeeds.
+    ///
     /// Returns 0 when the resource was signalled, and at once when there is none; ORV_S_ABANDONED when a
     /// mutex was acquired whose owner ended without releasing it; ORV_W_TIMEOUT (a failure) when the time
     /// elapsed; ORV_E_INVALID_ARGUMENT when a forward or self-waiting object is null; ORV_E_NOT_PROVIDED when

@@ -46,6 +46,7 @@
 #pragma once
 
 #include "orv/base.h"
+#include "orv/text/heap_buffer.h"
 #include "orv/text/string_ref.h"
 
 /// The pages.
@@ -117,6 +118,14 @@ ORV_API OrvResult OrvConvertMb2TString(wchar_t *target, uint32_t capacity, const
 ORV_API OrvResult OrvConvertMb2TString(_ORV_UTF16CHAR_STR &target, const char *source, OrvCodePage page,
                                        uint32_t count = OrvTerminated, uint32_t *requiredSize = nullptr);
 
+/// As OrvConvertMb2Utf16String, in place of the buffer's text; the buffer grows as needed. One pass over the
+/// source does for a result of at most 255 characters.
+///
+/// Results: see above, except ORV_E_BUFFER_TOO_SMALL, and ORV_E_OUT_OF_MEMORY. On failure the text is as it
+/// was, except when the platform's own conversion fails in the middle of a longer text: it is empty then.
+ORV_API OrvResult OrvConvertMb2TString(OrvUtf16CharHeapBuffer &target, const char *source, OrvCodePage page,
+                                       uint32_t count = OrvTerminated);
+
 /// As OrvGetUtf162MbStringSize.
 ORV_API OrvResult OrvGetT2MbStringSize(uint32_t &size, const wchar_t *source, OrvCodePage page,
                                        uint32_t count = OrvTerminated);
@@ -124,6 +133,10 @@ ORV_API OrvResult OrvGetT2MbStringSize(uint32_t &size, const wchar_t *source, Or
 /// As OrvConvertUtf162MbString.
 ORV_API OrvResult OrvConvertT2MbString(char *target, uint32_t capacity, const wchar_t *source,
                                        OrvCodePage page, uint32_t *size = nullptr,
+                                       uint32_t count = OrvTerminated);
+
+/// As OrvConvertUtf162MbString, in place of the buffer's text; otherwise as the form for a buffer above.
+ORV_API OrvResult OrvConvertT2MbString(OrvMbCharHeapBuffer &target, const wchar_t *source, OrvCodePage page,
                                        uint32_t count = OrvTerminated);
 
 // Native wide text and UTF-16 are the same, so these only measure and copy.

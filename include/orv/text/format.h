@@ -74,7 +74,8 @@ ORV_API OrvResult OrvFormatStringV(OrvCodePage codePage, _ORV_UTF16CHAR_STR &tar
 ORV_API OrvResult OrvFormatStringV(OrvCodePage codePage, OrvUtf16CharHeapBuffer &target,
                                    const wchar_t *format, va_list arguments);
 
-/// The same operation as the one above: it replaces the text, whatever its name says.
+/// THIS REPLACES THE BUFFER'S TEXT, whatever its name says: it is the same operation as the one above. To
+/// append, give it the buffer as a writable reference, OrvMakeMutableStringRef(buffer): that form appends.
 ORV_API OrvResult OrvAppendFormatStringV(OrvCodePage codePage, OrvUtf16CharHeapBuffer &target,
                                          const wchar_t *format, va_list arguments);
 
@@ -140,7 +141,8 @@ inline OrvResult OrvFormatString(OrvCodePage codePage, OrvUtf16CharHeapBuffer &t
     return result;
 }
 
-/// OrvAppendFormatStringV, with the arguments behind the format.
+/// OrvAppendFormatStringV, with the arguments behind the format. THIS REPLACES THE BUFFER'S TEXT; to append,
+/// give OrvMakeMutableStringRef(buffer) instead of the code page and the buffer.
 inline OrvResult OrvAppendFormatString(OrvCodePage codePage, OrvUtf16CharHeapBuffer &target,
                                        const wchar_t *format, ...)
 {

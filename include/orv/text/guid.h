@@ -13,6 +13,7 @@ struct _OrvGuid {
 
 static_assert(sizeof(_OrvGuid) == 16 && alignof(_OrvGuid) == 1, "fixed layout");
 
+/// GUIDs as text and back, and new ones.
 namespace OrvGuidUtils
 {
 

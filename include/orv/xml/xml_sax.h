@@ -37,14 +37,12 @@ enum OrvBasXmlSaxReason : uint32_t {
     /// It breaks the grammar, or its bytes are not in its encoding.
     OrvXmlNotWellFormed = 0,
     /// Its entities multiply: they stand for more than 8 MiB together with the bytes read so far, and for
-    /// more than 100
-    /// times these.
+    /// more than 100 times these.
     OrvXmlTooMuchExpansion = 1,
     /// More than 250,000 elements are open at once.
     OrvXmlTooDeep = 2,
-    /// More than 64 MiB (67,108,864 bytes) of one tag, comment, processing instruction, reference or literal,
-    /// without
-    /// its end. Text between tags and in CDATA sections may be of any length.
+    /// One tag, comment, processing instruction, reference or literal goes on for more than 64 MiB
+    /// (67,108,864 bytes). Text between tags and in CDATA sections may be of any length.
     OrvXmlTokenTooLong = 3,
 };
 

@@ -1,13 +1,14 @@
 // Writing XML forward only, without a tree.
 //
-//     OrvBasXmlWriter::Impl *writer = OrvBasXmlWriter::Impl::New(stream);
+//     OrvBasXmlWriter::Holder writer(stream);
+//     if (!writer)
+//         return ORV_E_OUT_OF_MEMORY;
 //     writer->WriteXmlDecl(L"1.0");
 //     writer->WriteStartElement(L"settings");
-//     writer->WriteAttribute(L"version", L"2");
+//     writer->WriteAttribute(L"version", 2);
 //     writer->WriteElement(L"name", L"value");
 //     writer->WriteEndElement();
-//     OrvResult result = writer->Flush();
-//     OrvBasXmlWriter::Impl::Delete(writer);
+//     return writer->Flush();
 //
 // The output is UTF-8. The caller keeps the order; the writer decides where a start tag ends, when an element
 // is empty, what is escaped, and where lines break. Names are written as they are. After the first failure of
@@ -16,6 +17,8 @@
 
 #pragma once
 
+#include <stdarg.h>
+
 #include "orv/stream/stream.h"
 #include "orv/text/string_ref.h"
 #include "orv/xml/line_end.h"
@@ -23,6 +26,7 @@
 /// The name that the writer stands under.
 struct OrvBasXmlWriter {
     class Impl;
+    class Holder;
 };
 
 /// Unless it says otherwise an operation returns 0 or the writer's first failure: what the stream returned,
@@ -79,6 +83,35 @@ public:
     /// Both, with the text between them.
     ORV_API OrvResult WriteAttribute(const Text &name, const Text &value);
 
+    /// An attribute with a number in decimal digits.
+    ORV_API OrvResult WriteAttribute(const Text &name, int64_t value);
+    ORV_API OrvResult WriteAttribute(const Text &name, uint64_t value);
+    OrvResult WriteAttribute(const Text &name, int value) { return WriteAttribute(name, int64_t{value}); }
+    OrvResult WriteAttribute(const Text &name, long value) { return WriteAttribute(name, int64_t{value}); }
+    OrvResult WriteAttribute(const Text &name, unsigned value)
+    {
+        return WriteAttribute(name, uint64_t{value});
+    }
+    OrvResult WriteAttribute(const Text &name, unsigned long value)
+    {
+        return WriteAttribute(name, uint64_t{value});
+    }
+
+    /// An attribute with text that the format engine makes (orv/text/format.h), escaped. Byte text is UTF-8.
+    /// Up to 255 characters take no memory. Returns also what formatting returns, ORV_E_OUT_OF_MEMORY among
+    /// it, and nothing is written.
+    ORV_API OrvResult WriteFormattedAttributeV(const Text &name, const wchar_t *format, va_list arguments);
+
+    /// WriteFormattedAttributeV, with the arguments behind the format.
+    OrvResult WriteFormattedAttribute(const Text &name, const wchar_t *format, ...)
+    {
+        va_list arguments;
+        va_start(arguments, format);
+        const OrvResult result = WriteFormattedAttributeV(name, format, arguments);
+        va_end(arguments);
+        return result;
+    }
+
     /// Writes text into an element or an attribute, escaped. An empty text writes nothing. Returns also
     /// ORV_E_NOT_PROVIDED where neither the declaration nor an element was written, which is no lasting
     /// failure.
@@ -103,4 +136,28 @@ public:
 protected:
     Impl() = default;
     ~Impl() = default;
+};
+
+/// Owns a writer until its scope ends: Impl::New and Impl::Delete.
+class OrvBasXmlWriter::Holder
+{
+public:
+    /// A writer to the stream, which must outlive the holder and is never closed. There is none when memory
+    /// runs out: test the holder before the first use.
+    explicit Holder(IOrvStream &stream) : writer_(Impl::New(stream)) {}
+    Holder(const Holder &) = delete;
+    Holder &operator=(const Holder &) = delete;
+
+    /// What was not flushed is lost.
+    ~Holder() { Impl::Delete(writer_); }
+
+    /// Whether there is a writer.
+    explicit operator bool() const { return writer_ != nullptr; }
+
+    /// The writer, which stays the holder's.
+    Impl *Get() const { return writer_; }
+    Impl *operator->() const { return writer_; }
+
+private:
+    Impl *writer_;
 };

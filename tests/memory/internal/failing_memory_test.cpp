@@ -170,6 +170,30 @@ OrvResult Decompress(const uint8_t (&in)[size], Level... level)
     return context.Decompress();
 }
 
+/// Two compressed streams in a row, there and back.
+template <typename Writer, typename Reader>
+OrvResult CompressAndDecompress()
+{
+    OrvBufferStream packed;
+    uint32_t count = 0;
+    for (int i = 0; i < 2; i++) {
+        Writer writer;
+        OrvResult result = writer.Create(packed);
+        if (OrvSucceeded(result))
+            result = writer.Write(kText, sizeof kText, count);
+        if (OrvSucceeded(result))
+            result = writer.Finish();
+        if (OrvFailed(result))
+            return result;
+    }
+    Reader reader;
+    uint8_t bytes[sizeof kText];
+    OrvResult result = reader.Create(packed);
+    while (OrvSucceeded(result))
+        result = reader.Read(bytes, sizeof bytes, count);
+    return result == ORV_E_END_OF_DATA ? reader.NextStream() : result;
+}
+
 OrvResult MakeThreadRecord()
 {
     OrvResult result = detail::CreateThreadRecordList();
@@ -218,6 +242,13 @@ const Operation<Buffer> kBufferOperations[] = {
          const wchar_t *path = L"\\con";
          return OrvBasPath::WinEliminateDosDeviceAliasPath(path, b);
      }},
+    {"convert bytes",
+     [](Buffer &b) {
+         char bytes[300];
+         __builtin_memset(bytes, 'x', sizeof bytes);
+         return OrvConvertMb2TString(b, bytes, OrvCodePageUtf8, sizeof bytes);
+     }},
+    {"hexadecimal digits", [](Buffer &b) { return OrvConvertBytes2HexString(b, kText, sizeof kText); }},
     {"environment", [](Buffer &b) { return OrvNtdll_RtlExpandEnvironmentStrings_T(kText, b); }},
 };
 
@@ -324,6 +355,21 @@ const Operation<> kOperations[] = {
                                                         OrvCodePageUtf8, nullptr, sizeof text);
          return OrvFailed(result) && target[0] != 7 ? kChanged : result;
      }},
+    {"long formatted attribute",
+     [] {
+         OrvBufferStream stream;
+         OrvBasXmlWriter::Holder writer(stream);
+         if (!writer)
+             return OrvResult(ORV_E_OUT_OF_MEMORY);
+         OrvResult result = writer->WriteStartElement(kText);
+         if (OrvSucceeded(result))
+             result = writer->WriteFormattedAttribute(kText, L"%0300d", 1);
+         return OrvFailed(writer->GetError()) ? OrvResult(kChanged) : result;
+     }},
+    {"compress to a stream",
+     [] { return CompressAndDecompress<OrvDeflateWriteStream, OrvInflateReadStream>(); }},
+    {"compress to a stream by bzip2",
+     [] { return CompressAndDecompress<OrvBZ2WriteStream, OrvBZ2ReadStream>(); }},
     {"file identity",
      [] {
          OrvFileId id = {{7}};
