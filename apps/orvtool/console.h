@@ -51,7 +51,7 @@ private:
     HANDLE handle_;
     bool isConsole_;
     bool isUtf16_ = false;
-    OrvResult result_ = 0;
+    OrvResult result_ = ORV_S_OK;
     uint32_t length_ = 0;
     wchar_t characters_[kCapacity];
 };
