@@ -3,6 +3,7 @@
 #pragma once
 
 #include "orv/base.h"
+#include "orv/flags.h"
 
 /// The predefined keys, valued as the platform's constants.
 enum OrvBasWinRegistryRootType : int32_t {
@@ -40,10 +41,7 @@ enum OrvWinRegistryRights : uint32_t {
 };
 
 /// The rights of both.
-constexpr OrvWinRegistryRights operator|(OrvWinRegistryRights a, OrvWinRegistryRights b)
-{
-    return static_cast<OrvWinRegistryRights>(static_cast<uint32_t>(a) | static_cast<uint32_t>(b));
-}
+ORV_COMBINABLE_FLAGS(OrvWinRegistryRights)
 
 /// What an account needs for hives.
 enum OrvBasWinRegistryPrivilege : uint32_t {

@@ -12,6 +12,7 @@
 #pragma once
 
 #include "orv/base.h"
+#include "orv/runtime/result.h"
 #include "orv/sync/interlocked.h"
 
 class OrvBasSparseLockManager;
@@ -38,7 +39,7 @@ public:
     /// entered, which the platform does not let happen, the claim to the lock stays.
     ORV_API ORV_ALWAYS_INLINE OrvResult Acquire(OrvBasSparseLockManager *manager)
     {
-        return _InterlockedCompareExchange(&contenders_, 1, 0) == 0 ? 0 : Contend(manager);
+        return _InterlockedCompareExchange(&contenders_, 1, 0) == 0 ? ORV_S_OK : Contend(manager);
     }
 
     /// Gives the lock back, which the calling thread must hold: to one of the threads that wait for it, if
@@ -49,7 +50,7 @@ public:
     /// of the manager as Acquire does, and then the calling thread still holds the lock.
     ORV_API ORV_ALWAYS_INLINE OrvResult Release(OrvBasSparseLockManager *manager)
     {
-        return _InterlockedCompareExchange(&contenders_, 0, 1) == 1 ? 0 : ReleaseContended(manager);
+        return _InterlockedCompareExchange(&contenders_, 0, 1) == 1 ? ORV_S_OK : ReleaseContended(manager);
     }
 
 private:

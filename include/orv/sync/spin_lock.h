@@ -8,6 +8,7 @@
 #pragma once
 
 #include "orv/base.h"
+#include "orv/runtime/result.h"
 #include "orv/sync/interlocked.h"
 
 /// The lock itself. All zeros is a free lock whose waiters yield the processor.
@@ -54,7 +55,7 @@ public:
         Release();
         spinLock_ = spinLock;
         held_ = true;
-        return 0;
+        return ORV_S_OK;
     }
 
     /// Gives back the lock that is held, if any.
