@@ -92,8 +92,8 @@ uint32_t EndOfName(const PathText &path, uint32_t start)
     return start;
 }
 
-/// The length of what is copied as it is. Behind "\\?\UNC\" that is the server and the share, too: no directory
-/// lists them.
+/// The length of what is copied as it is. Behind "\\?\UNC\" that is the server and the share, too: no
+/// directory lists them.
 uint32_t FixedLength(const PathText &path, Names names)
 {
     const uint32_t rootLength = OrvBasPath::GetPathRootLength(path.characters, path.length);

@@ -71,6 +71,7 @@ constexpr NTSTATUS STATUS_NOT_IMPLEMENTED = static_cast<NTSTATUS>(0xC0000002);
 constexpr NTSTATUS STATUS_INVALID_HANDLE = static_cast<NTSTATUS>(0xC0000008);
 constexpr NTSTATUS STATUS_INVALID_PARAMETER = static_cast<NTSTATUS>(0xC000000D);
 constexpr NTSTATUS STATUS_END_OF_FILE = static_cast<NTSTATUS>(0xC0000011);
+constexpr NTSTATUS STATUS_NO_MEMORY = static_cast<NTSTATUS>(0xC0000017);
 constexpr NTSTATUS STATUS_ACCESS_DENIED = static_cast<NTSTATUS>(0xC0000022);
 constexpr NTSTATUS STATUS_BUFFER_TOO_SMALL = static_cast<NTSTATUS>(0xC0000023);
 constexpr NTSTATUS STATUS_OBJECT_NAME_INVALID = static_cast<NTSTATUS>(0xC0000033);
@@ -322,7 +323,9 @@ struct RTL_USER_PROCESS_PARAMETERS {
 };
 
 struct PEB {
-    uint8_t Reserved1[0x10];
+    uint8_t Reserved1[8];
+    PVOID ImageBaseAddress;
+    PVOID Ldr;
     RTL_USER_PROCESS_PARAMETERS *ProcessParameters;
     PVOID SubSystemData;
     HANDLE ProcessHeap;

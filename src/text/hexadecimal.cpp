@@ -40,12 +40,12 @@ bool AreDigits(const wchar_t *text, uint32_t count)
     return count % 2 == 0;
 }
 
-void ReadDigits(uint8_t *target, const wchar_t *text, uint32_t count)
+void ReadDigits(uint8_t *target, const wchar_t *text, uint32_t byteCount)
 {
-    for (uint32_t i = 0; i < count; i += 2) {
-        const uint32_t high = detail::HexadecimalDigit(detail::LoadUnit(text + i));
-        *target++ =
-            static_cast<uint8_t>(high << 4 | detail::HexadecimalDigit(detail::LoadUnit(text + i + 1)));
+    for (uint32_t i = 0; i < byteCount; i++) {
+        const uint32_t high = detail::HexadecimalDigit(detail::LoadUnit(text + 2 * i));
+        const uint32_t low = detail::HexadecimalDigit(detail::LoadUnit(text + 2 * i + 1));
+        target[i] = static_cast<uint8_t>(high << 4 | low);
     }
 }
 
@@ -99,7 +99,7 @@ OrvResult OrvConvertHexString2Bytes(void *target, uint32_t capacity, const wchar
         *size = count / 2;
     if (count / 2 > (target ? capacity : 0))
         return ORV_E_BUFFER_TOO_SMALL;
-    ReadDigits(static_cast<uint8_t *>(target), text, count);
+    ReadDigits(static_cast<uint8_t *>(target), text, count / 2);
     return ORV_S_OK;
 }
 
@@ -110,6 +110,6 @@ OrvResult OrvConvertHexString2Bytes(IOrvBuffer<unsigned char> &target, const wch
         return ORV_E_INVALID_DATA;
     const OrvResult result = target.Resize(count / 2);
     if (OrvSucceeded(result))
-        ReadDigits(target.GetElements(), text, count);
+        ReadDigits(target.GetElements(), text, count / 2);
     return result;
 }

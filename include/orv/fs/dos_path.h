@@ -23,9 +23,9 @@ ORV_API OrvResult OrvNtdll_RtlDosPathNameToNtPathName_T(const wchar_t *dosPath,
                                                         OrvUtf16CharHeapBuffer &ntPath);
 
 /// The same, but in a path that starts at a root, as "\con" and "D:\con" do, no name is taken for a device's.
-/// A ".." at the root of a drive leads to that root. Behind "\\?\D:\" and "\\?\UNC\", where the platform takes
-/// the rest to the letter, "/" and doubled separators stand for one "\". A path of the native interface stays
-/// as it is.
+/// A ".." at the root of a drive leads to that root. Behind "\\?\D:\" and "\\?\UNC\", where the platform
+/// takes the rest to the letter, "/" and doubled separators stand for one "\". A path of the native interface
+/// stays as it is.
 ///
 /// Returns as the other form, and as OrvBasPath::WinEliminateDosDeviceAliasPath.
 ORV_API OrvResult OrvNtdll_RtlDosPathNameToNtPathName_T_EliminateDosDevice(const wchar_t *dosPath,
