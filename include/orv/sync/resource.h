@@ -19,8 +19,8 @@
 //     waiting readers are admitted together.
 //   - While a writer waits, a new reader waits too. A thread that already has a shared hold is not a new
 //     reader: it gets another one without waiting.
-//   - Only a release or a conversion admits a waiting reader. When the writer that made it wait times out,
-//     the reader continues to wait, although later readers are admitted at once.
+//   - Only a release or a conversion admits a waiting reader. When the writer that made it wait stops waiting
+//     itself, the reader continues to wait, although later readers are admitted at once.
 //   - A shared hold never becomes exclusive: such a request is refused at once, because two readers that made
 //     it would wait for each other. ConvertExclusiveToShared makes an exclusive hold shared.
 //
