@@ -73,8 +73,8 @@ ORV_API OrvResult OrvFormatStringV(OrvCodePage codePage, _ORV_UTF16CHAR_STR &tar
 
 /// Replaces the buffer's text; the buffer grows in doubling steps, from 256 characters on.
 ///
-/// Returns 0, ORV_E_OUT_OF_MEMORY or a failure to convert. The buffer is then as it was when it had no room
-/// to begin with, and otherwise empty.
+/// Returns 0, ORV_E_OUT_OF_MEMORY or a failure to convert. On failure the buffer is empty, or as it was when
+/// its first allocation failed.
 ORV_API OrvResult OrvFormatStringV(OrvCodePage codePage, OrvUtf16CharHeapBuffer &target,
                                    const wchar_t *format, va_list arguments);
 
