@@ -133,9 +133,9 @@ ORV_API OrvResult CombinePaths(const OrvMutableStringRefBase2<wchar_t> &out,
 /// with a separator. A separator at the start of `part` stays.
 ORV_API OrvResult AppendPath(OrvUtf16CharHeapBuffer &buffer, const wchar_t *part);
 
-/// The path with the extension of its name, if it has one, replaced by `extension`, which may be given with
-/// or without its ".": "a.txt" and "" give "a.". A path that ends with a separator or ":" stays as it is. For
-/// an empty path the output is not touched.
+/// The path with the last "." of its name and the text after it replaced by `extension`; a name without a "."
+/// gets it at its end. The extension may be given with or without its ".": "a.txt" and "" give "a.". A path
+/// that ends with a separator or ":" stays as it is. For an empty path the output is not touched.
 ORV_API OrvResult ChangeExtension(_ORV_UTF16CHAR_STR &out, const wchar_t *path, const wchar_t *extension,
                                   uint32_t pathLength = OrvTerminated,
                                   uint32_t extensionLength = OrvTerminated, unsigned int *required = nullptr);

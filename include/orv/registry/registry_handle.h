@@ -18,8 +18,9 @@
 // no separator at its start. The empty name is the key's default value. For names of more than 32,766
 // characters the result is ORV_E_INVALID_NAME.
 //
-// Operations that have a twin whose name ends in Transacted can work inside a kernel transaction. Where the
-// platform has no transactions, such a twin returns ORV_E_NOT_SUPPORTED, or false, and does nothing.
+// Some operations have a twin whose name ends in Transacted and which works inside a kernel transaction.
+// Where the platform has no transactions, such a twin returns ORV_E_NOT_SUPPORTED, or false, and does
+// nothing.
 //
 // A refusal by the platform is returned as its converted status, above all: ORV_E_FILE_NOT_FOUND when a key
 // or value does not exist; ORV_E_ACCESS_DENIED; ORV_E_INVALID_HANDLE when the key's handle was closed by

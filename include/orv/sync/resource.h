@@ -24,8 +24,8 @@
 //   - A shared hold never becomes exclusive: such a request is refused at once, because two readers that made
 //     it would wait for each other. ConvertExclusiveToShared makes an exclusive hold shared.
 //
-// So waiting writers and waiting readers take turns. Threads that wait own the resource before they wake:
-// they never compete for it. The kernel's event decides which of several waiting writers is next.
+// So waiting writers and waiting readers take turns. The resource is given to waiting threads before they
+// wake: they never compete for it. The kernel's event decides which of several waiting writers is next.
 //
 // Holds belong to threads. A thread may nest them, shared within exclusive too (that counts as another
 // exclusive hold), and must release each. If a thread ends with a hold, that hold is never released.

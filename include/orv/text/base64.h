@@ -47,7 +47,7 @@ ORV_API uint32_t OrvBase64DecodeNecessaryBufferCapacity(uint32_t charCount);
 /// ORV_E_NOT_PROVIDED for another mode; ORV_E_BUFFER_TOO_SMALL when the capacity is below
 /// OrvBase64DecodeNecessaryBufferCapacity, even if the bytes would fit; ORV_E_INVALID_ARGUMENT for a null
 /// `text` or `out`; ORV_E_INVALID_DATA for a character that is neither in the alphabet nor skipped, for a
-/// misplaced "=", for a character after a padded group that is not skipped, and for an incomplete last group.
+/// misplaced "=", for anything but skipped characters after a padded group, and for an incomplete last group.
 /// The groups before the fault are then decoded into `out`, and `outLength` is as it was.
 ORV_API OrvResult OrvBase64Decode(uint8_t *out, uint32_t outCapacity, const wchar_t *text, uint32_t charCount,
                                   uint32_t *outLength, OrvBase64Ignored mode);

@@ -59,8 +59,8 @@
 /// number of characters before the terminator.
 ///
 /// Returns 0; ORV_E_BUFFER_TOO_SMALL when the text does not fit: the array then holds as much as fits,
-/// terminated and counted; a failure to convert, and the array then holds the text before it in the same way;
-/// ORV_E_INVALID_ARGUMENT for a null array or a capacity of 0, and nothing is written.
+/// terminated and counted; a failure to convert: the array then holds the text before it, terminated and
+/// counted; ORV_E_INVALID_ARGUMENT for a null array or a capacity of 0, and nothing is written.
 ORV_API OrvResult OrvFormatStringV(OrvCodePage codePage, wchar_t *buffer, uint32_t capacity,
                                    const wchar_t *format, uint32_t *written, va_list arguments);
 ORV_API OrvResult OrvFormatStringV(OrvCodePage codePage, char *buffer, uint32_t capacity, const char *format,

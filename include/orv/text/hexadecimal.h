@@ -43,7 +43,7 @@ ORV_API OrvResult OrvConvertBytes2HexString(const OrvMutableStringRefBase2<wchar
 ORV_API OrvResult OrvConvertHexString2Bytes(void *target, uint32_t capacity, const wchar_t *text,
                                             uint32_t *size = nullptr, uint32_t count = OrvTerminated);
 
-/// Replaces the buffer's bytes by the same bytes. Returns 0; ORV_E_INVALID_DATA as above; the buffer's
-/// failure. On failure the bytes are as they were.
+/// Replaces the buffer's bytes by those that the digits give. Returns 0; ORV_E_INVALID_DATA as above; the
+/// buffer's failure. On failure the bytes are as they were.
 ORV_API OrvResult OrvConvertHexString2Bytes(IOrvBuffer<unsigned char> &target, const wchar_t *text,
                                             uint32_t count = OrvTerminated);

@@ -46,8 +46,8 @@ ORV_API OrvResult OrvCopyString(wchar_t *destination, uint32_t capacity, const w
 ORV_API OrvResult OrvCopyString(_ORV_UTF16CHAR_STR &destination, const wchar_t *source,
                                 uint32_t count = OrvTerminated, uint32_t *requiredSize = nullptr);
 
-/// Copies `count` characters that start at position `start` of the source. The start is not checked: `start +
-/// count` characters must be readable.
+/// Copies `count` characters that start at position `start` of the source. The start is not checked: the
+/// source must have at least `start + count` characters.
 ///
 /// ORV_E_INVALID_ARGUMENT: capacity 0, or a count that is greater than the source's length, as OrvTerminated
 /// always is. Otherwise as OrvCopyString.
@@ -85,7 +85,7 @@ ORV_API OrvResult OrvAppendString(_ORV_UTF16CHAR_STR &destination, const wchar_t
 
 /// By the unsigned bytes as they lie in memory. For UTF-16 text that is not the order of the code units,
 /// because the low byte comes first: U+0100 sorts before U+00FF. This order serves for tests of equality, and
-/// for sorting in any fixed order.
+/// for sorting where any fixed order will do.
 ORV_API int OrvCompareString(const char *a, const char *b, uint32_t lengthA = OrvTerminated,
                              uint32_t lengthB = OrvTerminated);
 ORV_API int OrvCompareString(const wchar_t *a, const wchar_t *b, uint32_t lengthA = OrvTerminated,
