@@ -112,12 +112,10 @@ ORV_API OrvResult GetDirectoryPathFromFilenamePath(const OrvMutableStringRefBase
 
 // Joining and changing. All return 0 or a failure that all forms share.
 
-/// Resolves `second` against the directory `first`:
-///
-/// - `second` itself, when it is absolute or `first` is empty;
-/// - when `second` starts at the root of a drive: the drive of `first`, then `second` ("D:\dir" and "\x" give
-///   "D:\x"); `second` itself, when `first` has no drive;
-/// - otherwise `first`, then `second`, with one "\" in between unless `first` ends with a separator.
+/// Resolves `second` against the directory `first`. When `second` is absolute or `first` is empty, the result
+/// is `second`. When `second` starts at the root of a drive, the result is the drive of `first`, then
+/// `second`: "D:\dir" and "\x" give "D:\x"; it is `second` alone when `first` has no drive. Otherwise it is
+/// `first`, then `second`, with one "\" in between unless `first` ends with a separator.
 ///
 /// A path is absolute when it is "D:" alone, starts with "D:\", or starts with two separators.
 ORV_API OrvResult CombinePaths(_ORV_UTF16CHAR_STR &out, const wchar_t *first, const wchar_t *second,
