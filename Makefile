@@ -16,7 +16,7 @@ help:
 	@echo 'make coverage what the tests on the host reach, as a summary and as HTML'
 	@echo 'make docs     the reference documentation, as HTML in build/docs/html'
 	@echo 'make install  DLL, import library, headers, pages, CMake package (PREFIX, DESTDIR)'
-	@echo 'make package  the same as a zip, in build/release/package'
+	@echo 'make package  the same as a zip, and a NuGet package, in build/release/package'
 	@echo 'make reference  docs/orvtool.md, out of what orvtool says'
 	@echo 'make clean    removes build/; the cache with the test platform stays'
 
@@ -66,7 +66,8 @@ install: build
 
 package: build
 	@cd build/release && cpack --config CPackConfig.cmake >cpack.log || { tail -n 20 cpack.log; exit 1; }
-	@ls build/release/package/*.zip
+	@tools/package_nuget.sh build/release build/release/package
+	@ls build/release/package/*.zip build/release/package/*.nupkg
 
 reference: build
 	@tools/orvtool_reference.sh build/release/bin/orvtool.exe >build/orvtool.md

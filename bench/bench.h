@@ -27,8 +27,8 @@ struct Benchmark {
 /// What a row says about itself.
 struct Row {
     const char *what;
-    uint32_t size; ///< shown behind it; 0 when it has none
-    const char *peer; ///< one that begins with "no peer" is shown in the table alone
+    uint32_t size;             ///< shown behind it; 0 when it has none
+    const char *peer;          ///< one that begins with "no peer" is shown in the table alone
     const char *how = nullptr; ///< tells the row from another one of the same operation
 };
 

@@ -31,14 +31,6 @@ void CheckEncode(const uint8_t *data, uint32_t count, uint32_t pick)
         REQUIRE(OrvBase64Encode(part, data, count) == ORV_E_BUFFER_TOO_SMALL && part.length == kUntouched);
     }
 
-    // In two pieces, the first a multiple of three, the text is the same.
-    const uint32_t cut = pick % (count / 3 + 1) * 3;
-    ExactArray<wchar_t> appended(capacity);
-    _ORV_UTF16CHAR_STR pieces = {0, capacity, appended};
-    REQUIRE(OrvBase64Encode(pieces, data, cut) == ORV_S_OK);
-    REQUIRE(OrvBase64EncodeAppend(pieces, data + cut, count - cut) == ORV_S_OK);
-    REQUIRE(pieces.length == encoded.length && memcmp(appended, text, capacity * sizeof(wchar_t)) == 0);
-
     const uint32_t room = OrvBase64DecodeNecessaryBufferCapacity(encoded.length);
     ExactArray<uint8_t> decoded(room);
     uint32_t length = kUntouched;

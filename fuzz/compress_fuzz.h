@@ -6,34 +6,13 @@
 
 #include "fuzz.h"
 
+#include "compress/pump.h"
 #include "orv/compress/decompressing_stream.h"
-#include "orv/runtime/result.h"
 #include "orv/stream/memory_stream.h"
 
-/// Bytes that grow up to a limit, so that a stream that unpacks to a multitude ends early.
-class Output
-{
-public:
-    static constexpr uint32_t kLimit = 0x40000;
+using test::Collected;
 
-    Output() : bytes_(kLimit) {}
-
-    uint32_t Room() const { return kLimit - size_; }
-    uint32_t Size() const { return size_; }
-    uint8_t *Bytes() { return bytes_; }
-
-    void Append(const uint8_t *bytes, uint32_t count)
-    {
-        memcpy(bytes_ + size_, bytes, count);
-        size_ += count;
-    }
-
-private:
-    ExactArray<uint8_t> bytes_;
-    uint32_t size_ = 0;
-};
-
-/// The sizes of pieces: all is one piece, or small ones of changing sizes.
+/// All is one piece, or there are small ones of changing sizes, each in an array of its own size.
 class Pieces
 {
 public:
@@ -49,48 +28,22 @@ public:
         return size < left ? size : left;
     }
 
+    static ExactArray<uint8_t> In(const uint8_t *bytes, uint32_t count) { return {bytes, count}; }
+    static ExactArray<uint8_t> Out(uint32_t count) { return ExactArray<uint8_t>(count); }
+
 private:
     uint32_t state_;
 };
 
-/// Hands the input over and collects the output, each piece in an array of its own size. `finish` may be
-/// null. Returns ORV_S_END_OF_DATA at the end of the stream; another code at a fault in it, or when all of
-/// the input or room was used up before.
-template <typename Context>
-OrvResult Pump(Context &context, const uint8_t *in, uint32_t size, Output &out, Pieces pieces,
-               OrvResult (Context::*step)(), OrvResult (Context::*finish)())
-{
-    for (uint32_t taken = 0;;) {
-        const uint32_t given = pieces.Next(size - taken);
-        const uint32_t room = pieces.Next(out.Room());
-        ExactArray<uint8_t> from(in + taken, given);
-        ExactArray<uint8_t> to(room);
-        context.SetNextIn(from);
-        context.SetAvailIn(given);
-        context.SetNextOut(to);
-        context.SetAvailOut(room);
-        const OrvResult result = given == 0 && finish ? (context.*finish)() : (context.*step)();
-        const uint32_t consumed = given - context.GetAvailIn();
-        const uint32_t produced = room - context.GetAvailOut();
-        REQUIRE(consumed <= given && produced <= room);
-        REQUIRE(context.GetNextIn() == from + consumed && context.GetNextOut() == to + produced);
-        taken += consumed;
-        out.Append(to, produced);
-        REQUIRE(result == ORV_S_OK || result == ORV_S_END_OF_DATA || result == ORV_E_NOT_PRODUCED);
-        if (out.Room() == 0)
-            return ORV_S_OK;
-        if (result != ORV_S_OK || (given == 0 && produced == 0 && !finish))
-            return result;
-    }
-}
-
 template <typename Format>
-OrvResult Unpack(const uint8_t *in, uint32_t size, Output &out, Pieces pieces)
+OrvResult Unpack(const uint8_t *in, uint32_t size, Collected &out, Pieces pieces)
 {
     typedef typename Format::Context Context;
     Context context;
     REQUIRE(Format::StartUnpacking(context) == ORV_S_OK);
-    const OrvResult result = Pump<Context>(context, in, size, out, pieces, &Context::Decompress, nullptr);
+    const OrvResult result =
+        test::Pump<Context>(context, in, size, out, pieces, &Context::Decompress, nullptr);
+    REQUIRE(result == ORV_S_OK || result == ORV_S_END_OF_DATA || result == ORV_E_NOT_PRODUCED);
     REQUIRE(result != ORV_S_END_OF_DATA || context.IsFinished());
     REQUIRE(context.Destroy() == ORV_S_OK);
     return result;
@@ -119,27 +72,29 @@ private:
 
 /// The stream classes give what the context gives, in whatever pieces.
 template <typename Format>
-void CheckReadStream(const uint8_t *in, uint32_t size, uint32_t seed, Output &whole, bool hasEnded)
+void CheckReadStream(const uint8_t *in, uint32_t size, uint32_t seed, const Collected &whole, bool hasEnded)
 {
     PiecewiseStream packed(seed);
     uint32_t count = 0;
     REQUIRE(packed.buffer.Write(in, size, count) == ORV_S_OK);
     typename Format::Reader reader;
     REQUIRE(Format::Create(reader, packed) == ORV_S_OK);
-    Output out;
+    static Collected out;
+    out.size = 0;
     Pieces pieces(seed * 5);
     OrvResult result = ORV_S_OK;
-    while (OrvSucceeded(result) && out.Room()) {
-        const uint32_t room = pieces.Next(out.Room());
+    while (OrvSucceeded(result) && out.size < Collected::kRoom) {
+        const uint32_t room = pieces.Next(Collected::kRoom - out.size);
         ExactArray<uint8_t> bytes(room);
         result = reader.Read(bytes, room, count);
         REQUIRE(OrvFailed(result) ? count == 0 : count > 0 && count <= room);
-        out.Append(bytes, count);
+        memcpy(out.data + out.size, bytes, count);
+        out.size += count;
     }
     REQUIRE(OrvSucceeded(result) || result == (hasEnded ? ORV_E_END_OF_DATA : ORV_E_NOT_PRODUCED));
-    const uint32_t common = whole.Size() < out.Size() ? whole.Size() : out.Size();
-    REQUIRE(!hasEnded || whole.Size() == out.Size());
-    REQUIRE(memcmp(whole.Bytes(), out.Bytes(), common) == 0);
+    const uint32_t common = whole.size < out.size ? whole.size : out.size;
+    REQUIRE(!hasEnded || whole.size == out.size);
+    REQUIRE(memcmp(whole.data, out.data, common) == 0);
 }
 
 template <typename Format>
@@ -158,23 +113,23 @@ void CheckWriteStream(const uint8_t *source, uint32_t size, uint32_t seed)
         taken += given;
     }
     REQUIRE(writer.Finish() == ORV_S_OK);
-    Output unpacked;
+    static Collected unpacked;
     REQUIRE(Unpack<Format>(packed.buffer.GetBytes(), packed.buffer.GetLength(), unpacked, Pieces(0)) ==
             ORV_S_END_OF_DATA);
-    REQUIRE(unpacked.Size() == size && memcmp(unpacked.Bytes(), source, size) == 0);
+    REQUIRE(unpacked.size == size && memcmp(unpacked.data, source, size) == 0);
 }
 
 template <typename Format>
 void CheckStream(const uint8_t *in, uint32_t size, uint32_t seed)
 {
-    Output whole;
-    Output parts;
+    static Collected whole;
+    static Collected parts;
     const bool hasEnded = Unpack<Format>(in, size, whole, Pieces(0)) == ORV_S_END_OF_DATA;
     REQUIRE((Unpack<Format>(in, size, parts, Pieces(seed)) == ORV_S_END_OF_DATA) == hasEnded);
     // Where a fault ends both, one may have gone on for longer.
-    const uint32_t common = whole.Size() < parts.Size() ? whole.Size() : parts.Size();
-    REQUIRE(!hasEnded || whole.Size() == parts.Size());
-    REQUIRE(memcmp(whole.Bytes(), parts.Bytes(), common) == 0);
+    const uint32_t common = whole.size < parts.size ? whole.size : parts.size;
+    REQUIRE(!hasEnded || whole.size == parts.size);
+    REQUIRE(memcmp(whole.data, parts.data, common) == 0);
     CheckReadStream<Format>(in, size, seed, whole, hasEnded);
 }
 
@@ -182,24 +137,25 @@ template <typename Format>
 void CheckRoundTrip(const uint8_t *source, uint32_t size, uint32_t level, uint32_t seed)
 {
     typedef typename Format::Context Context;
-    Output packed;
+    static Collected packed;
     Context context;
     REQUIRE(Format::StartPacking(context, level) == ORV_S_OK);
-    REQUIRE(Pump<Context>(context, source, size, packed, Pieces(seed), &Context::Compress,
-                          &Context::CompressFinish) == ORV_S_END_OF_DATA);
+    REQUIRE(test::Pump<Context>(context, source, size, packed, Pieces(seed), &Context::Compress,
+                                &Context::CompressFinish) == ORV_S_END_OF_DATA);
     REQUIRE(context.Destroy() == ORV_S_OK);
-    Output unpacked;
-    REQUIRE(Unpack<Format>(packed.Bytes(), packed.Size(), unpacked, Pieces(seed * 3)) == ORV_S_END_OF_DATA);
-    REQUIRE(unpacked.Size() == size && memcmp(unpacked.Bytes(), source, size) == 0);
-
+    static Collected unpacked;
+    REQUIRE(Unpack<Format>(packed.data, packed.size, unpacked, Pieces(seed * 3)) == ORV_S_END_OF_DATA);
+    REQUIRE(unpacked.size == size && memcmp(unpacked.data, source, size) == 0);
+    // Cut off, it has no end.
+    REQUIRE(Unpack<Format>(packed.data, seed % packed.size, unpacked, Pieces(0)) != ORV_S_END_OF_DATA);
     CheckWriteStream<Format>(source, size, seed);
-    const uint32_t wrong = seed % (packed.Size() * 8);
-    packed.Bytes()[wrong / 8] ^= 1 << wrong % 8;
-    CheckStream<Format>(packed.Bytes(), packed.Size(), seed);
-    Output damaged;
-    if (Unpack<Format>(packed.Bytes(), packed.Size(), damaged, Pieces(0)) == ORV_S_END_OF_DATA &&
+    const uint32_t wrong = seed % (packed.size * 8);
+    packed.data[wrong / 8] ^= 1 << wrong % 8;
+    CheckStream<Format>(packed.data, packed.size, seed);
+    static Collected damaged;
+    if (Unpack<Format>(packed.data, packed.size, damaged, Pieces(0)) == ORV_S_END_OF_DATA &&
         Format::kHasChecksum)
-        REQUIRE(damaged.Size() == size && memcmp(damaged.Bytes(), source, size) == 0);
+        REQUIRE(damaged.size == size && memcmp(damaged.data, source, size) == 0);
 }
 
 /// One input: the first byte says what is done with the rest.

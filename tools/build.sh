@@ -4,7 +4,7 @@ set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 # A build folder keeps to the LLVM and the flags that it was configured with: with others it starts anew.
-configuration() { tools/llvm.sh clang-cl clang && cksum CMakePresets.json cmake/i686-windows.cmake cmake/host.cmake; }
+configuration() { tools/llvm.sh clang-cl clang && cksum CMakePresets.json cmake/toolchain.cmake cmake/i686-windows.cmake cmake/host.cmake; }
 
 cd "$root"
 case " $* " in

@@ -20,6 +20,9 @@
       of the sources and the functions that may be called through pointers
   check_binaries.py natvis CLANG_CL INCLUDE NATVIS
       every expression that the debugger is to evaluate compiles within the type that it is for
+  check_binaries.py start_code READOBJ LIBRARY
+      every member of the library of start code is an object of the platform, for 32-bit x86 and fit for /safeseh, asks for
+      no default library, and its code was made by the compiler, not left to the linker
   check_binaries.py version HEADER MODULE...
       the modules' version resources are those of the header
 
@@ -205,6 +208,24 @@ def natvis(clang_cl, include, path):
         ["nothing was compiled"] if compiled.returncode else [])
 
 
+def start_code(readobj, library):
+    members = re.split(r"^File: ", run(readobj, "--file-headers", "--symbols", "--coff-directives", "--sections", library),
+                       flags=re.M)[1:]
+    faults = [] if len(members) > 5 else [f"has {len(members)} members"]
+    for member in members:
+        name = member.splitlines()[0]
+        if "Format: COFF-i386" not in member:
+            faults.append(f"{name} is no object of the platform")
+        if re.search("defaultlib", member, re.I):
+            faults.append(f"{name} asks for a library")
+        marker = re.search(r"Name: @feat\.00\n\s+Value: (\d+)", member)
+        if not marker or not int(marker[1]) & 1:
+            faults.append(f"{name} is not fit for /safeseh")
+        if ".llvmbc" in member:
+            faults.append(f"{name} has bitcode")
+    return faults
+
+
 def version(header, *modules):
     wanted = [int(number) for number in re.findall(r"OrvVersion\w+ = (\d+)", pathlib.Path(header).read_text())]
     faults = [] if len(wanted) == 3 and modules else ["no version, or no module"]
@@ -230,4 +251,4 @@ def number_of(text, field):
 
 
 if __name__ == "__main__":
-    checks.main(__doc__, imports, oldest, exports, headers, initialisers, size, hardening, natvis, version)
+    checks.main(__doc__, imports, oldest, exports, headers, initialisers, size, hardening, natvis, start_code, version)

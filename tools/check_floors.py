@@ -28,6 +28,7 @@ FLOORS = {
     "fs": ". nt crt runtime text security sync time hash random",
     "shm": ". nt crt runtime text security sync",
     "registry": ". nt crt runtime text security sync env thread fs",
+    "program": ". nt crt runtime text",
     "startup": ". nt crt runtime text sync env random thread",
 }
 

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# The package is what the installation lays out, file by file, and has the licence of each library inside and a bill of
+# The zip is what the installation lays out, file by file, and has the licence of each library inside and a bill of
 # materials that names the versions that were built: check_package.sh BUILD-FOLDER
-# That programs can be built with it, the commands of the README show.
+# The NuGet package is made twice and checked.
+# That programs can be built with the installation, the commands of the README show.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -16,6 +17,11 @@ trap 'rm -rf "$work"' EXIT
     tail -n 20 "$work/log"
     fail 'the package is not what is installed' 'the reason stands above'
 }
+
+for folder in one two; do
+    "$root/tools/package_nuget.sh" "$1" "$work/$folder"
+done
+cmp "$work"/one/*.nupkg "$work"/two/*.nupkg || fail 'a second NuGet package differs' 'see tools/nuget.py'
 
 . "$(dirname "${BASH_SOURCE[0]}")/source_packages.sh"
 installed=$work/installed/share

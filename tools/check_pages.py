@@ -9,6 +9,9 @@
   check_pages.py commands BUILD
       each command in a page does what the page says: blocks marked `sh` are run, in one folder for each page that
       looks like this repository with BUILD in it as build/release; what a page says to put into a file stands there
+  check_pages.py installed BUILD
+      from a fresh installation alone, with the compiler's line of the README, each program that a page of the guide shows
+      builds and prints what the page says, and so do the programs in tests/program
   check_pages.py layouts CLANG_CL READOBJ MODULE
       the tables of docs/abi.md say what the compiler says, and the module exports the names that stand there
 
@@ -86,8 +89,6 @@ def programs(folder):
         faults += [difference(f"{page.name}: {block.file}", (EXAMPLES / block.file).read_text(), block.text)] \
             if (EXAMPLES / block.file).read_text() != block.text else []
         program = pathlib.Path(block.file).stem
-        if program == "example":
-            continue
         actual = output_of(program, folder)
         wanted = printed.text if printed else ""
         faults += [difference(f"what {program} prints", wanted, actual)] if wanted != actual else []
@@ -121,7 +122,7 @@ ELSEWHERE = {
 # What make does once everything is built: a build inside the build under test must not start another one.
 STANDS_FOR = [(r"^make install PREFIX=(\S+)$", r'cmake --install build/release --prefix "\1" >/dev/null')]
 # Blocks of these kinds hold no commands.
-NO_COMMANDS = {"cpp", "cmake", "text"}
+NO_COMMANDS = {"bat", "cpp", "cmake", "text"}
 
 
 def pages():
@@ -182,6 +183,47 @@ def run_commands(where, block, following, folder, environment):
     if following and following.is_output and following.text != text:
         return [difference(f"what {where} prints", following.text, text)]
     return []
+
+
+# The installation.
+
+# What a program of tests/program is compiled and linked with beside the README's line, its arguments, how it ends and
+# what it prints. vectorcall asks for SSE.
+START = ["two words", "", '\\"'], 42, "abcCBA, 0 faults\n"
+PROGRAMS = [
+    ("start_program", "/Od -msse2", "", *START),
+    ("start_program", "/O2 -msse2 /guard:cf", "/guard:cf", *START),
+    ("native_program", "/O2", "/entry:DenormalisedEntry", ["a b"], 2, "[a b]"),
+    ("native_program", "/Od", "/entry:BareEntry", ["ignored"], 1, "[by the image]"),
+]
+
+
+def installed(build):
+    line = next(block.text for block in blocks_of(ROOT / "README.md") if block.text.startswith('"$(tools/llvm.sh clang-cl)"'))
+    shown = [(block.file.removesuffix(".cpp"), block.text, "", "", [], 0, printed.text if printed else "")
+             for _, block, printed in shown_programs()]
+    ours = [(name, (ROOT / f"tests/program/{name}.cpp").read_text(), *rest) for name, *rest in PROGRAMS]
+    faults = []
+    with tempfile.TemporaryDirectory(prefix="a user ") as folder:
+        first = look_like_users(pathlib.Path(folder), build)
+        for name, text, options, link_options, arguments, wanted_code, wanted in [*shown, *ours]:
+            (first / "first.cpp").write_text(text)
+            command = line.replace("/W4", f"/W4 /WX {options}").replace("/link", f"/link {link_options}")
+            code, said = run(command, folder, shell=True)
+            if code == 0:
+                code, said = run([str(ROOT / "tools/run_wine.sh"), "first.exe", *arguments], first)
+            if (code, said.replace("\r", "")) != (wanted_code, wanted):
+                faults.append(f"{name} {options}, built from the installation, ended with {code}:\n{said}")
+    return faults + ([] if shown else ["no program"])
+
+
+def look_like_users(folder, build):
+    """An empty folder but for an installation and the script that finds the compiler. Returns the program's folder."""
+    run(["cmake", "--install", str(pathlib.Path(build).resolve()), "--prefix", str(folder / "orv")], folder)
+    (folder / "tools").symlink_to(ROOT / "tools")
+    (folder / "first").mkdir()
+    (folder / "first/orvsys.dll").symlink_to(folder / "orv/bin/orvsys.dll")
+    return folder / "first"
 
 
 # The binary interface.
@@ -256,4 +298,4 @@ def check_complete(text):
 
 
 if __name__ == "__main__":
-    checks.main(__doc__, programs, update, commands, layouts)
+    checks.main(__doc__, programs, update, commands, installed, layouts)

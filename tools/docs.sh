@@ -13,10 +13,17 @@ tools/check_links.py markdown . >&2 || fail 'links lead nowhere' 'they stand abo
 tools/doc_headers.py include build/docs/include
 tools/doc_pages.py . build/docs/pages build/docs/html
 version=$(sed -n 's/.*OrvVersion[A-Z][a-z]* = \([0-9]*\);/\1/p' include/orv/version.h | paste -sd.)
-printf '@INCLUDE = docs/Doxyfile\nPROJECT_NUMBER = %s\n' "$version" | doxygen - 2>build/docs/warnings ||
-    fail 'Doxygen failed' "see build/docs/warnings"
+# Doxygen loses its way in folders whose names have blanks, so it works in another one.
+work=$(mktemp -d /tmp/orvsys.XXXXXX)
+trap 'rm -rf "$work"' EXIT
+cp -R docs "$work"
+mkdir "$work/build"
+cp -R build/docs "$work/build/docs"
+printf '@INCLUDE = docs/Doxyfile\nPROJECT_NUMBER = %s\n' "$version" |
+    (cd "$work" && doxygen -) 2>build/docs/warnings || fail 'Doxygen failed' 'see build/docs/warnings'
+cp -R "$work/build/docs/html" build/docs/
 if [ -s build/docs/warnings ]; then
-    sed "s,^$root/,,; s,^build/docs/,," build/docs/warnings >&2
+    sed "s,^$work/,,; s,^build/docs/,," build/docs/warnings >&2
     fail 'the documentation has gaps' 'they stand above'
 fi
 tools/doc_menu.py build/docs/html

@@ -20,7 +20,7 @@ wine8) suite=bookworm ;;
 *) fail "there is no platform '$ORV_PLATFORM'" 'say wine10 or wine8' ;;
 esac
 packages='wine32 wine libwine libc6 libgcc-s1 libunwind8 liblzma5 libz-mingw-w64'
-folder=$cache/wine-$suite-1
+folder=$cache/wine-$suite-2
 wine=$folder/usr/lib/wine/wine
 
 if [ -e "$folder/complete" ]; then
@@ -55,12 +55,13 @@ done
 rm -rf "$downloads"
 
 # Four mends make the tree relocatable: its own dynamic loader and libraries, a wineserver under the name that
-# Wine looks for, its data files where Wine looks for them, and a zlib1.dll that Wine takes for one of its own.
+# Wine looks for, its data files where Wine looks for them, and a zlib1.dll that Wine takes for one of its own. The path
+# of the libraries also holds for what they load themselves (--force-rpath): the system may have no 32-bit ones.
 libraries=$folder/usr/lib/i386-linux-gnu
 loader=$(find "$folder" -name 'ld-linux.so.2' | head -n 1)
 [ -n "$loader" ] || fail 'the downloaded C library has no loader' "remove $cache and try again"
 for program in wine wineserver32; do
-    patchelf --set-interpreter "$loader" --set-rpath "$libraries:$folder/lib/i386-linux-gnu" \
+    patchelf --set-interpreter "$loader" --force-rpath --set-rpath "$libraries:$folder/lib/i386-linux-gnu" \
         "$folder/usr/lib/wine/$program"
 done
 ln -sf wineserver32 "$folder/usr/lib/wine/wineserver"

@@ -49,6 +49,7 @@ is 0 "orvsys: Wine did not start (wine: chdir to /tmp/wine-x); * $odd/prefix.fir
 is 0 'wine: chdir to *' cat "$odd/prefix.first.log"
 is 1 '*orvsys: Wine does not start (it says nothing): see *' \
     env ORV_WINE=/bin/false ORV_WINEPREFIX="$work/never" "$root/tools/wine_session.sh" prepare
+is 2 '*' ls "$work/never" # a prefix that is not finished is removed
 
 is 0 '5 0x5' number env TMPDIR=/tmp
 is 0 '5 0x5' number env TMPDIR="$odd"

@@ -13,63 +13,8 @@ failed=0
 # What orvtool said on standard error, without what Wine says there.
 said() { grep -aE '^(orvtool|[^ ]*: byte )' "$work/error" | tr -d '\r' || true; }
 
-# is CODE INPUT OUTPUT ARGUMENT...: orvtool, given INPUT, prints OUTPUT and ends with CODE. INPUT and OUTPUT may have
-# escapes of printf; what orvtool says on standard error stands behind what it prints.
-is() {
-    local code=0 expected=$1
-    printf '%b' "$2" >"$work/in"
-    printf '%b' "$3" >"$work/expected"
-    shift 3
-    "$root/tools/run_wine.sh" "$tool" "$@" <"$work/in" >"$work/out" 2>"$work/error" || code=$?
-    said >>"$work/out"
-    if [ "$code" -eq "$expected" ] && cmp -s "$work/out" "$work/expected"; then
-        passed=$((passed + 1))
-        return
-    fi
-    failed=$((failed + 1))
-    printf 'orvtool %s: exit code %s, not %s, or another output:\n' "$*" "$code" "$expected"
-    diff -a "$work/expected" "$work/out" || true
-}
-
-# like CODE PATTERN ARGUMENT...: the same where only a pattern for the whole standard output can be given: an extended
-# regular expression, with blanks for line ends.
-like() {
-    local code=0 expected=$1 pattern=$2
-    shift 2
-    "$root/tools/run_wine.sh" "$tool" "$@" </dev/null >"$work/out" 2>/dev/null || code=$?
-    if [ "$code" -eq "$expected" ] && [[ $(tr '\n' ' ' <"$work/out") =~ ^($pattern)$ ]]; then
-        passed=$((passed + 1))
-        return
-    fi
-    failed=$((failed + 1))
-    printf 'orvtool %s: exit code %s, not %s, or no match: %s\n' "$*" "$code" "$expected" "$(cat "$work/out")"
-}
-
-# says TEXT ARGUMENT...: ends with exit code 1 and says just that, whatever it prints.
-says() {
-    local code=0 expected=$1
-    shift
-    run "$@" >/dev/null 2>&1 || code=$?
-    if [ "$code" -eq 1 ] && [ "$(said)" = "$expected" ]; then
-        passed=$((passed + 1))
-        return
-    fi
-    failed=$((failed + 1))
-    printf 'orvtool %s: exit code %s, or it said: %s\n' "$*" "$code" "$(said)"
-}
-
-# same WORDS FILE FILE: both hold the same bytes.
-same() {
-    if cmp "$2" "$3"; then
-        passed=$((passed + 1))
-        return
-    fi
-    failed=$((failed + 1))
-    printf '%s: the bytes differ\n' "$1"
-}
-
-# holds WORDS COMMAND...: the command succeeds.
-holds() {
+# judge WORDS COMMAND...: the case of those words passed if the command succeeds.
+judge() {
     if "${@:2}"; then
         passed=$((passed + 1))
         return
@@ -78,12 +23,52 @@ holds() {
     printf '%s: it is not so\n' "$1"
 }
 
-# run ARGUMENT...: orvtool with the streams that it is given.
-run() {
-    "$root/tools/run_wine.sh" "$tool" "$@" 2>"$work/error" && return
-    printf 'orvtool %s failed: %s\n' "$*" "$(said)" >&2
-    return 1
+# call ARGUMENT...: runs orvtool with the streams that it is given; its exit code is in $code.
+call() {
+    code=0
+    "$root/tools/run_wine.sh" "$tool" "$@" 2>"$work/error" || code=$?
 }
+
+# run ARGUMENT...: the same where it has to succeed.
+run() {
+    call "$@"
+    [ "$code" -eq 0 ] || printf 'orvtool %s failed: %s\n' "$*" "$(said)" >&2
+    return "$code"
+}
+
+# is CODE INPUT OUTPUT ARGUMENT...: orvtool, given INPUT, prints OUTPUT and ends with CODE. INPUT and OUTPUT may have
+# escapes of printf; what orvtool says on standard error stands behind what it prints.
+is() {
+    local expected=$1
+    printf '%b' "$2" >"$work/in"
+    printf '%b' "$3exit code $expected\n" >"$work/expected"
+    shift 3
+    call "$@" <"$work/in" >"$work/out"
+    (said && printf 'exit code %s\n' "$code") >>"$work/out"
+    judge "orvtool $*" diff -a "$work/expected" "$work/out"
+}
+
+# like CODE PATTERN ARGUMENT...: the same where only a pattern for the whole standard output can be given: an extended
+# regular expression, with blanks for line ends.
+like() {
+    local expected=$1 pattern=$2
+    shift 2
+    call "$@" </dev/null >"$work/out"
+    judge "orvtool $*: exit code $code, not $expected, or no match: $(cat "$work/out")" \
+        matches "$expected" "$(tr '\n' ' ' <"$work/out")" "$pattern"
+}
+matches() { [ "$code" -eq "$1" ] && [[ $2 =~ ^($3)$ ]]; }
+
+# says TEXT ARGUMENT...: ends with exit code 1 and says just that, whatever it prints.
+says() {
+    local expected=$1
+    shift
+    call "$@" >/dev/null
+    judge "orvtool $*: exit code $code, or it said: $(said)" [ "$code $(said)" = "1 $expected" ]
+}
+
+# same WORDS FILE FILE: both hold the same bytes.
+same() { judge "$1" cmp "$2" "$3"; }
 
 have() { command -v "$1" >/dev/null; }
 
@@ -94,90 +79,42 @@ repeat() { # repeat TEXT TIMES
 
 see() { printf "See 'orvtool %s --help'.\\\\n" "$1"; }
 
-# full ARGUMENT...: what is printed finds no room.
-full() {
-    local code=0
-    "$root/tools/run_wine.sh" "$tool" "$@" >/dev/full 2>"$work/error" </dev/null || code=$?
-    if [ "$code" -eq 1 ] &&
-        [ "$(said)" = 'orvtool: writing to standard output failed: 0xE0010097 (ORV_E_DISK_FULL)' ]; then
-        passed=$((passed + 1))
-        return
-    fi
-    failed=$((failed + 1))
-    printf 'orvtool %s >/dev/full: exit code %s, and it said: %s\n' "$*" "$code" "$(said)"
-}
-
 printf 'foo' >"$work/file"
 declaration='<?xml version="1.0" encoding="utf-8"?>\n'
 
-is 0 '' '\n' base64
-is 0 'f' 'Zg==\n' base64
 is 0 '\x00\xff\x10' 'AP8Q\n' base64 -
 is 0 '' 'Zm9v\n' base64 "$work/file"
 is 0 "$(repeat foo 3000)" "$(repeat Zm9v 3000)\n" base64
 is 1 '' "orvtool base64: opening '$work/none' failed: 0xE001003D (ORV_E_FILE_NOT_FOUND)\n" base64 "$work/none"
 is 0 'AP8Q' '\x00\xff\x10' base64 -d
-is 0 ' Zm\r\n9v\tZg==\n' 'foof' base64 --decode
-is 0 "$(repeat Zm9v 3000)\n" "$(repeat foo 3000)" base64 -d
-is 0 'Zm9v' 'foo' base64 -d --strict
 is 1 'Zm9v\n' 'fooorvtool base64: this is no Base64 at offset 4\n' base64 -d --strict
-is 1 'Zm 9v!Zm9v' 'fooorvtool base64: this is no Base64 at offset 5\n' base64 -d
-is 1 'Zg==\nZg==' 'forvtool base64: this is no Base64 at offset 5\n' base64 -d
-is 1 'Zm9vZ===' 'fooorvtool base64: this is no Base64 at offset 5\n' base64 -d
-is 1 'Zm9vZg=x' 'fooorvtool base64: this is no Base64 at offset 7\n' base64 -d
-is 1 '\xe9' 'orvtool base64: this is no Base64 at offset 0\n' base64 -d
 is 1 'Zm9vZg' 'fooorvtool base64: the text ends inside a group at offset 6\n' base64 -d
-is 2 '' "orvtool base64: there is no option '-x'. $(see base64)" base64 -x
-is 2 '' "orvtool base64: one argument too many: 'b'. $(see base64)" base64 a b
 
 guid='[0-9a-f]{8}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{4}-[0-9a-f]{12} '
-like 0 "$guid" guid
 like 0 "($guid){3}" guid -n 3
 like 0 '([0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12} ){2}' guid --random -n 2
-like 0 '' guid -n 0
-like 2 '' guid -n
-like 2 '' guid 5
 
 is 0 '' 'abc\nabbc\n' match 'a*c' abc ac.d abbc
-is 0 '' 'A.TXT\n' match -i '*.txt' A.TXT b
 is 1 '' '' match '*.txt' A.TXT
 is 0 'a.txt\r\nb.c\n\nd.txt' 'a.txt\nd.txt\n' match '*.txt'
-is 0 '\xc3\xa9t\xc3\xa9\n' '\xc3\xa9t\xc3\xa9\n' match --ignore-case '?T?'
-is 0 '\na\xff\xe2\x82b\n' 'a\xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbdb\n' match 'a???b'
-is 1 '' '' match '*'
 is 0 '' '-i\n' match -- -i -i
 is 2 '' "orvtool match: a pattern is missing. $(see match)" match -i
 
 is 0 '' '31 0x1F\n-5 0xFFFFFFFFFFFFFFFB\n' number 0x1f -5
-is 0 '' '255 0xFF\n' number ff --radix 16
 is 0 '12\n9223372036854775807\n' '12 0xC\n9223372036854775807 0x7FFFFFFFFFFFFFFF\n' number
 is 1 '' "12 0xC\norvtool number: this is no number at offset 2: '12x'\n" number 12 12x 13
 is 1 '1\n1 2\n3\n' "1 0x1\norvtool number: line 2 is no number at offset 1: '1 2'\n" number
-is 1 '' "orvtool number: this is no number at offset 0: ''\n" number ''
-is 1 '' "orvtool number: this is no number at offset 18: '9223372036854775808'\n" number 9223372036854775808
 is 2 '' "orvtool number: the radix is 2 to 36, or 0, not '37'. $(see number)" number --radix 37 1
 
 is 0 '' '89400484\n976015093\n' random -n 2
 like 2 '' random x
 
 is 0 'a\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80' 'a\x00\xe9\x00\xac\x20\x3d\xd8\x00\xde' convert --from utf-8 --to utf-16
-is 0 'a\x00\xe9\x00\xac\x20\x3d\xd8\x00\xde' 'a\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80' convert --from utf-16 --to utf-8 -
-is 0 'a\xe9+' 'a+AOk-+-' convert --from=ansi --to=utf-7
-is 0 '+AOk-+-\n+IKw' '\xe9+\n?' convert --from utf-7 --to ansi
-is 0 '+2D0-+3gA-' '\xf0\x9f\x98\x80' convert --from utf-7 --to utf-8
-is 0 'plain' 'plain' convert --from oem --to default
-is 0 '' '' convert --from utf-8 --to utf-16
 is 0 '' 'foo' convert --from utf-8 --to utf-7 "$work/file"
 fault() { printf 'orvtool convert: the input is malformed at offset %s\\n' "$1"; }
 is 1 'ab\xc3\xa9\xed\xa0\x80x' "ab\xc3\xa9$(fault 4)" convert --from utf-8 --to utf-8
-is 1 'ab\xc3' "a\x00b\x00$(fault 2)" convert --from utf-8 --to utf-16
-is 1 '\xff' "$(fault 0)" convert --from utf-8 --to ansi
-is 1 'a\x00\x00\xdc' "a$(fault 2)" convert --from utf-16 --to utf-8
-is 1 'a\x00\x3d\xd8b\x00' "a$(fault 2)" convert --from utf-16 --to default
-is 1 'a\x00b' "a\x00$(fault 2)" convert --from utf-16 --to utf-16
 is 1 'a\n+AOk-+2D0-x' "a\n\xc3\xa9$(fault 7)" convert --from utf-7 --to utf-8
 is 2 '' "orvtool convert: there is no page 'utf-9'. $(see convert)" convert --from utf-9 --to utf-8
-is 2 '' "orvtool convert: --from PAGE and --to PAGE are wanted. $(see convert)" convert --from utf-8
 # One long line, in which a piece of the input would end inside a character; then the same with a fault behind it.
 printf 'é€😀x%.0s' $(seq 20000) >"$work/line"
 run convert --from utf-8 --to utf-16 "$work/line" >"$work/line16"
@@ -194,18 +131,7 @@ printf '\xc3' >>"$work/line"
 says 'orvtool convert: the input is malformed at offset 200000' convert --from utf-8 --to utf-16 "$work/line"
 says 'orvtool convert: the input is malformed at offset 200000' convert --from utf-16 --to utf-8 "$work/line16"
 
-while read -r algorithm digest; do
-    is 0 '123456789' "$digest  -\n" hash -a "$algorithm" -
-done <<'DIGESTS'
-crc32 cbf43926
-crc32c e3069283
-superfast e4fc1670
-md4 2ae523785d0caf4d2fb557c12016185c
-md5 25f9e794323b453885f5181f1b624d0b
-sha1 f7c3bc1d808e04732adf679965ccc34ca7ae3441
-sha256 15e2b0d3c33891ebb0f1ef609ec419420c20e320ce94c65fbc8c3312448eb225
-sha512 d9e6762dd1c8eaf6d61b3c6192fc408d4d6d5f1176d0c29169bc24e71c3f274ad27fcd5811b313d681f7e55ec02d73d499c95455b6b5bb503acf574fba8ffe85
-DIGESTS
+is 0 '123456789' 'e3069283  -\n' hash -a crc32c -
 foo=2c26b46b68ffc68ff99b453c1d30413413422d706483bfa0f98a5e886266e7ae
 none="orvtool hash: reading '$work/none' failed: 0xE001003D (ORV_E_FILE_NOT_FOUND)\n"
 is 1 'foo' "$foo  -\n$foo  $work/file\n$none" hash - "$work/none" "$work/file"
@@ -230,39 +156,23 @@ for list in utf8 utf16le utf16be; do
         tail -c +12 "$work/$list") | run hash -c - >"$work/out"
     same "hash -c of a list in $list that comes in parts" "$work/out" "$work/expected"
 done
-is 0 '\xff\xfea\x00\r\x00\n\x00\n\x00\x62\x0a\x0a\x01\xac' 'a\n\n\xe0\xa9\xa2\xc4\x8a\xef\xbf\xbd\n' match '*'
 instead='for less than 512 MiB: take sha512 for less than 4 GiB, or md5 for any length'
 truncate -s 512M "$work/sparse"
 is 1 '' "orvtool hash: '$work/sparse' is too long for sha256, which is $instead\n" hash -a sha256 "$work/sparse"
 says "orvtool hash: '-' is too long for sha1, which is $instead" hash -a sha1 - < <(cat "$work/sparse")
-truncate -s 4G "$work/sparse"
-long="orvtool hash: '$work/sparse' is too long for sha512, which is for less than 4 GiB: take md5, which takes any length"
-is 1 '' "$long\n" hash -a sha512 "$work/sparse"
-is 1 "$(repeat 0 128)  $work/sparse\n" "$work/sparse: FAILED open or read
-$long\norvtool hash: 1 listed file cannot be read\n" hash -c -
 rm "$work/sparse"
 is 1 'abc' "orvtool hash: '-' lists no file with a digest that can be checked\n" hash -c -
-is 1 "$foo  $work/file" "orvtool hash: '-' lists no file with a digest that can be checked\n" hash -c -a md5 -
 is 2 '' "orvtool hash: there is no algorithm 'sha3'. $(see hash)" hash -a sha3 -
 is 2 '' "orvtool hash: a file is missing, or '-' for standard input. $(see hash)" hash -c
 
 z='\x78\x9c\x4b\xcb\xcf\x07\x00\x02\x82\x01\x45' # "foo" as zlib's default level writes it
 is 0 'foo' "$z" deflate
 is 0 'foo' '\x4b\xcb\xcf\x07\x00' deflate --raw -6
-is 0 'foo' '\x78\x01\x01\x03\x00\xfc\xfffoo\x02\x82\x01\x45' deflate --level 0
-is 0 '' '\x78\x9c\x03\x00\x00\x00\x00\x01' deflate
 is 0 "$z" 'foo' inflate
-is 0 '\x4b\xcb\xcf\x07\x00' 'foo' inflate --raw
 is 1 "${z}x" 'fooorvtool inflate: other data follows the stream, at offset 11\n' inflate
 is 1 "${z%\\x45}\x46" 'fooorvtool inflate: the data is corrupt at offset 11\n' inflate
-is 1 "${z%\\x45}" 'fooorvtool inflate: the data ends at offset 10, before its stream does\n' inflate
-is 1 'foo' 'orvtool inflate: the data is corrupt at offset 2\n' inflate
-is 1 '' 'orvtool inflate: the data ends at offset 0, before its stream does\n' inflate
-is 1 '' 'orvtool bunzip2: the data ends at offset 0, before its stream does\n' bunzip2
 is 1 'foo' 'orvtool bunzip2: the data is corrupt at offset 1\n' bunzip2
 is 2 '' "orvtool deflate: a level is 0 to 9, not '10'. $(see deflate)" deflate --level 10
-is 2 '' "orvtool bzip2: there is no option '-0'. $(see bzip2)" bzip2 -0
-is 2 '' "orvtool inflate: there is no option '-1'. $(see inflate)" inflate -1
 run bzip2 "$work/file" >"$work/foo.bz2"
 size=$(wc -c <"$work/foo.bz2")
 cat "$work/foo.bz2" "$work/foo.bz2" >"$work/twice.bz2"
@@ -324,21 +234,8 @@ grep -aE '%|MB' "$work/error" >"$work/out" || true
 same 'progress that nobody sees' "$work/out" /dev/null
 
 is 0 '<a>\r\n<b x="1"/> <c>t</c>\n\n</a>' "$declaration<a>\n  <b x=\"1\"/>\n  <c>t</c>\n</a>\n" xml format -
-is 0 '<p>mixed <i>it</i> <u/> tail</p>' "$declaration<p>mixed <i>it</i> <u/> tail</p>\n" xml format -
-is 0 '<a><s xml:space="preserve"> <q/></s><b> </b></a>' \
-    "$declaration<a>\n  <s xml:space=\"preserve\"> <q/></s>\n  <b> </b>\n</a>\n" xml format -
-is 0 "<!DOCTYPE a [<!ENTITY e \"xy\">]><a b='1&#10;\"\t&lt;'><!-- c -->&e;&#13;&#x1F600;]]&gt;</a>" \
-    "$declaration<a b=\"1&#10;&quot; &lt;\">xy&#13;\xf0\x9f\x98\x80]]&gt;</a>\n" xml format -
-is 0 '\xff\xfe<\x00\xe9\x00/\x00>\x00' "$declaration<\xc3\xa9/>\n" xml format -
-is 1 '<a>\n <b></a>' '-: byte 10, line 2, column 7: not well-formed\n' xml format -
 is 1 '<a>\n <b></a>' '-: byte 10, line 2, column 7: not well-formed\n' xml check -
-is 1 '' '-: byte 0, line 1, column 1: not well-formed\n' xml check -
-is 0 '<a/>' '' xml check -
-bomb=$(printf '&e;%.0s' {1..9999} && printf '&e;%.0s' {1..9999})
-is 1 "<!DOCTYPE a [<!ENTITY e '$(printf 'x%.0s' {1..9999})'>]><a>$bomb</a>" \
-    '-: byte 11285, line 1, column 11286: exceeds the limit on expansion: its entities stand for over 100 times its size\n' xml check -
 is 2 '' "orvtool xml: there is no action 'x'. $(see xml)" xml x
-is 2 '' "orvtool xml: a file is missing, or '-' for standard input. $(see xml)" xml check
 document=$(find /usr/share/xml /usr/share/cmake* /usr/share -name '*.xml' -size +8k 2>/dev/null | head -n 1) || true
 if [ -e "$document" ] && have xmllint && have python3; then
     run xml format "$document" >"$work/once"
@@ -371,29 +268,14 @@ dos 5D75:4945 2026-11-21T09:10:10.000000000Z
 FORMS
 is 0 '' "$instant\n" time convert 0x01DD79981C81B207 --from filetime
 is 0 '' '116444735950000000\n' time convert -5 --from unix --to orvtime
-is 0 '' '30828-09-14T02:48:05.477580800Z\n' time convert 0x8000000000000000 --from orvtime
-is 0 '' '60056-05-28T05:36:10.955161400Z\n' time convert 0xFFFFFFFFFFFFFFFE --from orvtime
-is 0 '' '1833029933770\n' time convert FFFFFFFF:FFFFFFFE --from filetime --to unix
 range='failed: 0xE0010064 (ORV_E_TIME_OUT_OF_RANGE)'
 is 1 '' "orvtool time: converting to 'iso' $range\n" time convert -5 --from unix
-is 1 '' "orvtool time: converting '9223372036854775807' $range\n" time convert 9223372036854775807 --from unix
-for value in 1600-12-31T00:00:00Z 67562-01-01T00:00:00Z; do
-    is 1 '' "orvtool time: converting '$value' $range\n" time convert $value --to orvtime
-done
-is 1 '' "orvtool time: converting to 'variant' $range\n" time convert 0xFFFFFFFFFFFFFFFE --from orvtime --to variant
-for value in 'FFFFFFFF:FFFFFFFF filetime' '0xFFFFFFFFFFFFFFFF orvtime'; do
-    for form in iso orvtime filetime unix variant dos; do
-        is 1 '' "orvtool time: '${value% *}' is the end marker: it stands for no time, and has no other form\n" \
-            time convert "${value% *}" --from "${value#* }" --to $form
-    done
-done
+is 1 '' "orvtool time: converting '1600-12-31T00:00:00Z' $range\n" time convert 1600-12-31T00:00:00Z --to orvtime
+is 1 '' "orvtool time: 'FFFFFFFF:FFFFFFFF' is the end marker: it stands for no time, and has no other form\n" \
+    time convert FFFFFFFF:FFFFFFFF --from filetime
 is 1 '' "orvtool time: converting '2026-02-30T00:00:00Z' failed: 0xE0010002 (ORV_E_INVALID_ARGUMENT)\n" \
     time convert 2026-02-30T00:00:00Z
-for value in 2026-11-21 2026-11-21T09:10:11.Z 2026-11-21T09:10:11z ''; do
-    is 2 '' "orvtool time: the value is not of the form that --from says: '$value'. $(see time)" time convert "$value"
-done
-is 2 '' "orvtool time: the value is not of the form that --from says: '5D75:+1'. $(see time)" \
-    time convert 5D75:+1 --from dos
+is 2 '' "orvtool time: the value is not of the form that --from says: '2026-11-21'. $(see time)" time convert 2026-11-21
 is 2 '' "orvtool time: there is no form 'x'. $(see time)" time convert 1 --to x
 
 is 0 '' '17 0x11\n' lock "$work/lock" -- "$tool" number 17
@@ -405,7 +287,6 @@ is 0 '' '17 0x11\n' lock -s "$work/lock" "$tool" lock --timeout=50 -s "$work/loc
 is 3 '' "orvtool lock: locking '$work/lock' failed: 0xA0010004 (ORV_W_TIMEOUT)\n" \
     lock "$work/lock" -- "$tool" lock --timeout 50 "$work/lock" -- "$tool" number 17
 is 1 '' "orvtool lock: starting the command failed: 0xE001003D (ORV_E_FILE_NOT_FOUND)\n" lock "$work/lock" none
-is 2 '' "orvtool lock: a command is missing behind --. $(see lock)" lock "$work/lock" --
 is 2 '' "orvtool lock: 'x' is no value for '--timeout'. $(see lock)" lock --timeout x "$work/lock"
 
 is 1 '' 'orvtool shm: opening the memory failed: 0xE001003D (ORV_E_FILE_NOT_FOUND)\n' shm read 0x7E57
@@ -417,22 +298,14 @@ is 1 abc 'orvtool shm: the input goes on behind the 2 bytes that were written\n'
 is 1 '' 'orvtool shm: the memory has 8192 bytes, in whole pages\n' shm read 0x7E57 --offset 8192 --size 1
 is 0 '' '1000\n' shm count 0x7E57 --offset 8 --times 1000
 is 2 '' "orvtool shm: the number must stand at a multiple of 8. $(see shm)" shm count 0x7E57 --offset 4
-is 2 '' "orvtool shm: one ID, a number from 1 to 0xFFFFFFFF, is wanted, not '0'. $(see shm)" shm read 0
 kill %1
 wait
 
-is 0 '' 'D:\\\n' path root 'D:\a\b.c'
-is 0 '' 'D:\\a\n' path directory 'D:\a\b.c'
 is 0 '' 'b.c\n' path name 'D:/a/b.c'
-is 0 '' 'b\n' path base 'D:\a\b.c'
-is 0 '' '.c\n' path extension 'D:\a\b.c'
 is 0 '' 'D:\\x\n' path combine 'D:\a' '\x'
-is 0 '' 'C:\\b\n' path full 'C:\a\..\b'
-is 0 '' 'c:\\windows\\x\n' path normalized 'c:\\WINDOWS\x'
 is 1 '' 'orvtool path: long failed: 0xE001003D (ORV_E_FILE_NOT_FOUND)\n' path long 'C:\no such file'
 like 0 '[A-Z]:\\[^ ].* ' path temp
 is 2 '' "orvtool path: a path is missing behind 'combine'. $(see path)" path combine
-is 2 '' "orvtool path: there is no action 'x'. $(see path)" path x y
 is 2 '' "orvtool path: one argument too many: 'b'. $(see path)" path name a b
 
 key='HKCU\Software\OrvToolTest'
@@ -477,12 +350,9 @@ is 1 '' "orvtool reg: deleting '$shown\\\\\\\\theirs' failed: 0xE001003D (ORV_E_
 is 1 '' "orvtool reg: '$shown' has sub-keys: they are deleted with --recursive only\n" reg delete "$key"
 is 2 '' "orvtool reg: a root cannot be deleted: 'HKCU'. $(see reg)" reg delete HKCU --recursive
 is 2 '' "orvtool reg: this is no location: '$shown\\\\'. $(see reg)" reg delete "$key\\"
-is 2 '' "orvtool reg: this is no location: 'x'. $(see reg)" reg query x
 is 2 '' "orvtool reg: a value is wanted, not the key '$shown'. $(see reg)" reg get "$key"
 is 2 '' "orvtool reg: a key is wanted, not the value 'HKCU\\\\\\\\x'. $(see reg)" reg list 'HKCU\\x'
-is 2 '' "orvtool reg: there is no option '--subtree'. $(see reg)" reg list --subtree HKCU
 is 2 '' "orvtool reg: '16' is no value for '--view'. $(see reg)" reg list --view 16 HKCU
-is 2 '' "orvtool reg: there is no action 'x'. $(see reg)" reg x
 for value in 'dword 4294967296' 'qword -' 'binary 0' 'binary 0x' 'sz a b' 'sz' 'multi_sz '; do
     read -r -a words <<<"$value"
     [ "$value" != 'multi_sz ' ] || words+=('')
@@ -576,7 +446,6 @@ while IFS='|' read -r line problem body; do
     is 1 "$(entries "[$shown\\\\Never]" '"x"="y"')\n$body" "orvtool reg: line $line: $problem\n" reg import
 done <<'FAULTS'
 4|the bracket is not closed|[HKCU\\x
-5|this is no key|\n[HKXX\\x]
 4|this is no key|[HKCU\\x\\]
 4|this is no key|[HKCU\\x\\\\y]
 4|a root cannot be deleted|[-HKCU]
@@ -585,9 +454,7 @@ done <<'FAULTS'
 4|this is neither a key in brackets nor a value, '@' or a name in quotation marks|x=1
 4|an equals sign is missing behind the name of the value|@ ""
 4|the data is no text in quotation marks, dword:, hex:, hex(TYPE): or minus sign|@=x
-4|the number of a type is wrong|@=hex():
 4|dword: wants up to eight hexadecimal digits|@=dword:x
-4|there is something behind the end of the entry|@=dword:123456789
 5|a byte of two hexadecimal digits is missing|@=hex:01,\\\n  ,
 4|a backslash that continues the bytes does not end its line|@=hex:01,\\ 02
 4|a backslash in quotation marks stands before neither a backslash nor a quotation mark|@="C:\\new"
@@ -619,47 +486,36 @@ code=0
 {
     (ulimit -f 8 && "$root/tools/run_wine.sh" "$tool" reg export 'HKLM\Software' "$work/targets/end") || code=$?
 } 2>/dev/null
-holds 'the kernel ends what makes too long a file' [ "$code" -gt 128 ]
+judge 'the kernel ends what makes too long a file' [ "$code" -gt 128 ]
 same 'reg export that was ended' "$work/targets/end" "$work/exported"
 printf '%s\n' dangling end folder link made new readonly >"$work/expected"
 same 'the folder behind all that' <(LC_ALL=C ls -A "$work/targets") "$work/expected"
 same 'a target that cannot be written' "$work/targets/readonly" <(echo old)
-holds 'a link stays one' [ -L "$work/targets/link" ]
-holds 'a link that led nowhere stays one' [ -L "$work/targets/dangling" ]
+judge 'a link stays one' [ -L "$work/targets/link" ]
+judge 'a link that led nowhere stays one' [ -L "$work/targets/dangling" ]
 run reg delete "$key" --recursive
 
 like 0 'orvtool [0-9]+\.[0-9]+\.[0-9]+   zlib 1\.[0-9.]+ \(.+\)   bzip2 1\.[0-9.]+ \(.+\)   expat 2\.[0-9.]+ \(.+\) ' --version
-printf 'Zm9v' >"$work/base64"
 printf '<a/>' >"$work/xml"
 run deflate "$work/file" >"$work/zlib"
 while read -r -a words; do
-    full "${words[@]}"
+    call "${words[@]}" >/dev/full </dev/null
+    judge "orvtool ${words[*]} >/dev/full: exit code $code, and it said: $(said)" \
+        [ "$code $(said)" = '1 orvtool: writing to standard output failed: 0xE0010097 (ORV_E_DISK_FULL)' ]
 done <<FULL
 --version
---help
 base64 $work/file
-base64 -d $work/base64
 bunzip2 $work/foo.bz2
 bzip2 $work/file
 convert --from utf-8 --to utf-16 $work/file
 deflate $work/file
 event create OrvToolTest
-guid
 hash $work/file
-help guid
 info
 inflate $work/zlib
-match * a
-mutex create OrvToolTest
-number 1
-path temp
-random
 reg export HKCU\\Software
 reg list HKCU
-result 1
-semaphore create OrvToolTest
 shm serve 0x7E58 --size 1
-time
 xml format $work/xml
 FULL
 # A reader that has enough ends the work, and nothing is said.

@@ -10,10 +10,16 @@ server=$(wine_server "$wine")
 wine_environment
 
 # A program's first run makes the prefix and starts the server; what it prints about fonts and drivers is of no use here.
+# A prefix that was not finished would never work: none is left.
 first_run() {
+    local is_new=''
+    [ -e "$WINEPREFIX" ] || is_new=yes
     mkdir -p "$WINEPREFIX" # some servers want it
     [ "$job" != start ] || "$server" -p 2>/dev/null || true # fails when one is already there
-    timeout 120 "$wine" cmd /c exit >"$WINEPREFIX.log" 2>&1
+    timeout 120 "$wine" cmd /c exit >"$WINEPREFIX.log" 2>&1 && return
+    "$server" -k 2>/dev/null || true
+    [ -z "$is_new" ] || rm -rf "$WINEPREFIX"
+    return 1
 }
 
 last_words() { tail -n 1 "$WINEPREFIX.log" | grep . || echo 'it says nothing'; }
@@ -23,7 +29,6 @@ prepare() {
     # In a fresh prefix the program was once there before the server's folder ("chdir to ..."). Twice has another reason.
     say "Wine did not start ($(last_words)); it is tried once more, what it said is kept in $WINEPREFIX.first.log"
     mv "$WINEPREFIX.log" "$WINEPREFIX.first.log"
-    "$server" -k 2>/dev/null || true
     first_run || fail "Wine does not start ($(last_words))" "see $WINEPREFIX.log, and the README on ORV_WINE"
 }
 

@@ -11,7 +11,7 @@ namespace orvtool
 
 OrvResult AppendArgument(OrvUtf16CharHeapBuffer &line, const wchar_t *argument)
 {
-    OrvResult result = line.IsEmpty() ? 0 : line.Append(L' ');
+    OrvResult result = line.IsEmpty() ? ORV_S_OK : line.Append(L' ');
     bool mustQuote = !*argument;
     for (const wchar_t *next = argument; *next; next++)
         mustQuote = mustQuote || *next == L' ' || *next == L'\t' || *next == L'"';

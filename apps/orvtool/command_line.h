@@ -1,4 +1,4 @@
-// The command line: split as the platform's own CommandLineToArgvW splits it, then read argument by argument.
+// The command line, read argument by argument.
 
 #pragma once
 
@@ -6,27 +6,6 @@
 
 namespace orvtool
 {
-
-/// The arguments of a command line, without the program's name. They live as long as this.
-class CommandLine
-{
-public:
-    /// `length` characters. An empty line has no arguments.
-    CommandLine(const wchar_t *line, uint32_t length);
-    CommandLine(const CommandLine &) = delete;
-    CommandLine &operator=(const CommandLine &) = delete;
-    ~CommandLine();
-
-    /// False when there was no memory for them.
-    bool IsValid() const { return arguments_ != nullptr; }
-
-    uint32_t Count() const { return count_; }
-    const wchar_t *const *Arguments() const { return arguments_; }
-
-private:
-    const wchar_t **arguments_ = nullptr;
-    uint32_t count_ = 0;
-};
 
 /// Reads arguments from left to right. "--name=VALUE" and "--name VALUE" are the same; "--" ends the options,
 /// and a lone "-" is no option.

@@ -2,22 +2,10 @@
 
 #include "console.h"
 
-#include "native_status.h"
-#include "nt/programs.h"
-#include "orv/runtime/kernel32_entry_points.h"
 #include "orv/text/code_page.h"
 
 namespace orvtool
 {
-
-bool Stream::DetectConsole(HANDLE handle)
-{
-    IO_STATUS_BLOCK status;
-    FILE_FS_DEVICE_INFORMATION device = {};
-    return NT_SUCCESS(NtQueryVolumeInformationFile(handle, &status, &device, sizeof device,
-                                                   FileFsDeviceInformation)) &&
-           device.DeviceType == FILE_DEVICE_CONSOLE;
-}
 
 OrvResult Stream::Append(const wchar_t *first, const wchar_t *last)
 {
@@ -47,7 +35,7 @@ OrvResult Stream::Flush()
     if (isUtf16_) {
         const uint32_t size = length_ * sizeof(wchar_t);
         length_ = 0;
-        return result_ = Write(reinterpret_cast<const char *>(characters_), size);
+        return result_ = detail::WriteToStream(handle_, reinterpret_cast<const char *>(characters_), size);
     }
     // A pair must not be split between two conversions.
     const bool keepsHalf = length_ > 1 && (characters_[length_ - 1] & 0xFC00) == 0xD800;
@@ -61,7 +49,7 @@ OrvResult Stream::Flush()
         result_ = OrvConvertUtf162MbString(bytes, sizeof bytes, characters_, page, &size, count);
     }
     if (OrvSucceeded(result_))
-        result_ = Write(bytes, size);
+        result_ = detail::WriteToStream(handle_, bytes, size);
     if (keepsHalf)
         characters_[0] = characters_[count];
     length_ -= count;
@@ -95,34 +83,8 @@ OrvResult Stream::UseUtf16()
 OrvResult Stream::WriteBytes(const void *bytes, uint32_t count)
 {
     if (OrvSucceeded(Flush()))
-        result_ = Write(static_cast<const char *>(bytes), count);
+        result_ = detail::WriteToStream(handle_, static_cast<const char *>(bytes), count);
     return result_;
-}
-
-OrvResult Stream::Write(const char *bytes, uint32_t count)
-{
-    while (count) {
-        ULONG written = 0;
-        if (OrvKernel32IsFnLoaded_WriteFile()) {
-            const OrvResult result = OrvKernel32_WriteFile(handle_, bytes, count, &written, nullptr);
-            if (OrvFailed(result))
-                return result;
-        } else {
-            IO_STATUS_BLOCK status = {};
-            NTSTATUS outcome =
-                NtWriteFile(handle_, nullptr, nullptr, nullptr, &status, bytes, count, nullptr, nullptr);
-            if (outcome == STATUS_PENDING && NT_SUCCESS(ZwWaitForSingleObject(handle_, false, nullptr)))
-                outcome = status.Status;
-            if (!NT_SUCCESS(outcome))
-                return ResultOf(outcome);
-            written = status.Information;
-        }
-        if (written == 0 || written > count)
-            return ORV_E_WRITE_FAULT;
-        bytes += written;
-        count -= written;
-    }
-    return ORV_S_OK;
 }
 
 } // namespace orvtool

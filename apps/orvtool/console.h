@@ -7,6 +7,7 @@
 #include "nt/nt.h"
 #include "orv/runtime/result.h"
 #include "orv/text/format.h"
+#include "program/standard_stream.h"
 
 namespace orvtool
 {
@@ -16,7 +17,7 @@ namespace orvtool
 class Stream final : public OrvBasAppendable<wchar_t>
 {
 public:
-    explicit Stream(HANDLE handle) : handle_(handle), isConsole_(DetectConsole(handle)) {}
+    explicit Stream(HANDLE handle) : handle_(handle), isConsole_(detail::IsConsole(handle)) {}
     Stream(const Stream &) = delete;
     Stream &operator=(const Stream &) = delete;
     ~Stream() { Flush(); }
@@ -45,14 +46,12 @@ public:
 private:
     static constexpr uint32_t kCapacity = 2048;
 
-    static bool DetectConsole(HANDLE handle);
     void ReplaceLoneSurrogates(uint32_t count);
-    OrvResult Write(const char *bytes, uint32_t count);
 
     HANDLE handle_;
     bool isConsole_;
     bool isUtf16_ = false;
-    OrvResult result_ = 0;
+    OrvResult result_ = ORV_S_OK;
     uint32_t length_ = 0;
     wchar_t characters_[kCapacity];
 };

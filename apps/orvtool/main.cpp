@@ -4,8 +4,8 @@
 #include "command.h"
 #include "library_versions.h"
 
-#include "nt/programs.h"
 #include "nt/teb.h"
+#include "orv/program/program.h"
 #include "orv/version.h"
 
 namespace orvtool
@@ -82,9 +82,8 @@ ExitCode PrintHelp(Console &console, ArgumentReader &arguments)
     return kExitSuccess;
 }
 
-ExitCode Run(Console &console, const CommandLine &line)
+ExitCode Run(Console &console, ArgumentReader arguments)
 {
-    ArgumentReader arguments(line.Arguments(), line.Count());
     if (arguments.IsAtEnd()) {
         PrintOverview(console.error);
         return kExitUsage;
@@ -108,25 +107,20 @@ ExitCode Run(Console &console, const CommandLine &line)
                                                          : command->run(*command, console, arguments);
 }
 
-ExitCode RunWithStreams()
+ExitCode RunWithStreams(ArgumentReader arguments)
 {
     const RTL_USER_PROCESS_PARAMETERS &parameters = *NtCurrentPeb()->ProcessParameters;
     Stream out(parameters.StandardOutput);
     Stream error(parameters.StandardError);
     Console console = {out, error};
-    const CommandLine line(parameters.CommandLine.Buffer, parameters.CommandLine.Length / sizeof(wchar_t));
-    if (!line.IsValid()) {
-        error.Print(L"orvtool: out of memory\n");
-        return kExitFailed;
-    }
-    return FinishOutput(console, Run(console, line));
+    return FinishOutput(console, Run(console, arguments));
 }
 
 } // namespace
 
 } // namespace orvtool
 
-extern "C" void OrvToolEntry()
+int OrvMain(int argc, wchar_t **argv)
 {
-    NtTerminateProcess(NtCurrentProcess(), orvtool::RunWithStreams());
+    return orvtool::RunWithStreams(orvtool::ArgumentReader(argv + 1, static_cast<uint32_t>(argc) - 1));
 }

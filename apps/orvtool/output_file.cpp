@@ -98,7 +98,7 @@ OrvResult OutputFile::FindTarget(UNICODE_STRING &name)
         return ORV_S_OK;
     }
     const bool isNew = isMissing && status.Information == FILE_CREATED;
-    OrvResult result = isNew ? DeleteAtClose(target, true) : ORV_S_OK;
+    OrvResult result = isNew ? SetFate(target, Fate::kIsDeleted) : ORV_S_OK;
     if (OrvSucceeded(result))
         result = ReadTarget(target, isNew);
     ZwClose(target);
@@ -157,7 +157,7 @@ OrvResult OutputFile::CreateTemporary()
         IO_STATUS_BLOCK status;
         outcome = Open(handle_, name, kAccess, FILE_SHARE_READ, FILE_CREATE, status);
     }
-    return NT_SUCCESS(outcome) ? DeleteAtClose(handle_, true) : ResultOf(outcome);
+    return NT_SUCCESS(outcome) ? SetFate(handle_, Fate::kIsDeleted) : ResultOf(outcome);
 }
 
 OrvResult OutputFile::Replace()
@@ -169,12 +169,12 @@ OrvResult OutputFile::Replace()
     if (OrvSucceeded(result))
         result = CopyAttributes();
     if (OrvSucceeded(result))
-        result = DeleteAtClose(handle_, false);
+        result = SetFate(handle_, Fate::kStays);
     if (OrvFailed(result))
         return result;
     result = Rename();
     if (OrvFailed(result))
-        DeleteAtClose(handle_, true);
+        SetFate(handle_, Fate::kIsDeleted);
     return result;
 }
 
@@ -214,9 +214,9 @@ OrvResult OutputFile::Rename()
     return ResultOf(NtSetInformationFile(handle_, &status, &information, size, FileRenameInformation));
 }
 
-OrvResult OutputFile::DeleteAtClose(HANDLE file, bool isDeleted)
+OrvResult OutputFile::SetFate(HANDLE file, Fate fate)
 {
-    const FILE_DISPOSITION_INFORMATION information = {isDeleted};
+    const FILE_DISPOSITION_INFORMATION information = {static_cast<BOOLEAN>(fate)};
     IO_STATUS_BLOCK status;
     return ResultOf(
         NtSetInformationFile(file, &status, &information, sizeof information, FileDispositionInformation));

@@ -17,8 +17,8 @@ namespace orvtool
 /// program is ended from outside, the temporary file goes away.
 ///
 /// A target that is a link stays one: the file that it leads to is replaced. The new file has the attributes,
-/// the time of creation and the access rights of the one before. A device, such as NUL, is written to
-/// directly.
+/// the time of creation and the access rights of the one before; Wine, which turns rights into a Unix mode
+/// and back, may give the group what the owner has. A device, such as NUL, is written to directly.
 class OutputFile
 {
 public:
@@ -38,13 +38,16 @@ public:
     OrvResult Replace();
 
 private:
+    /// What becomes of a file when its last handle is closed.
+    enum class Fate : BOOLEAN { kStays, kIsDeleted };
+
     /// Learns what there is to know about the target, or opens it when it is a device.
     OrvResult FindTarget(UNICODE_STRING &name);
     OrvResult ReadTarget(HANDLE target, bool isNew);
     OrvResult CreateTemporary();
     OrvResult CopyAttributes();
     OrvResult Rename();
-    OrvResult DeleteAtClose(HANDLE file, bool isDeleted);
+    OrvResult SetFate(HANDLE file, Fate fate);
 
     HANDLE handle_ = nullptr;
     OrvUtf16CharHeapBuffer target_;          ///< the native name; empty when the output is a device

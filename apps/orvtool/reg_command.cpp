@@ -145,7 +145,7 @@ ExitCode Set(Job &job)
     if (!hasValue && (job.isTypeGiven || job.data.count))
         return UsageError(job.command, job.console, L"a key has no type and no data:", job.text);
     OrvMbCharHeapBuffer bytes;
-    OrvResult result = hasValue ? ParseData(bytes, job.type, job.data) : 0;
+    OrvResult result = hasValue ? ParseData(bytes, job.type, job.data) : ORV_S_OK;
     if (result == ORV_E_INVALID_ARGUMENT)
         return UsageError(job.command, job.console, L"the type wants other data than",
                           job.data.texts.GetValue());

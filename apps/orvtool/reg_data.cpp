@@ -1,8 +1,8 @@
 #include "reg_data.h"
 
-#include "hex_digit.h"
 #include "orv/runtime/result.h"
 #include "orv/text/number.h"
+#include "text/hexadecimal_digit.h"
 
 namespace orvtool
 {
@@ -103,13 +103,13 @@ OrvResult AssignDigits(OrvMbCharHeapBuffer &bytes, const wchar_t *text, uint32_t
     if (OrvFailed(result))
         return result;
     for (uint32_t i = 0; i < length; i += 2) {
-        const uint32_t high = HexDigitOf(text[i]);
-        const uint32_t low = HexDigitOf(text[i + 1]);
+        const uint32_t high = detail::HexadecimalDigit(text[i]);
+        const uint32_t low = detail::HexadecimalDigit(text[i + 1]);
         if (high > 15 || low > 15)
             return ORV_E_INVALID_ARGUMENT;
         bytes[i / 2] = static_cast<char>(high << 4 | low);
     }
-    return 0;
+    return ORV_S_OK;
 }
 
 } // namespace

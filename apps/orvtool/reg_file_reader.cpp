@@ -1,8 +1,9 @@
 #include "reg_file_reader.h"
 
-#include "hex_digit.h"
 #include "orv/runtime/result.h"
+#include "orv/text/character.h"
 #include "orv/text/string.h"
+#include "text/hexadecimal_digit.h"
 
 namespace orvtool
 {
@@ -50,8 +51,8 @@ bool RegFileReader::TakeHexNumber(uint32_t mostDigits, uint32_t &number)
 {
     number = 0;
     uint32_t digits = 0;
-    for (; digits < mostDigits && next_ != last_ && HexDigitOf(*next_) < 16; digits++)
-        number = number << 4 | HexDigitOf(*next_++);
+    for (; digits < mostDigits && next_ != last_ && detail::HexadecimalDigit(*next_) < 16; digits++)
+        number = number << 4 | detail::HexadecimalDigit(*next_++);
     return digits != 0;
 }
 
@@ -61,7 +62,7 @@ OrvResult RegFileReader::ReadLineEnd()
     SkipBlanks();
     if (IsAt(L';'))
         SkipLine();
-    return IsAtEnd() || IsAt(L'\n') ? 0 : Fail(L"there is something behind the end of the entry");
+    return IsAtEnd() || IsAt(L'\n') ? ORV_S_OK : Fail(L"there is something behind the end of the entry");
 }
 
 OrvResult RegFileReader::ReadHeader()
@@ -79,11 +80,11 @@ OrvResult RegFileReader::ReadHeader()
 OrvResult RegFileReader::Next(RegFileEntry &entry, bool &found)
 {
     found = false;
-    OrvResult result = line_ ? 0 : ReadHeader();
+    OrvResult result = line_ ? ORV_S_OK : ReadHeader();
     while (OrvSucceeded(result)) {
         SkipBlanks();
         if (IsAtEnd())
-            return 0;
+            return ORV_S_OK;
         if (*next_ == L'\n') {
             next_++;
             line_++;
@@ -99,7 +100,7 @@ OrvResult RegFileReader::Next(RegFileEntry &entry, bool &found)
             result = ReadLineEnd();
         found = OrvSucceeded(result);
         if (found)
-            return 0;
+            return ORV_S_OK;
     }
     return result;
 }
@@ -129,7 +130,7 @@ OrvResult RegFileReader::ReadKey(RegFileEntry &entry)
 
 OrvResult RegFileReader::ReadValue(RegFileEntry &entry)
 {
-    OrvResult result = 0;
+    OrvResult result = ORV_S_OK;
     if (Take(L"@"))
         result = name_.Resize(0);
     else if (IsAt(L'"'))
@@ -153,7 +154,7 @@ OrvResult RegFileReader::ReadData(RegFileEntry &entry)
 {
     if (Take(L"-")) {
         entry.kind = RegFileEntry::kDeletedValue;
-        return 0;
+        return ORV_S_OK;
     }
     if (IsAt(L'"')) {
         const OrvResult result = ReadQuoted(text_);
@@ -203,7 +204,7 @@ OrvResult RegFileReader::ReadQuoted(OrvUtf16CharHeapBuffer &text)
     }
     next_++;
     line_ += lines;
-    return 0;
+    return ORV_S_OK;
 }
 
 OrvResult RegFileReader::ReadDWord(RegFileEntry &entry)
@@ -252,7 +253,7 @@ OrvResult RegFileReader::ReadBytes(RegFileEntry &entry)
     }
     entry.bytes = reinterpret_cast<const uint8_t *>(bytes_.GetValue());
     entry.size = count;
-    return 0;
+    return ORV_S_OK;
 }
 
 } // namespace orvtool

@@ -14,7 +14,7 @@ OrvResult ParseRegistryLocation(RegistryLocation &location, const OrvBasWinRegis
         location.root, location.path, location.hasValue, location.valueName, text);
     if (OrvFailed(result))
         return result;
-    return !location.hasValue && text.characters[length - 1] == L'\\' ? ORV_E_INVALID_ARGUMENT : 0;
+    return !location.hasValue && text.characters[length - 1] == L'\\' ? ORV_E_INVALID_ARGUMENT : ORV_S_OK;
 }
 
 const wchar_t *LongNameOfRoot(OrvBasWinRegistryRootType root)

@@ -4,6 +4,7 @@
 #include "nt/programs.h"
 #include "nt/teb.h"
 #include "orv/runtime/heap_object.h"
+#include "orv/runtime/result.h"
 #include "output_file.h"
 #include "reg_file_reader.h"
 #include "reg_file_text.h"
@@ -37,7 +38,7 @@ public:
     {
         const auto nameSize = static_cast<USHORT>(name.length * sizeof(WCHAR));
         const UNICODE_STRING counted = {nameSize, nameSize, const_cast<WCHAR *>(name.characters)};
-        OrvResult result = buffer_.GetCapacity() ? 0 : buffer_.ReserveElements(kFirstSize);
+        OrvResult result = buffer_.GetCapacity() ? ORV_S_OK : buffer_.ReserveElements(kFirstSize);
         while (OrvSucceeded(result)) {
             const ULONG room = buffer_.GetCapacity();
             ULONG needed = 0;
@@ -157,7 +158,7 @@ private:
     {
         if (depth_ == kDeepest)
             return ORV_E_INVALID_OPERATION;
-        OrvResult result = path_.IsEmpty() ? 0 : path_.Append(L'\\');
+        OrvResult result = path_.IsEmpty() ? ORV_S_OK : path_.Append(L'\\');
         if (OrvSucceeded(result))
             result = path_.Append(name.characters, name.length);
         if (OrvFailed(result))
@@ -171,7 +172,7 @@ private:
         auto *const level = new Level(parent, deepest_, path_.GetInternal().length);
         if (!level)
             return ORV_E_OUT_OF_MEMORY;
-        OrvResult result = 0;
+        OrvResult result = ORV_S_OK;
         if (name.length)
             result = level->key.OpenKeyIfExists(name, OrvRegistryQueryValue | OrvRegistryEnumerateSubKeys);
         if (OrvSucceeded(result))
@@ -184,7 +185,7 @@ private:
         }
         deepest_ = level;
         depth_++;
-        return 0;
+        return ORV_S_OK;
     }
 
     void Leave()
@@ -279,12 +280,12 @@ struct Counts {
 /// What is deleted may have gone already.
 OrvResult IgnoreMissing(OrvResult result)
 {
-    return result == ORV_E_FILE_NOT_FOUND || result == ORV_E_KEY_NOT_FOUND ? 0 : result;
+    return result == ORV_E_FILE_NOT_FOUND || result == ORV_E_KEY_NOT_FOUND ? ORV_S_OK : result;
 }
 
 OrvResult Apply(OrvBasWinRegistryHandle &key, const RegFileEntry &entry, Counts &counts)
 {
-    OrvResult result = 0;
+    OrvResult result = ORV_S_OK;
     switch (entry.kind) {
     case RegFileEntry::kKey:
         counts.keys++;
@@ -341,7 +342,7 @@ ExitCode ExportTree(const Command &command, Console &console, OrvBasWinRegistryH
 {
     bool isComplete = false;
     OutputFile output;
-    OrvResult result = 0;
+    OrvResult result = ORV_S_OK;
     if (!file || Equal(file, L"-")) {
         result = ExportTo(command, console, key, location, console.out, isComplete);
     } else {

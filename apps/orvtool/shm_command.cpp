@@ -181,7 +181,8 @@ ExitCode Count(const Command &command, Console &console, const Options &options)
     if (part.size < sizeof(uint64_t) || options.offset % sizeof(uint64_t) != 0)
         return UsageError(command, console, L"the number must stand at a multiple of 8", nullptr);
     OrvBasWinMutex mutex;
-    OrvResult result = options.mutex ? mutex.Create(false, options.mutex, OrvBasWinSyncSession, nullptr) : 0;
+    OrvResult result =
+        options.mutex ? mutex.Create(false, options.mutex, OrvBasWinSyncSession, nullptr) : ORV_S_OK;
     if (OrvFailed(result))
         return ReportFailure(command, console, L"creating the mutex", result, options.mutex);
     auto *const number = reinterpret_cast<volatile uint64_t *>(part.bytes);

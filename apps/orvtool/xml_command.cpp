@@ -2,6 +2,7 @@
 
 #include "command.h"
 #include "input.h"
+#include "orv/runtime/result.h"
 #include "progress.h"
 #include "xml_formatter.h"
 

@@ -4,6 +4,13 @@
 
 #include <stdint.h>
 
+/// Defines | for an unscoped enumeration of flags: the flags of both, in the enumeration's type.
+#define ORV_COMBINABLE_FLAGS(Enum)                                                                           \
+    constexpr Enum operator|(Enum a, Enum b)                                                                 \
+    {                                                                                                        \
+        return static_cast<Enum>(static_cast<uint32_t>(a) | static_cast<uint32_t>(b));                       \
+    }
+
 /// The enumerators of `T` are single bits, or groups of bits, and combine with |.
 template <typename T>
 class OrvFlags

@@ -25,6 +25,7 @@
 #include "orv/hash/sha256.h"
 #include "orv/hash/sha512.h"
 #include "orv/hash/super_fast_hash.h"
+#include "orv/program/program.h"
 #include "orv/random/create_guid.h"
 #include "orv/random/random.h"
 #include "orv/registry/registry_enumerator.h"

@@ -8,5 +8,5 @@
 
 /// The version's three numbers.
 constexpr uint32_t OrvVersionMajor = 0;
-constexpr uint32_t OrvVersionMinor = 6;
+constexpr uint32_t OrvVersionMinor = 7;
 constexpr uint32_t OrvVersionPatch = 0;

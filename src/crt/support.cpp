@@ -1,26 +1,9 @@
-// What the compiler needs where there is no C runtime: dynamic memory, the trap for pure virtual calls, the
+// What the compiler needs in every module where there is no C runtime: the trap for pure virtual calls, the
 // marker for floating-point code, and the load configuration through which the loader finds the stack cookie,
-// the exception handlers and the functions that may be called through pointers. Programs that link ntdll.dll
-// and orvsys.dll alone use this file too.
+// the exception handlers and the functions that may be called through pointers. The DLL has this file, and so
+// has orvstart.lib.
 
 #include "nt/nt.h"
-#include "nt/teb.h"
-#include "runtime/heap.h"
-
-void *operator new(size_t size)
-{
-    return detail::AllocateBytes(size);
-}
-
-void operator delete(void *block) noexcept
-{
-    detail::FreeBytes(block);
-}
-
-void operator delete(void *block, size_t) noexcept
-{
-    detail::FreeBytes(block);
-}
 
 extern "C" {
 

@@ -2,6 +2,7 @@
 
 #include "fs/nt_path.h"
 #include "fs/platform_text.h"
+#include "orv/runtime/result.h"
 #include "runtime/status.h"
 
 namespace detail
@@ -52,7 +53,7 @@ OrvResult DirectoryEnumerator::Next(DirectoryEntry &entry)
     entry.name = PathText(found.FileName, found.FileNameLength / sizeof(WCHAR));
     entry.shortName = PathText(found.ShortName, static_cast<UCHAR>(found.ShortNameLength) / sizeof(WCHAR));
     entry.attributes = found.FileAttributes;
-    return 0;
+    return ORV_S_OK;
 }
 
 } // namespace detail

@@ -177,12 +177,12 @@ OrvResult OrvNtdll_RtlExpandEnvironmentStrings_T(const wchar_t *source, OrvUtf16
     detail::TextArray array;
     for (bool isFirst = true;; isFirst = false) {
         const uint32_t room = array.Capacity() * sizeof(WCHAR);
-        UNICODE_STRING target = {0, static_cast<USHORT>(room < 0xFFFE ? room : 0xFFFE), array.Get()};
+        UNICODE_STRING target = {0, detail::CountedRoom(room), array.Get()};
         ULONG needed = 0; // bytes, the terminator included
         const NTSTATUS status = RtlExpandEnvironmentStrings_U(nullptr, &counted, &target, &needed);
         if (NT_SUCCESS(status))
             return WritePath(out, PathPieces(PathText(array.Get(), target.Length / sizeof(WCHAR))));
-        if (status != STATUS_BUFFER_TOO_SMALL || !isFirst || needed > 0xFFFE)
+        if (status != STATUS_BUFFER_TOO_SMALL || !isFirst || needed > detail::kMostCountedRoom)
             return status == STATUS_BUFFER_TOO_SMALL ? ORV_E_BUFFER_TOO_SMALL
                                                      : detail::ResultFromStatus(status);
         if (!array.Reserve(needed / sizeof(WCHAR) + 1))

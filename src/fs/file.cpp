@@ -1,6 +1,7 @@
 #include "orv/fs/file.h"
 
 #include "nt/nt.h"
+#include "orv/runtime/result.h"
 #include "runtime/status.h"
 
 OrvWinFile::~OrvWinFile()
@@ -18,11 +19,11 @@ void OrvWinFile::Attach(void *handle, OrvFileAccessMode accessMode)
 OrvResult OrvWinFile::Close()
 {
     if (!IsOpen())
-        return 0;
+        return ORV_S_OK;
     const OrvResult result = detail::ResultFromCall(ZwClose(handle_));
     if (OrvFailed(result))
         return result;
     handle_ = INVALID_HANDLE_VALUE;
     accessMode_ = OrvFileNotOpen;
-    return 0;
+    return ORV_S_OK;
 }

@@ -76,7 +76,7 @@ OrvResult OrvFileIdUtils::GetId(OrvFileId &id, const wchar_t *path)
     const OrvMiniHashMd5::HashType &bytes = digest.Get();
     static_assert(sizeof id.bytes == sizeof bytes.bytes);
     memcpy(id.bytes, bytes.bytes, sizeof id.bytes);
-    return 0;
+    return ORV_S_OK;
 }
 
 OrvResult OrvFileIdUtils::GetString(const OrvFileId &id, _ORV_UTF16CHAR_STR &text)

@@ -25,7 +25,6 @@ struct MutexName {
 /// What whoever may wait has to be allowed: as much as creating asks for.
 constexpr OrvWinMutexRights kSharedRights =
     OrvWinMutexSynchronize | OrvWinMutexDelete | OrvWinMutexQueryState;
-static_assert(kSharedRights == 0x110001);
 
 OrvResult Describe(OrvSecurityCtx &context)
 {
@@ -64,7 +63,7 @@ OrvResult OrvBasWinLockFile::Create(const wchar_t *path, bool initialOwner)
 
 OrvResult OrvBasWinLockFile::Close()
 {
-    return IsInitialized() ? Destroy() : 0;
+    return IsInitialized() ? Destroy() : ORV_S_OK;
 }
 
 OrvBasWinLockFileHolder::OrvBasWinLockFileHolder(OrvBasWinLockFile *lockFile, int timeoutMs)

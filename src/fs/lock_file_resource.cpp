@@ -109,7 +109,7 @@ OrvResult OrvBasWinLockFileResource::OpenFile(const wchar_t *path, void *securit
         return result;
     file_.Attach(handle, write ? OrvFileReadWrite : OrvFileReadOnly);
     lockState_ = kNotLocked;
-    return 0;
+    return ORV_S_OK;
 }
 
 OrvResult OrvBasWinLockFileResource::OpenOrCreate(const wchar_t *path, OrvSecurityCtx *context, bool write)

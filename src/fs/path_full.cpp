@@ -1,6 +1,7 @@
 // What the platform knows of paths: the current directory, the drives' directories, the environment.
 
 #include "fs/platform_text.h"
+#include "orv/runtime/result.h"
 #include "runtime/status.h"
 
 namespace
@@ -25,7 +26,7 @@ OrvResult AskFullPath(const wchar_t *path, wchar_t *target, uint32_t capacity, u
     const uint32_t size = (capacity < kLargest ? capacity : kLargest) * sizeof(wchar_t);
     const uint32_t written = RtlGetFullPathName_U(path, size, target, nullptr);
     count = written / sizeof(wchar_t);
-    return written < sizeof(wchar_t) ? ORV_E_NOT_PRODUCED : 0;
+    return written < sizeof(wchar_t) ? ORV_E_NOT_PRODUCED : ORV_S_OK;
 }
 
 /// The full path in an array of ours.
@@ -56,7 +57,7 @@ OrvResult WriteFullPath(_ORV_UTF16CHAR_STR &out, const wchar_t *path, unsigned i
         return ORV_E_BUFFER_TOO_SMALL;
     }
     out.length = count;
-    return 0;
+    return ORV_S_OK;
 }
 
 template <typename Out>
@@ -84,11 +85,11 @@ OrvResult QueryVariable(const wchar_t *name, TextArray &value)
     RtlInitUnicodeString(&counted, name);
     for (;;) {
         const uint32_t room = (value.Capacity() - 1) * sizeof(wchar_t);
-        UNICODE_STRING target = {0, static_cast<USHORT>(room < 0xFFFE ? room : 0xFFFE), value.Get()};
+        UNICODE_STRING target = {0, detail::CountedRoom(room), value.Get()};
         const NTSTATUS status = RtlQueryEnvironmentVariable_U(nullptr, &counted, &target);
         if (NT_SUCCESS(status)) {
             value.Get()[target.Length / sizeof(wchar_t)] = 0;
-            return 0;
+            return ORV_S_OK;
         }
         // The length is the one needed. Whoever grows the variable meanwhile makes it one more round.
         const uint32_t needed = target.Length / sizeof(wchar_t) + 2;
@@ -124,7 +125,7 @@ OrvResult AskCurrentDirectory(TextArray &array, uint32_t &length)
     for (uint32_t attempt = 0; attempt < 2; attempt++) {
         length = RtlGetCurrentDirectory_U(array.Capacity() * sizeof(wchar_t), array.Get()) / sizeof(wchar_t);
         if (length < array.Capacity())
-            return length ? 0 : ORV_E_NOT_PRODUCED;
+            return length ? ORV_S_OK : ORV_E_NOT_PRODUCED;
         if (attempt == 0 && !array.Reserve(length + 1))
             return ORV_E_OUT_OF_MEMORY;
     }
@@ -154,7 +155,7 @@ OrvResult PrefixRoot(const PathText &path, OrvUtf16CharHeapBuffer &buffer, bool 
     const PathText current(array.Get(), length);
     const PathText root = current.UpTo(OrvBasPath::GetPathRootLength(current.characters, length));
     isChanged = !root.IsEmpty() && IsSeparator(root.Last());
-    return isChanged ? WritePrefixed(buffer, root, path.From(1)) : 0;
+    return isChanged ? WritePrefixed(buffer, root, path.From(1)) : ORV_S_OK;
 }
 
 } // namespace
@@ -196,10 +197,10 @@ OrvResult WinEliminateDosDeviceAliasPath(const wchar_t *&path, OrvUtf16CharHeapB
 {
     const PathText text(path, OrvTerminated);
     bool isChanged = false;
-    OrvResult result = 0;
+    OrvResult result = ORV_S_OK;
     if (IsAbsolute(text)) {
         if (text[0] == L'\\')
-            return 0;
+            return ORV_S_OK;
         result = WritePrefixed(buffer, PathText(), text);
         isChanged = true;
     } else if (!text.IsEmpty() && IsSeparator(text[0])) {

@@ -1,6 +1,7 @@
 // Putting paths together, and changing them.
 
 #include "fs/path_text.h"
+#include "orv/runtime/result.h"
 
 namespace
 {
@@ -60,7 +61,7 @@ PathPieces WithExtension(const PathText &path, const PathText &extension)
 template <typename Out, typename... Required>
 OrvResult WriteWithExtension(Out &out, const PathText &path, const PathText &extension, Required... required)
 {
-    return path.IsEmpty() ? 0 : WritePath(out, WithExtension(path, extension), required...);
+    return path.IsEmpty() ? ORV_S_OK : WritePath(out, WithExtension(path, extension), required...);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "fs/directory_enumerator.h"
 #include "fs/path_text.h"
+#include "orv/runtime/result.h"
 
 namespace
 {
@@ -45,9 +46,9 @@ bool CouldBeShortName(const PathText &name)
 /// Whether the file system would take the name for a pattern. `<>"` are what "*?." become below Win32.
 bool HasWildcard(const PathText &name)
 {
-    constexpr wchar_t kWildcards[] = L"*?<>\"";
+    constexpr wchar_t kWildcards[] = {L'*', L'?', L'<', L'>', L'"'};
     for (uint32_t i = 0; i < name.length; i++) {
-        if (OrvFindElement(kWildcards, name[i], 5))
+        if (OrvFindElement(kWildcards, name[i], sizeof kWildcards / sizeof *kWildcards))
             return true;
     }
     return false;
@@ -74,7 +75,7 @@ OrvResult AppendName(const PathText &path, const PathText &component, Names name
     if (!IsDots(component)) {
         if (names == Names::Normalized) {
             if (CouldBeShortName(component) && OrvSucceeded(AppendFoundName(path, false, out)))
-                return 0;
+                return ORV_S_OK;
         } else {
             if (HasWildcard(component))
                 return ORV_E_INVALID_NAME; // it would find some name or other
@@ -91,8 +92,8 @@ uint32_t EndOfName(const PathText &path, uint32_t start)
     return start;
 }
 
-/// The length of what is copied as it is. Behind "\\?\UNC\" that is the server and the share, too: no directory
-/// lists them.
+/// The length of what is copied as it is. Behind "\\?\UNC\" that is the server and the share, too: no
+/// directory lists them.
 uint32_t FixedLength(const PathText &path, Names names)
 {
     const uint32_t rootLength = OrvBasPath::GetPathRootLength(path.characters, path.length);

@@ -1,4 +1,5 @@
 #include "fs/path_text.h"
+#include "orv/runtime/result.h"
 
 namespace detail
 {
@@ -18,11 +19,11 @@ OrvResult WritePath(OrvUtf16CharHeapBuffer &out, const PathPieces &pieces)
         pieces.WriteTo(larger.GetBuffer());
         larger.GetInternal().length = length;
         out.Swap(larger);
-        return 0;
+        return ORV_S_OK;
     }
     pieces.WriteTo(text.characters);
     text.length = length;
-    return 0;
+    return ORV_S_OK;
 }
 
 OrvResult WritePath(const OrvMutableStringRefBase2<wchar_t> &out, const PathPieces &pieces)

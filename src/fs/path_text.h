@@ -116,7 +116,7 @@ inline OrvResult WritePath(_ORV_UTF16CHAR_STR &out, const PathPieces &pieces, un
 {
     if (out.capacity == 0 && pieces.Length() == 0 && pieces.needsNoRoomWhenEmpty) {
         out.length = 0;
-        return 0;
+        return ORV_S_OK;
     }
     if (pieces.Length() >= out.capacity) {
         if (required)
@@ -127,7 +127,7 @@ inline OrvResult WritePath(_ORV_UTF16CHAR_STR &out, const PathPieces &pieces, un
         return ORV_E_INVALID_ARGUMENT;
     pieces.WriteTo(out.characters);
     out.length = static_cast<uint32_t>(pieces.Length());
-    return 0;
+    return ORV_S_OK;
 }
 
 OrvResult WritePath(OrvUtf16CharHeapBuffer &out, const PathPieces &pieces);

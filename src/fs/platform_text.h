@@ -5,6 +5,7 @@
 
 #include "fs/path_text.h"
 #include "nt/counted_string.h"
+#include "orv/runtime/result.h"
 #include "runtime/small_array.h"
 
 namespace detail
@@ -39,7 +40,7 @@ public:
         if (OrvGetStringSizeInElements(path, kLongestCounted + 1) > kLongestCounted)
             return ORV_E_NOT_PRODUCED;
         text_ = path;
-        return 0;
+        return ORV_S_OK;
     }
 
     const wchar_t *Get() const { return text_; }

@@ -31,10 +31,8 @@ void Compress(uint32_t (&chain)[4], const uint8_t *blocks, uint32_t count)
                 mixed = d ^ (b & (c ^ d));
                 word = place;
             } else if (round == 1) {
-                mixed =
-                    b &
-                    (c ^
-                     d); // half of the majority: the other, c & d, has no bit in common and is ready early
+                // Half of the majority: the other half, c & d, has no bit in common and is ready early.
+                mixed = b & (c ^ d);
                 word = place % 4 * 4 + place / 4;
             } else {
                 mixed = b ^ c ^ d;

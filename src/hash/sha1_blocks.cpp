@@ -57,8 +57,9 @@ void CompressSha1(uint32_t (&chain)[5], const uint8_t *blocks, uint32_t count)
 // another. The schedule is made four words at a time: each group of four comes from the four groups before
 // it.
 
-__attribute__((target("sha,ssse3,sse4.1"))) void
-CompressSha1ByInstruction(uint32_t (&chain)[5], const uint8_t *blocks, uint32_t count)
+__attribute__((target("sha,ssse3,sse4.1"))) void CompressSha1ByInstruction(uint32_t (&chain)[5],
+                                                                           const uint8_t *blocks,
+                                                                           uint32_t count)
 {
     const __m128i bigEndian = _mm_set_epi64x(0x0001020304050607, 0x08090A0B0C0D0E0F);
     __m128i abcd = _mm_shuffle_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i *>(chain)), 0x1B);

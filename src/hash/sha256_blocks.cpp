@@ -73,8 +73,9 @@ void CompressSha256(uint32_t (&chain)[8], const uint8_t *blocks, uint32_t count)
 // words and constants of the rounds in the lower half of a third. The schedule is made four words at a time:
 // each group of four comes from the four groups before it.
 
-__attribute__((target("sha,ssse3,sse4.1"))) void
-CompressSha256ByInstruction(uint32_t (&chain)[8], const uint8_t *blocks, uint32_t count)
+__attribute__((target("sha,ssse3,sse4.1"))) void CompressSha256ByInstruction(uint32_t (&chain)[8],
+                                                                             const uint8_t *blocks,
+                                                                             uint32_t count)
 {
     const __m128i bigEndian = _mm_set_epi64x(0x0C0D0E0F08090A0B, 0x0405060700010203);
     auto *const halves = reinterpret_cast<__m128i *>(chain);

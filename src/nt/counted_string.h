@@ -10,6 +10,15 @@ namespace detail
 /// The most characters of a text that the platform can count and terminate.
 constexpr uint32_t kLongestCounted = 32766;
 
+/// The largest room that can be counted in whole characters, in bytes.
+constexpr uint32_t kMostCountedRoom = (kLongestCounted + 1) * sizeof(WCHAR);
+
+/// The room of an array of `size` bytes, as far as the platform can count it.
+constexpr USHORT CountedRoom(uint32_t size)
+{
+    return static_cast<USHORT>(size < kMostCountedRoom ? size : kMostCountedRoom);
+}
+
 /// A literal as the platform takes it. Its terminator is not counted.
 template <size_t size>
 constexpr UNICODE_STRING CountedLiteral(const WCHAR (&text)[size])

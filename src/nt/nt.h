@@ -71,6 +71,7 @@ constexpr NTSTATUS STATUS_NOT_IMPLEMENTED = static_cast<NTSTATUS>(0xC0000002);
 constexpr NTSTATUS STATUS_INVALID_HANDLE = static_cast<NTSTATUS>(0xC0000008);
 constexpr NTSTATUS STATUS_INVALID_PARAMETER = static_cast<NTSTATUS>(0xC000000D);
 constexpr NTSTATUS STATUS_END_OF_FILE = static_cast<NTSTATUS>(0xC0000011);
+constexpr NTSTATUS STATUS_NO_MEMORY = static_cast<NTSTATUS>(0xC0000017);
 constexpr NTSTATUS STATUS_ACCESS_DENIED = static_cast<NTSTATUS>(0xC0000022);
 constexpr NTSTATUS STATUS_BUFFER_TOO_SMALL = static_cast<NTSTATUS>(0xC0000023);
 constexpr NTSTATUS STATUS_OBJECT_NAME_INVALID = static_cast<NTSTATUS>(0xC0000033);
@@ -322,7 +323,9 @@ struct RTL_USER_PROCESS_PARAMETERS {
 };
 
 struct PEB {
-    uint8_t Reserved1[0x10];
+    uint8_t Reserved1[8];
+    PVOID ImageBaseAddress;
+    PVOID Ldr;
     RTL_USER_PROCESS_PARAMETERS *ProcessParameters;
     PVOID SubSystemData;
     HANDLE ProcessHeap;
@@ -519,7 +522,17 @@ constexpr ACCESS_MASK THREAD_SUSPEND_RESUME = 0x0002;
 constexpr ACCESS_MASK THREAD_GET_CONTEXT = 0x0008;
 constexpr ACCESS_MASK THREAD_QUERY_INFORMATION = 0x0040;
 
+// Around a process's priority. The two ends are as far as the native scale goes, and saturate.
+constexpr LONG THREAD_PRIORITY_TIME_CRITICAL = 16;
+constexpr LONG THREAD_PRIORITY_HIGHEST = 2;
+constexpr LONG THREAD_PRIORITY_NORMAL = 0;
+constexpr LONG THREAD_PRIORITY_LOWEST = -2;
+constexpr LONG THREAD_PRIORITY_IDLE = -16;
+
 constexpr ULONG MEM_RELEASE = 0x8000;
+
+/// With it a thread tells a debugger its name.
+constexpr ULONG MS_VC_EXCEPTION = 0x406D1388;
 
 // The system.
 
@@ -560,6 +573,8 @@ constexpr ACCESS_MASK KEY_SET_VALUE = 0x0002;
 constexpr ACCESS_MASK KEY_CREATE_SUB_KEY = 0x0004;
 constexpr ACCESS_MASK KEY_ENUMERATE_SUB_KEYS = 0x0008;
 constexpr ACCESS_MASK KEY_NOTIFY = 0x0010;
+constexpr ACCESS_MASK KEY_WOW64_64KEY = 0x0100;
+constexpr ACCESS_MASK KEY_WOW64_32KEY = 0x0200;
 constexpr ULONG REG_OPENED_EXISTING_KEY = 2;
 constexpr ULONG REG_NOTIFY_CHANGE_NAME = 0x1;
 constexpr ULONG REG_NOTIFY_CHANGE_ATTRIBUTES = 0x2;
@@ -620,9 +635,18 @@ struct TOKEN_PRIVILEGES {
     ULONG Attributes;
 };
 
-// Security.
+constexpr ACCESS_MASK TOKEN_QUERY = 0x0008;
+constexpr ACCESS_MASK TOKEN_QUERY_SOURCE = 0x0010;
+constexpr ACCESS_MASK TOKEN_ADJUST_PRIVILEGES = 0x0020;
+constexpr ULONG SE_BACKUP_PRIVILEGE = 17;
+constexpr ULONG SE_RESTORE_PRIVILEGE = 18;
+constexpr ULONG SE_PRIVILEGE_ENABLED = 2;
 
-constexpr ACCESS_MASK TOKEN_QUERY = 8;
+// Transactions.
+
+constexpr ACCESS_MASK TRANSACTION_ALL_ACCESS = 0x1F003F;
+
+// Security.
 
 struct TOKEN_USER {
     PVOID Sid;
@@ -632,9 +656,18 @@ struct TOKEN_USER {
 enum TOKEN_INFORMATION_CLASS : ULONG { TokenUser = 1 };
 
 constexpr ULONG ACL_REVISION = 2;
+constexpr ULONG SECURITY_DESCRIPTOR_REVISION = 1;
 constexpr ULONG SECURITY_MAX_SID_SIZE = 68;
 constexpr UCHAR SYSTEM_MANDATORY_LABEL_ACE_TYPE = 0x11;
 constexpr ACCESS_MASK SYSTEM_MANDATORY_LABEL_NO_WRITE_UP = 1;
+
+// The last parts of well-known identifiers.
+constexpr ULONG SECURITY_WORLD_RID = 0;
+constexpr ULONG SECURITY_ANONYMOUS_LOGON_RID = 7;
+constexpr ULONG SECURITY_AUTHENTICATED_USER_RID = 11;
+constexpr ULONG SECURITY_LOCAL_SYSTEM_RID = 18;
+constexpr ULONG SECURITY_BUILTIN_DOMAIN_RID = 32;
+constexpr ULONG DOMAIN_ALIAS_RID_ADMINS = 544;
 
 /// The absolute form.
 struct SECURITY_DESCRIPTOR {

@@ -143,18 +143,6 @@ static_assert(sizeof(SYSTEM_HANDLE_TABLE_ENTRY_INFO) == 16);
 
 constexpr ULONG SystemHandleInformation = 16;
 
-/// One step of a walk over a heap; all zeros starts it.
-struct RTL_HEAP_WALK_ENTRY {
-    PVOID DataAddress;
-    size_t DataSize;
-    UCHAR OverheadBytes;
-    UCHAR SegmentIndex;
-    USHORT Flags;
-    ULONG Reserved[4];
-};
-
-constexpr USHORT RTL_HEAP_BUSY = 0x0001;
-
 /// All zeros is a free lock.
 struct RTL_SRWLOCK {
     PVOID Ptr;
@@ -193,6 +181,14 @@ NTSYSAPI void NTAPI A_SHAUpdate(SHA_CTX *context, const void *data, ULONG size);
 NTSYSAPI void NTAPI A_SHAFinal(SHA_CTX *context, ULONG *digest);
 
 NTSYSAPI NTSTATUS NTAPI NtTerminateProcess(HANDLE process, NTSTATUS exitStatus);
+/// Tells every DLL that the process ends. Only the calling thread may still run.
+NTSYSAPI void NTAPI LdrShutdownProcess();
+/// The parameters of a native process come with offsets where pointers belong; this puts the pointers there,
+/// once.
+NTSYSAPI RTL_USER_PROCESS_PARAMETERS *NTAPI
+RtlNormalizeProcessParams(RTL_USER_PROCESS_PARAMETERS *parameters);
+NTSYSAPI RTL_USER_PROCESS_PARAMETERS *NTAPI
+RtlDeNormalizeProcessParams(RTL_USER_PROCESS_PARAMETERS *parameters);
 NTSYSAPI NTSTATUS NTAPI NtWriteFile(HANDLE file, HANDLE event, PVOID routine, PVOID context,
                                     IO_STATUS_BLOCK *status, const void *buffer, ULONG size,
                                     const LONGLONG *offset, ULONG *key);
@@ -227,7 +223,6 @@ NTSYSAPI PVOID NTAPI RtlAddVectoredExceptionHandler(ULONG first, LONG(NTAPI *han
 NTSYSAPI HANDLE NTAPI RtlCreateHeap(ULONG flags, PVOID base, size_t reserve, size_t commit, PVOID lock,
                                     PVOID parameters);
 NTSYSAPI HANDLE NTAPI RtlDestroyHeap(HANDLE heap);
-NTSYSAPI NTSTATUS NTAPI RtlWalkHeap(HANDLE heap, RTL_HEAP_WALK_ENTRY *entry);
 NTSYSAPI size_t NTAPI RtlSizeHeap(HANDLE heap, ULONG flags, const void *block);
 NTSYSAPI NTSTATUS NTAPI NtQueryObject(HANDLE handle, ULONG informationClass, PVOID information, ULONG size,
                                       ULONG *returnedSize);

@@ -1,9 +1,9 @@
 // Making GUIDs: from the times that the platform reserves or from the clock, and from the generator of random
 // numbers.
 //
-// A reservation is some thousand times, and there is one for each step of the machine's clock: whoever takes
-// one for each GUID runs out of them at once, and takes them from all other programs. So the process keeps
-// its range and asks for another when that is used up.
+// A reservation is some thousand times, and the platform makes one for each step of the machine's clock. A
+// process that asked for one for each GUID would soon get none, and take them from all other programs. So it
+// keeps its range and asks for another when that is used up.
 
 #include "orv/random/create_guid.h"
 

@@ -3,6 +3,7 @@
 #include "nt/nt.h"
 #include "orv/registry/registry_handle.h"
 #include "orv/runtime/result.h"
+#include "runtime/growth.h"
 #include "runtime/status.h"
 
 namespace
@@ -31,7 +32,7 @@ OrvResult OrvBasWinRegistryEnumerator::Next(OrvStringzRefBase<wchar_t> &name, bo
     constexpr uint32_t kFirstSize = 528; // the longest name of a key fits
     found = false;
     if (!key_)
-        return 0;
+        return ORV_S_OK;
     if (!buffer_.GetCapacity()) {
         const OrvResult result = buffer_.ReserveElements(kFirstSize);
         if (OrvFailed(result))
@@ -46,11 +47,11 @@ OrvResult OrvBasWinRegistryEnumerator::Next(OrvStringzRefBase<wchar_t> &name, bo
                                             &needed)
                       : ZwEnumerateKey(key_, index_, KeyBasicInformation, buffer_.GetBuffer(), room, &needed);
         if (status == STATUS_NO_MORE_ENTRIES)
-            return 0;
+            return ORV_S_OK;
         if ((status == STATUS_BUFFER_OVERFLOW || status == STATUS_BUFFER_TOO_SMALL) && needed > room) {
-            const uint32_t doubled = 2 * buffer_.GetCapacity(); // seldom, even where each name is longer
-            const OrvResult result =
-                buffer_.ReserveElements(doubled > needed ? doubled : needed + sizeof(WCHAR));
+            // Seldom, even where each name is longer than the one before.
+            const OrvResult result = buffer_.ReserveElements(
+                detail::GrownCapacity(buffer_.GetCapacity(), needed + sizeof(WCHAR), kFirstSize));
             if (OrvFailed(result))
                 return result;
             continue;
@@ -71,7 +72,7 @@ OrvResult OrvBasWinRegistryEnumerator::Next(OrvStringzRefBase<wchar_t> &name, bo
         name.characters = characters;
         found = true;
         index_++;
-        return 0;
+        return ORV_S_OK;
     }
 }
 

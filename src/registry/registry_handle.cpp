@@ -9,15 +9,12 @@
 #include "registry/registry_path.h"
 #include "registry/registry_root_keys.h"
 #include "registry/registry_roots.h"
-#include "runtime/heap.h"
 #include "runtime/status.h"
 
 namespace
 {
 
 constexpr uint32_t kViewBits = 0xF;
-constexpr ACCESS_MASK kAccess64 = 0x100;
-constexpr ACCESS_MASK kAccess32 = 0x200;
 
 uint32_t ViewOf(OrvBasWinRegistryHandle::ViewMode mode)
 {
@@ -28,9 +25,9 @@ ACCESS_MASK ViewAccess(OrvBasWinRegistryHandle::ViewMode mode)
 {
     switch (ViewOf(mode)) {
     case OrvRegistryView64:
-        return kAccess64;
+        return KEY_WOW64_64KEY;
     case OrvRegistryView32:
-        return kAccess32;
+        return KEY_WOW64_32KEY;
     default:
         return 0;
     }
@@ -56,13 +53,6 @@ NTSTATUS CreateNative(const OBJECT_ATTRIBUTES &attributes, ACCESS_MASK access, H
                        : ZwCreateKey(&key, access, &attributes, 0, nullptr, 0, &disposition);
 }
 
-void CloseAndForget(HANDLE &key)
-{
-    if (key)
-        ZwClose(key);
-    key = nullptr;
-}
-
 /// Makes the keys above the last one of the path.
 NTSTATUS CreateParents(const OBJECT_ATTRIBUTES &attributes, ACCESS_MASK viewAccess, HANDLE transaction)
 {
@@ -74,10 +64,10 @@ NTSTATUS CreateParents(const OBJECT_ATTRIBUTES &attributes, ACCESS_MASK viewAcce
         UNICODE_STRING parent = {size, size, path.Buffer};
         OBJECT_ATTRIBUTES parentAttributes = attributes;
         parentAttributes.ObjectName = &parent;
-        detail::ScopedHandle key;
+        detail::NativeHandle key;
         ULONG disposition = 0;
         const NTSTATUS status = CreateNative(parentAttributes, KEY_CREATE_SUB_KEY | viewAccess, transaction,
-                                             key.handle, disposition);
+                                             *key.Receive(), disposition);
         // One that exists need not let us create keys in it: only the last of them has to.
         if (!NT_SUCCESS(status) && status != STATUS_ACCESS_DENIED)
             return status;
@@ -103,8 +93,7 @@ OrvBasWinRegistryHandle::OrvBasWinRegistryHandle(OrvBasWinRegistryHandle &parent
 
 OrvBasWinRegistryHandle::~OrvBasWinRegistryHandle()
 {
-    CloseKey();
-    detail::FreeBytes(state_);
+    delete state_;
 }
 
 OrvResult OrvBasWinRegistryHandle::ChangeRoot(OrvBasWinRegistryRootType root)
@@ -115,7 +104,7 @@ OrvResult OrvBasWinRegistryHandle::ChangeRoot(OrvBasWinRegistryRootType root)
     path_.Clear();
     root_ = root;
     parent_ = nullptr;
-    return 0;
+    return ORV_S_OK;
 }
 
 OrvResult OrvBasWinRegistryHandle::SetParent(OrvBasWinRegistryRootType root)
@@ -145,9 +134,9 @@ void OrvBasWinRegistryHandle::CloseKey()
 {
     if (!state_)
         return;
-    CloseAndForget(state_->key);
-    for (HANDLE &key : state_->watchKeys)
-        CloseAndForget(key);
+    state_->key.Close();
+    for (detail::NativeHandle &key : state_->watchKeys)
+        key.Close();
 }
 
 bool OrvBasWinRegistryHandle::IsOpened() const
@@ -183,7 +172,7 @@ OrvResult OrvBasWinRegistryHandle::SetViewMode(ViewMode mode)
     if (view == OrvRegistryViewNode && !HasNodeView(root_))
         return ORV_E_VIEW_ROOT;
     viewMode_ = mode;
-    return 0;
+    return ORV_S_OK;
 }
 
 OrvBasWinRegistryHandle::ViewMode OrvBasWinRegistryHandle::GetViewMode() const
@@ -200,26 +189,22 @@ OrvResult OrvBasWinRegistryHandle::CurrentKey(void *&key) const
 {
     if (!IsOpened())
         return ParentKey(key);
-    key = state_->key;
-    return 0;
+    key = state_->key.Get();
+    return ORV_S_OK;
 }
 
 OrvResult OrvBasWinRegistryHandle::MakeState()
 {
-    if (state_)
-        return 0;
-    state_ = static_cast<detail::RegistryState *>(detail::AllocateBytes(sizeof(detail::RegistryState)));
     if (!state_)
-        return ORV_E_OUT_OF_MEMORY;
-    *state_ = {};
-    return 0;
+        state_ = new detail::RegistryState;
+    return state_ ? ORV_S_OK : ORV_E_OUT_OF_MEMORY;
 }
 
 /// Gives the root and the path below it that the keys make up which are open between.
 OrvResult OrvBasWinRegistryHandle::FindWay(Origin origin, OrvBasWinRegistryRootType &root,
                                            OrvUtf16CharHeapBuffer &way) const
 {
-    OrvResult result = 0;
+    OrvResult result = ORV_S_OK;
     if (parent_)
         result = parent_->FindWay(kFromCurrentKey, root, way);
     else
@@ -235,7 +220,7 @@ OrvResult OrvBasWinRegistryHandle::FindWay(Origin origin, OrvBasWinRegistryRootT
 OrvResult OrvBasWinRegistryHandle::ApplyView(Origin origin, Name &path, OrvUtf16CharHeapBuffer &changed) const
 {
     if (ViewOf(viewMode_) != OrvRegistryViewNode)
-        return 0;
+        return ORV_S_OK;
     const uint32_t length = detail::ResolveLength(path.characters, path.length);
     OrvBasWinRegistryRootType root = OrvRegistryNoRoot;
     OrvUtf16CharHeapBuffer way;
@@ -249,7 +234,7 @@ OrvResult OrvBasWinRegistryHandle::ApplyView(Origin origin, Name &path, OrvUtf16
         return result;
     const uint32_t found = detail::FindWow6432NodePosition(root, way.GetValue(), way.GetInternal().length);
     if (found <= start)
-        return 0;
+        return ORV_S_OK;
     const uint32_t position = found - start;
     result = changed.Append(path.characters, position);
     if (OrvSucceeded(result))
@@ -325,12 +310,14 @@ OrvResult OrvBasWinRegistryHandle::ReplaceKey(const Name &path, uint32_t access,
     result = newPath.Assign(path.characters, path.length);
     if (OrvFailed(result))
         return result;
-    HANDLE opened = nullptr;
-    result = Open(kFromParent, path, access, transaction, creation, opened);
+    detail::NativeHandle opened;
+    result = Open(kFromParent, path, access, transaction, creation, *opened.Receive());
+    if (creation == kOpenOnly && (result == ORV_E_FILE_NOT_FOUND || result == ORV_E_PATH_NOT_FOUND))
+        return ORV_E_KEY_NOT_FOUND;
     if (OrvFailed(result))
         return result;
     CloseKey();
-    state_->key = opened;
+    state_->key.Reset(opened.Detach());
     path_.Swap(newPath);
     return result;
 }
@@ -348,15 +335,13 @@ OrvResult OrvBasWinRegistryHandle::OpenOrCreateKeyTransacted(OrvWinTransaction &
 
 OrvResult OrvBasWinRegistryHandle::OpenKeyIfExists(const Name &path, OrvWinRegistryRights rights)
 {
-    const OrvResult result = ReplaceKey(path, rights, nullptr, kOpenOnly);
-    return result == ORV_E_FILE_NOT_FOUND || result == ORV_E_PATH_NOT_FOUND ? ORV_E_KEY_NOT_FOUND : result;
+    return ReplaceKey(path, rights, nullptr, kOpenOnly);
 }
 
 OrvResult OrvBasWinRegistryHandle::OpenKeyIfExistsTransacted(OrvWinTransaction &transaction, const Name &path,
                                                              OrvWinRegistryRights rights)
 {
-    const OrvResult result = ReplaceKey(path, rights, &transaction, kOpenOnly);
-    return result == ORV_E_FILE_NOT_FOUND || result == ORV_E_PATH_NOT_FOUND ? ORV_E_KEY_NOT_FOUND : result;
+    return ReplaceKey(path, rights, &transaction, kOpenOnly);
 }
 
 OrvResult OrvBasWinRegistryHandle::CreateHandleInternal(void *&handle, const Name &path, uint32_t access,

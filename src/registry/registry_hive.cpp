@@ -58,7 +58,7 @@ OrvResult OrvBasWinRegistryHandle::LoadKey(const Name &key, const wchar_t *file)
         return result;
     CloseKey();
     path_.Swap(path);
-    return 0;
+    return ORV_S_OK;
 }
 
 OrvResult OrvBasWinRegistryHandle::UnLoadKey()
@@ -86,14 +86,14 @@ OrvResult OrvBasWinRegistryHandle::SaveKey(const wchar_t *file)
         return result;
     const OBJECT_ATTRIBUTES attributes = path.Attributes();
     {
-        detail::ScopedHandle target;
+        detail::NativeHandle target;
         IO_STATUS_BLOCK status = {};
-        result = detail::ResultFromCall(ZwCreateFile(&target.handle, GENERIC_WRITE | SYNCHRONIZE, &attributes,
-                                                     &status, nullptr, FILE_ATTRIBUTE_NORMAL, 0, FILE_CREATE,
-                                                     FILE_SYNCHRONOUS_IO_NONALERT, nullptr, 0));
+        result = detail::ResultFromCall(ZwCreateFile(target.Receive(), GENERIC_WRITE | SYNCHRONIZE,
+                                                     &attributes, &status, nullptr, FILE_ATTRIBUTE_NORMAL, 0,
+                                                     FILE_CREATE, FILE_SYNCHRONOUS_IO_NONALERT, nullptr, 0));
         if (OrvFailed(result))
             return result;
-        result = detail::ResultFromCall(ZwSaveKey(key, target.handle));
+        result = detail::ResultFromCall(ZwSaveKey(key, target.Get()));
     }
     if (OrvFailed(result))
         ZwDeleteFile(&attributes);
@@ -115,11 +115,11 @@ OrvResult OrvBasWinRegistryHandle::RestoreKey(const wchar_t *file, IOrvString<wc
     if (OrvFailed(result))
         return result;
     const OBJECT_ATTRIBUTES attributes = nativePath.Attributes();
-    detail::ScopedHandle source;
+    detail::NativeHandle source;
     IO_STATUS_BLOCK status = {};
-    result = detail::ResultFromCall(ZwOpenFile(&source.handle, GENERIC_READ | SYNCHRONIZE, &attributes,
+    result = detail::ResultFromCall(ZwOpenFile(source.Receive(), GENERIC_READ | SYNCHRONIZE, &attributes,
                                                &status, FILE_SHARE_READ, FILE_SYNCHRONOUS_IO_NONALERT));
-    return OrvSucceeded(result) ? detail::ResultFromCall(ZwRestoreKey(key, source.handle, 0)) : result;
+    return OrvSucceeded(result) ? detail::ResultFromCall(ZwRestoreKey(key, source.Get(), 0)) : result;
 }
 
 OrvResult OrvBasWinRegistryHandle::StartSingleWatchingKeyChange(OrvBasEvent &event, bool subtree)
@@ -134,36 +134,33 @@ OrvResult OrvBasWinRegistryHandle::StartSingleWatchingKeyChange(OrvBasEvent &eve
     OrvResult result = MakeState();
     if (OrvFailed(result))
         return result;
-    HANDLE &key = state_->watchKeys[subtree];
+    detail::NativeHandle &key = state_->watchKeys[subtree];
     if (!key)
-        result = CreateHandleInternal(key, Name(), KEY_NOTIFY);
+        result = CreateHandleInternal(*key.Receive(), Name(), KEY_NOTIFY);
     if (OrvFailed(result))
         return result;
     // Otherwise the watch ends with this thread, and its end sets the event. Older systems refuse the flag.
     const bool mayOutliveThread = OrvEnvironment::OsInfo::IsAtLeast(6, 2);
     const ULONG filter = mayOutliveThread ? kChanges | REG_NOTIFY_THREAD_AGNOSTIC : kChanges;
-    return detail::ResultFromCall(ZwNotifyChangeKey(key, event.GetHandle(), nullptr, nullptr, &status, filter,
-                                                    subtree, nullptr, 0, true));
+    return detail::ResultFromCall(ZwNotifyChangeKey(key.Get(), event.GetHandle(), nullptr, nullptr, &status,
+                                                    filter, subtree, nullptr, 0, true));
 }
 
 OrvResult OrvBasWinRegistryHandle::EnablePrivilege(OrvBasWinRegistryPrivilege privilege, bool enable)
 {
-    constexpr ACCESS_MASK kAdjustAndQuery = 0x38;
-    constexpr ULONG kBackup = 17;
-    constexpr ULONG kRestore = 18;
-    constexpr ULONG kEnabled = 2;
+    constexpr ACCESS_MASK kAdjustAndQuery = TOKEN_ADJUST_PRIVILEGES | TOKEN_QUERY | TOKEN_QUERY_SOURCE;
     if (!OrvNtdllIsTableInitialized() || !OrvNtdll_FunctionExists("ZwOpenProcessToken"))
         return ORV_E_NOT_SUPPORTED;
-    detail::ScopedHandle token;
+    detail::NativeHandle token;
     const OrvResult result = detail::ResultFromCall(
-        OrvNtdll_ZwOpenProcessToken(NtCurrentProcess(), kAdjustAndQuery, &token.handle));
+        OrvNtdll_ZwOpenProcessToken(NtCurrentProcess(), kAdjustAndQuery, token.Receive()));
     if (OrvFailed(result))
         return result;
-    const ULONG number = privilege == OrvRegistryBackupPrivilege    ? kBackup
-                         : privilege == OrvRegistryRestorePrivilege ? kRestore
+    const ULONG number = privilege == OrvRegistryBackupPrivilege    ? SE_BACKUP_PRIVILEGE
+                         : privilege == OrvRegistryRestorePrivilege ? SE_RESTORE_PRIVILEGE
                                                                     : 0;
-    const TOKEN_PRIVILEGES privileges = {1, {number, 0}, enable ? kEnabled : 0};
+    const TOKEN_PRIVILEGES privileges = {1, {number, 0}, enable ? SE_PRIVILEGE_ENABLED : 0};
     const NTSTATUS status =
-        ZwAdjustPrivilegesToken(token.handle, false, &privileges, sizeof privileges, nullptr, nullptr);
+        ZwAdjustPrivilegesToken(token.Get(), false, &privileges, sizeof privileges, nullptr, nullptr);
     return status == STATUS_NOT_ALL_ASSIGNED ? ORV_E_ACCESS_DENIED : detail::ResultFromCall(status);
 }

@@ -5,15 +5,16 @@
 #include "orv/runtime/result.h"
 #include "registry/registry_key.h"
 #include "registry/registry_path.h"
-#include "runtime/heap.h"
+#include "runtime/growth.h"
 #include "runtime/native_handle.h"
+#include "runtime/small_array.h"
 #include "runtime/status.h"
 
 namespace
 {
 
-/// The keys from the one to be deleted down to the one that is being emptied. On the heap, because nothing
-/// limits the depth but the platform.
+/// Owns the keys from the one to be deleted down to the one that is being emptied. On the heap when there are
+/// many, because nothing limits the depth but the platform.
 class KeyStack
 {
 public:
@@ -29,30 +30,23 @@ public:
     bool IsEmpty() const { return count_ == 0; }
     HANDLE Top() const { return keys_.Get()[count_ - 1]; }
 
-    /// Takes the key over; false, and it is closed, when the heap refuses.
-    bool Push(HANDLE key)
+    /// Takes the key over, unless the heap refuses: then false.
+    bool Push(detail::NativeHandle &key)
     {
-        if (count_ == capacity_) {
-            detail::HeapArray<HANDLE> larger = detail::HeapArray<HANDLE>::Allocate(capacity_ + 16);
-            if (!larger) {
-                ZwClose(key);
-                return false;
-            }
-            for (uint32_t i = 0; i < count_; i++)
-                larger.Get()[i] = keys_.Get()[i];
-            keys_.Reset(larger.Detach());
-            capacity_ += 16;
-        }
-        keys_.Get()[count_++] = key;
+        if (count_ == keys_.Capacity() &&
+            !keys_.ReserveKeeping(detail::GrownCapacity(count_, count_ + 1, kOnStack), count_))
+            return false;
+        keys_.Get()[count_++] = key.Detach();
         return true;
     }
 
-    void Pop() { ZwClose(keys_.Get()[--count_]); }
+    void Pop() { detail::NativeHandle(keys_.Get()[--count_]).Close(); }
 
 private:
-    detail::HeapArray<HANDLE> keys_;
+    static constexpr uint32_t kOnStack = 16;
+
+    detail::SmallArray<HANDLE, kOnStack> keys_;
     uint32_t count_ = 0;
-    uint32_t capacity_ = 0;
 };
 
 constexpr ACCESS_MASK kToDeleteTree = DELETE | KEY_ENUMERATE_SUB_KEYS;
@@ -77,15 +71,15 @@ OrvResult QueryInfo(HANDLE key, OrvBasWinRegistryKeyInfo &info)
     info.valueCount = full.Values;
     info.longestValueName = full.MaxValueNameLen / sizeof(WCHAR);
     info.largestValue = full.MaxValueDataLen;
-    return 0;
+    return ORV_S_OK;
 }
 
 } // namespace
 
 bool OrvBasWinRegistryHandle::Exists(const Name &path, OrvWinTransaction *transaction)
 {
-    detail::ScopedHandle key;
-    const OrvResult result = CreateHandleInternal(key.handle, path, KEY_QUERY_VALUE, transaction);
+    detail::NativeHandle key;
+    const OrvResult result = CreateHandleInternal(*key.Receive(), path, KEY_QUERY_VALUE, transaction);
     return OrvSucceeded(result) || result == ORV_E_ACCESS_DENIED;
 }
 
@@ -102,8 +96,8 @@ bool OrvBasWinRegistryHandle::KeyExistsTransacted(OrvWinTransaction &transaction
 OrvResult OrvBasWinRegistryHandle::CreateBelow(const Name &path, OrvWinTransaction *transaction,
                                                Creation creation)
 {
-    detail::ScopedHandle key;
-    return Open(kFromCurrentKey, path, KEY_QUERY_VALUE, transaction, creation, key.handle);
+    detail::NativeHandle key;
+    return Open(kFromCurrentKey, path, KEY_QUERY_VALUE, transaction, creation, *key.Receive());
 }
 
 OrvResult OrvBasWinRegistryHandle::CreateKey(const Name &path)
@@ -133,20 +127,20 @@ OrvResult OrvBasWinRegistryHandle::Delete(const Name &path, bool recursive, OrvW
     const OrvResult result = Open(kFromCurrentKey, path, access, transaction, kOpenLink, *key.Receive());
     if (OrvFailed(result))
         return result;
-    return recursive ? DeleteTree(key.Detach(), transaction) : detail::ResultFromCall(ZwDeleteKey(key.Get()));
+    return recursive ? DeleteTree(key, transaction) : detail::ResultFromCall(ZwDeleteKey(key.Get()));
 }
 
 /// Takes `top` over. A key that others delete meanwhile is as good as deleted, except the top one.
-OrvResult OrvBasWinRegistryHandle::DeleteTree(void *top, OrvWinTransaction *transaction) const
+OrvResult OrvBasWinRegistryHandle::DeleteTree(detail::NativeHandle &top, OrvWinTransaction *transaction) const
 {
     KeyStack keys;
     if (!keys.Push(top))
         return ORV_E_OUT_OF_MEMORY;
     OrvBasWinRegistryEnumerator children;
     while (!keys.IsEmpty()) {
-        HANDLE child = nullptr;
+        detail::NativeHandle child;
         children.key_ = keys.Top();
-        OrvResult result = OpenFirstChild(child, children, transaction);
+        OrvResult result = OpenFirstChild(*child.Receive(), children, transaction);
         if (OrvFailed(result))
             return result;
         if (child) {
@@ -159,7 +153,7 @@ OrvResult OrvBasWinRegistryHandle::DeleteTree(void *top, OrvWinTransaction *tran
         if (OrvFailed(result) && (!IsGone(result) || keys.IsEmpty()))
             return result;
     }
-    return 0;
+    return ORV_S_OK;
 }
 
 /// The first child of a key that is being emptied: those before it are gone. Null when there is none, also
@@ -168,16 +162,16 @@ OrvResult OrvBasWinRegistryHandle::OpenFirstChild(void *&child, OrvBasWinRegistr
                                                   OrvWinTransaction *transaction) const
 {
     constexpr uint32_t kPatience = 100; // a name that is listed but not found would be listed for ever
-    OrvResult result = 0;
+    OrvResult result = ORV_S_OK;
     for (uint32_t attempt = 0; attempt < kPatience; attempt++) {
         children.index_ = 0;
         OrvStringzRefBase<wchar_t> name(nullptr);
         bool found = false;
         result = children.Next(name, found);
         if (OrvFailed(result))
-            return IsGone(result) ? 0 : result;
+            return IsGone(result) ? ORV_S_OK : result;
         if (!found)
-            return 0;
+            return ORV_S_OK;
         result = OpenBelow(children.key_, Name(name.characters, children.GetLength()), kToDeleteTree,
                            transaction, kOpenLink, child);
         if (!IsGone(result))
@@ -197,37 +191,41 @@ OrvResult OrvBasWinRegistryHandle::DeleteKeyTransacted(OrvWinTransaction &transa
     return Delete(path, recursive, &transaction);
 }
 
+OrvResult OrvBasWinRegistryHandle::Describe(OrvBasWinRegistryKeyInfo &info,
+                                            OrvWinTransaction *transaction) const
+{
+    return WithKey(KEY_QUERY_VALUE, transaction, [&info](HANDLE key) { return QueryInfo(key, info); });
+}
+
 OrvResult OrvBasWinRegistryHandle::GetKeyInfo(OrvBasWinRegistryKeyInfo &info)
 {
-    HANDLE key = nullptr;
-    const OrvResult result = CurrentKey(key);
-    return OrvSucceeded(result) ? QueryInfo(key, info) : result;
+    return Describe(info, nullptr);
 }
 
 OrvResult OrvBasWinRegistryHandle::GetKeyInfoTransacted(OrvWinTransaction &transaction,
                                                         OrvBasWinRegistryKeyInfo &info)
 {
-    detail::ScopedHandle key;
-    const OrvResult result = CreateHandleInternal(key.handle, Name(), KEY_QUERY_VALUE, &transaction);
-    return OrvSucceeded(result) ? QueryInfo(key.handle, info) : result;
+    return Describe(info, &transaction);
 }
 
 OrvResult OrvBasWinRegistryHandle::SplitCurrentKeyName(OrvBasWinRegistryRootType &root,
                                                        IOrvString<wchar_t> &path, uint32_t &access) const
 {
+    constexpr uint32_t kOrdinarySize = 512;
     HANDLE key = nullptr;
     OrvResult result = CurrentKey(key);
     if (OrvFailed(result))
         return result;
-    ULONG size = 512;
+    detail::SmallArray<uint64_t, kOrdinarySize / sizeof(uint64_t)> bytes;
     for (;;) {
-        const detail::HeapArray<uint8_t> bytes = detail::HeapArray<uint8_t>::Allocate(size);
-        if (!bytes)
-            return ORV_E_OUT_OF_MEMORY;
-        const ULONG room = size;
-        const NTSTATUS status = ZwQueryKey(key, KeyNameInformation, bytes.Get(), room, &size);
-        if ((status == STATUS_BUFFER_OVERFLOW || status == STATUS_BUFFER_TOO_SMALL) && size > room)
+        const ULONG room = bytes.Capacity() * sizeof(uint64_t);
+        ULONG needed = 0;
+        const NTSTATUS status = ZwQueryKey(key, KeyNameInformation, bytes.Get(), room, &needed);
+        if ((status == STATUS_BUFFER_OVERFLOW || status == STATUS_BUFFER_TOO_SMALL) && needed > room) {
+            if (!bytes.Reserve(needed / sizeof(uint64_t) + 1))
+                return ORV_E_OUT_OF_MEMORY;
             continue;
+        }
         if (!NT_SUCCESS(status))
             return detail::ResultFromStatus(status);
         const auto &information = *reinterpret_cast<const KEY_NAME_INFORMATION *>(bytes.Get());
@@ -242,6 +240,6 @@ OrvResult OrvBasWinRegistryHandle::SplitCurrentKeyName(OrvBasWinRegistryRootType
             return result;
         root = found;
         access = newAccess;
-        return 0;
+        return ORV_S_OK;
     }
 }

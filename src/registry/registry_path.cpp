@@ -20,9 +20,6 @@ constexpr uint32_t kNodePartLength = 12;
 constexpr wchar_t kClassesEnd[] = L"_CLASSES";
 constexpr uint32_t kClassesEndLength = 8;
 
-constexpr uint32_t kAccess64 = 0x100;
-constexpr uint32_t kAccess32 = 0x200;
-
 /// Whether `part`, in upper case, stands at the position, and what follows it does not belong to its name.
 bool HasPartAt(const wchar_t *text, uint32_t length, uint32_t position, const wchar_t *part,
                uint32_t partLength)
@@ -95,7 +92,7 @@ OrvResult Combine(IOrvString<wchar_t> &text, OrvBasWinRegistryRootType root,
 {
     OrvUtf16CharHeapBuffer combined;
     const detail::RegistryRoot *const found = detail::FindRegistryRoot(root);
-    OrvResult result = found ? combined.Append(found->shortName) : 0;
+    OrvResult result = found ? combined.Append(found->shortName) : ORV_S_OK;
     if (OrvSucceeded(result) && detail::ResolveLength(path.characters, path.length)) {
         result = combined.Append(L'\\');
         if (OrvSucceeded(result))
@@ -159,7 +156,7 @@ OrvResult SplitNativeKeyName(const wchar_t *name, uint32_t length, OrvBasWinRegi
     const auto position = part ? static_cast<uint32_t>(part - upper.GetValue()) : length;
     if (HasPartAt(upper.GetBuffer(), length, position, kNodePart, kNodePartLength)) {
         upper.Erase(position, kNodePartLength);
-        newAccess = (newAccess ^ kAccess64) | kAccess32;
+        newAccess = (newAccess ^ KEY_WOW64_64KEY) | KEY_WOW64_32KEY;
     }
     const Rest rest(upper.GetBuffer(), upper.GetInternal().length, kMachineLength);
     result = path.Assign(rest.characters, rest.count);
@@ -167,7 +164,7 @@ OrvResult SplitNativeKeyName(const wchar_t *name, uint32_t length, OrvBasWinRegi
         return result;
     root = OrvRegistryLocalMachine;
     access = newAccess;
-    return 0;
+    return ORV_S_OK;
 }
 
 } // namespace detail
@@ -202,7 +199,7 @@ OrvResult OrvBasWinRegistryHandle::SplitRegistryPath(OrvBasWinRegistryRootType &
         return result;
     root = found->type;
     hasValue = isValueGiven;
-    return 0;
+    return ORV_S_OK;
 }
 
 OrvResult OrvBasWinRegistryHandle::CombineRegistryPath(IOrvString<wchar_t> &text,

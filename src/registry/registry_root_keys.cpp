@@ -6,6 +6,7 @@
 #include "orv/runtime/result.h"
 #include "orv/sync/interlocked.h"
 #include "registry/registry_roots.h"
+#include "runtime/native_handle.h"
 #include "runtime/status.h"
 
 namespace
@@ -47,18 +48,18 @@ OrvResult GetRegistryRootKey(OrvBasWinRegistryRootType type, HANDLE &key)
     volatile long &cached = rootKeys[root - kRegistryRoots];
     if (cached) {
         key = reinterpret_cast<HANDLE>(cached);
-        return 0;
+        return ORV_S_OK;
     }
-    HANDLE opened = nullptr;
-    const OrvResult result = ResultFromCall(OpenRoot(*root, opened));
+    NativeHandle opened;
+    const OrvResult result = ResultFromCall(OpenRoot(*root, *opened.Receive()));
     if (OrvFailed(result))
         return result;
-    if (const long first = _InterlockedCompareExchange(&cached, reinterpret_cast<long>(opened), 0)) {
-        ZwClose(opened);
-        opened = reinterpret_cast<HANDLE>(first);
+    if (const long first = _InterlockedCompareExchange(&cached, reinterpret_cast<long>(opened.Get()), 0)) {
+        key = reinterpret_cast<HANDLE>(first);
+    } else {
+        key = opened.Detach();
     }
-    key = opened;
-    return 0;
+    return ORV_S_OK;
 }
 
 } // namespace detail

@@ -7,6 +7,7 @@
 #include "orv/fs/dos_path.h"
 #include "orv/runtime/result.h"
 #include "registry/registry_key.h"
+#include "runtime/growth.h"
 #include "runtime/small_array.h"
 #include "runtime/status.h"
 
@@ -39,7 +40,7 @@ public:
                 ZwQueryValueKey(key, counted.Get(), KeyValuePartialInformation, bytes_.Get(), room, &needed);
             if (NT_SUCCESS(status)) {
                 Terminate();
-                return 0;
+                return ORV_S_OK;
             }
             // It may grow between the calls; each round has more room than the one before.
             if ((status != STATUS_BUFFER_OVERFLOW && status != STATUS_BUFFER_TOO_SMALL) || needed <= room)
@@ -94,56 +95,10 @@ private:
     detail::SmallArray<uint8_t, kHeaderSize + kOnStack + kTerminatorRoom> bytes_;
 };
 
-OrvResult Query(HANDLE key, OrvBasWinRegistryValueType &type, IOrvBuffer<unsigned char> &bytes,
-                const Name &name)
-{
-    ReadValue value;
-    OrvResult result = value.Read(key, name);
-    if (OrvSucceeded(result))
-        result = value.CopyTo(bytes);
-    if (OrvSucceeded(result))
-        type = value.Type();
-    return result;
-}
-
-OrvResult Set(HANDLE key, OrvBasWinRegistryValueType type, const void *bytes, uint32_t size, const Name &name)
-{
-    if (!bytes && size)
-        return ORV_E_INVALID_ARGUMENT;
-    detail::CountedName counted;
-    if (!counted.Set(name))
-        return ORV_E_INVALID_NAME;
-    return detail::ResultFromCall(ZwSetValueKey(key, counted.Get(), 0, type, bytes, size));
-}
-
-OrvResult Remove(HANDLE key, const Name &name)
-{
-    detail::CountedName counted;
-    if (!counted.Set(name))
-        return ORV_E_INVALID_NAME;
-    return detail::ResultFromCall(ZwDeleteValueKey(key, counted.Get()));
-}
-
-bool Exists(HANDLE key, const Name &name)
-{
-    detail::CountedName counted;
-    if (!counted.Set(name))
-        return false;
-    KEY_VALUE_PARTIAL_INFORMATION information = {};
-    ULONG needed = 0;
-    const NTSTATUS status = ZwQueryValueKey(key, counted.Get(), KeyValuePartialInformation, &information,
-                                            sizeof information, &needed);
-    return NT_SUCCESS(status) || status == STATUS_BUFFER_OVERFLOW || status == STATUS_BUFFER_TOO_SMALL;
-}
-
-/// Gives a number of this type, or with its bytes turned round if it is of the other one.
+/// Gives the value as a number of this type, or with its bytes turned round if it is of the other one.
 template <typename T>
-OrvResult ReadNumber(HANDLE key, T &number, const Name &name, OrvBasWinRegistryValueType type)
+OrvResult ToNumber(T &number, ReadValue &value, OrvBasWinRegistryValueType type)
 {
-    ReadValue value;
-    const OrvResult result = value.Read(key, name);
-    if (OrvFailed(result))
-        return result;
     const bool isTurned = type == OrvRegistryDWord && value.Type() == OrvRegistryDWordBigEndian;
     if (value.Type() != type && !isTurned)
         return ORV_E_VALUE_TYPE;
@@ -152,7 +107,7 @@ OrvResult ReadNumber(HANDLE key, T &number, const Name &name, OrvBasWinRegistryV
     T read;
     memcpy(&read, value.Data(), sizeof read);
     number = isTurned ? TurnRound(static_cast<uint32_t>(read)) : read;
-    return 0;
+    return ORV_S_OK;
 }
 
 template <typename T>
@@ -166,47 +121,64 @@ OrvResult OrDefault(OrvResult result, T &number, T defaultValue)
 
 } // namespace
 
+OrvResult OrvBasWinRegistryHandle::Set(OrvBasWinRegistryValueType type, const void *bytes, uint32_t size,
+                                       const Name &name, OrvWinTransaction *transaction)
+{
+    return WithKey(KEY_SET_VALUE, transaction, [&](HANDLE key) -> OrvResult {
+        if (!bytes && size)
+            return ORV_E_INVALID_ARGUMENT;
+        detail::CountedName counted;
+        if (!counted.Set(name))
+            return ORV_E_INVALID_NAME;
+        return detail::ResultFromCall(ZwSetValueKey(key, counted.Get(), 0, type, bytes, size));
+    });
+}
+
 OrvResult OrvBasWinRegistryHandle::SetValue(OrvBasWinRegistryValueType type, const void *bytes, uint32_t size,
                                             const Name &name)
 {
-    HANDLE key = nullptr;
-    const OrvResult result = CurrentKey(key);
-    return OrvSucceeded(result) ? Set(key, type, bytes, size, name) : result;
+    return Set(type, bytes, size, name, nullptr);
 }
 
 OrvResult OrvBasWinRegistryHandle::SetValueTransacted(OrvWinTransaction &transaction,
                                                       OrvBasWinRegistryValueType type, const void *bytes,
                                                       uint32_t size, const Name &name)
 {
-    detail::ScopedHandle key;
-    const OrvResult result = CreateHandleInternal(key.handle, Name(), KEY_SET_VALUE, &transaction);
-    return OrvSucceeded(result) ? Set(key.handle, type, bytes, size, name) : result;
+    return Set(type, bytes, size, name, &transaction);
+}
+
+OrvResult OrvBasWinRegistryHandle::Query(OrvBasWinRegistryValueType &type, IOrvBuffer<unsigned char> &bytes,
+                                         const Name &name, OrvWinTransaction *transaction)
+{
+    return WithKey(KEY_QUERY_VALUE, transaction, [&](HANDLE key) {
+        ReadValue value;
+        OrvResult result = value.Read(key, name);
+        if (OrvSucceeded(result))
+            result = value.CopyTo(bytes);
+        if (OrvSucceeded(result))
+            type = value.Type();
+        return result;
+    });
 }
 
 OrvResult OrvBasWinRegistryHandle::QueryValue(OrvBasWinRegistryValueType &type,
                                               IOrvBuffer<unsigned char> &bytes, const Name &name)
 {
-    HANDLE key = nullptr;
-    const OrvResult result = CurrentKey(key);
-    return OrvSucceeded(result) ? Query(key, type, bytes, name) : result;
+    return Query(type, bytes, name, nullptr);
 }
 
 OrvResult OrvBasWinRegistryHandle::QueryValueTransacted(OrvWinTransaction &transaction,
                                                         OrvBasWinRegistryValueType &type,
                                                         IOrvBuffer<unsigned char> &bytes, const Name &name)
 {
-    detail::ScopedHandle key;
-    const OrvResult result = CreateHandleInternal(key.handle, Name(), KEY_QUERY_VALUE, &transaction);
-    return OrvSucceeded(result) ? Query(key.handle, type, bytes, name) : result;
+    return Query(type, bytes, name, &transaction);
 }
 
 OrvResult OrvBasWinRegistryHandle::GetBinaryValue(IOrvBuffer<unsigned char> &bytes, const Name &name)
 {
-    HANDLE key = nullptr;
-    OrvResult result = CurrentKey(key);
     ReadValue value;
-    if (OrvSucceeded(result))
-        result = value.Read(key, name);
+    const OrvResult result =
+        WithKey(KEY_QUERY_VALUE, nullptr, [&](HANDLE key) { return value.Read(key, name); });
     if (OrvFailed(result))
         return result;
     return value.Type() == OrvRegistryBinary ? value.CopyTo(bytes) : ORV_E_VALUE_TYPE;
@@ -219,9 +191,11 @@ OrvResult OrvBasWinRegistryHandle::SetBinaryValue(const void *bytes, uint32_t si
 
 OrvResult OrvBasWinRegistryHandle::GetDWordValue(uint32_t &value, const Name &name)
 {
-    HANDLE key = nullptr;
-    const OrvResult result = CurrentKey(key);
-    return OrvSucceeded(result) ? ReadNumber(key, value, name, OrvRegistryDWord) : result;
+    return WithKey(KEY_QUERY_VALUE, nullptr, [&](HANDLE key) {
+        ReadValue read;
+        const OrvResult result = read.Read(key, name);
+        return OrvSucceeded(result) ? ToNumber(value, read, OrvRegistryDWord) : result;
+    });
 }
 
 OrvResult OrvBasWinRegistryHandle::GetDWordValueWithDefault(uint32_t &value, const Name &name,
@@ -238,9 +212,11 @@ OrvResult OrvBasWinRegistryHandle::SetDWordValue(uint32_t value, const Name &nam
 
 OrvResult OrvBasWinRegistryHandle::GetQWordValue(uint64_t &value, const Name &name)
 {
-    HANDLE key = nullptr;
-    const OrvResult result = CurrentKey(key);
-    return OrvSucceeded(result) ? ReadNumber(key, value, name, OrvRegistryQWord) : result;
+    return WithKey(KEY_QUERY_VALUE, nullptr, [&](HANDLE key) {
+        ReadValue read;
+        const OrvResult result = read.Read(key, name);
+        return OrvSucceeded(result) ? ToNumber(value, read, OrvRegistryQWord) : result;
+    });
 }
 
 OrvResult OrvBasWinRegistryHandle::GetQWordValueWithDefault(uint64_t &value, const Name &name,
@@ -256,11 +232,8 @@ OrvResult OrvBasWinRegistryHandle::SetQWordValue(uint64_t value, const Name &nam
 
 OrvResult OrvBasWinRegistryHandle::GetStringValue(IOrvString<wchar_t> &value, const Name &name, bool expand)
 {
-    HANDLE key = nullptr;
-    OrvResult result = CurrentKey(key);
     ReadValue read;
-    if (OrvSucceeded(result))
-        result = read.Read(key, name);
+    OrvResult result = WithKey(KEY_QUERY_VALUE, nullptr, [&](HANDLE key) { return read.Read(key, name); });
     if (OrvFailed(result))
         return result;
     if (read.Type() != OrvRegistryString && read.Type() != OrvRegistryExpandString)
@@ -302,11 +275,8 @@ OrvResult OrvBasWinRegistryHandle::SetStringValue(const Name &value, const Name 
 
 OrvResult OrvBasWinRegistryHandle::GetStringArrayValue(NameInserter &strings, const Name &name)
 {
-    HANDLE key = nullptr;
-    OrvResult result = CurrentKey(key);
     ReadValue value;
-    if (OrvSucceeded(result))
-        result = value.Read(key, name);
+    OrvResult result = WithKey(KEY_QUERY_VALUE, nullptr, [&](HANDLE key) { return value.Read(key, name); });
     if (OrvFailed(result))
         return result;
     if (value.Type() != OrvRegistryMultiString)
@@ -319,11 +289,12 @@ OrvResult OrvBasWinRegistryHandle::GetStringArrayValue(NameInserter &strings, co
             return result;
         next += length + 1;
     }
-    return 0;
+    return ORV_S_OK;
 }
 
 OrvResult OrvBasWinRegistryHandle::SetStringArrayValue(NameEnumerator &strings, const Name &name)
 {
+    constexpr uint32_t kFirstCapacity = 128;
     OrvUtf16CharHeapBuffer joined;
     for (;;) {
         OrvStringzRefBase<wchar_t> item(nullptr);
@@ -338,7 +309,8 @@ OrvResult OrvBasWinRegistryHandle::SetStringArrayValue(NameEnumerator &strings, 
         const uint32_t length = joined.GetInternal().length;
         const uint32_t added = OrvGetStringSizeInElements(item.characters) + 1;
         if (joined.GetCapacity() - length < added)
-            result = joined.ReserveElements(length / 2 + length + added); // so that many strings stay cheap
+            result = joined.ReserveElements(
+                detail::GrownCapacity(joined.GetCapacity(), length + added, kFirstCapacity));
         if (OrvSucceeded(result))
             result = joined.Append(item.characters, added);
         if (OrvFailed(result))
@@ -353,29 +325,47 @@ OrvResult OrvBasWinRegistryHandle::SetStringArrayValue(NameEnumerator &strings, 
     return SetValue(OrvRegistryMultiString, joined.GetBuffer(), length * sizeof(wchar_t), name);
 }
 
+OrvResult OrvBasWinRegistryHandle::Remove(const Name &name, OrvWinTransaction *transaction)
+{
+    return WithKey(KEY_SET_VALUE, transaction, [&name](HANDLE key) {
+        detail::CountedName counted;
+        return counted.Set(name) ? detail::ResultFromCall(ZwDeleteValueKey(key, counted.Get()))
+                                 : ORV_E_INVALID_NAME;
+    });
+}
+
 OrvResult OrvBasWinRegistryHandle::DeleteValue(const Name &name)
 {
-    HANDLE key = nullptr;
-    const OrvResult result = CurrentKey(key);
-    return OrvSucceeded(result) ? Remove(key, name) : result;
+    return Remove(name, nullptr);
 }
 
 OrvResult OrvBasWinRegistryHandle::DeleteValueTransacted(OrvWinTransaction &transaction, const Name &name)
 {
-    detail::ScopedHandle key;
-    const OrvResult result = CreateHandleInternal(key.handle, Name(), KEY_SET_VALUE, &transaction);
-    return OrvSucceeded(result) ? Remove(key.handle, name) : result;
+    return Remove(name, &transaction);
+}
+
+bool OrvBasWinRegistryHandle::HasValue(const Name &name, OrvWinTransaction *transaction)
+{
+    const OrvResult result = WithKey(KEY_QUERY_VALUE, transaction, [&name](HANDLE key) -> OrvResult {
+        detail::CountedName counted;
+        if (!counted.Set(name))
+            return ORV_E_INVALID_NAME;
+        KEY_VALUE_PARTIAL_INFORMATION information = {};
+        ULONG needed = 0;
+        const NTSTATUS status = ZwQueryValueKey(key, counted.Get(), KeyValuePartialInformation, &information,
+                                                sizeof information, &needed);
+        const bool isLarger = status == STATUS_BUFFER_OVERFLOW || status == STATUS_BUFFER_TOO_SMALL;
+        return isLarger ? ORV_S_OK : detail::ResultFromCall(status);
+    });
+    return OrvSucceeded(result);
 }
 
 bool OrvBasWinRegistryHandle::ValueExists(const Name &name)
 {
-    HANDLE key = nullptr;
-    return OrvSucceeded(CurrentKey(key)) && ::Exists(key, name);
+    return HasValue(name, nullptr);
 }
 
 bool OrvBasWinRegistryHandle::ValueExistsTransacted(OrvWinTransaction &transaction, const Name &name)
 {
-    detail::ScopedHandle key;
-    return OrvSucceeded(CreateHandleInternal(key.handle, Name(), KEY_QUERY_VALUE, &transaction)) &&
-           ::Exists(key.handle, name);
+    return HasValue(name, &transaction);
 }

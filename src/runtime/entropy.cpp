@@ -4,9 +4,11 @@
 #include "runtime/entropy.h"
 
 #include "crt/memory.h"
+#include "nt/counted_string.h"
 #include "nt/nt.h"
 #include "nt/teb.h"
 #include "runtime/cpu.h"
+#include "runtime/native_handle.h"
 
 #include <immintrin.h>
 
@@ -74,19 +76,16 @@ __attribute__((target("rdrnd"))) bool ReadProcessorWord(uint32_t &word)
 
 bool FillFromKernel(void *bytes, uint32_t count)
 {
-    wchar_t name[] = L"\\Device\\KsecDD";
-    UNICODE_STRING counted = {sizeof name - sizeof(wchar_t), sizeof name, name};
-    const OBJECT_ATTRIBUTES attributes = {sizeof attributes,    nullptr, &counted,
+    UNICODE_STRING name = CountedLiteral(L"\\Device\\KsecDD");
+    const OBJECT_ATTRIBUTES attributes = {sizeof attributes,    nullptr, &name,
                                           OBJ_CASE_INSENSITIVE, nullptr, nullptr};
-    HANDLE device = nullptr;
+    NativeHandle device;
     IO_STATUS_BLOCK status = {};
-    if (!NT_SUCCESS(ZwOpenFile(&device, FILE_READ_DATA | SYNCHRONIZE, &attributes, &status, FILE_SHARE_ALL,
-                               FILE_SYNCHRONOUS_IO_NONALERT)))
+    if (!NT_SUCCESS(ZwOpenFile(device.Receive(), FILE_READ_DATA | SYNCHRONIZE, &attributes, &status,
+                               FILE_SHARE_ALL, FILE_SYNCHRONOUS_IO_NONALERT)))
         return false;
-    const NTSTATUS outcome = ZwDeviceIoControlFile(device, nullptr, nullptr, nullptr, &status, IOCTL_KSEC_RNG,
-                                                   bytes, count, bytes, count);
-    ZwClose(device);
-    return NT_SUCCESS(outcome);
+    return NT_SUCCESS(ZwDeviceIoControlFile(device.Get(), nullptr, nullptr, nullptr, &status, IOCTL_KSEC_RNG,
+                                            bytes, count, bytes, count));
 }
 
 bool FillFromProcessor(void *bytes, uint32_t count)

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "nt/nt.h"
-#include "orv/base.h"
+#include "orv/runtime/result.h"
 
 namespace detail
 {
@@ -14,7 +14,7 @@ OrvResult ResultFromStatus(NTSTATUS status);
 /// The common case: any success status is plain success.
 inline OrvResult ResultFromCall(NTSTATUS status)
 {
-    return NT_SUCCESS(status) ? 0 : ResultFromStatus(status);
+    return NT_SUCCESS(status) ? ORV_S_OK : ResultFromStatus(status);
 }
 
 } // namespace detail

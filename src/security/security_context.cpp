@@ -12,9 +12,11 @@ namespace
 
 // In the order of OrvWellKnownGroup.
 constexpr detail::WellKnownSid kGroups[] = {
-    detail::MakeSid(detail::kWorldAuthority, 0),    detail::MakeSid(detail::kNtAuthority, 7),
-    detail::MakeSid(detail::kNtAuthority, 11),      detail::MakeSid(detail::kNtAuthority, 18),
-    detail::MakeSid(detail::kNtAuthority, 32, 544),
+    detail::MakeSid(detail::kWorldAuthority, SECURITY_WORLD_RID),
+    detail::MakeSid(detail::kNtAuthority, SECURITY_ANONYMOUS_LOGON_RID),
+    detail::MakeSid(detail::kNtAuthority, SECURITY_AUTHENTICATED_USER_RID),
+    detail::MakeSid(detail::kNtAuthority, SECURITY_LOCAL_SYSTEM_RID),
+    detail::MakeSid(detail::kNtAuthority, SECURITY_BUILTIN_DOMAIN_RID, DOMAIN_ALIAS_RID_ADMINS),
 };
 
 /// The sub-authority of a level is its number times this.
@@ -143,7 +145,8 @@ OrvResult OrvSecurityCtx::GetSecurityDescriptor(OrvWinSecurityDescriptor *&descr
 {
     descriptor = nullptr;
     if (hasEntries_ || hasLabel_) {
-        OrvResult result = detail::ResultFromCall(RtlCreateSecurityDescriptor(native_, 1));
+        OrvResult result =
+            detail::ResultFromCall(RtlCreateSecurityDescriptor(native_, SECURITY_DESCRIPTOR_REVISION));
         if (OrvSucceeded(result) && hasEntries_)
             result = detail::ResultFromCall(
                 RtlSetDaclSecurityDescriptor(native_, true, reinterpret_cast<_ACL *>(entries_), false));

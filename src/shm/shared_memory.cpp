@@ -13,7 +13,7 @@
 namespace
 {
 
-constexpr uint32_t kReadWrite = 3;
+constexpr uint32_t kReadWrite = OrvAccessRead | OrvAccessWrite;
 
 /// Calls `make` with the object's attributes: with its name in the session's directory first, then with the
 /// one in the base directory when that is missing. An object without a name has one call.
@@ -68,7 +68,7 @@ OrvResult OrvSharedMemoryBase::Close()
         ZwClose(section_);
         section_ = INVALID_HANDLE_VALUE;
     }
-    return 0;
+    return ORV_S_OK;
 }
 
 bool OrvSharedMemoryBase::IsInitialized() const
@@ -95,7 +95,7 @@ OrvResult OrvSharedMemoryServer::Create(unsigned int size, unsigned long objectI
         if (!heapBlock_)
             return ORV_E_OUT_OF_MEMORY;
         heapSize_ = size;
-        return 0;
+        return ORV_S_OK;
     }
     OrvWinSecurityDescriptor *descriptor = nullptr;
     if (naming_.IsNamed() && context) {
@@ -147,7 +147,7 @@ OrvResult OrvSharedMemoryClient::Open(unsigned long objectId, OrvBasSyncObjectNa
         return result;
     section_ = handle;
     access_ = kReadWrite;
-    return 0;
+    return ORV_S_OK;
 }
 
 OrvResult OrvSharedMemoryClient::Connect(OrvSharedMemoryServer &server)
@@ -156,7 +156,7 @@ OrvResult OrvSharedMemoryClient::Connect(OrvSharedMemoryServer &server)
     if (server.heapBlock_) {
         heapBlock_ = server.heapBlock_->Share();
         heapSize_ = server.heapSize_;
-        return 0;
+        return ORV_S_OK;
     }
     // The invalid handle is also the process's own, which could be duplicated.
     if (!server.IsInitialized())

@@ -43,7 +43,7 @@ OrvResult OrvSharedMemoryView::AttachHeap(OrvSharedMemoryBase &memory, int64_t o
     const auto start = static_cast<uint32_t>(offset);
     Show(memory, offset, memory.heapBlock_->Storage() + start, size != 0 ? size : memory.heapSize_ - start,
          true);
-    return 0;
+    return ORV_S_OK;
 }
 
 OrvResult OrvSharedMemoryView::Attach(OrvSharedMemoryBase &memory, int64_t offset, unsigned int size,
@@ -71,13 +71,13 @@ OrvResult OrvSharedMemoryView::Attach(OrvSharedMemoryBase &memory, int64_t offse
 OrvResult OrvSharedMemoryView::Detach()
 {
     if (!pointer_)
-        return 0;
+        return ORV_S_OK;
     void *const pointer = pointer_;
     memory_ = nullptr;
     offset_ = 0;
     pointer_ = nullptr;
     if (fromHeap_)
-        return 0; // the size is still reported
+        return ORV_S_OK; // the size is still reported
     size_ = 0;
     return detail::ResultFromCall(ZwUnmapViewOfSection(NtCurrentProcess(), pointer));
 }
@@ -90,5 +90,5 @@ void *OrvSharedMemoryView::GetPointer() const
 OrvResult OrvSharedMemoryView::GetSize(unsigned int &size) const
 {
     size = size_;
-    return 0;
+    return ORV_S_OK;
 }

@@ -3,6 +3,7 @@
 #include "orv/stream/memory_stream.h"
 
 #include "crt/memory.h"
+#include "runtime/growth.h"
 #include "runtime/heap.h"
 
 namespace
@@ -93,12 +94,7 @@ OrvResult OrvBufferStream::Write(const void *bytes, uint32_t size, uint32_t &wri
         constexpr uint32_t kFirstCapacity = 4096;
         if (size > UINT32_MAX - size_)
             return ORV_E_OUT_OF_MEMORY;
-        const uint32_t needed = size_ + size;
-        uint32_t capacity = capacity_ > UINT32_MAX / 2 ? UINT32_MAX : capacity_ * 2;
-        if (capacity < kFirstCapacity)
-            capacity = kFirstCapacity;
-        if (capacity < needed)
-            capacity = needed;
+        const uint32_t capacity = detail::GrownCapacity(capacity_, size_ + size, kFirstCapacity);
         auto *const grown = static_cast<uint8_t *>(detail::ReallocateBytes(bytes_, capacity));
         if (!grown)
             return ORV_E_OUT_OF_MEMORY;

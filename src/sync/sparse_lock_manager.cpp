@@ -11,6 +11,7 @@
 #include "orv/runtime/result.h"
 #include "runtime/growth.h"
 #include "runtime/heap.h"
+#include "runtime/native_handle.h"
 #include "runtime/status.h"
 
 namespace
@@ -24,8 +25,7 @@ OrvBasSparseLockManager::OrvBasSparseLockManager() = default;
 
 OrvBasSparseLockManager::~OrvBasSparseLockManager()
 {
-    while (idle_.count != 0)
-        ZwClose(idle_.TakeFirst());
+    CloseAllBut(0);
     detail::FreeBytes(idle_.events);
     lock_.Destroy();
     detail::FreeBytes(assigned_.entries);
@@ -156,9 +156,15 @@ void OrvBasSparseLockManager::KeepOrClose(void *event)
     const uint64_t limit = share > minimumIdle_ ? share : minimumIdle_;
     if (idle_.count < limit && idle_.Append(event))
         return;
-    ZwClose(event);
-    while (idle_.count > limit)
-        ZwClose(idle_.TakeFirst());
+    detail::NativeHandle(event).Close();
+    CloseAllBut(limit);
+}
+
+/// Closes idle events, the oldest first, until at most `most` are left.
+void OrvBasSparseLockManager::CloseAllBut(uint64_t most)
+{
+    while (idle_.count > most)
+        detail::NativeHandle(idle_.TakeFirst()).Close();
 }
 
 /// Ends the lock's loan. It still counts as one when the bounds of the idle events are worked out.

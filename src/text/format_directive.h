@@ -126,8 +126,8 @@ __declspec(noinline) const T *ParseDirective(const T *next, FormatDirective &dir
         next = ParseCount(next + 1, directive.precision, directive.precisionFromArgument);
     }
     next = ParseModifier(next, directive);
-    if (*next < 32 ||
-        *next > 127) // the terminator is among these, and so is every byte above 127 as a signed char
+    // The terminator is among these, and so is every byte above 127 as a signed char.
+    if (*next < 32 || *next > 127)
         return nullptr;
     directive.conversion = static_cast<char>(*next);
     directive.upperCase =

@@ -5,8 +5,7 @@
 //   Unit            uint8_t or wchar_t
 //   kPlainLimit     units below it are the code points of the same value, and the other way round
 //   Decode(at, c)   reads the code point at a place and gives the place behind it, or null where the units
-//   are no
-//                   text; it may look at kLongest units
+//                   are no text; it may look at kLongest units
 //   Encode(at, c)   writes the code point and gives the place behind it; it may write over kLongest units
 //   Length(c)       the number of units that Encode gives
 // Decode never gives a surrogate. Between two such encodings Transcode and Measure go as fast as they can: as

@@ -10,6 +10,7 @@
 #include "orv/runtime/ntdll_entry_points.h"
 #include "orv/runtime/result.h"
 #include "runtime/heap.h"
+#include "runtime/native_handle.h"
 #include "runtime/status.h"
 #include "thread/exception_frame.h"
 #include "thread/subsystem_registration.h"
@@ -21,20 +22,20 @@ namespace
 constexpr size_t kMaximumStack = 0x100000;
 constexpr size_t kCommittedStack = 0x1000;
 
-/// Of the platform's scale around a process's priority; the ends saturate.
+/// Of the platform's scale around a process's priority.
 LONG PriorityIncrement(OrvPriority priority)
 {
     switch (priority) {
     case OrvPriorityTimeCritical:
-        return 16;
+        return THREAD_PRIORITY_TIME_CRITICAL;
     case OrvPriorityHighest:
-        return 2;
+        return THREAD_PRIORITY_HIGHEST;
     case OrvPriorityLowest:
-        return -2;
+        return THREAD_PRIORITY_LOWEST;
     case OrvPriorityIdle:
-        return -16;
+        return THREAD_PRIORITY_IDLE;
     default:
-        return 0;
+        return THREAD_PRIORITY_NORMAL;
     }
 }
 
@@ -129,11 +130,9 @@ NTSTATUS OpenThread(unsigned long threadId, ACCESS_MASK access, HANDLE &thread)
 
 void WaitUntilItHalts(unsigned long threadId)
 {
-    HANDLE thread = nullptr;
-    if (!NT_SUCCESS(OpenThread(threadId, THREAD_GET_CONTEXT, thread)))
-        return;
-    WaitUntilItHalts(thread);
-    ZwClose(thread);
+    detail::NativeHandle thread;
+    if (NT_SUCCESS(OpenThread(threadId, THREAD_GET_CONTEXT, *thread.Receive())))
+        WaitUntilItHalts(thread.Get());
 }
 
 /// Gives the stack back, ends the thread and waits for its end. The thread is suspended.
@@ -168,8 +167,6 @@ OrvResult SuspendAndTerminate(HANDLE thread, unsigned long threadId, int exitCod
     ZwResumeThread(thread, nullptr);
     return ORV_S_OK;
 }
-
-constexpr ULONG kThreadNameException = 0x406D1388;
 
 /// What debuggers read of that exception.
 struct ThreadNameInformation {
@@ -211,8 +208,7 @@ extern "C" EXCEPTION_DISPOSITION __cdecl OrvUnhandledInRun(EXCEPTION_RECORD *rec
 extern "C" EXCEPTION_DISPOSITION __cdecl OrvIgnoreThreadName(EXCEPTION_RECORD *record,
                                                              EXCEPTION_REGISTRATION_RECORD *, PVOID, PVOID)
 {
-    return record->ExceptionCode == kThreadNameException ? ExceptionContinueExecution
-                                                         : ExceptionContinueSearch;
+    return record->ExceptionCode == MS_VC_EXCEPTION ? ExceptionContinueExecution : ExceptionContinueSearch;
 }
 
 // offsetof of a class with virtual functions is conditionally supported; all compilers of this interface do.
@@ -374,14 +370,13 @@ OrvResult OrvBasThread::ForcefullyTerminate(int exitCode)
 {
     if (threadId_ == GetCurrentThreadId())
         return ORV_E_INVALID_OPERATION; // it would suspend itself, and that for ever
-    HANDLE thread = nullptr;
-    const NTSTATUS status = OpenThread(
-        threadId_, SYNCHRONIZE | THREAD_TERMINATE | THREAD_SUSPEND_RESUME | THREAD_QUERY_INFORMATION, thread);
+    constexpr ACCESS_MASK kToTerminate =
+        SYNCHRONIZE | THREAD_TERMINATE | THREAD_SUSPEND_RESUME | THREAD_QUERY_INFORMATION;
+    detail::NativeHandle thread;
+    const NTSTATUS status = OpenThread(threadId_, kToTerminate, *thread.Receive());
     if (!NT_SUCCESS(status)) // an ended thread may have lost its id
         return HasEnded(GetHandle()) ? ORV_S_OK : detail::ResultFromStatus(status);
-    const OrvResult result = SuspendAndTerminate(thread, threadId_, exitCode);
-    ZwClose(thread);
-    return result;
+    return SuspendAndTerminate(thread.Get(), threadId_, exitCode);
 }
 
 OrvBasEvent *OrvBasThread::GetThreadStopRequestEvent()
@@ -431,7 +426,7 @@ void OrvBasThread::SetThreadName(unsigned long threadId, const char *name)
         return;
     const ThreadNameInformation information = {kThreadNameType, name, threadId, 0};
     EXCEPTION_RECORD record = {};
-    record.ExceptionCode = kThreadNameException;
+    record.ExceptionCode = MS_VC_EXCEPTION;
     record.NumberParameters = sizeof information / sizeof(ULONG);
     memcpy(record.ExceptionInformation, &information, sizeof information);
     const detail::ExceptionFrame frame(OrvIgnoreThreadName);

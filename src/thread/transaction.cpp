@@ -12,7 +12,6 @@ OrvWinTransaction::~OrvWinTransaction()
 
 OrvResult OrvWinTransaction::Create()
 {
-    constexpr ACCESS_MASK kAllAccess = 0x1F003F;
     if (handle_ != INVALID_HANDLE_VALUE)
         return ORV_E_ALREADY_EXISTS;
     if (!OrvNtdll_FunctionExists("ZwCreateTransaction"))
@@ -20,7 +19,7 @@ OrvResult OrvWinTransaction::Create()
     const OBJECT_ATTRIBUTES attributes = {sizeof attributes, nullptr, nullptr, 0, nullptr, nullptr};
     HANDLE handle = nullptr;
     const OrvResult result = detail::ResultFromCall(OrvNtdll_ZwCreateTransaction(
-        &handle, kAllAccess, &attributes, nullptr, nullptr, 0, 0, 0, nullptr, nullptr));
+        &handle, TRANSACTION_ALL_ACCESS, &attributes, nullptr, nullptr, 0, 0, 0, nullptr, nullptr));
     if (OrvSucceeded(result))
         handle_ = handle;
     return result;
@@ -43,7 +42,7 @@ OrvResult OrvWinTransaction::Rollback()
 OrvResult OrvWinTransaction::Close()
 {
     if (handle_ == INVALID_HANDLE_VALUE)
-        return 0;
+        return ORV_S_OK;
     const OrvResult result = detail::ResultFromCall(ZwClose(handle_));
     if (OrvSucceeded(result))
         handle_ = INVALID_HANDLE_VALUE;

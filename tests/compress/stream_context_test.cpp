@@ -4,6 +4,7 @@
 #include "orv/compress/bz2_context.h"
 #include "orv/compress/deflate_context.h"
 
+#include "compress/pump.h"
 #include "harness/memory.h"
 #include "harness/test.h"
 #include "orv/runtime/result.h"
@@ -14,7 +15,9 @@ using detail::OrvDeflateContext;
 namespace
 {
 
-constexpr uint32_t kRoom = 200000;
+using test::Collected;
+
+constexpr uint32_t kAll = Collected::kRoom; ///< in one piece
 
 /// A format under one name: how its context is set up.
 struct Zlib : OrvDeflateContext {
@@ -30,14 +33,9 @@ struct Bzip2 : OrvBZ2Context {
     OrvResult Start(bool compress, uint32_t bufferSize = 100) { return Initialize(bufferSize, compress); }
 };
 
-struct Bytes {
-    unsigned char data[kRoom];
-    uint32_t size;
-};
-
-Bytes source;
-Bytes packed;
-Bytes unpacked;
+Collected source;
+Collected packed;
+Collected unpacked;
 
 /// Text-like bytes that compress, with stretches that do not.
 void MakeSource(uint32_t size)
@@ -51,50 +49,35 @@ void MakeSource(uint32_t size)
     }
 }
 
-/// Feeds the input in pieces of `chunk` bytes, and gives as much room at a time, both at unmapped pages,
-/// until the stream ends or a step fails; an input that ends early ends the loop with what the last step
-/// answered.
-template <typename Context>
-OrvResult Pump(Context &context, const Bytes &in, Bytes &out, uint32_t chunk, OrvResult (Context::*step)(),
-               OrvResult (Context::*finish)())
-{
-    static test::GuardedPages inPages(kRoom);
-    static test::GuardedPages outPages(kRoom);
-    uint32_t taken = 0;
-    out.size = 0;
-    for (;;) {
-        const uint32_t given = in.size - taken < chunk ? in.size - taken : chunk;
-        const uint32_t room = kRoom - out.size < chunk ? kRoom - out.size : chunk;
-        const unsigned char *const from = inPages.Copy(in.data + taken, given);
-        auto *const to = outPages.Place<unsigned char>(room);
-        context.SetNextIn(from);
-        context.SetAvailIn(given);
-        context.SetNextOut(to);
-        context.SetAvailOut(room);
-        const bool last = given == 0;
-        const OrvResult result = last && finish ? (context.*finish)() : (context.*step)();
-        const uint32_t consumed = given - context.GetAvailIn();
-        const uint32_t produced = room - context.GetAvailOut();
-        CHECK_EQUAL(context.GetNextIn(), from + consumed);
-        CHECK_EQUAL(context.GetNextOut(), to + produced);
-        __builtin_memcpy(out.data + out.size, to, produced);
-        taken += consumed;
-        out.size += produced;
-        if (result != ORV_S_OK || (last && !finish && produced == 0))
-            return result;
+/// Pieces of one size, at unmapped pages.
+struct Pieces {
+    uint32_t size;
+
+    uint32_t Next(uint32_t left) const { return left < size ? left : size; }
+    static const uint8_t *In(const uint8_t *bytes, uint32_t count)
+    {
+        static test::GuardedPages pages(kAll);
+        return pages.Copy(bytes, count);
     }
-}
+    static uint8_t *Out(uint32_t count)
+    {
+        static test::GuardedPages pages(kAll);
+        return pages.Place<uint8_t>(count);
+    }
+};
 
 template <typename Context>
 OrvResult Pack(Context &context, uint32_t chunk)
 {
-    return Pump<Context>(context, source, packed, chunk, &Context::Compress, &Context::CompressFinish);
+    return test::Pump<Context>(context, source.data, source.size, packed, Pieces{chunk}, &Context::Compress,
+                               &Context::CompressFinish);
 }
 
 template <typename Context>
 OrvResult Unpack(Context &context, uint32_t chunk)
 {
-    return Pump<Context>(context, packed, unpacked, chunk, &Context::Decompress, nullptr);
+    return test::Pump<Context>(context, packed.data, packed.size, unpacked, Pieces{chunk},
+                               &Context::Decompress, nullptr);
 }
 
 bool UnpackedIsSource()
@@ -102,10 +85,9 @@ bool UnpackedIsSource()
     return unpacked.size == source.size && __builtin_memcmp(unpacked.data, source.data, source.size) == 0;
 }
 
-/// A stream comes back in steps. One in which a byte is wrong, or that ends early, leads to a failure, or to
-/// an end that was not reached.
+/// A stream comes back in steps. Fuzz targets damage streams and cut them off.
 template <typename Context>
-void CheckStream(bool hasChecksum)
+void CheckStream()
 {
     MakeSource(700);
     Context context;
@@ -119,28 +101,6 @@ void CheckStream(bool hasChecksum)
     CHECK(UnpackedIsSource());
     CHECK_EQUAL(context.Destroy(), ORV_S_OK);
     CHECK_EQUAL(context.Destroy(), ORV_S_OK);
-    const uint32_t whole = packed.size;
-    for (uint32_t i = 0; i < whole; i++) {
-        test::Note("damaged byte", i);
-        Context damaged;
-        CHECK_EQUAL(damaged.Start(false), ORV_S_OK);
-        packed.data[i] ^= 0x10;
-        const OrvResult result = Unpack(damaged, kRoom);
-        packed.data[i] ^= 0x10;
-        // A bit that the format does not use may change unseen; the data may not, where there is a checksum.
-        CHECK(result != ORV_S_END_OF_DATA || !hasChecksum || UnpackedIsSource());
-        CHECK(result == ORV_S_END_OF_DATA || result == ORV_E_NOT_PRODUCED || !damaged.IsFinished());
-        CHECK(i > 0 || !hasChecksum || result == ORV_E_NOT_PRODUCED); // the header's first byte
-
-        test::Note("truncated at", i);
-        Context truncated;
-        CHECK_EQUAL(truncated.Start(false), ORV_S_OK);
-        packed.size = i;
-        const OrvResult cut = Unpack(truncated, kRoom);
-        packed.size = whole;
-        CHECK(cut == ORV_S_OK || cut == ORV_E_NOT_PRODUCED); // zlib calls a step without progress an error
-        CHECK(!truncated.IsFinished());
-    }
 }
 
 /// Steps that the stream's state does not allow.
@@ -190,23 +150,15 @@ void CheckBuffer()
     CHECK(context.GetBuffer() != first);
     CHECK_EQUAL(context.GetAvailOut(), 0u);
     context.Destroy();
-
-    Context poor;
-    {
-        const test::RefusingHeap refusing;
-        CHECK_EQUAL(poor.Start(true), ORV_E_OUT_OF_MEMORY);
-        CHECK_EQUAL(poor.GetBuffer(), nullptr);
-    }
-    CHECK_EQUAL(poor.Compress(), ORV_E_NOT_PRODUCED);
 }
 
 } // namespace
 
-TEST_CASE(StreamsComeBackWholeOrNotAtAll)
+TEST_CASE(StreamsComeBack)
 {
-    CheckStream<Zlib>(true);
-    CheckStream<RawDeflate>(false);
-    CheckStream<Bzip2>(true);
+    CheckStream<Zlib>();
+    CheckStream<RawDeflate>();
+    CheckStream<Bzip2>();
 }
 
 TEST_CASE(StepsWithoutTheirStreamFail)
@@ -243,12 +195,12 @@ TEST_CASE(DeflateLevelsAndFormats)
     MakeSource(0);
     Zlib zlib;
     CHECK_EQUAL(zlib.Start(true), ORV_S_OK);
-    CHECK_EQUAL(Pack(zlib, kRoom), ORV_S_END_OF_DATA);
+    CHECK_EQUAL(Pack(zlib, kAll), ORV_S_END_OF_DATA);
     CHECK_EQUAL(packed.size, 8u);
     CHECK_EQUAL(packed.data[0], 0x78);
     RawDeflate raw;
     CHECK_EQUAL(raw.Start(true), ORV_S_OK);
-    CHECK_EQUAL(Pack(raw, kRoom), ORV_S_END_OF_DATA);
+    CHECK_EQUAL(Pack(raw, kAll), ORV_S_END_OF_DATA);
     CHECK_EQUAL(packed.size, 2u);
 }
 
@@ -263,13 +215,13 @@ TEST_CASE(Bzip2BlocksAndOrder)
         test::Note("block size", c.blockSize);
         Bzip2 context;
         CHECK_EQUAL(context.Initialize(100, true, c.blockSize), ORV_S_OK);
-        CHECK_EQUAL(Pack(context, kRoom), ORV_S_END_OF_DATA);
+        CHECK_EQUAL(Pack(context, kAll), ORV_S_END_OF_DATA);
         CHECK_EQUAL(packed.data[3], static_cast<unsigned char>(c.digit));
         CHECK_EQUAL(context.Compress(), ORV_E_NOT_PRODUCED); // finished: no longer running
     }
     Bzip2 context;
     CHECK_EQUAL(context.Start(false), ORV_S_OK);
-    CHECK_EQUAL(Unpack(context, kRoom), ORV_S_END_OF_DATA);
+    CHECK_EQUAL(Unpack(context, kAll), ORV_S_END_OF_DATA);
     CHECK_EQUAL(context.Decompress(), ORV_E_NOT_PRODUCED); // a step behind the end
     CHECK(context.IsFinished());
 }

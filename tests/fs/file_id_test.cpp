@@ -34,8 +34,7 @@ TEST_CASE(EveryPathToAFileGivesOneIdentity)
     };
     OrvFileId first;
     CHECK_EQUAL(OrvFileIdUtils::GetId(first, kFile), ORV_S_OK);
-    for (const auto &c : cases) {
-        test::Note("case", &c - cases);
+    for (const auto &c : test::Rows(cases)) {
         OrvFileId id = {};
         CHECK_EQUAL(OrvFileIdUtils::GetId(id, c.path), c.result);
         CHECK_EQUAL(memcmp(&id, &first, sizeof id) == 0, c.isSame);

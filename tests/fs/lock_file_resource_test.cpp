@@ -4,7 +4,6 @@
 #include "orv/fs/lock_file_resource.h"
 
 #include "fs/test_file.h"
-#include "harness/program.h"
 #include "harness/replace.h"
 #include "harness/thread.h"
 #include "orv/runtime/result.h"
@@ -25,20 +24,6 @@ OrvResult Acquire(OrvBasWinLockFileResource &resource, bool exclusive, int timeo
 }
 
 } // namespace
-
-TEST_CASE(SayWhetherThePlatformCompletesFileLocks)
-{
-    const TestFile file(kFile);
-    OrvBasWinLockFileResource resource;
-    CHECK_EQUAL(resource.Open(kFile, false), ORV_S_OK);
-    IO_STATUS_BLOCK status = {};
-    const LONGLONG offset = 0, count = 1;
-    const NTSTATUS answer = NtLockFile(reinterpret_cast<void *const *>(&resource)[2], nullptr, nullptr,
-                                       nullptr, &status, &offset, &count, 0, true, false);
-    program::Print(answer == STATUS_NOT_IMPLEMENTED ? "file locks are asked for again and again\n"
-                                                    : "file locks are completed by the system\n");
-    CHECK(answer == STATUS_NOT_IMPLEMENTED || NT_SUCCESS(answer));
-}
 
 TEST_CASE(ReadersShareAndWritersDoNot)
 {

@@ -63,6 +63,25 @@ void Report(const char *file, int line, const char *expression, Shown actual, Sh
 /// Names what the checks that follow are about, for loops over many values; it is shown with a failure.
 void Note(const char *what, uint64_t value);
 
+/// The rows of a table: `for (const auto &c : Rows(cases))` goes through them, and notes each one's number.
+template <typename Row, uint32_t count>
+struct Rows {
+    explicit Rows(const Row (&table)[count]) : rows(table) {}
+
+    struct Iterator {
+        const Row &operator*() const { return Note("row", number), rows[number]; }
+        void operator++() { number++; }
+        bool operator!=(const Iterator &other) const { return number != other.number; }
+
+        const Row *rows;
+        uint32_t number;
+    };
+    Iterator begin() const { return {rows, 0}; }
+    Iterator end() const { return {rows, count}; }
+
+    const Row *rows;
+};
+
 template <typename A, typename B>
 bool CheckEqual(const char *file, int line, const char *expression, const A &actual, const B &expected)
 {

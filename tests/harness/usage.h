@@ -9,7 +9,8 @@ namespace test
 
 struct Usage {
     uint32_t handles;
-    uint32_t blocks; ///< of the process heap
+    uint32_t blocks; ///< of the process heap that the library and the program hold; only differences mean
+                     ///< something
 };
 
 Usage CountUsage();

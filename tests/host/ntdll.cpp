@@ -282,26 +282,11 @@ NTSTATUS NTAPI RtlUnicodeStringToAnsiString(ANSI_STRING *destination, const UNIC
     return STATUS_SUCCESS;
 }
 
-ULONG NTAPI RtlxOemStringToUnicodeSize(const ANSI_STRING *source)
-{
-    return RtlxAnsiStringToUnicodeSize(source);
-}
-
-ULONG NTAPI RtlxUnicodeStringToOemSize(const UNICODE_STRING *source)
-{
-    return RtlxUnicodeStringToAnsiSize(source);
-}
-
-NTSTATUS NTAPI RtlOemStringToUnicodeString(UNICODE_STRING *destination, const ANSI_STRING *source,
-                                           BOOLEAN allocate)
-{
-    return RtlAnsiStringToUnicodeString(destination, source, allocate);
-}
-
-NTSTATUS NTAPI RtlUnicodeStringToOemString(ANSI_STRING *destination, const UNICODE_STRING *source,
-                                           BOOLEAN allocate)
-{
-    return RtlUnicodeStringToAnsiString(destination, source, allocate);
-}
+// The OEM page is the ANSI page.
+#define OEM(name, ansiName) decltype(ansiName) name __attribute__((alias(#ansiName)))
+OEM(RtlxOemStringToUnicodeSize, RtlxAnsiStringToUnicodeSize);
+OEM(RtlxUnicodeStringToOemSize, RtlxUnicodeStringToAnsiSize);
+OEM(RtlOemStringToUnicodeString, RtlAnsiStringToUnicodeString);
+OEM(RtlUnicodeStringToOemString, RtlUnicodeStringToAnsiString);
 
 } // extern "C"

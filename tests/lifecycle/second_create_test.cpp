@@ -28,183 +28,136 @@ Outcome MakeTwice(Object &object, Create create)
     return outcome;
 }
 
-template <typename Object, typename Create>
-Outcome MakeTwice(Create create)
-{
-    Object object;
-    return MakeTwice(object, create);
-}
-
 struct Row {
     const char *name;
-    Outcome (*make)();
     OrvResult second;
+    Outcome (*make)();
 };
 
-const Row kKept[] = {
-    {"event",
+/// The row of a class of which `create` makes a plain object.
+template <typename Object, typename Create>
+constexpr Row Plain(const char *name, OrvResult second, Create)
+{
+    return {name, second, [] {
+                Object object;
+                return MakeTwice(object, Create());
+            }};
+}
+
+constexpr Row kKept[] = {
+    Plain<OrvBasEvent>("event", ORV_E_ALREADY_EXISTS,
+                       [](auto &event, uint32_t round) {
+                           return event.Create(round ? OrvBasEvent::AutoReset : OrvBasEvent::ManualReset,
+                                               round != 0);
+                       }),
+    Plain<OrvBasMutex>("mutex", ORV_E_ALREADY_EXISTS,
+                       [](auto &mutex, uint32_t) { return mutex.Create(false); }),
+    Plain<OrvBasSemaphore>("semaphore", ORV_E_ALREADY_EXISTS,
+                           [](auto &semaphore, uint32_t round) { return semaphore.Create(0, 1 + round); }),
+    Plain<OrvBasCriticalSection>("critical section", ORV_E_ALREADY_EXISTS,
+                                 [](auto &section, uint32_t round) {
+                                     const OrvResult result = section.Create();
+                                     return round == 0 ? result | section.Acquire() : result;
+                                 }),
+    Plain<OrvBasSparseLockManager>(
+        "sparse lock manager", ORV_E_ALREADY_EXISTS,
+        [](auto &manager, uint32_t round) { return manager.Initialize(round, round); }),
+    Plain<OrvTls>("thread-local key", ORV_E_ALREADY_EXISTS, [](auto &key, uint32_t) { return key.Create(); }),
+    {"transaction", ORV_E_ALREADY_EXISTS,
      [] {
-         return MakeTwice<OrvBasEvent>([](OrvBasEvent &event, uint32_t round) {
-             return event.Create(round ? OrvBasEvent::AutoReset : OrvBasEvent::ManualReset, round != 0);
-         });
-     },
-     ORV_E_ALREADY_EXISTS},
-    {"mutex",
-     [] { return MakeTwice<OrvBasMutex>([](OrvBasMutex &mutex, uint32_t) { return mutex.Create(false); }); },
-     ORV_E_ALREADY_EXISTS},
-    {"semaphore",
-     [] {
-         return MakeTwice<OrvBasSemaphore>(
-             [](OrvBasSemaphore &semaphore, uint32_t round) { return semaphore.Create(0, 1 + round); });
-     },
-     ORV_E_ALREADY_EXISTS},
-    {"critical section",
-     [] {
-         return MakeTwice<OrvBasCriticalSection>([](OrvBasCriticalSection &section, uint32_t round) {
-             const OrvResult result = section.Create();
-             if (round == 0)
-                 section.Acquire();
-             return result;
-         });
-     },
-     ORV_E_ALREADY_EXISTS},
-    {"sparse lock manager",
-     [] {
-         return MakeTwice<OrvBasSparseLockManager>([](OrvBasSparseLockManager &manager, uint32_t round) {
-             return manager.Initialize(round, round);
-         });
-     },
-     ORV_E_ALREADY_EXISTS},
-    {"thread-local key", [] { return MakeTwice<OrvTls>([](OrvTls &key, uint32_t) { return key.Create(); }); },
-     ORV_E_ALREADY_EXISTS},
-    {"transaction",
-     []() -> Outcome {
-         const Outcome outcome = MakeTwice<OrvWinTransaction>(
-             [](OrvWinTransaction &transaction, uint32_t) { return transaction.Create(); });
+         OrvWinTransaction transaction;
+         Outcome outcome = MakeTwice(transaction, [](auto &object, uint32_t) { return object.Create(); });
          // Without transactions there is nothing that a second call could find.
-         return outcome.first == ORV_E_NOT_SUPPORTED && outcome.second == ORV_E_NOT_SUPPORTED
-                    ? Outcome{ORV_S_OK, ORV_E_ALREADY_EXISTS, outcome.isUnchanged}
-                    : outcome;
-     },
-     ORV_E_ALREADY_EXISTS},
+         if (outcome.first == ORV_E_NOT_SUPPORTED && outcome.second == ORV_E_NOT_SUPPORTED)
+             outcome = {ORV_S_OK, ORV_E_ALREADY_EXISTS, outcome.isUnchanged};
+         return outcome;
+     }},
 };
 
-const Row kReplaced[] = {
-    {"resource, which cannot be used any more",
-     [] {
-         return MakeTwice<OrvBasResource>(
-             [](OrvBasResource &resource, uint32_t) { return resource.Create(); });
-     },
-     ORV_E_ALREADY_EXISTS},
-    {"named event",
-     [] {
-         return MakeTwice<OrvBasWinEvent>([](OrvBasWinEvent &event, uint32_t) {
-             return event.Create(OrvBasEvent::AutoReset, false, nullptr, OrvBasWinSyncSession, nullptr);
-         });
-     },
-     ORV_S_OK},
-    {"named mutex",
-     [] {
-         return MakeTwice<OrvBasWinMutex>([](OrvBasWinMutex &mutex, uint32_t) {
-             return mutex.Create(false, L"orv second create test", OrvBasWinSyncSession, nullptr);
-         });
-     },
-     ORV_S_ALREADY_EXISTS},
-    {"named semaphore",
-     [] {
-         return MakeTwice<OrvBasWinSemaphore>([](OrvBasWinSemaphore &semaphore, uint32_t) {
-             return semaphore.Create(0, 1, nullptr, OrvBasWinSyncSession, nullptr);
-         });
-     },
-     ORV_S_OK},
-    {"lock file",
-     [] {
-         return MakeTwice<OrvBasWinLockFile>(
-             [](OrvBasWinLockFile &lockFile, uint32_t) { return lockFile.Create(kFile, false); });
-     },
-     ORV_S_ALREADY_EXISTS},
-    {"lock on an open file",
-     [] {
-         return MakeTwice<OrvBasWinLockFileResource>([](OrvBasWinLockFileResource &resource, uint32_t round) {
-             return resource.OpenOrCreate(kFile, nullptr, round != 0);
-         });
-     },
-     ORV_S_OK},
-    {"foreign handle",
+constexpr Row kReplaced[] = {
+    Plain<OrvBasResource>("resource, which cannot be used any more", ORV_E_ALREADY_EXISTS,
+                          [](auto &resource, uint32_t) { return resource.Create(); }),
+    Plain<OrvBasWinEvent>("named event", ORV_S_OK,
+                          [](auto &event, uint32_t) {
+                              return event.Create(OrvBasEvent::AutoReset, false, nullptr,
+                                                  OrvBasWinSyncSession, nullptr);
+                          }),
+    Plain<OrvBasWinMutex>("named mutex", ORV_S_ALREADY_EXISTS,
+                          [](auto &mutex, uint32_t) {
+                              return mutex.Create(false, L"orv second create test", OrvBasWinSyncSession,
+                                                  nullptr);
+                          }),
+    Plain<OrvBasWinSemaphore>("named semaphore", ORV_S_OK,
+                              [](auto &semaphore, uint32_t) {
+                                  return semaphore.Create(0, 1, nullptr, OrvBasWinSyncSession, nullptr);
+                              }),
+    Plain<OrvBasWinLockFile>("lock file", ORV_S_ALREADY_EXISTS,
+                             [](auto &lockFile, uint32_t) { return lockFile.Create(kFile, false); }),
+    Plain<OrvBasWinLockFileResource>(
+        "lock on an open file", ORV_S_OK,
+        [](auto &resource, uint32_t round) { return resource.OpenOrCreate(kFile, nullptr, round != 0); }),
+    {"foreign handle", ORV_S_OK,
      [] {
          OrvBasEvent events[2];
          OrvBasWinHandleWaitable waitable(nullptr, false);
-         return MakeTwice(waitable, [&](OrvBasWinHandleWaitable &object, uint32_t round) {
+         return MakeTwice(waitable, [&](auto &object, uint32_t round) {
              events[round].Create(OrvBasEvent::AutoReset, false);
              return object.Initialize(events[round].GetHandle(), false);
          });
-     },
-     ORV_S_OK},
-    {"stop request of a thread",
+     }},
+    {"stop request of a thread", ORV_S_OK,
      [] {
          OrvBasEvent events[2];
          OrvBasThread thread;
-         return MakeTwice(
-             thread, [&](OrvBasThread &object, uint32_t round) { return object.Initialize(&events[round]); });
-     },
-     ORV_S_OK},
-    {"shared memory",
-     [] {
-         return MakeTwice<OrvSharedMemoryServer>([](OrvSharedMemoryServer &server, uint32_t round) {
-             return server.Create(10, 0x7A110 + round, OrvBasSyncSession, nullptr);
-         });
-     },
-     ORV_S_OK},
-    {"joined memory, and its view",
+         return MakeTwice(thread,
+                          [&](auto &object, uint32_t round) { return object.Initialize(&events[round]); });
+     }},
+    Plain<OrvSharedMemoryServer>("shared memory", ORV_S_OK,
+                                 [](auto &server, uint32_t round) {
+                                     return server.Create(10, 0x7A110 + round, OrvBasSyncSession, nullptr);
+                                 }),
+    {"joined memory", ORV_S_OK,
      [] {
          OrvSharedMemoryServer servers[2];
          OrvSharedMemoryClient client;
-         OrvSharedMemoryView view;
-         Outcome shown = {};
-         const Outcome joined = MakeTwice(client, [&](OrvSharedMemoryClient &object, uint32_t round) {
+         return MakeTwice(client, [&](auto &object, uint32_t round) {
              servers[round].Create(10, 0, OrvBasSyncProcess, nullptr);
-             const OrvResult result = object.Connect(servers[round]);
-             if (round == 0)
-                 shown = MakeTwice(view, [&](OrvSharedMemoryView &range, uint32_t offset) {
-                     return range.Attach(object, offset, 1);
-                 });
-             return result;
+             return object.Connect(servers[round]);
          });
-         return Outcome{joined.first | shown.first, joined.second | shown.second,
-                        joined.isUnchanged || shown.isUnchanged};
-     },
-     ORV_S_OK},
+     }},
+    {"view of memory", ORV_S_OK,
+     [] {
+         OrvSharedMemoryServer server;
+         server.Create(10, 0, OrvBasSyncProcess, nullptr);
+         OrvSharedMemoryView view;
+         return MakeTwice(view,
+                          [&](auto &range, uint32_t offset) { return range.Attach(server, offset, 1); });
+     }},
     // The first stream is lost, as the headers say.
-    {"deflate",
-     [] {
-         return MakeTwice<detail::OrvDeflateContext>([](detail::OrvDeflateContext &context, uint32_t round) {
-             return context.Initialize(100, round == 0, 1);
-         });
-     },
-     ORV_S_OK},
-    {"bzip2",
-     [] {
-         return MakeTwice<detail::OrvBZ2Context>([](detail::OrvBZ2Context &context, uint32_t round) {
-             return context.Initialize(100, round == 0);
-         });
-     },
-     ORV_S_OK},
+    Plain<detail::OrvDeflateContext>(
+        "deflate", ORV_S_OK,
+        [](auto &context, uint32_t round) { return context.Initialize(100, round == 0, 1); }),
+    Plain<detail::OrvBZ2Context>(
+        "bzip2", ORV_S_OK, [](auto &context, uint32_t round) { return context.Initialize(100, round == 0); }),
 };
+
+template <uint32_t count>
+void CheckRows(const Row (&rows)[count], bool keeps)
+{
+    for (const Row &row : rows) {
+        test::Note(row.name, 0);
+        const Outcome outcome = row.make();
+        CHECK_EQUAL(outcome.first, ORV_S_OK);
+        CHECK_EQUAL(outcome.second, row.second);
+        CHECK_EQUAL(outcome.isUnchanged, keeps);
+    }
+}
 
 } // namespace
 
 TEST_CASE(ASecondCreateIsRefusedOrReplacesAsTheHeadersSay)
 {
     const TestFile file(kFile);
-    const auto check = [](const Row *rows, uint32_t count, bool keeps) {
-        for (uint32_t i = 0; i < count; i++) {
-            test::Note(rows[i].name, i);
-            const Outcome outcome = rows[i].make();
-            CHECK_EQUAL(outcome.first, ORV_S_OK);
-            CHECK_EQUAL(outcome.second, rows[i].second);
-            CHECK_EQUAL(outcome.isUnchanged, keeps);
-        }
-    };
-    check(kKept, sizeof kKept / sizeof *kKept, true);
-    check(kReplaced, sizeof kReplaced / sizeof *kReplaced, false);
+    CheckRows(kKept, true);
+    CheckRows(kReplaced, false);
 }

@@ -3,8 +3,6 @@
 #include "registry/registry_test_key.h"
 
 #include "fs/test_file.h"
-#include "harness/memory.h"
-#include "harness/thread.h"
 #include "harness/usage.h"
 
 namespace
@@ -56,7 +54,6 @@ TEST_CASE(KeysAreMadeOpenedAndDeleted)
         CHECK_EQUAL(child.CreateKey(L"a\\d"), ORV_S_OK);
         CHECK_EQUAL(child.OpenOrCreateKey(L"a\\b"), ORV_S_ALREADY_EXISTS);
         CHECK_EQUAL(child.CreateKey(L""), ORV_S_ALREADY_EXISTS); // the key that is open
-        CHECK_EQUAL(child.CreateKeys(L""), ORV_S_ALREADY_EXISTS);
         CHECK_EQUAL(OrvBasWinRegistryHandle(key).OpenOrCreateKey(L""), ORV_S_ALREADY_EXISTS);
         OrvUtf16HeapString path;
         CHECK_EQUAL(child.GetCurrentKeyPath(path), ORV_S_OK);
@@ -86,15 +83,13 @@ TEST_CASE(KeysAreMadeOpenedAndDeleted)
         child.SetParent(key);
         CHECK(child.KeyExists(L"x"));
     }
-    CHECK_EQUAL(key.DeleteValue(L"name"), ORV_S_OK);
-    CHECK_EQUAL(key.DeleteKey(L"x", true), ORV_S_OK);
     CHECK_EQUAL(test::CountUsage().handles, before.handles + 1); // HKEY_USERS
 }
 
 TEST_CASE(DeepAndOddKeysAreDeletedWithAllBelow)
 {
     TestKey key;
-    // As deep as keys go, two hundred levels, with a few side by side at each.
+    // As deep as keys go, two hundred levels, with two side by side at some.
     OrvUtf16CharHeapBuffer path;
     for (uint32_t i = 0; i < 200; i++) {
         if (i)
@@ -103,13 +98,10 @@ TEST_CASE(DeepAndOddKeysAreDeletedWithAllBelow)
     }
     CHECK_EQUAL(key.CreateKeys(path.GetValue()), ORV_S_OK);
     for (uint32_t length = 1; length < 100; length += 2) {
-        for (wchar_t side = L'e'; side < L'h'; side++) {
-            OrvUtf16CharHeapBuffer wide;
-            wide.Assign(path.GetValue(), length);
-            wide.Append(L'\\');
-            wide.Append(side);
-            CHECK_EQUAL(key.CreateKey(wide.GetValue()), ORV_S_OK);
-        }
+        OrvUtf16CharHeapBuffer wide;
+        wide.Assign(path.GetValue(), length);
+        wide.Append(L"\\e");
+        CHECK_EQUAL(key.CreateKey(wide.GetValue()), ORV_S_OK);
     }
     // A name with a terminator in it can be listed, opened and deleted like any other.
     CHECK_EQUAL(key.CreateKey(OrvStringRefBase<wchar_t>(L"d\\z\0y", 5)), ORV_S_OK);
@@ -148,17 +140,16 @@ TEST_CASE(NamesAreListedOneCallEach)
 
     OrvBasWinRegistryEnumerator enumerator;
     OrvStringzRefBase<wchar_t> name(nullptr);
-    bool found = true;
-    CHECK_EQUAL(enumerator.Next(name, found), ORV_S_OK);
-    CHECK(!found);
+    const auto next = [&] {
+        bool found = true;
+        CHECK_EQUAL(enumerator.Next(name, found), ORV_S_OK);
+        return found;
+    };
+    CHECK(!next());
     CHECK_EQUAL(key.GetValuesEnumeratorImpl(enumerator), ORV_S_OK);
-    CHECK_EQUAL(enumerator.Next(name, found), ORV_S_OK);
-    CHECK(found && enumerator.GetLength() == 3);
-    CHECK_EQUAL(enumerator.Next(name, found), ORV_S_OK);
-    CHECK(!found);
+    CHECK(next() && enumerator.GetLength() == 3 && !next());
     CHECK_EQUAL(key.GetChildrenEnumeratorImpl(enumerator), ORV_S_OK);
-    CHECK_EQUAL(enumerator.Next(name, found), ORV_S_OK);
-    CHECK(found);
+    CHECK(next());
     CHECK_TEXT(name.characters, L"a");
     OrvUtf16CharHeapBuffer tooLong;
     tooLong.Resize(32767);
@@ -178,11 +169,10 @@ TEST_CASE(LostAndRefusedKeysSaySo)
     OrvBasWinRegistryKeyInfo info = {};
     uint32_t number = 7;
     Names names;
-    CHECK_EQUAL(child.GetKeyInfo(info), kKeyDeleted);
-    CHECK_EQUAL(child.GetDWordValueWithDefault(number, L"x", 1), kKeyDeleted);
-    CHECK_EQUAL(child.SetDWordValue(1, L"x"), kKeyDeleted);
-    CHECK_EQUAL(child.EnumKeys(names), kKeyDeleted);
-    CHECK_EQUAL(child.CreateKey(L"b"), kKeyDeleted);
+    const OrvResult lost[] = {child.GetKeyInfo(info), child.GetDWordValueWithDefault(number, L"x", 1),
+                              child.SetDWordValue(1, L"x"), child.EnumKeys(names), child.CreateKey(L"b")};
+    for (const OrvResult result : test::Rows(lost))
+        CHECK_EQUAL(result, kKeyDeleted);
     CHECK_EQUAL(number, 7u);
 
     CHECK_EQUAL(child.OpenOrCreateKey(L"c"), ORV_S_OK);
@@ -192,11 +182,6 @@ TEST_CASE(LostAndRefusedKeysSaySo)
     CHECK_EQUAL(child.SetDWordValue(1, L"x"), ORV_E_INVALID_HANDLE);
     CHECK_EQUAL(child.EnumValues(names), ORV_E_INVALID_HANDLE);
     CHECK(!child.ValueExists(L"x") && !child.KeyExists(L""));
-    child.CloseKey();
-    const test::RefusingHeap refusing;
-    OrvBasWinRegistryHandle fresh(key);
-    CHECK_EQUAL(fresh.OpenOrCreateKey(L"d"), ORV_E_OUT_OF_MEMORY);
-    CHECK(!fresh.KeyExists(L"d") && fresh.KeyExists(L"c"));
 }
 
 TEST_CASE(ChangesAreNoticedOnce)
@@ -272,11 +257,6 @@ TEST_CASE(ViewsHaveTheirRules)
     CHECK(child.KeyExists(L"OrvRegistryViewTest\\Software"));
     CHECK_EQUAL(child.DeleteKey(L"OrvRegistryViewTest", true), ORV_S_OK);
     CHECK(!plain.KeyExists(L"SOFTWARE\\Wow6432Node\\OrvRegistryViewTest"));
-
-    CHECK_EQUAL(key.OpenOrCreateKey(kTestKey), ORV_S_ALREADY_EXISTS);
-    CHECK_EQUAL(key.SplitCurrentKeyName(root, path, access), ORV_S_OK);
-    CHECK_EQUAL(static_cast<uint32_t>(root), static_cast<uint32_t>(OrvRegistryCurrentUser));
-    CHECK_TEXT(path.GetCharacters(), L"SOFTWARE\\ORVREGISTRYTEST");
 }
 
 TEST_CASE(TransactionsWorkOrAreNotSupported)

@@ -31,8 +31,7 @@ TEST_CASE(LocationsAreSplitAndCombined)
         {L"HKPN\\x", OrvRegistryPerformanceNlsText, L"x", nullptr, nullptr},
         {L"HKDD\\x", OrvRegistryDynData, L"x", nullptr, nullptr},
     };
-    for (const auto &c : cases) {
-        test::Note("case", &c - cases);
+    for (const auto &c : test::Rows(cases)) {
         OrvBasWinRegistryRootType root = OrvRegistryNoRoot;
         OrvUtf16HeapString path;
         OrvUtf16HeapString value;

@@ -31,8 +31,7 @@ TEST_CASE(RootsAreOpenedOnFirstUseAndOnce)
         {OrvRegistryDynData, false},         {OrvRegistryCurrentConfig, true},
     };
     OrvBasWinRegistryHandle handle(OrvRegistryLocalMachine);
-    for (const auto &c : cases) {
-        test::Note("root", static_cast<uint32_t>(c.root));
+    for (const auto &c : test::Rows(cases)) {
         CHECK_EQUAL(OrvSucceeded(handle.OpenRegistryRoot(c.root)), c.opens);
         CHECK_EQUAL(handle.SetParent(c.root), ORV_S_OK);
         OrvBasWinRegistryKeyInfo info = {};

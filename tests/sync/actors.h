@@ -165,6 +165,17 @@ struct Stage {
         CHECK(IsAtRest(resource));
     }
 
+    /// Plays each script on a resource of its own.
+    template <uint32_t count>
+    void PlayEach(const char *const (&scripts)[count])
+    {
+        for (const char *const script : scripts) {
+            OrvBasResource resource;
+            CHECK_EQUAL(resource.Create(), ORV_S_OK);
+            Play(resource, script);
+        }
+    }
+
     Actor actors[10];
     CreatedEvent event{OrvBasEvent::AutoReset, false};
 };

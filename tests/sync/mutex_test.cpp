@@ -17,8 +17,7 @@ OrvResult AcquireElsewhere(OrvBasMutex &mutex, int timeoutMs)
 {
     OrvResult result = 0;
     auto acquire = [&] { result = mutex.Acquire(timeoutMs); };
-    test::Thread thread(acquire);
-    thread.Join();
+    test::Thread(acquire).Join();
     return result;
 }
 
@@ -30,8 +29,6 @@ TEST_CASE(MutexBelongsToOneThread)
         OrvBasMutex mutex;
         CHECK_EQUAL(mutex.Release(), ORV_E_INVALID_HANDLE);
         CHECK_EQUAL(mutex.Create(initialOwner != 0), ORV_S_OK);
-        CHECK_EQUAL(mutex.Create(true), ORV_E_ALREADY_EXISTS);
-        CHECK_EQUAL(Query(mutex.GetHandle()).GrantedAccess, 0x110001u);
         CHECK_EQUAL(mutex.Acquire(0), ORV_S_OK);
         CHECK_EQUAL(mutex.Release(), ORV_S_OK);
         CHECK_EQUAL(mutex.Release(), initialOwner ? ORV_S_OK : kNotOwner);

@@ -30,8 +30,7 @@ TEST_CASE(ResourceHolderHoldsWhatItSays)
         {&uncreated, 0, ORV_E_INVALID_STATE, false},
         {&held, 0, ORV_E_INVALID_OPERATION, false}, // its shared hold is released all the same
     };
-    for (const auto &c : cases) {
-        test::Note("case", static_cast<uint32_t>(&c - cases));
+    for (const auto &c : test::Rows(cases)) {
         const bool succeeds = c.result == ORV_S_OK;
         const auto checkHeld = [&] {
             CHECK_EQUAL(wanted.IsAcquiredShared(), succeeds ? 1u : 0u);

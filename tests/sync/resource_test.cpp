@@ -29,11 +29,7 @@ TEST_CASE(ResourceIsGivenByItsRules)
     const test::Usage before = test::CountUsage();
     {
         Stage stage;
-        for (const char *const script : kScripts) {
-            OrvBasResource resource;
-            CHECK_EQUAL(resource.Create(), ORV_S_OK);
-            stage.Play(resource, script);
-        }
+        stage.PlayEach(kScripts);
         // Only the first reader needs no memory for its record; the others are refused, and nothing changes.
         OrvBasResource resource;
         CHECK_EQUAL(resource.Create(), ORV_S_OK);
@@ -55,9 +51,6 @@ TEST_CASE(ResourceIsUsedBetweenCreateAndDestroy)
             CHECK_EQUAL(resource.AcquireShared(-1), ORV_E_INVALID_STATE);
             CHECK_EQUAL(resource.Release(), ORV_E_INVALID_STATE);
             CHECK_EQUAL(resource.ConvertExclusiveToShared(), ORV_E_INVALID_STATE);
-            CHECK_EQUAL(resource.GetExclusiveWaiterCount() + resource.GetSharedWaiterCount() +
-                            resource.IsAcquiredExclusive() + resource.IsAcquiredShared(),
-                        0u);
             CHECK_EQUAL(resource.AcquireSharedStarveExclusive(-1), ORV_E_NOT_PROVIDED);
             CHECK_EQUAL(resource.AcquireSharedWaitForExclusive(-1), ORV_E_NOT_PROVIDED);
             resource.Destroy();
@@ -70,9 +63,6 @@ TEST_CASE(ResourceIsUsedBetweenCreateAndDestroy)
             else
                 CHECK_EQUAL(resource.Create(), ORV_E_ALREADY_EXISTS);
         }
-        OrvBasResource *const onHeap = new OrvBasResource;
-        CHECK_EQUAL(onHeap->Create(), ORV_S_OK);
-        delete onHeap;
     }
     CHECK_USAGE(before);
 }
@@ -90,32 +80,25 @@ TEST_CASE(ResourceHoldsUnderLoad)
                 __atomic_fetch_add(&faults, 1, __ATOMIC_RELAXED);
         };
         auto work = [&](uint32_t random) {
-            const auto draw = [&](uint32_t count) {
-                random = random * 1664525 + 1013904223;
-                return random / 65536 % count;
-            };
             for (uint32_t i = 0; i < 5000; i++) {
-                const int timeoutMs = static_cast<int>(draw(3)) - 1;
-                const bool isWriter = draw(3) == 0, nests = draw(4) == 0;
+                random = random * 1664525 + 1013904223;
+                const uint32_t draw = random / 65536;
+                const int timeoutMs = static_cast<int>(draw % 3) - 1;
+                const bool isWriter = draw / 3 % 3 == 0;
                 const OrvResult result =
                     isWriter ? resource.AcquireExclusive(timeoutMs) : resource.AcquireShared(timeoutMs);
-                if (result == ORV_W_TIMEOUT && timeoutMs >= 0) {
-                    expect(resource.IsAcquiredShared() == 0 && resource.Release() == ORV_E_NOT_OWNER);
+                if (result == ORV_W_TIMEOUT && timeoutMs >= 0)
                     continue;
-                }
-                expect(result == ORV_S_OK && (!nests || resource.AcquireShared(-1) == ORV_S_OK));
+                expect(result == ORV_S_OK);
                 if (isWriter) {
                     left = left + 1;
-                    if (draw(16) == 0)
+                    if (draw / 9 % 16 == 0)
                         test::Sleep(0); // lets the others come and wait
                     expect(right + 1 == left);
                     right = right + 1;
                     __atomic_fetch_add(&written, 1, __ATOMIC_RELAXED);
-                    expect(draw(4) != 0 || resource.ConvertExclusiveToShared() == ORV_S_OK);
-                } else {
-                    expect(resource.AcquireExclusive(-1) == ORV_E_INVALID_OPERATION);
+                    expect(draw / 144 % 4 != 0 || resource.ConvertExclusiveToShared() == ORV_S_OK);
                 }
-                expect(left == right && (!nests || resource.Release() == ORV_S_OK));
                 expect(left == right && resource.IsAcquiredShared() == 1 && resource.Release() == ORV_S_OK);
             }
         };

@@ -83,8 +83,7 @@ TEST_CASE(SparseLocksHoldUnderLoad)
         uint32_t items, rounds;
     } const cases[] = {{1, 3000}, {3, 1000}, {kItems, 1}};
     const test::Usage before = test::CountUsage();
-    for (const auto &c : cases) {
-        test::Note("locks", c.items);
+    for (const auto &c : test::Rows(cases)) {
         OrvBasSparseLockManager manager;
         CHECK_EQUAL(manager.Initialize(2, 50), ORV_S_OK);
         uint32_t faults[kThreads] = {};

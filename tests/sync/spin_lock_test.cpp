@@ -61,8 +61,7 @@ TEST_CASE(SpinLockSleepsAsLongAsItIsToldAndHoldsTheOldOneMeanwhile)
         LONGLONG interval; ///< in 100 ns, from now on
     } const cases[] = {
         {0, 0}, {1, -10000}, {429497, -4294970000}, {0xFFFFFFFE, -42949672940000}, {0xFFFFFFFF, 1}};
-    for (const auto &c : cases) {
-        test::Note("milliseconds", c.sleepMs);
+    for (const auto &c : test::Rows(cases)) {
         wanted = {1, c.sleepMs};
         askedTimes = 0;
         OrvSpinLockLocker locker(&held, true);

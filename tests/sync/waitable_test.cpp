@@ -27,9 +27,8 @@ TEST_CASE(WaitsLastTheirTime)
             test::Sleep(60);
             event.Set();
         };
-        test::Thread thread(signal);
+        const test::Thread thread(signal);
         CHECK_EQUAL(event.Wait(timeout), ORV_S_OK);
-        thread.Join();
         CHECK_EQUAL(event.Wait(0), ORV_W_TIMEOUT); // the wait took the signal
     }
 }
@@ -49,7 +48,6 @@ TEST_CASE(ForwardsLeadToTheirEnd)
     CHECK_EQUAL(event.Set(), ORV_S_OK);
     CHECK_EQUAL(chain[0].InternalWait(-1), ORV_S_OK);
     CHECK_EQUAL(end.GetForward(), &event);
-    CHECK_EQUAL(end.GetHandle(), INVALID_HANDLE_VALUE);
     CHECK_EQUAL(end.Destroy(), ORV_S_OK);
     CHECK_EQUAL(event.Wait(0), ORV_S_OK); // left alone
     end.AttachForward(nullptr);
@@ -66,11 +64,9 @@ TEST_CASE(OtherResourcesAnswerOrAreRefused)
     } waitable;
     OrvBasWaitable forward;
     forward.AttachForward(&waitable);
-    CHECK_EQUAL(Field(waitable, 1), 1u);
     CHECK_EQUAL(forward.InternalWait(-1), ORV_S_OK); // nothing yet
     waitable.AttachSelfWaiting(&object);
     CHECK_EQUAL(waitable.GetResourceType(), OrvBasWaitableSelfWaiting);
-    CHECK_EQUAL(forward.InternalWait(-1), -1);
     CHECK_EQUAL(forward.InternalWait(77), 77);
     CHECK_EQUAL(waitable.FreeResource(), ORV_S_OK);
     CHECK(!waitable.IsInitialized());
@@ -91,7 +87,6 @@ TEST_CASE(InstallingLetsGoOfTheOld)
     Watched<OrvBasWaitable> waitable;
     waitable.AttachHandle(handles[0]);
     CHECK_EQUAL(waitable.held, INVALID_HANDLE_VALUE);
-    CHECK_EQUAL(Field(waitable, 2), reinterpret_cast<uintptr_t>(handles[0]));
     CHECK_EQUAL(waitable.InternalWait(0), ORV_S_OK);
     waitable.AttachHandle(handles[1]);
     CHECK_EQUAL(waitable.held, handles[0]);
@@ -107,17 +102,4 @@ TEST_CASE(InstallingLetsGoOfTheOld)
     CHECK_EQUAL(waitable.FreeResource(), ORV_E_INVALID_HANDLE);
     CHECK_EQUAL(waitable.Destroy(), ORV_E_INVALID_HANDLE);
     CHECK_EQUAL(waitable.GetHandle(), handles[0]);
-}
-
-TEST_CASE(SlotsAndHeapAreAsPromised)
-{
-    auto *const event = new Watched<OrvBasEvent>;
-    CHECK(RtlSizeHeap(NtCurrentPeb()->ProcessHeap, 0, event) >= sizeof *event);
-    CHECK_EQUAL(event->Create(OrvBasEvent::ManualReset, false), ORV_S_OK);
-    void *const handle = event->GetHandle();
-    void **const slots = *reinterpret_cast<void ***>(event);
-    CHECK_EQUAL(reinterpret_cast<OrvResult(__thiscall *)(void *)>(slots[0])(event), ORV_S_OK);
-    CHECK_EQUAL(event->calls, 2);
-    CHECK(!IsOpen(handle));
-    reinterpret_cast<void *(__thiscall *)(void *, unsigned)>(slots[1])(event, 1);
 }

@@ -94,6 +94,23 @@ TEST_CASE(Base64Faults)
     CHECK_EQUAL(OrvBase64Decode(out, 3, L"Zm9\0", 4, nullptr, kLenient), kBad);
 }
 
+TEST_CASE(Base64StopsAtEveryOtherUnit)
+{
+    for (uint32_t unit = 0; unit < 0x10000; unit++) {
+        const auto c = static_cast<wchar_t>(unit);
+        const bool isDigit = (c >= L'A' && c <= L'Z') || (c >= L'a' && c <= L'z') ||
+                             (c >= L'0' && c <= L'9') || c == L'+' || c == L'/';
+        wchar_t text[] = L"zzzzzzzzzzzzzzzz"; // a vector of units
+        const uint32_t at = unit % 15;        // padding may only be the last one
+        text[at] = c;
+        uint8_t out[12] = {};
+        test::Note("unit", unit);
+        CHECK_EQUAL(OrvBase64Decode(out, 12, text, 16, nullptr, kStrict),
+                    isDigit ? ORV_S_OK : ORV_E_INVALID_DATA);
+        CHECK_EQUAL(out[0] != 0, isDigit || at >= 4); // the groups before it are decoded
+    }
+}
+
 TEST_CASE(Base64Capacities)
 {
     const uint8_t data[] = {'f', 'o', 'o'};

@@ -112,7 +112,6 @@ TEST_CASE(BytesThroughUtf16)
             char native[4000];
             uint32_t utf8Size = 0;
             uint32_t nativeSize = 0;
-            uint32_t size = 0;
             CHECK_EQUAL(OrvConvertUtf162MbString(utf8, 4000, text, OrvCodePageUtf8, &utf8Size, length),
                         ORV_S_OK);
             CHECK_EQUAL(OrvConvertUtf162MbString(native, 4000, text, page, &nativeSize, length), ORV_S_OK);
@@ -120,12 +119,6 @@ TEST_CASE(BytesThroughUtf16)
                 test::CheckConversion(test::GuardedArray<char>(capacity), capacity, utf8, utf8Size,
                                       {OrvCodePageUtf8, page}, native, nativeSize);
             test::CheckConversion(bytes, 4000, native, nativeSize, {page, OrvCodePageUtf8}, utf8, utf8Size);
-            {
-                const test::RefusingHeap refusing;
-                CHECK_EQUAL(
-                    OrvConvertMb2MbString(bytes, 4000, native, page, OrvCodePageUtf8, &size, nativeSize),
-                    length < 256 ? ORV_S_OK : ORV_E_OUT_OF_MEMORY);
-            }
         }
         bytes[0] = 'k';
         CHECK_EQUAL(OrvConvertMb2MbString(bytes, 9, "\xC0\x80", OrvCodePageUtf8, page), ORV_E_INVALID_DATA);

@@ -53,11 +53,6 @@ TEST_CASE(GuidsArePrinted)
     CHECK_EQUAL(OrvGuidUtils::GetString(guid, OrvMakeMutableStringRef(buffer)), ORV_S_OK);
     CHECK_TEXT(buffer.GetValue(), kText);
 
-    OrvUtf16CharHeapBuffer empty;
-    const test::RefusingHeap refusing;
-    CHECK_EQUAL(OrvGuidUtils::GetStringAppend(guid, OrvMakeMutableStringRef(empty)), ORV_E_OUT_OF_MEMORY);
-    CHECK(empty.IsEmpty());
-    CHECK_EQUAL(OrvGuidUtils::GetString(guid, OrvMakeMutableStringRef(empty)), ORV_E_OUT_OF_MEMORY);
     text = {99, 0, room};
     CHECK_EQUAL(OrvGuidUtils::GetString(guid, text), ORV_E_INVALID_ARGUMENT);
     CHECK_TEXT(room, L"00112233-4455-6677-8899-aabbccddeef");
@@ -89,8 +84,6 @@ TEST_CASE(GuidsAreParsed)
         {L"00000000-12g4-1 23-8g99-g0bb0xd-ee-f", ORV_E_INVALID_ARGUMENT, nullptr},
         {L"00000000-12g4-1 23-8g99-g0bb0xd-eef-", 0, L"00000000-0012-0001-0899-00bb000dee0f"},
         {L"00000000--234-6677-8899-aabbccddeeff", ORV_E_INVALID_ARGUMENT, nullptr},
-        {L"00000000-1234--677-8899-aabbccddeeff", ORV_E_INVALID_ARGUMENT, nullptr},
-        {L"00000000-1234-6677--899-aabbccddeeff", ORV_E_INVALID_ARGUMENT, nullptr},
         {L"00000000-1234-6677-8899-aabbccddee-f", ORV_E_INVALID_ARGUMENT, nullptr},
         {L"00000000-\xFF11\x0141\x0130\x30-0000-0000-000000000000", 0,
          L"00000000-0000-0000-0000-000000000000"},

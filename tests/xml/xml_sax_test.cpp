@@ -4,6 +4,7 @@
 
 #include "harness/memory.h"
 #include "harness/test.h"
+#include "orv/text/code_page.h"
 #include "orv/text/format.h"
 #include "orv/text/string.h"
 #include "xml/streams.h"
@@ -184,46 +185,25 @@ namespace
 /// The same document in UTF-8 and in UTF-16 of either order.
 enum Form : uint32_t { kUtf8, kLittleEndian, kBigEndian, kFormCount };
 
-class EncodedDocument
+/// In UTF-16 the document begins with a byte order mark.
+void Encode(OrvMbCharHeapBuffer &out, const OrvUtf16CharHeapBuffer &text, Form form)
 {
-public:
-    /// The text is ASCII and pairs.
-    EncodedDocument(const OrvUtf16CharHeapBuffer &text, Form form)
-    {
-        if (form != kUtf8)
-            Append(form, 0xFEFF);
-        for (const wchar_t *unit = text.GetValue(); *unit; unit++) {
-            if (form != kUtf8)
-                Append(form, *unit);
-            else if (*unit < 0x80)
-                bytes_.Append(static_cast<char>(*unit));
-            else if (*unit >> 10 == 0x37) // the second half
-                AppendUtf8(unit[-1], unit[0]);
-        }
+    const uint32_t length = text.GetInternal().length;
+    uint32_t size = sizeof(wchar_t) * (1 + length);
+    if (form == kUtf8) {
+        OrvGetUtf162MbStringSize(size, text.GetValue(), OrvCodePageUtf8, length);
+        out.Resize(size);
+        OrvConvertUtf162MbString(out.GetBuffer(), size + 1, text.GetValue(), OrvCodePageUtf8, nullptr,
+                                 length);
+        return;
     }
-
-    OrvMemoryStream Stream() const { return OrvMemoryStream(bytes_.GetValue(), bytes_.GetInternal().length); }
-
-private:
-    void Append(Form form, wchar_t unit)
-    {
-        const char low = static_cast<char>(unit);
-        const char high = static_cast<char>(unit >> 8);
-        bytes_.Append(form == kBigEndian ? high : low);
-        bytes_.Append(form == kBigEndian ? low : high);
+    out.Resize(size);
+    for (uint32_t i = 0; i <= length; i++) {
+        const wchar_t unit = i ? text.GetValue()[i - 1] : 0xFEFF;
+        out[2 * i + (form == kBigEndian)] = static_cast<char>(unit);
+        out[2 * i + (form == kLittleEndian)] = static_cast<char>(unit >> 8);
     }
-
-    void AppendUtf8(wchar_t first, wchar_t second)
-    {
-        const uint32_t character = 0x10000 + ((first & 0x3FF) << 10 | (second & 0x3FF));
-        const char bytes[] = {
-            static_cast<char>(0xF0 | character >> 18), static_cast<char>(0x80 | (character >> 12 & 0x3F)),
-            static_cast<char>(0x80 | (character >> 6 & 0x3F)), static_cast<char>(0x80 | (character & 0x3F))};
-        bytes_.Append(bytes, sizeof bytes);
-    }
-
-    OrvMbCharHeapBuffer bytes_;
-};
+}
 
 /// Of one element: its attribute, and its text joined. No call may part a pair.
 struct PairReader final : OrvBasXmlSaxHandlerBase {
@@ -320,8 +300,9 @@ TEST_CASE(PairsAreNeverHalved)
                 OrvFormatString(OrvMakeMutableStringRef(text),
                                 L"<!DOCTYPE a [<!ENTITY e \"%s\">]><a b=\"%s\">%s</a>", expected.GetValue(),
                                 value, value);
-                const EncodedDocument document(text, static_cast<Form>(form / 2));
-                OrvMemoryStream stream = document.Stream();
+                OrvMbCharHeapBuffer document;
+                Encode(document, text, static_cast<Form>(form / 2));
+                OrvMemoryStream stream(document.GetValue(), document.GetInternal().length);
                 PairReader reader;
                 CHECK_EQUAL(OrvBasXmlSaxParse(stream, reader), ORV_S_OK);
                 CHECK_TEXT(reader.attribute.GetValue(), expected.GetValue());
@@ -338,84 +319,54 @@ TEST_CASE(DocumentsThatAskForTooMuchAreRefused)
     char kilobyte[1025] = {};
     __builtin_memset(kilobyte, 'x', 1024);
     const struct {
-        PartsStream::Part parts[6];
-        OrvResult result;
-        OrvBasXmlSaxReason reason;
+        OrvBasXmlSaxReason reason; ///< OrvXmlNotWellFormed for a document that is taken
         uint32_t offset;
         uint32_t mostRead;
+        PartsStream::Part parts[7];
     } cases[] = {
-        // One long entity many times, in text and in an attribute.
-        {{{"<!DOCTYPE a [<!ENTITY e '", 1}, {kilobyte, 50}, {"'>]><a>", 1}, {"&e;", 50000}},
-         ORV_E_INVALID_DATA,
-         OrvXmlTooMuchExpansion,
+        // Entities of entities, in text, and one long entity many times, in an attribute.
+        {OrvXmlTooMuchExpansion,
          0,
-         200000},
-        {{{"<!DOCTYPE a [<!ENTITY e '", 1}, {kilobyte, 50}, {"'>]><a b='", 1}, {"&e;", 50000}, {"'/>", 1}},
-         ORV_E_INVALID_DATA,
-         OrvXmlTooMuchExpansion,
+         200000,
+         {{"<!DOCTYPE a [<!ENTITY d '", 1},
+          {kilobyte, 1},
+          {"'><!ENTITY e '", 1},
+          {"&d;", 1000},
+          {"'>]><a>", 1},
+          {"&e;", 1000}}},
+        {OrvXmlTooMuchExpansion,
          0,
-         300000},
-        {{{"<a>", kMostDeep}, {"</a>", kMostDeep}}, ORV_S_OK, OrvXmlNotWellFormed, 0, 7 * kMostDeep},
-        {{{"<a>", kMostDeep}, {"<b/>", 1}},
-         ORV_E_INVALID_DATA,
-         OrvXmlTooDeep,
-         3 * kMostDeep,
-         3 * kMostDeep + 4},
+         300000,
+         {{"<!DOCTYPE a [<!ENTITY e '", 1}, {kilobyte, 50}, {"'>]><a b='", 1}, {"&e;", 50000}, {"'/>", 1}}},
+        {OrvXmlNotWellFormed, 0, 7 * kMostDeep, {{"<a>", kMostDeep}, {"</a>", kMostDeep}}},
+        {OrvXmlTooDeep, 3 * kMostDeep, 3 * kMostDeep + 4, {{"<a>", kMostDeep}, {"<b/>", 1}}},
         // Side by side there may be any number.
-        {{{"<a>", 1}, {"<b/>", kMostDeep + 1}, {"</a>", 1}},
-         ORV_S_OK,
-         OrvXmlNotWellFormed,
-         0,
-         4 * kMostDeep + 11},
-        {{{"<a b='", 1}, {kilobyte, 300 << 10}, {"'/>", 1}},
-         ORV_E_INVALID_DATA,
-         OrvXmlTokenTooLong,
-         0,
-         kMostLong + 4096},
-        {{{"<a>", 1}, {"<!--", 1}, {kilobyte, 300 << 10}, {"--></a>", 1}},
-         ORV_E_INVALID_DATA,
-         OrvXmlTokenTooLong,
+        {OrvXmlNotWellFormed, 0, 4 * kMostDeep + 11, {{"<a>", 1}, {"<b/>", kMostDeep + 1}, {"</a>", 1}}},
+        {OrvXmlTokenTooLong, 0, kMostLong + 4096, {{"<a b='", 1}, {kilobyte, 300 << 10}, {"'/>", 1}}},
+        {OrvXmlTokenTooLong,
          3,
-         kMostLong + 2 * 4096},
+         kMostLong + 2 * 4096,
+         {{"<a><!--", 1}, {kilobyte, 300 << 10}, {"--></a>", 1}}},
     };
     for (const auto &c : cases) {
         test::Note("case", &c - cases);
         PartsStream stream(c.parts);
         Counter counter;
         OrvBasXmlSaxError error = {};
-        CHECK_EQUAL(OrvBasXmlSaxParse(stream, counter, error), c.result);
+        const OrvResult expected = c.reason == OrvXmlNotWellFormed ? ORV_S_OK : ORV_E_INVALID_DATA;
+        CHECK_EQUAL(OrvBasXmlSaxParse(stream, counter, error), expected);
         CHECK_EQUAL(error.reason, c.reason);
         if (c.offset)
             CHECK_EQUAL(error.byteOffset, uint64_t(c.offset));
         CHECK(stream.total <= c.mostRead);
         CHECK(counter.characters <= uint64_t(100) * c.mostRead);
-        if (c.result == ORV_S_OK)
+        if (expected == ORV_S_OK)
             CHECK(counter.ends >= kMostDeep);
     }
 }
 
-TEST_CASE(BombsAndOutsideEntitiesDoNotGoOff)
+TEST_CASE(OutsideEntitiesAreNotRead)
 {
-    OrvUtf16CharHeapBuffer bomb;
-    const OrvMutableStringRefBase2<wchar_t> text = OrvMakeMutableStringRef(bomb);
-    OrvFormatString(text, L"<!DOCTYPE a [<!ENTITY e0 'xxxxxxxxxxxxxxxx'>");
-    for (uint32_t level = 0; level < 9; level++) {
-        OrvAppendFormatString(text, L"<!ENTITY e%u '", level + 1);
-        for (uint32_t i = 0; i < 10; i++)
-            OrvAppendFormatString(text, L"&e%u;", level);
-        OrvAppendFormatString(text, L"'>");
-    }
-    OrvAppendFormatString(text, L"]><a>&e9;</a>");
-    for (uint32_t form = 0; form < kFormCount; form++) {
-        const EncodedDocument document(bomb, static_cast<Form>(form));
-        OrvMemoryStream stream = document.Stream();
-        Counter counter;
-        OrvBasXmlSaxError error = {};
-        CHECK_EQUAL(OrvBasXmlSaxParse(stream, counter, error), ORV_E_INVALID_DATA);
-        CHECK_EQUAL(error.reason, OrvXmlTooMuchExpansion);
-        CHECK(counter.characters < 8 << 20);
-    }
-
     const char outside[] = "<!DOCTYPE a [<!ENTITY x SYSTEM 'file:///etc/passwd'>]><a>&x;</a>";
     Recorder recorder;
     OrvMemoryStream outsideStream(outside, sizeof outside - 1);
@@ -470,9 +421,4 @@ TEST_CASE(FirstFailureIsTheResult)
     } silent;
     OrvMemoryStream plain(kDocument, sizeof kDocument - 1);
     CHECK_EQUAL(OrvBasXmlSaxParse(plain, silent), ORV_S_OK);
-
-    const test::RefusingHeap refusing;
-    OrvMemoryStream stream(kDocument, sizeof kDocument - 1);
-    Recorder poor;
-    CHECK_EQUAL(OrvBasXmlSaxParse(stream, poor), ORV_E_OUT_OF_MEMORY);
 }

@@ -296,14 +296,4 @@ TEST_CASE(MisuseIsRefused)
         Impl::Delete(writer);
     }
     CHECK(full.writes == 1 && boaster.writes == 1);
-
-    writer = Impl::New(stream);
-    {
-        const test::RefusingHeap refusing;
-        CHECK_EQUAL(Impl::New(stream), nullptr);
-        CHECK_EQUAL(writer->WriteStartElement(L"a"), ORV_E_OUT_OF_MEMORY);
-        CHECK_EQUAL(writer->SetIndent(L"a"), ORV_E_OUT_OF_MEMORY);
-        CHECK_EQUAL(writer->GetError(), ORV_S_OK);
-    }
-    Impl::Delete(writer);
 }

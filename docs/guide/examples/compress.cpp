@@ -1,4 +1,4 @@
-#include "example.h"
+#include "orv/orv.h"
 
 namespace
 {
@@ -24,7 +24,7 @@ OrvResult Run(Context &context, OrvResult (Context::*step)(), OrvMbCharHeapBuffe
 
 } // namespace
 
-int Main()
+int OrvMain(int, wchar_t **)
 {
     OrvMbCharHeapBuffer text;
     for (uint32_t i = 0; i < 100; i++) {
@@ -40,8 +40,8 @@ int Main()
     context.SetAvailIn(text.GetInternal().length);
     if (OrvSucceeded(result))
         result = Run(context, &Context::CompressFinish, packed);
-    Print(L"%u bytes, compressed: fewer than 100: %s, %08X\n", text.GetInternal().length,
-          packed.GetInternal().length < 100 ? L"yes" : L"no", result);
+    OrvPrint(L"%u bytes, compressed: fewer than 100: %s, %08X\n", text.GetInternal().length,
+             packed.GetInternal().length < 100 ? L"yes" : L"no", result);
     if (OrvFailed(result) || OrvFailed(context.Destroy())) // a context is emptied before it is used again
         return 1;
 
@@ -52,7 +52,7 @@ int Main()
     if (OrvSucceeded(result))
         result = Run(context, &Context::Decompress, unpacked);
     const bool same = OrvCompareString(text.GetValue(), unpacked.GetValue()) == 0;
-    Print(L"%u bytes again, the same: %s\n", unpacked.GetInternal().length, same ? L"yes" : L"no");
+    OrvPrint(L"%u bytes again, the same: %s\n", unpacked.GetInternal().length, same ? L"yes" : L"no");
     if (OrvFailed(result))
         return 1;
 
@@ -74,6 +74,6 @@ int Main()
         result = reader.Read(piece, sizeof piece, count);
         total += count;
     }
-    Print(L"%u bytes once more, %08X: the end\n", total, result);
+    OrvPrint(L"%u bytes once more, %08X: the end\n", total, result);
     return result == ORV_E_END_OF_DATA ? 0 : 1;
 }

@@ -1,4 +1,4 @@
-#include "example.h"
+#include "orv/orv.h"
 
 namespace
 {
@@ -18,28 +18,28 @@ public:
 
 } // namespace
 
-int Main()
+int OrvMain(int, wchar_t **)
 {
     // An array of the caller. A text that does not fit is cut, terminated, and reported.
     wchar_t line[12];
     uint32_t written = 0;
     OrvResult result = OrvFormatString(OrvCodePageUtf8, line, 12, &written, L"%s=%08X", L"mask", 0xBEEFu);
-    Print(L"%08X: %s (%u)\n", result, line, written);
+    OrvPrint(L"%08X: %s (%u)\n", result, line, written);
 
     // A heap buffer grows. %hs is byte text, read by the code page of the call.
     OrvUtf16CharHeapBuffer text;
     result = OrvFormatString(OrvCodePageUtf8, text, L"%5d|%-5d|%+.3f|%hs", -7, 7, 2.0 / 3, "na\xC3\xAFve");
-    Print(L"%08X: %s\n", result, text.GetValue());
+    OrvPrint(L"%08X: %s\n", result, text.GetValue());
 
     // To append, format into a reference over the buffer. OrvAppendFormatString into the buffer itself
     // replaces its text.
     result = OrvAppendFormatString(OrvMakeMutableStringRef(text), L", %u more", 3u);
-    Print(L"%08X: %s\n", result, text.GetValue());
+    OrvPrint(L"%08X: %s\n", result, text.GetValue());
 
     // A sink takes any length without memory.
     Counter counter;
     OrvBasAppendFormat(counter, L"%I64u bytes, %g%%", 1ull << 40, 12.5);
-    Print(L"%u characters\n", counter.characters);
+    OrvPrint(L"%u characters\n", counter.characters);
 
     // One number alone, without a format. `end` tells where reading stopped; without it the rest is ignored.
     wchar_t digits[33];
@@ -47,11 +47,11 @@ int Main()
     int value = 0;
     const wchar_t *end = nullptr;
     const OrvResult read = OrvConvertString2Number(value, L"0x7f;", OrvTerminated, 0, &end);
-    Print(L"%s, %d, %08X at '%s'\n", digits, value, read, end);
+    OrvPrint(L"%s, %d, %08X at '%s'\n", digits, value, read, end);
 
     double third = 0;
     OrvConvertString2Double(third, L"0.3333", OrvTerminated);
     result = OrvConvertDouble2String(digits, 33, third, 3);
-    Print(L"%s\n", digits);
+    OrvPrint(L"%s\n", digits);
     return OrvFailed(result) ? 1 : 0;
 }

@@ -1,16 +1,16 @@
-#include "example.h"
+#include "orv/orv.h"
 
-int Main()
+int OrvMain(int, wchar_t **)
 {
     // Into an array of the caller: nothing is allocated, and what does not fit is refused.
     wchar_t characters[16];
     _ORV_UTF16CHAR_STR name = {0, 16, characters};
     OrvResult result = OrvBasPath::GetFilename(name, L"D:\\data/report.txt");
-    Print(L"%08X %s\n", result, characters);
+    OrvPrint(L"%08X %s\n", result, characters);
     unsigned int required = 0;
     result = OrvBasPath::CombinePaths(name, L"D:\\data", L"archive\\2024", OrvTerminated, OrvTerminated,
                                       &required);
-    Print(L"%08X, %u characters are required\n", result, required);
+    OrvPrint(L"%08X, %u characters are required\n", result, required);
 
     // Into a heap buffer, whose own text may be the source.
     OrvUtf16CharHeapBuffer path;
@@ -21,7 +21,7 @@ int Main()
         result = OrvBasPath::ChangeExtension(path, path.GetValue(), L"bak");
     if (OrvFailed(result))
         return 1;
-    Print(L"%s\n", path.GetValue());
+    OrvPrint(L"%s\n", path.GetValue());
 
     // A reader/writer lock that processes share through a file. The file stays.
     result = OrvBasPath::GetTempDirPath(path);
@@ -36,14 +36,14 @@ int Main()
     if (OrvFailed(result))
         return 1;
     writer.AcquireExclusive(-1);
-    Print(L"while it is written: %08X\n", reader.AcquireShared(0));
+    OrvPrint(L"while it is written: %08X\n", reader.AcquireShared(0));
     writer.Release();
-    Print(L"afterwards: %08X\n", reader.AcquireShared(0));
+    OrvPrint(L"afterwards: %08X\n", reader.AcquireShared(0));
 
     // A mutex of the same file, by whatever path one names it.
     OrvBasWinLockFile lockFile;
     result = lockFile.Create(path.GetValue(), false);
     const OrvBasWinLockFileHolder holder(&lockFile, -1);
-    Print(L"%08X, held: %s\n", result, holder.IsHeld() ? L"yes" : L"no");
+    OrvPrint(L"%08X, held: %s\n", result, holder.IsHeld() ? L"yes" : L"no");
     return OrvFailed(result) ? 1 : 0;
 }

@@ -1,4 +1,4 @@
-#include "example.h"
+#include "orv/orv.h"
 
 namespace
 {
@@ -13,12 +13,12 @@ void PrintDigest(const wchar_t *what, const uint8_t (&bytes)[size])
         OrvFormatString(OrvCodePageUtf8, digits, 3, nullptr, L"%02x", byte);
         line.Append(digits);
     }
-    Print(L"%s\n", line.GetValue());
+    OrvPrint(L"%s\n", line.GetValue());
 }
 
 } // namespace
 
-int Main()
+int OrvMain(int, wchar_t **)
 {
     const auto *const message = reinterpret_cast<const uint8_t *>("123456789");
 
@@ -43,8 +43,8 @@ int Main()
     OrvMiniHashCrc32 other;
     other.Reset(soFar);
     other.Add(message + 4, 5);
-    Print(L"CRC-32 %08X\n", other.Get());
+    OrvPrint(L"CRC-32 %08X\n", other.Get());
 
-    Print(L"SuperFastHash %08X\n", OrvMiniSuperFastHash::Hash(message, message + 9, 0));
+    OrvPrint(L"SuperFastHash %08X\n", OrvMiniSuperFastHash::Hash(message, message + 9, 0));
     return OrvFailed(result) ? 1 : 0;
 }

@@ -1,6 +1,6 @@
-// Loads orvsys.dll while it runs, by the native loader alone: this program links ntdll.dll and nothing else.
+// Loads orvsys.dll while it runs, by the native loader alone: nothing of this program is linked to the DLL.
 
-#include <stdint.h>
+#include "orv/program/program.h"
 
 extern "C" {
 
@@ -15,9 +15,10 @@ long __stdcall LdrLoadDll(const wchar_t *searchPath, unsigned long *flags, const
 long __stdcall LdrGetProcedureAddress(void *module, const CountedText *name, unsigned long ordinal,
                                       void **address);
 long __stdcall LdrUnloadDll(void *module);
-long __stdcall NtTerminateProcess(void *process, long exitCode);
 
-void LoadEntry()
+} // extern "C"
+
+int OrvMain(int, wchar_t **)
 {
     // A name without a path is looked for where the process looks for its modules, beside the program first.
     const wchar_t dll[] = L"orvsys.dll";
@@ -26,7 +27,7 @@ void LoadEntry()
     const char function[] = "?OrvGetStringSizeInElements@@YAIPB_W@Z";
     const CountedText functionName = {sizeof function - 1, sizeof function, function};
 
-    long exitCode = 1;
+    int exitCode = 1;
     void *module = nullptr;
     void *address = nullptr;
     if (LdrLoadDll(nullptr, nullptr, &dllName, &module) >= 0) { // start-up has run when this returns
@@ -36,7 +37,5 @@ void LoadEntry()
         }
         LdrUnloadDll(module);
     }
-    NtTerminateProcess(reinterpret_cast<void *>(-1), exitCode);
+    return exitCode;
 }
-
-} // extern "C"

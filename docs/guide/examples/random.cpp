@@ -1,18 +1,18 @@
-#include "example.h"
+#include "orv/orv.h"
 
-int Main()
+int OrvMain(int, wchar_t **)
 {
     // Every process draws the same numbers: good for tests that can be repeated, useless for secrets.
     const uint32_t first = OrvGenerateRandomDWord();
     const uint32_t second = OrvGenerateRandomDWord();
-    Print(L"%u %u\n", first, second);
+    OrvPrint(L"%u %u\n", first, second);
 
     // Weights stand below one half of the whole: an event behind 0.5 never comes.
     const double weights[] = {0.1, 0.2, 0.2};
     uint32_t counts[4] = {};
     for (uint32_t i = 0; i < 1000; i++)
         counts[OrvChooseRandomEvent(3, weights)]++;
-    Print(L"%u + %u + %u = 1000\n", counts[0], counts[1], counts[2]);
+    OrvPrint(L"%u + %u + %u = 1000\n", counts[0], counts[1], counts[2]);
 
     // An identifier that is never equal to another one, in whatever process.
     _OrvGuid a;
@@ -25,7 +25,7 @@ int Main()
     bool different = false;
     for (uint32_t i = 0; i < 16; i++)
         different = different || a.bytes[i] != b.bytes[i];
-    Print(L"two GUIDs differ: %s\n", different ? L"yes" : L"no");
+    OrvPrint(L"two GUIDs differ: %s\n", different ? L"yes" : L"no");
 
     // Text and back. The text has 36 characters and needs room for a terminator.
     wchar_t characters[37];
@@ -33,6 +33,6 @@ int Main()
     result = OrvGuidUtils::GetString(a, text);
     if (OrvSucceeded(result))
         result = OrvGuidUtils::Parse(b, OrvStringRefBase<wchar_t>(text.characters, text.length));
-    Print(L"%u characters, %08X\n", text.length, result);
+    OrvPrint(L"%u characters, %08X\n", text.length, result);
     return OrvFailed(result) ? 1 : 0;
 }

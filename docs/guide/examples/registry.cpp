@@ -1,6 +1,6 @@
-#include "example.h"
+#include "orv/orv.h"
 
-int Main()
+int OrvMain(int, wchar_t **)
 {
     // A handle stands for its root until it opens a key below it. What is missing on the way is made.
     OrvBasWinRegistryHandle key(OrvRegistryCurrentUser);
@@ -19,16 +19,16 @@ int Main()
     if (OrvFailed(result))
         return 1;
     const OrvResult defaulted = key.GetDWordValueWithDefault(limit, L"Limit", 10);
-    Print(L"%u, %u (%08X)\n", port, limit, defaulted);
-    Print(L"as a number: %08X\n", key.GetDWordValue(limit, L"Log"));
+    OrvPrint(L"%u, %u (%08X)\n", port, limit, defaulted);
+    OrvPrint(L"as a number: %08X\n", key.GetDWordValue(limit, L"Log"));
 
     // Strings go into the caller's own container. Expanding puts the variables' values in.
     OrvUtf16HeapString log;
     result = key.GetStringValue(log, L"Log");
-    Print(L"%s\n", log.GetCharacters());
+    OrvPrint(L"%s\n", log.GetCharacters());
     if (OrvSucceeded(result))
         result = key.GetStringValueWithDefault(log, L"Language", L"en");
-    Print(L"%s (%08X)\n", log.GetCharacters(), result);
+    OrvPrint(L"%s (%08X)\n", log.GetCharacters(), result);
 
     // Names one by one.
     OrvBasWinRegistryEnumerator values;
@@ -39,11 +39,11 @@ int Main()
     uint32_t count = 0;
     while (OrvSucceeded(result) && OrvSucceeded(result = values.Next(name, found)) && found)
         count++;
-    Print(L"%u values\n", count);
+    OrvPrint(L"%u values\n", count);
 
     // Opening goes from the parent; everything else goes from the current key.
     key.CloseKey();
     result = key.DeleteKey(L"Software\\OrvGuide", true);
-    Print(L"deleted: %08X, then %08X\n", result, key.OpenKeyIfExists(L"Software\\OrvGuide"));
+    OrvPrint(L"deleted: %08X, then %08X\n", result, key.OpenKeyIfExists(L"Software\\OrvGuide"));
     return OrvFailed(result) ? 1 : 0;
 }

@@ -1,6 +1,6 @@
-#include "example.h"
+#include "orv/orv.h"
 
-int Main()
+int OrvMain(int, wchar_t **)
 {
     // Everyone may wait for the event and ask for its state. Whoever is not named has no right.
     const OrvWinEventRights toWait = OrvWinEventSynchronize | OrvWinEventQueryState;
@@ -23,9 +23,9 @@ int Main()
 
     OrvBasWinEvent other;
     result = other.Open(L"OrvGuideGuarded", OrvBasWinSyncSession, toWait);
-    Print(L"to wait: %08X, signalled: %s\n", result, other.Wait(0) == ORV_S_OK ? L"yes" : L"no");
-    Print(L"to set it, too: %08X\n",
-          other.Open(L"OrvGuideGuarded", OrvBasWinSyncSession, toWait | OrvWinEventModifyState));
+    OrvPrint(L"to wait: %08X, signalled: %s\n", result, other.Wait(0) == ORV_S_OK ? L"yes" : L"no");
+    OrvPrint(L"to set it, too: %08X\n",
+             other.Open(L"OrvGuideGuarded", OrvBasWinSyncSession, toWait | OrvWinEventModifyState));
     if (OrvFailed(result))
         return 1;
 
@@ -38,6 +38,6 @@ int Main()
     if (OrvSucceeded(result))
         result = mutex.Create(false, L"OrvGuidePrivate", OrvBasWinSyncSession, descriptor);
     const OrvBasMutexHolder holder(&mutex, 0);
-    Print(L"mine: %08X, held: %s\n", result, holder.IsHeld() ? L"yes" : L"no");
+    OrvPrint(L"mine: %08X, held: %s\n", result, holder.IsHeld() ? L"yes" : L"no");
     return OrvFailed(result) ? 1 : 0;
 }

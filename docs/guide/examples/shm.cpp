@@ -1,4 +1,4 @@
-#include "example.h"
+#include "orv/orv.h"
 
 namespace
 {
@@ -13,7 +13,7 @@ constexpr unsigned long kBoardId = 0x0B0A4D;
 
 } // namespace
 
-int Main()
+int OrvMain(int, wchar_t **)
 {
     // The server makes the section by an id, and shows it to itself through a view.
     OrvSharedMemoryServer server;
@@ -37,14 +37,14 @@ int Main()
         return 1;
     auto *const seen = static_cast<Board *>(clientView.GetPointer());
     _InterlockedIncrement(&seen->visitors);
-    Print(L"%s, visitor %d\n", seen->message, board->visitors);
+    OrvPrint(L"%s, visitor %d\n", seen->message, board->visitors);
 
     // A view of a section has whole pages.
     unsigned int size = 0;
     clientView.GetSize(size);
-    Print(L"%u bytes shown\n", size);
+    OrvPrint(L"%u bytes shown\n", size);
 
     // Another id: nothing there.
-    Print(L"%08X\n", client.Open(kBoardId + 1, OrvBasSyncSession, access));
+    OrvPrint(L"%08X\n", client.Open(kBoardId + 1, OrvBasSyncSession, access));
     return 0;
 }

@@ -1,4 +1,4 @@
-#include "example.h"
+#include "orv/orv.h"
 
 namespace
 {
@@ -30,7 +30,7 @@ private:
 
 } // namespace
 
-int Main()
+int OrvMain(int, wchar_t **)
 {
     // An event releases two threads at once, and their ends are waited for: a thread is a waitable, too.
     OrvBasEvent go;
@@ -45,7 +45,7 @@ int Main()
     OrvBasWaitable *const workers[] = {&first, &second};
     if (OrvFailed(OrvBasWaitForAll(workers, 2, -1)))
         return 1;
-    Print(L"%u\n", count);
+    OrvPrint(L"%u\n", count);
 
     // For whichever comes first: the index says which of them it was.
     OrvBasEvent late;
@@ -54,20 +54,21 @@ int Main()
     OrvBasWaitable *const events[] = {&late, &go};
     uint32_t index = 0;
     const OrvResult any = OrvBasWaitForAny(index, events, 2, 1000);
-    Print(L"%08X: number %u\n", any, index);
+    OrvPrint(L"%08X: number %u\n", any, index);
 
     // A wait that takes too long is a failure by its sign. An object that is not there counts as signalled.
     OrvBasEvent never;
-    Print(L"without an event: %08X\n", never.Wait(0));
+    OrvPrint(L"without an event: %08X\n", never.Wait(0));
     never.Create(OrvBasEvent::AutoReset, false);
-    Print(L"in vain: %08X (%s)\n", never.Wait(10), never.Wait(0) == ORV_W_TIMEOUT ? L"timeout" : L"?");
+    OrvPrint(L"in vain: %08X (%s)\n", never.Wait(10), never.Wait(0) == ORV_W_TIMEOUT ? L"timeout" : L"?");
 
     // Readers and a writer. The holder gives back at the end of its scope what it got.
     OrvBasResource resource;
     if (OrvFailed(resource.Create()))
         return 1;
     OrvBasResourceHolder holder(&resource, OrvBasResourceHolder::Shared, -1);
-    Print(L"shared: %u, then exclusive: %08X\n", resource.IsAcquiredShared(), resource.AcquireExclusive(-1));
+    OrvPrint(L"shared: %u, then exclusive: %08X\n", resource.IsAcquiredShared(),
+             resource.AcquireExclusive(-1));
     holder.Release();
 
     // By name, across processes: the first one creates, every other opens.
@@ -75,6 +76,6 @@ int Main()
     OrvBasWinMutex theirs;
     const OrvResult made = ours.Create(true, L"OrvGuideMutex", OrvBasWinSyncSession, nullptr);
     const OrvResult found = theirs.Create(true, L"OrvGuideMutex", OrvBasWinSyncSession, nullptr);
-    Print(L"%08X, then %08X\n", made, found);
+    OrvPrint(L"%08X, then %08X\n", made, found);
     return OrvFailed(ours.Release()) ? 1 : 0;
 }

@@ -1,6 +1,6 @@
-#include "example.h"
+#include "orv/orv.h"
 
-int Main()
+int OrvMain(int, wchar_t **)
 {
     // Bytes in some code page become UTF-16 at the border of the program.
     const char name[] = "  M\xC3\xBCnchen\t";
@@ -10,10 +10,10 @@ int Main()
         result = OrvTrimString(city.GetInternal(), city.GetValue(), city.GetInternal().length);
     if (OrvFailed(result))
         return 1;
-    Print(L"'%s' has %u characters\n", city.GetValue(), city.GetInternal().length);
+    OrvPrint(L"'%s' has %u characters\n", city.GetValue(), city.GetInternal().length);
 
     const bool same = OrvCompareStringNoCase(OrvCodePageDefault, city.GetValue(), L"M\u00DCNCHEN") == 0;
-    Print(L"in any case it is the same: %s\n", same ? L"yes" : L"no");
+    OrvPrint(L"in any case it is the same: %s\n", same ? L"yes" : L"no");
 
     // A text is built in one buffer; who knows its length reserves it at once.
     OrvUtf16CharHeapBuffer line;
@@ -26,14 +26,14 @@ int Main()
     const wchar_t *const by = OrvFindSubString(line.GetValue(), L" by ");
     if (OrvFailed(result) || !by)
         return 1;
-    Print(L"%s: ' by ' stands at %u\n", line.GetValue(), static_cast<uint32_t>(by - line.GetValue()));
+    OrvPrint(L"%s: ' by ' stands at %u\n", line.GetValue(), static_cast<uint32_t>(by - line.GetValue()));
 
     // An array of the caller: what does not fit is refused, and the size that would do is told.
     wchar_t characters[8];
     _ORV_UTF16CHAR_STR small = {0, 8, characters};
     uint32_t required = 0;
     result = OrvCopyString(small, line.GetValue(), OrvTerminated, &required);
-    Print(L"%08X, %u characters are required\n", result, required);
+    OrvPrint(L"%08X, %u characters are required\n", result, required);
 
     // Bytes as digits, and back.
     const uint8_t key[] = {0x0F, 0xA5};
@@ -42,10 +42,10 @@ int Main()
     result = OrvConvertBytes2HexString(digits, key, sizeof key);
     if (OrvSucceeded(result))
         result = OrvConvertHexString2Bytes(read, sizeof read, digits.GetValue());
-    Print(L"%s, %08X\n", digits.GetValue(), result);
+    OrvPrint(L"%s, %08X\n", digits.GetValue(), result);
 
     bool matches = false;
     result = OrvBasMatchWildcardsNoCase(matches, L"*.h??", L"Index.HTM");
-    Print(L"*.h?? matches Index.HTM: %s\n", matches ? L"yes" : L"no");
+    OrvPrint(L"*.h?? matches Index.HTM: %s\n", matches ? L"yes" : L"no");
     return OrvFailed(result) ? 1 : 0;
 }

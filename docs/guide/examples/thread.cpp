@@ -1,4 +1,4 @@
-#include "example.h"
+#include "orv/orv.h"
 
 namespace
 {
@@ -30,7 +30,7 @@ private:
 
 } // namespace
 
-int Main()
+int OrvMain(int, wchar_t **)
 {
     OrvBasEvent started;
     OrvTls perThread; // one value for each thread
@@ -44,14 +44,14 @@ int Main()
         return 1;
     started.Wait(-1);
     int exitCode = 0;
-    Print(L"running: %08X\n", poller.GetThreadExitCode(exitCode));
+    OrvPrint(L"running: %08X\n", poller.GetThreadExitCode(exitCode));
 
     // Ask, wait for the end, and only then let the object go: its destructor stops nothing.
     result = poller.StopThread(-1);
     if (OrvSucceeded(result))
         result = poller.GetThreadExitCode(exitCode);
-    Print(L"ended: %08X, exit code %d, at least one round: %s\n", result, exitCode,
-          poller.GetRounds() > 0 ? L"yes" : L"no");
-    Print(L"the value of this thread is null: %s\n", perThread.GetValue() ? L"no" : L"yes");
+    OrvPrint(L"ended: %08X, exit code %d, at least one round: %s\n", result, exitCode,
+             poller.GetRounds() > 0 ? L"yes" : L"no");
+    OrvPrint(L"the value of this thread is null: %s\n", perThread.GetValue() ? L"no" : L"yes");
     return OrvFailed(result) ? 1 : 0;
 }

@@ -1,4 +1,4 @@
-#include "example.h"
+#include "orv/orv.h"
 
 namespace
 {
@@ -8,13 +8,13 @@ void PrintTime(const wchar_t *what, OrvTime time)
     OrvTimeStruct t;
     if (OrvFailed(OrvConvertOrvTimeToStruct(t, time)))
         return;
-    Print(L"%s: %04u-%02u-%02u %02u:%02u:%02u.%03u\n", what, t.year, t.month, t.day, t.hour, t.minute,
-          t.second, t.millisecond);
+    OrvPrint(L"%s: %04u-%02u-%02u %02u:%02u:%02u.%03u\n", what, t.year, t.month, t.day, t.hour, t.minute,
+             t.second, t.millisecond);
 }
 
 } // namespace
 
-int Main()
+int OrvMain(int, wchar_t **)
 {
     // A date and time as fields, then as one number: arithmetic is that of 100-ns units.
     const OrvTimeStruct noon(2024, OrvFebruary, 28, OrvSunday, 12, 0, 0, 0, 0, 0);
@@ -27,26 +27,26 @@ int Main()
 
     OrvDayOfWeek day = OrvSunday;
     OrvGetDayOfWeek(day, time);
-    Print(L"day of the week: %u\n", day);
+    OrvPrint(L"day of the week: %u\n", day);
 
     // Foreign forms.
     int64_t seconds = 0;
     OrvConvertOrvTimeToTimeT(seconds, time);
-    Print(L"time_t: %I64d\n", seconds);
+    OrvPrint(L"time_t: %I64d\n", seconds);
     uint16_t dosDate = 0;
     uint16_t dosTime = 0;
     result = OrvConvertOrvTimeToDosDateTime(dosDate, dosTime, time);
-    Print(L"MS-DOS: %04X %04X\n", dosDate, dosTime);
+    OrvPrint(L"MS-DOS: %04X %04X\n", dosDate, dosTime);
 
     // The calendar starts in 1970, and an order that is wrong is a warning: a failure by its sign.
     OrvTimeStruct fields;
-    Print(L"1969: %08X\n", OrvConvertOrvTimeToStruct(fields, OrvTimeFloor - 1));
+    OrvPrint(L"1969: %08X\n", OrvConvertOrvTimeToStruct(fields, OrvTimeFloor - 1));
     OrvTimeDifferenceStruct difference;
-    Print(L"backwards: %08X\n", OrvConvertOrvTimeDifferenceToStruct(difference, time, time - 1));
+    OrvPrint(L"backwards: %08X\n", OrvConvertOrvTimeDifferenceToStruct(difference, time, time - 1));
 
     // The clock costs no native call.
     OrvTime now = 0;
     OrvGetSystemTime(now);
-    Print(L"it is later than that: %s\n", now > time ? L"yes" : L"no");
+    OrvPrint(L"it is later than that: %s\n", now > time ? L"yes" : L"no");
     return OrvFailed(result) ? 1 : 0;
 }

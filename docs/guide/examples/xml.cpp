@@ -1,4 +1,4 @@
-#include "example.h"
+#include "orv/orv.h"
 
 namespace
 {
@@ -7,13 +7,13 @@ namespace
 struct Printer final : OrvBasXmlSaxHandlerBase {
     OrvResult StartElement(const Text &element) override
     {
-        Print(L"<%.*s>\n", element.length, element.characters);
+        OrvPrint(L"<%.*s>\n", element.length, element.characters);
         return ORV_S_OK;
     }
 
     OrvResult Attribute(const Text &, const Text &name, const Text &value) override
     {
-        Print(L"  %.*s: %.*s\n", name.length, name.characters, value.length, value.characters);
+        OrvPrint(L"  %.*s: %.*s\n", name.length, name.characters, value.length, value.characters);
         return ORV_S_OK;
     }
 
@@ -22,7 +22,7 @@ struct Printer final : OrvBasXmlSaxHandlerBase {
 
     OrvResult EndElement(const Text &element) override
     {
-        Print(L"  '%s'\n</%.*s>\n", text_.GetValue(), element.length, element.characters);
+        OrvPrint(L"  '%s'\n</%.*s>\n", text_.GetValue(), element.length, element.characters);
         return text_.Resize(0);
     }
 
@@ -32,7 +32,7 @@ private:
 
 } // namespace
 
-int Main()
+int OrvMain(int, wchar_t **)
 {
     // The writer remembers the first failure of its stream, so one look at the end is enough. An element that
     // there is no memory for is another matter.
@@ -49,7 +49,7 @@ int Main()
         writer->WriteEndElement();
         result = writer->Flush();
     }
-    Print(L"%u bytes, %08X\n", document.GetLength(), result);
+    OrvPrint(L"%u bytes, %08X\n", document.GetLength(), result);
 
     Printer printer;
     OrvMemoryStream input(document.GetBytes(), document.GetLength());
@@ -62,6 +62,6 @@ int Main()
     } nobody;
     OrvBasXmlSaxError error = {};
     const OrvResult fault = OrvBasXmlSaxParse(brokenInput, nobody, error);
-    Print(L"%08X in line %I64u, column %I64u\n", fault, error.line, error.column);
+    OrvPrint(L"%08X in line %I64u, column %I64u\n", fault, error.line, error.column);
     return OrvFailed(result) ? 1 : 0;
 }

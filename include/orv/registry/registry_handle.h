@@ -45,8 +45,9 @@
 
 namespace detail
 {
+class NativeHandle;
 struct RegistryState;
-}
+} // namespace detail
 
 /// A key, named by a parent and a path below it.
 class OrvBasWinRegistryHandle
@@ -340,9 +341,19 @@ private:
     OrvResult ChangeRoot(OrvBasWinRegistryRootType root);
     bool Exists(const Name &path, OrvWinTransaction *transaction);
     OrvResult Delete(const Name &path, bool recursive, OrvWinTransaction *transaction);
-    OrvResult DeleteTree(void *top, OrvWinTransaction *transaction) const;
+    OrvResult DeleteTree(detail::NativeHandle &top, OrvWinTransaction *transaction) const;
     OrvResult OpenFirstChild(void *&child, OrvBasWinRegistryEnumerator &children,
                              OrvWinTransaction *transaction) const;
+
+    template <typename Operation>
+    OrvResult WithKey(uint32_t access, OrvWinTransaction *transaction, Operation operation) const;
+    OrvResult Describe(OrvBasWinRegistryKeyInfo &info, OrvWinTransaction *transaction) const;
+    OrvResult Set(OrvBasWinRegistryValueType type, const void *bytes, uint32_t size, const Name &name,
+                  OrvWinTransaction *transaction);
+    OrvResult Query(OrvBasWinRegistryValueType &type, IOrvBuffer<unsigned char> &bytes, const Name &name,
+                    OrvWinTransaction *transaction);
+    OrvResult Remove(const Name &name, OrvWinTransaction *transaction);
+    bool HasValue(const Name &name, OrvWinTransaction *transaction);
 
     detail::RegistryState *state_;
     OrvBasWinRegistryRootType root_;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "orv/base.h"
+#include "orv/flags.h"
 
 /// The predefined keys, with the values of the platform's constants.
 enum OrvBasWinRegistryRootType : int32_t {
@@ -40,10 +41,7 @@ enum OrvWinRegistryRights : uint32_t {
 };
 
 /// Both sets of rights together.
-constexpr OrvWinRegistryRights operator|(OrvWinRegistryRights a, OrvWinRegistryRights b)
-{
-    return static_cast<OrvWinRegistryRights>(static_cast<uint32_t>(a) | static_cast<uint32_t>(b));
-}
+ORV_COMBINABLE_FLAGS(OrvWinRegistryRights)
 
 /// The privileges that an account needs for hives.
 enum OrvBasWinRegistryPrivilege : uint32_t {

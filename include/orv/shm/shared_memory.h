@@ -80,7 +80,7 @@ public:
     ///
     /// With OrvBasSyncGlobal, Windows lets a process outside session 0 make a section only if it has the
     /// privilege to create global objects (SeCreateGlobalPrivilege), which services and administrators have.
-    /// Opening one takes no privilege. Applications from the store have no global names at all. A caller
+    /// Opening one takes no privilege. Applications from the store have no global names at all. A process
     /// without the right gets ORV_E_ACCESS_DENIED.
     ///
     /// Returns 0; ORV_S_ALREADY_EXISTS when a section of that name existed: it is shared and keeps its size;

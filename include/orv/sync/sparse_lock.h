@@ -13,6 +13,7 @@
 #pragma once
 
 #include "orv/base.h"
+#include "orv/runtime/result.h"
 #include "orv/sync/interlocked.h"
 
 class OrvBasSparseLockManager;
@@ -40,7 +41,7 @@ public:
     /// cannot be entered, which the platform does not let happen, the claim to the lock stays.
     ORV_API ORV_ALWAYS_INLINE OrvResult Acquire(OrvBasSparseLockManager *manager)
     {
-        return _InterlockedCompareExchange(&contenders_, 1, 0) == 0 ? 0 : Contend(manager);
+        return _InterlockedCompareExchange(&contenders_, 1, 0) == 0 ? ORV_S_OK : Contend(manager);
     }
 
     /// Releases the lock, which the calling thread must hold. If threads wait for it, one of them gets it. As
@@ -50,7 +51,7 @@ public:
     /// Acquire that concern the manager, and then the calling thread still holds the lock.
     ORV_API ORV_ALWAYS_INLINE OrvResult Release(OrvBasSparseLockManager *manager)
     {
-        return _InterlockedCompareExchange(&contenders_, 0, 1) == 1 ? 0 : ReleaseContended(manager);
+        return _InterlockedCompareExchange(&contenders_, 0, 1) == 1 ? ORV_S_OK : ReleaseContended(manager);
     }
 
 private:

@@ -67,6 +67,7 @@ private:
 
     OrvResult Lend(const OrvBasSparseNonrecursiveLock *lock, void *&event);
     void KeepOrClose(void *event);
+    void CloseAllBut(uint64_t most);
     void TakeBack(const OrvBasSparseNonrecursiveLock *lock, void *event);
 
     Loans assigned_ = {};

@@ -9,6 +9,7 @@
 #pragma once
 
 #include "orv/base.h"
+#include "orv/runtime/result.h"
 #include "orv/sync/interlocked.h"
 
 /// The lock itself. When its bytes are all zeros, it is free and its waiters yield the processor.
@@ -55,7 +56,7 @@ public:
         Release();
         spinLock_ = spinLock;
         held_ = true;
-        return 0;
+        return ORV_S_OK;
     }
 
     /// Releases the lock that is held, if any.

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "orv/flags.h"
 #include "orv/security/security_descriptor.h"
 #include "orv/sync/event.h"
 #include "orv/sync/object_name_space.h"
@@ -19,10 +20,7 @@ enum OrvWinEventRights : uint32_t {
 };
 
 /// Both sets of rights together.
-constexpr OrvWinEventRights operator|(OrvWinEventRights a, OrvWinEventRights b)
-{
-    return static_cast<OrvWinEventRights>(static_cast<uint32_t>(a) | static_cast<uint32_t>(b));
-}
+ORV_COMBINABLE_FLAGS(OrvWinEventRights)
 
 /// An event with a name.
 class OrvBasWinEvent : public OrvBasEvent

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "orv/flags.h"
 #include "orv/security/security_descriptor.h"
 #include "orv/sync/mutex.h"
 #include "orv/sync/object_name_space.h"
@@ -18,10 +19,7 @@ enum OrvWinMutexRights : uint32_t {
 };
 
 /// Both sets of rights together.
-constexpr OrvWinMutexRights operator|(OrvWinMutexRights a, OrvWinMutexRights b)
-{
-    return static_cast<OrvWinMutexRights>(static_cast<uint32_t>(a) | static_cast<uint32_t>(b));
-}
+ORV_COMBINABLE_FLAGS(OrvWinMutexRights)
 
 /// A mutex with a name.
 class OrvBasWinMutex : public OrvBasMutex

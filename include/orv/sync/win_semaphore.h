@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "orv/flags.h"
 #include "orv/security/security_descriptor.h"
 #include "orv/sync/object_name_space.h"
 #include "orv/sync/semaphore.h"
@@ -19,10 +20,7 @@ enum OrvWinSemaphoreRights : uint32_t {
 };
 
 /// Both sets of rights together.
-constexpr OrvWinSemaphoreRights operator|(OrvWinSemaphoreRights a, OrvWinSemaphoreRights b)
-{
-    return static_cast<OrvWinSemaphoreRights>(static_cast<uint32_t>(a) | static_cast<uint32_t>(b));
-}
+ORV_COMBINABLE_FLAGS(OrvWinSemaphoreRights)
 
 /// A semaphore with a name.
 class OrvBasWinSemaphore : public OrvBasSemaphore

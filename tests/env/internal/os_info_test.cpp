@@ -31,8 +31,7 @@ TEST_CASE(VersionsHaveTextAndOrder)
     };
     CHECK_TEXT(OsInfo::GetVersionString(), L"");
     wchar_t *const text = test::GuardedArray<wchar_t>(kCapacity);
-    for (const auto &c : cases) {
-        test::Note("major version", c.facts.majorVersion);
+    for (const auto &c : test::Rows(cases)) {
         CHECK_EQUAL(OrvEnvironment::detail::GetWinVersionString(c.facts, text, kCapacity), ORV_S_OK);
         OsInfo::Initialize(c.facts, text);
         CHECK_TEXT(OsInfo::GetVersionString(), c.text);

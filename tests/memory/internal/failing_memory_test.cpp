@@ -8,10 +8,8 @@
 #include "fs/test_file.h"
 #include "harness/test.h"
 #include "harness/usage.h"
-#include "nt/teb.h"
-#include "runtime/heap.h"
+#include "registry/registry_test_key.h"
 #include "sync/internal/redirected.h"
-#include "thread/thread_record.h"
 
 IMPORT_SLOT(RtlAllocateHeap, 12);
 IMPORT_SLOT(RtlReAllocateHeap, 16);
@@ -82,6 +80,12 @@ constexpr wchar_t kKey[] = L"Software\\OrvFailingMemoryTest";
 constexpr OrvResult kChanged = ORV_E_INVALID_STATE; ///< a failure changed what it must not
 
 using Buffer = OrvUtf16CharHeapBuffer;
+
+/// The result of an operation, which must not have changed this when it failed.
+OrvResult Unless(bool changed, OrvResult result)
+{
+    return OrvFailed(result) && changed ? kChanged : result;
+}
 
 /// Runs an operation on a heap buffer that it may only change when it succeeds.
 OrvResult Keep(OrvResult (*change)(Buffer &))
@@ -194,19 +198,6 @@ OrvResult CompressAndDecompress()
     return result == ORV_E_END_OF_DATA ? reader.NextStream() : result;
 }
 
-OrvResult MakeThreadRecord()
-{
-    OrvResult result = detail::CreateThreadRecordList();
-    if (OrvSucceeded(result))
-        result = detail::AllocateThreadRecordKey();
-    if (OrvSucceeded(result))
-        result = detail::EnsureThreadRecord();
-    detail::RemoveThreadRecord();
-    detail::FreeThreadRecordKey();
-    detail::DeleteThreadRecordList();
-    return result;
-}
-
 const Operation<Buffer> kBufferOperations[] = {
     {"assign", [](Buffer &b) { return b.Assign(kText); }},
     {"append", [](Buffer &b) { return b.Append(kText); }},
@@ -262,21 +253,21 @@ const Operation<Key> kKeyOperations[] = {
          OrvUtf16HeapString path;
          uint32_t access = 7;
          const OrvResult result = key.SplitCurrentKeyName(root, path, access);
-         return OrvFailed(result) && (root != OrvRegistryNoRoot || access != 7) ? kChanged : result;
+         return Unless(root != OrvRegistryNoRoot || access != 7, result);
      }},
     {"large value",
      [](Key &key) {
          OrvBasWinRegistryValueType type = OrvRegistryLink;
          OrvByteHeapBuffer bytes;
          const OrvResult result = key.QueryValue(type, bytes, L"large");
-         return OrvFailed(result) && (type != OrvRegistryLink || bytes.GetSize()) ? kChanged : result;
+         return Unless(type != OrvRegistryLink || bytes.GetSize(), result);
      }},
     {"large strings", [](Key &key) { return key.GetStringArrayValue(collector, L"strings"); }},
     {"string value",
      [](Key &key) {
          OrvUtf16HeapString value;
          const OrvResult result = key.GetStringValue(value, L"text", true);
-         return OrvFailed(result) && value.GetLength() ? kChanged : result;
+         return Unless(value.GetLength(), result);
      }},
     {"set a counted string",
      [](Key &key) {
@@ -284,20 +275,14 @@ const Operation<Key> kKeyOperations[] = {
      }},
     {"set strings",
      [](Key &key) {
-         struct Strings final : OrvBasWinRegistryHandle::NameEnumerator {
-             OrvResult Next(OrvStringzRefBase<wchar_t> &name, bool &found) override
-             {
-                 name.characters = kText;
-                 found = left > 0;
-                 left -= found;
-                 return 0;
-             }
-             uint32_t left = 20;
-         } strings;
+         const wchar_t *texts[20];
+         for (const wchar_t *&text : texts)
+             text = kText;
+         Texts strings(texts, 20);
          const OrvResult result = key.SetStringArrayValue(strings, L"text");
          const Unwatched unwatched;
          OrvUtf16HeapString value;
-         return OrvFailed(result) && OrvFailed(key.GetStringValue(value, L"text")) ? kChanged : result;
+         return Unless(OrvFailed(key.GetStringValue(value, L"text")), result);
      }},
     {"save, restore and load a key",
      [](Key &key) {
@@ -332,6 +317,11 @@ const Operation<> kOperations[] = {
          OrvUtf16CharHeapBuffer buffer;
          return OrvFormatString(OrvMakeMutableStringRef(buffer), L"%s%300d", kText, 1);
      }},
+    {"temporary file by a reference",
+     [] {
+         Buffer buffer;
+         return OrvBasPath::GetRandomTempFileName(OrvMakeMutableStringRef(buffer));
+     }},
     {"format bytes",
      [] {
          char bytes[300];
@@ -339,7 +329,7 @@ const Operation<> kOperations[] = {
          bytes[299] = 0;
          OrvUtf16CharHeapBuffer buffer;
          const OrvResult result = OrvFormatString(OrvCodePageUtf8, buffer, L"%hs", bytes);
-         return OrvFailed(result) && !buffer.IsEmpty() ? kChanged : result;
+         return Unless(!buffer.IsEmpty(), result);
      }},
     {"measure in another page",
      [] {
@@ -353,7 +343,7 @@ const Operation<> kOperations[] = {
          char target[1001] = {7};
          const OrvResult result = OrvConvertMb2MbString(target, sizeof target, text, OrvCodePageOem,
                                                         OrvCodePageUtf8, nullptr, sizeof text);
-         return OrvFailed(result) && target[0] != 7 ? kChanged : result;
+         return Unless(target[0] != 7, result);
      }},
     {"long formatted attribute",
      [] {
@@ -374,14 +364,14 @@ const Operation<> kOperations[] = {
      [] {
          OrvFileId id = {{7}};
          const OrvResult result = OrvFileIdUtils::GetId(id, L"C:\\windows");
-         return OrvFailed(result) && id.bytes[0] != 7 ? kChanged : result;
+         return Unless(id.bytes[0] != 7, result);
      }},
     {"lock file", [] { return OrvBasWinLockFile().Create(L"C:\\windows", false); }},
     {"lock in a file",
      [] {
          OrvBasWinLockFileResource lock;
          const OrvResult result = lock.Open(L"C:\\windows", false);
-         return OrvFailed(result) && lock.IsInitialized() ? kChanged : result;
+         return Unless(lock.IsInitialized(), result);
      }},
     {"named event",
      [] {
@@ -391,13 +381,13 @@ const Operation<> kOperations[] = {
          OrvBasWinEvent event;
          const OrvResult result =
              event.Create(OrvBasEvent::ManualReset, false, name, OrvBasWinSyncSession, nullptr);
-         return OrvFailed(result) && event.IsInitialized() ? kChanged : result;
+         return Unless(event.IsInitialized(), result);
      }},
     {"shared heap block",
      [] {
          OrvSharedMemoryServer server;
          const OrvResult result = server.Create(10, 1, OrvBasSyncProcess, nullptr);
-         return OrvFailed(result) && server.IsInitialized() ? kChanged : result;
+         return Unless(server.IsInitialized(), result);
      }},
     {"thread",
      [] {
@@ -406,46 +396,6 @@ const Operation<> kOperations[] = {
                                    OrvFlags<OrvBasThread::ThreadFlag>(0u), nullptr);
      },
      true},
-    {"record of a thread", MakeThreadRecord},
-    {"record of a thread under a high key",
-     [] {
-         OrvTls low[TLS_MINIMUM_AVAILABLE];
-         for (OrvTls &key : low)
-             key.Create();
-         PVOID *&room = NtCurrentTeb()->TlsExpansionSlots;
-         PVOID *const own = room;
-         room = nullptr;
-         const OrvResult result = MakeThreadRecord();
-         detail::FreeBytes(room);
-         room = own;
-         return result;
-     }},
-    {"resource with many readers",
-     [] {
-         OrvBasResource resource;
-         OrvResult result = resource.Create();
-         // The platform asks the thread who it is: this one is eight.
-         HANDLE &self = NtCurrentTeb()->ClientId.UniqueThread;
-         HANDLE const own = self;
-         const auto become = [&self](uint32_t reader) {
-             self = reinterpret_cast<HANDLE>(0x10000 + 4 * reader);
-         };
-         uint32_t readers = 0;
-         while (OrvSucceeded(result) && readers < 8) {
-             become(readers);
-             result = resource.AcquireShared(0);
-             readers += OrvSucceeded(result);
-         }
-         OrvResult released = ORV_S_OK;
-         while (OrvSucceeded(released) && readers > 0) {
-             become(--readers);
-             released = resource.Release();
-         }
-         self = own;
-         if (OrvSucceeded(released))
-             released = resource.AcquireExclusive(0);
-         return OrvFailed(released) ? kChanged : result;
-     }},
     {"object on the heap",
      []() -> OrvResult {
          auto *const event = new OrvBasEvent;
@@ -462,7 +412,7 @@ const Operation<> kOperations[] = {
          OrvResult result = stream.Write(kBytes, sizeof kBytes, written);
          if (OrvSucceeded(result))
              result = stream.Write(kBytes, 1, written);
-         return OrvFailed(result) && stream.GetLength() % sizeof kBytes ? kChanged : result;
+         return Unless(stream.GetLength() % sizeof kBytes, result);
      }},
     {"inflate",
      [] {
@@ -502,7 +452,7 @@ const Operation<> kOperations[] = {
          const Key parent;
          OrvBasWinRegistryHandle key(OrvRegistryCurrentUser);
          const OrvResult result = key.OpenKeyIfExists(kKey);
-         return OrvFailed(result) && key.IsOpened() ? kChanged : result;
+         return Unless(key.IsOpened(), result);
      }},
     {"open a key in the 32-bit view",
      [] {
@@ -516,7 +466,7 @@ const Operation<> kOperations[] = {
          OrvUtf16HeapString text;
          const OrvResult result =
              OrvBasWinRegistryHandle::CombineRegistryPath(text, OrvRegistryUsers, kText, kText);
-         return OrvFailed(result) && text.GetLength() ? kChanged : result;
+         return Unless(text.GetLength(), result);
      }},
     {"split a location",
      [] {
@@ -526,7 +476,7 @@ const Operation<> kOperations[] = {
          bool hasValue = false;
          const OrvResult result =
              OrvBasWinRegistryHandle::SplitRegistryPath(root, path, hasValue, value, L"HKCU\\a\\\\b");
-         return OrvFailed(result) && root != OrvRegistryNoRoot ? kChanged : result;
+         return Unless(root != OrvRegistryNoRoot, result);
      }},
 };
 

@@ -29,8 +29,7 @@ TEST_CASE(GuidClockNeverRepeatsItself)
         {149, 150, 0x0001}, //
         {300, 300, 0x0001},
     };
-    for (const auto &c : cases) {
-        test::Note("case", static_cast<uint32_t>(&c - cases));
+    for (const auto &c : test::Rows(cases)) {
         CHECK_EQUAL(clock.Take(c.now), c.time);
         CHECK_EQUAL(clock.Sequence(), c.sequence);
     }
@@ -42,10 +41,8 @@ TEST_CASE(GuidPartsHaveTheirPlaces)
     const uint8_t expected[16] = {0x89, 0xAB, 0xCD, 0xEF, 0x45, 0x67, 0x11, 0x23,
                                   0xA3, 0x21, 1,    2,    3,    4,    5,    6};
     const _OrvGuid guid = detail::MakeGuid(parts);
-    for (uint32_t i = 0; i < sizeof expected; i++) {
-        test::Note("byte", i);
+    for (uint32_t i = 0; i < sizeof expected; i++)
         CHECK_EQUAL(guid.bytes[i] ^ detail::kGuidMask[i], expected[i]);
-    }
 }
 
 TEST_CASE(GuidPartsAreOfThisProcess)

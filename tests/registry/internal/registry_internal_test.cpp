@@ -20,20 +20,14 @@ namespace
 uint32_t calls;
 ACCESS_MASK lastAccess;
 
-NTSTATUS NTAPI CountQuery(HANDLE key, const UNICODE_STRING *name, ULONG informationClass, PVOID information,
-                          ULONG size, ULONG *needed)
+/// While the result lives, calls of an imported function are counted.
+template <typename... Parameters>
+Redirected<NTSTATUS NTAPI(Parameters...)> Count(NTSTATUS(NTAPI *&slot)(Parameters...))
 {
-    calls++;
-    return Redirected<decltype(ZwQueryValueKey)>::original(key, name, informationClass, information, size,
-                                                           needed);
-}
-
-NTSTATUS NTAPI CountEnumeration(HANDLE key, ULONG index, ULONG informationClass, PVOID information,
-                                ULONG size, ULONG *needed)
-{
-    calls++;
-    return Redirected<decltype(ZwEnumerateValueKey)>::original(key, index, informationClass, information,
-                                                               size, needed);
+    return {slot, [](Parameters... arguments) {
+                calls++;
+                return Redirected<NTSTATUS NTAPI(Parameters...)>::original(arguments...);
+            }};
 }
 
 NTSTATUS NTAPI NoteAccess(HANDLE *key, ACCESS_MASK access, const OBJECT_ATTRIBUTES *attributes)
@@ -103,7 +97,7 @@ TEST_CASE(HivesThatCannotBeSavedLeaveNoFile)
 TEST_CASE(SmallValuesAreOneCall)
 {
     StartedTestKey key;
-    const Redirected<decltype(ZwQueryValueKey)> counted(ZwQueryValueKeySlot, CountQuery);
+    const auto counted = Count(ZwQueryValueKeySlot);
     const char bytes[300] = {};
     for (uint32_t size = 0; size <= 300; size += 4) {
         test::Note("size", size);
@@ -123,7 +117,7 @@ TEST_CASE(NamesAreOneCallEach)
         const wchar_t name[] = {static_cast<wchar_t>(0x4E00 + i), 0};
         CHECK_EQUAL(key.SetDWordValue(i, name), ORV_S_OK);
     }
-    const Redirected<decltype(ZwEnumerateValueKey)> counted(ZwEnumerateValueKeySlot, CountEnumeration);
+    const auto counted = Count(ZwEnumerateValueKeySlot);
     OrvBasWinRegistryEnumerator values;
     CHECK_EQUAL(key.GetValuesEnumeratorImpl(values), ORV_S_OK);
     calls = 0;

@@ -27,8 +27,7 @@ TEST_CASE(PathPartOfTheViewHasItsPlace)
         {OrvRegistryUsers, L"S-1_Classes\\Wow6432Node", 0},
         {OrvRegistryUsers, L"", 0},
     };
-    for (const auto &c : cases) {
-        test::Note("case", &c - cases);
+    for (const auto &c : test::Rows(cases)) {
         uint32_t length = 0;
         while (c.path[length])
             length++;
@@ -67,8 +66,7 @@ TEST_CASE(NativeNamesAreReadBack)
         {false, L"\\REGISTRY\\MACHINERY", ORV_E_NOT_PROVIDED, OrvRegistryNoRoot, L"before", 0x101},
         {false, L"", ORV_E_NOT_PROVIDED, OrvRegistryNoRoot, L"before", 0x101},
     };
-    for (const auto &c : cases) {
-        test::Note("case", &c - cases);
+    for (const auto &c : test::Rows(cases)) {
         OrvUtf16CharHeapBuffer name;
         if (c.isOwn)
             name.Append(user.characters, user.length);

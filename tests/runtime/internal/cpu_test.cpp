@@ -15,8 +15,7 @@ TEST_CASE(CpuFeaturesAreThoseThatThePlatformSees)
         {detail::kCpuSsse3, 36}, {detail::kCpuSse41, 37}, {detail::kCpuSse42, 38},
         {detail::kCpuAvx, 39},   {detail::kCpuAvx2, 40},
     };
-    for (const auto &c : cases) {
-        test::Note("position", c.position);
+    for (const auto &c : test::Rows(cases)) {
         CHECK_EQUAL(detail::CpuHas(c.feature), SharedUserData().ProcessorFeatures[c.position] != 0);
     }
     CHECK(detail::CpuHas(detail::kCpuKnown));

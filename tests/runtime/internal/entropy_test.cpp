@@ -21,19 +21,14 @@ void CheckSource(Fill fill)
         for (uint32_t i = 0; i < kMost; i++)
             changed[i] |= bytes[i];
     }
-    for (uint32_t i = 0; i < kMost; i++) {
-        test::Note("byte", i);
-        CHECK(changed[i] != 0);
-    }
-    for (uint32_t length = 1; length < 10; length++) {
-        auto *const bytes = test::GuardedArray<uint8_t>(length);
-        fill(bytes, length);
-    }
-    uint64_t a = 0;
-    uint64_t b = 0;
-    fill(&a, sizeof a);
-    fill(&b, sizeof b);
-    CHECK(a != b);
+    for (const uint8_t byte : changed)
+        CHECK(byte != 0);
+    for (uint32_t length = 1; length < 10; length++)
+        fill(test::GuardedArray<uint8_t>(length), length);
+    uint64_t drawn[2] = {};
+    fill(&drawn[0], sizeof *drawn);
+    fill(&drawn[1], sizeof *drawn);
+    CHECK(drawn[0] != drawn[1]);
 }
 
 } // namespace

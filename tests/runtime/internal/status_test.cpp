@@ -18,8 +18,7 @@ TEST_CASE(StatusesBecomeResults)
         {0x80000006, 0xA0010046}, // no more files: a warning stays a warning
         {0x00000103, 0x400703E5}, // pending: a success status that was not accepted becomes informational
     };
-    for (const auto &c : cases) {
-        test::Note("status", c.status);
+    for (const auto &c : test::Rows(cases)) {
         CHECK_EQUAL(static_cast<uint32_t>(detail::ResultFromStatus(static_cast<NTSTATUS>(c.status))),
                     c.result);
     }

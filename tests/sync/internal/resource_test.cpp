@@ -84,11 +84,7 @@ TEST_CASE(ResourceWaiterThatIsChosenTooLateIsChosenStill)
         timeIsUp = stage.event.GetHandle();
         const Redirected redirected(ZwWaitForSingleObjectSlot, WaitUntilTold);
         const Redirected<decltype(RtlReAllocateHeap)> moving(RtlReAllocateHeapSlot, MoveWhatGrows);
-        for (const char *const script : kScripts) {
-            OrvBasResource resource;
-            CHECK_EQUAL(resource.Create(), ORV_S_OK);
-            stage.Play(resource, script);
-        }
+        stage.PlayEach(kScripts);
         // A writer that cannot be woken is reported.
         OrvBasResource resource;
         CHECK_EQUAL(resource.Create(), ORV_S_OK);

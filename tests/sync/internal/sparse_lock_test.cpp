@@ -121,8 +121,7 @@ TEST_CASE(SparseLockManagerKeepsIdleEventsWithinBounds)
         {100, 25, kMostLocks, 2000, 100},
     };
     const test::Usage before = test::CountUsage();
-    for (const auto &c : cases) {
-        test::Note("case", static_cast<uint32_t>(&c - cases));
+    for (const auto &c : test::Rows(cases)) {
         Crowd current;
         current.count = c.count;
         crowd = &current;

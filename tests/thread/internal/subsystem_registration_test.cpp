@@ -8,6 +8,7 @@
 #include "harness/usage.h"
 #include "nt/teb.h"
 #include "orv/orv.h"
+#include "thread/worker.h"
 
 namespace
 {
@@ -42,10 +43,6 @@ NTSTATUS NTAPI FindAnything(PVOID, const ANSI_STRING *name, ULONG, PVOID *addres
     return 0;
 }
 
-struct Worker : OrvBasThread {
-    int Run() override { return 21; }
-};
-
 } // namespace
 
 TEST_CASE(OldSystemsAreTold)
@@ -65,8 +62,7 @@ TEST_CASE(OldSystemsAreTold)
     TEB *const teb = NtCurrentTeb();
     const PVOID entry = teb->WOW32Reserved;
     teb->WOW32Reserved = reinterpret_cast<PVOID>(EnterSixtyFourBits);
-    for (const auto &c : cases) {
-        test::Note("case", static_cast<uint32_t>(&c - cases));
+    for (const auto &c : test::Rows(cases)) {
         OrvEnvironment::OsInfo::Initialize({c.major, c.minor, 0, 0, 0, 0, {}, {}}, L"");
         OrvBasThread::SetSubsystemRegistration(c.isEnabled);
         for (ULONG &value : told)
@@ -96,11 +92,9 @@ TEST_CASE(ThreadsNeedNoStartUp)
         const test::Usage before = test::CountUsage();
         {
             Worker thread;
-            int exitCode = 0;
-            CHECK_EQUAL(thread.StartThread(OrvPriorityNormal, nullptr, {}, nullptr), ORV_S_OK);
-            CHECK_EQUAL(thread.WaitForThreadToStop(-1), ORV_S_OK);
-            CHECK_EQUAL(thread.GetThreadExitCode(exitCode), ORV_S_OK);
-            CHECK_EQUAL(exitCode, 21);
+            thread.exitCode = 21;
+            CHECK_EQUAL(thread.Start(), ORV_S_OK);
+            CHECK_EQUAL(thread.End(), 21);
         }
         CHECK_USAGE(before);
     }

@@ -1,0 +1,79 @@
+// The entry of a program without a C runtime.
+
+#include "crt/static_objects.h"
+#include "nt/programs.h"
+#include "nt/teb.h"
+#include "orv/program/program.h"
+#include "program/command_line.h"
+
+extern "C" uintptr_t __security_cookie;
+
+namespace
+{
+
+/// The cookie that a module has in its file, and keeps where the loader is too old to draw one.
+constexpr uintptr_t kCookieOfTheFile = 0xBB40E64E;
+
+/// Where the loader draws none, a cookie of clocks and addresses.
+uintptr_t DrawCookie()
+{
+    LONGLONG counter = 0;
+    NtQueryPerformanceCounter(&counter, nullptr);
+    const uint64_t time = ReadSharedTime(SharedUserData().SystemTime);
+    const auto mix = static_cast<uintptr_t>(counter ^ counter >> 32 ^ time ^ time >> 32) * 0x9E3779B1;
+    return mix ^ CurrentThreadId() ^ reinterpret_cast<uintptr_t>(&counter);
+}
+
+/// DLLs are told, as in every process that ends in good order; other threads end before that.
+[[noreturn]] void EndProcess(NTSTATUS exitCode)
+{
+    NtTerminateProcess(nullptr, exitCode);
+    LdrShutdownProcess();
+    NtTerminateProcess(NtCurrentProcess(), exitCode);
+    __builtin_trap();
+}
+
+int RunProgram(int argc, wchar_t **argv)
+{
+    detail::ConstructStaticObjects();
+    const int exitCode = OrvMain(argc, argv);
+    detail::DestroyStaticObjects();
+    return exitCode;
+}
+
+int RunProgram()
+{
+    const RTL_USER_PROCESS_PARAMETERS &parameters =
+        *RtlNormalizeProcessParams(NtCurrentPeb()->ProcessParameters);
+    if (parameters.CommandLine.Length == 0) {
+        wchar_t *image[] = {parameters.ImagePathName.Buffer, nullptr};
+        return RunProgram(1, image);
+    }
+    const detail::CommandLine line(parameters.CommandLine.Buffer,
+                                   parameters.CommandLine.Length / sizeof(wchar_t));
+    return line.IsValid() ? RunProgram(static_cast<int>(line.Count()), line.Arguments()) : STATUS_NO_MEMORY;
+}
+
+} // namespace
+
+extern "C" {
+
+// The entry itself has no cookie, because that changes under it.
+[[noreturn]] __attribute__((no_stack_protector)) void __cdecl mainCRTStartup()
+{
+    if (__security_cookie == kCookieOfTheFile)
+        __security_cookie = DrawCookie();
+    EndProcess(RunProgram());
+}
+
+[[noreturn]] void __cdecl WinMainCRTStartup()
+{
+    mainCRTStartup();
+}
+
+[[noreturn]] void NTAPI NtProcessStartup(PEB *)
+{
+    mainCRTStartup();
+}
+
+} // extern "C"
