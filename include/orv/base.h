@@ -1,5 +1,5 @@
-// What every public header stands on: how an operation is exported, the result code and its two tests, and
-// the length that means "terminated".
+// What every public header needs: the export macro, the result code with its two tests, and the length that
+// means "terminated".
 
 #pragma once
 
@@ -15,16 +15,16 @@
 #define ORV_API __declspec(dllimport)
 #endif
 
-// Before short operations that callers shall always have in line. Microsoft's compiler decides for itself: it
-// warns at every place where it cannot obey, as in the clean-up code of exceptions.
+// Marks short operations that are always inlined into their caller. Microsoft's compiler decides for itself:
+// with __forceinline it would warn wherever it cannot obey, as in the clean-up code of exceptions.
 #ifdef __clang__
 #define ORV_ALWAYS_INLINE __forceinline
 #else
 #define ORV_ALWAYS_INLINE inline
 #endif
 
-/// A result code. Below zero is failure, 0 is plain success, above zero is a success that carries a remark.
-/// The named values and the layout stand in orv/runtime/result.h.
+/// A result code. Below zero is failure, 0 is plain success, above zero is a success with a remark. The named
+/// values and the layout are in orv/runtime/result.h.
 typedef int32_t OrvResult;
 
 /// Whether the result is a failure: below zero, warnings included.
@@ -39,5 +39,5 @@ constexpr bool OrvSucceeded(OrvResult result)
     return result >= 0;
 }
 
-/// As a length: the text is terminated, and its characters are to be counted up to the terminator.
+/// As a length, this means that the text is terminated: its characters are counted up to the terminator.
 constexpr uint32_t OrvTerminated = 0xFFFFFFFF;

@@ -1,4 +1,4 @@
-// A set of flags of one enumeration, as wide as a register, so that it travels by value.
+// A set of flags of one enumeration. It is as wide as a register and is passed by value.
 
 #pragma once
 
@@ -34,7 +34,7 @@ public:
         return (bits_ & static_cast<uint32_t>(flag)) == static_cast<uint32_t>(flag);
     }
 
-    /// The flags of both.
+    /// The flags of both sets.
     constexpr OrvFlags operator|(OrvFlags other) const { return OrvFlags(bits_ | other.bits_); }
     constexpr OrvFlags &operator|=(OrvFlags other)
     {
@@ -42,7 +42,7 @@ public:
         return *this;
     }
 
-    /// Whether both have the same bits.
+    /// Whether both sets have the same bits.
     constexpr bool operator==(OrvFlags other) const { return bits_ == other.bits_; }
     constexpr bool operator!=(OrvFlags other) const { return bits_ != other.bits_; }
 

@@ -1,5 +1,6 @@
 // The version of the library, by semantic versioning (semver.org): below 1.0.0 a new minor version may break
-// what stood before. This is its one place; the build, the packages and the programs read it from here.
+// existing users. This is the only place of the version; the build, the packages and the programs read it
+// from here.
 
 #pragma once
 

@@ -1,14 +1,14 @@
-// Streams that compress what is written to them, and write that to another stream.
+// Streams that compress what is written to them, and write the compressed bytes to another stream.
 //
 //     OrvDeflateWriteStream packed;
 //     OrvResult result = packed.Create(target);
 //     if (OrvSucceeded(result))
-//         result = WriteReport(packed); // or whatever else writes to an IOrvStream
+//         result = WriteReport(packed); // or anything else that writes to an IOrvStream
 //     if (OrvSucceeded(result))
 //         result = packed.Finish();
 //
-// Without Finish the compressed stream has no end, and whoever reads it is told so. After the first failure,
-// of the target or of the compression, every operation but Destroy returns that failure. A stream belongs to
+// Without Finish the compressed stream has no end, and its reader gets a failure. After the first failure, of
+// the target or of the compression, Write, Flush, Finish and Close return that failure. A stream belongs to
 // one thread at a time.
 
 #pragma once
@@ -17,7 +17,7 @@
 #include "orv/compress/deflate_context.h"
 #include "orv/stream/stream.h"
 
-/// What stands around the deflated data.
+/// What surrounds the deflated data.
 enum OrvDeflateFormat : uint32_t {
     OrvDeflateZlib = 0, ///< the zlib format: a header, and a checksum at the end
     OrvDeflateRaw = 1,  ///< nothing, for containers that have their own
@@ -34,24 +34,25 @@ public:
     OrvCompressingStream(const OrvCompressingStream &) = delete;
     OrvCompressingStream &operator=(const OrvCompressingStream &) = delete;
 
-    /// Compresses all of the bytes. What that yields goes to the target when 16,384 bytes have come together.
+    /// Compresses all of the bytes. The compressed bytes are collected and written to the target 16,384 at a
+    /// time.
     ///
-    /// Returns 0; the target's failure, or ORV_E_WRITE_FAULT when it claims to have written nothing or more
-    /// than it was given; ORV_E_NOT_PRODUCED when the compression fails; ORV_E_INVALID_STATE before Create
-    /// and after Finish. On failure `written` is 0.
+    /// Returns 0; the target's failure, or ORV_E_WRITE_FAULT when the target claims to have written nothing
+    /// or more than it was given; ORV_E_NOT_PRODUCED when the compression fails; ORV_E_INVALID_STATE before
+    /// Create and after Finish. On failure `written` is 0.
     ORV_API OrvResult Write(const void *bytes, uint32_t size, uint32_t &written) override;
 
-    /// Ends the compressed stream and writes all that is left of it to the target, which is neither flushed
-    /// nor closed. Another call does nothing.
+    /// Ends the compressed stream and writes the rest of it to the target, which is neither flushed nor
+    /// closed. Another call does nothing.
     ///
     /// Returns as Write.
     ORV_API OrvResult Finish();
 
-    /// Finish.
+    /// Calls Finish.
     ORV_API OrvResult Close() override;
 
-    /// Writes to the target what the compression has yielded so far; it keeps back what it may still pack
-    /// closer together with what follows.
+    /// Writes the compressed bytes that exist so far to the target. The compression keeps input that it can
+    /// pack better together with later input.
     ///
     /// Returns as Write.
     ORV_API OrvResult Flush() override;
@@ -69,8 +70,8 @@ protected:
     OrvCompressingStream() = default;
     ~OrvCompressingStream() = default;
 
-    /// Takes the target when the context could be initialized; `initialized` is what that returned, and is
-    /// returned.
+    /// Takes the target if `initialized`, the result of initializing the context, is a success. Returns
+    /// `initialized`.
     OrvResult Begin(IOrvStream &target, OrvResult initialized);
 
     Context context_; ///< its output range is its buffer
@@ -92,8 +93,8 @@ private:
 class OrvDeflateWriteStream final : public detail::OrvCompressingStream<detail::OrvDeflateContext>
 {
 public:
-    /// Begins a compressed stream to `target`, which must outlive its use here. The level is 0, for none, to
-    /// 9, for the closest packing, or detail::OrvDeflateContext::kDefaultLevel.
+    /// Begins a compressed stream to `target`, which must outlive its use here. The level is 0 (no
+    /// compression) to 9 (best compression), or detail::OrvDeflateContext::kDefaultLevel.
     ///
     /// Returns 0; ORV_E_ALREADY_EXISTS when the stream was created before; ORV_E_INVALID_ARGUMENT for another
     /// level, or a format outside its enumeration; ORV_E_OUT_OF_MEMORY. On failure nothing has changed.

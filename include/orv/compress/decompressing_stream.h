@@ -1,9 +1,9 @@
-// Streams that read a compressed stream from another stream, and give what it was made from.
+// Streams that read a compressed stream from another stream, and return the original data.
 //
-// The source is read in pieces, and perhaps beyond the end of the compressed stream: GetUnread says how far.
-// Bytes are handed out as they come, before the end of the stream and its checksum were seen: only
-// ORV_E_END_OF_DATA says that all of it was right. After the first failure, of the source or of the
-// decompression, every Read and NextStream returns that failure. A stream belongs to one thread at a time.
+// The source is read in pieces, possibly beyond the end of the compressed stream: GetUnread tells how far.
+// Read returns bytes before the end of the stream and its checksum have been checked: only ORV_E_END_OF_DATA
+// means that all of the data was intact. After the first failure, of the source or of the decompression,
+// every Read and NextStream returns that failure. A stream belongs to one thread at a time.
 
 #pragma once
 
@@ -26,20 +26,20 @@ public:
     /// Reads at least one byte and at most `size`, unless `size` is 0.
     ///
     /// Returns 0; ORV_E_END_OF_DATA, and 0 bytes, at the end of the compressed stream; the source's failure,
-    /// or ORV_E_READ_FAULT when it claims to have read more than it was asked for; ORV_E_NOT_PRODUCED when
-    /// the data is corrupt, or the source ends before the compressed stream does; ORV_E_OUT_OF_MEMORY;
+    /// or ORV_E_READ_FAULT when the source claims to have read more than it was asked for; ORV_E_NOT_PRODUCED
+    /// when the data is corrupt, or the source ends before the compressed stream does; ORV_E_OUT_OF_MEMORY;
     /// ORV_E_INVALID_STATE before Create.
     ORV_API OrvResult Read(void *bytes, uint32_t size, uint32_t &read) override;
 
-    /// Goes on with the compressed stream that directly follows the one that has ended, as in files that were
-    /// made by joining compressed files.
+    /// Continues with the compressed stream that directly follows the one that has ended, as in a file that
+    /// was made by joining compressed files.
     ///
     /// Returns 0; ORV_E_END_OF_DATA when the source has no more bytes; ORV_E_INVALID_STATE when no stream has
     /// ended yet; otherwise as Read.
     ORV_API OrvResult NextStream();
 
-    /// How many bytes were read from the source and do not belong to what was decompressed: at the end of the
-    /// stream, what follows it.
+    /// How many bytes were read from the source but not decompressed yet: at the end of the stream, the bytes
+    /// that follow it.
     uint32_t GetUnread() const { return context_.GetAvailIn(); }
 
     /// How many bytes were read from this stream. Always 0.
@@ -48,7 +48,7 @@ public:
     /// Frees what Create made; the stream may be created again.
     ORV_API void Destroy();
 
-    /// Destroy. The source is not closed. Always 0.
+    /// Calls Destroy. The source is not closed. Always 0.
     ORV_API OrvResult Close() override;
 
     /// Whether it was created and not destroyed.
@@ -58,8 +58,8 @@ protected:
     OrvDecompressingStream() = default;
     ~OrvDecompressingStream() = default;
 
-    /// Initializes the context, for raw deflate when that is asked for, and takes the source. Returns what
-    /// the context returns.
+    /// Initializes the context, for raw deflate if `raw` is set, and takes the source. Returns what the
+    /// context returns.
     OrvResult Begin(IOrvStream &source, bool raw);
 
 private:

@@ -1,10 +1,10 @@
 // What both compression contexts share: the stream of a compression library, and a buffer that a caller may
 // use as its output range.
 //
-// A caller moves the input and output ranges itself: it points the stream at some input and at some room,
+// A caller sets the input and output ranges itself: it points the stream to input and to room for output,
 // takes one step, and looks at what is left of both. The ranges belong to the caller and must stay valid for
-// the step. Without a stream, before Initialize and after Destroy, the ranges read as empty and setting them
-// does nothing.
+// the step. Without a stream, before Initialize and after Destroy, the ranges are empty and setting them does
+// nothing.
 
 #pragma once
 
@@ -28,7 +28,7 @@ public:
     /// Where the next step reads.
     ORV_API const unsigned char *GetNextIn() const;
 
-    /// How many bytes stand there. A step takes off what it has read.
+    /// How many bytes the next step may read. A step subtracts what it has read.
     ORV_API void SetAvailIn(unsigned bytes);
 
     /// How many bytes are still to be read.
@@ -40,7 +40,7 @@ public:
     /// Where the next step writes.
     ORV_API unsigned char *GetNextOut() const;
 
-    /// How many bytes there is room for. A step takes off what it has written.
+    /// How many bytes the next step may write. A step subtracts what it has written.
     ORV_API void SetAvailOut(unsigned bytes);
 
     /// How much room is left.
@@ -50,7 +50,7 @@ public:
     /// Initialize that asks for more.
     unsigned char *GetBuffer() const { return buffer_; }
 
-    /// Its size in bytes, as the last Initialize asked for it.
+    /// The size of that buffer in bytes, as the last Initialize requested it.
     unsigned GetBufferSize() const { return bufferSize_; }
 
     /// The most that an input or output range can hold at once: 0xFFFFFFFF bytes.
@@ -63,15 +63,15 @@ protected:
     OrvStreamContext() = default;
     ~OrvStreamContext();
 
-    /// Makes the buffer at least so large. Returns 0 or ORV_E_OUT_OF_MEMORY.
+    /// Makes the buffer at least that large. Returns 0 or ORV_E_OUT_OF_MEMORY.
     OrvResult ReserveBuffer(unsigned bytes);
 
     Stream *stream_ = nullptr;        ///< on the process heap; null when there is none
-    unsigned char *buffer_ = nullptr; ///< what GetBuffer gives
-    uint32_t bufferSize_ = 0;         ///< as it was asked for last
+    unsigned char *buffer_ = nullptr; ///< what GetBuffer returns
+    uint32_t bufferSize_ = 0;         ///< as it was last requested
     uint32_t bufferCapacity_ = 0;     ///< as it was allocated
     bool compresses_ = false;         ///< the direction
-    bool finished_ = false;           ///< what IsFinished gives
+    bool finished_ = false;           ///< what IsFinished returns
 };
 
 } // namespace detail

@@ -9,23 +9,23 @@
 namespace OrvEnvironment
 {
 
-/// What is known of the machine.
+/// The facts about the machine.
 struct MachineFacts {
     uint32_t pageSize;              ///< in bytes
     uint32_t allocationGranularity; ///< in bytes: what reserved memory is aligned to
-    uint32_t processorCount;        ///< those that this process may use
+    uint32_t processorCount;        ///< the processors that this process may use
 };
 
-/// Where the facts stand.
+/// Holds the facts.
 class MachineInfo
 {
 public:
     MachineInfo() = delete;
 
-    /// Records the facts. For start-up alone: it must not race with queries.
+    /// Records the facts. Only start-up calls this: it must not race with queries.
     static void Initialize(const MachineFacts &facts);
 
-    /// The facts; the reference stays good as long as the library is loaded.
+    /// The facts; the reference is valid as long as the library is loaded.
     ORV_API static const MachineFacts &GetFacts();
 };
 

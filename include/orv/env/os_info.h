@@ -10,21 +10,21 @@
 namespace OrvEnvironment
 {
 
-/// The processor that the system runs on, which may be more than what this 32-bit process sees.
+/// The processor that the system runs on. It may have 64 bits although this process has 32.
 enum ProcessorArchitecture : uint32_t {
-    ProcessorX86 = 1, ///< also when the system cannot say
+    ProcessorX86 = 1, ///< also when the system does not tell
     ProcessorX64 = 2,
     ProcessorItanium = 3,
 };
 
-/// What the system is sold as.
+/// The kind of product that the system is.
 enum ProductType : uint32_t {
     ProductWorkstation = 1,
     ProductDomainController = 2,
     ProductServer = 3,
 };
 
-/// What is known of the operating system.
+/// The facts about the operating system.
 struct OsFacts {
     uint32_t majorVersion;                       ///< 6 of 6.1
     uint32_t minorVersion;                       ///< 1 of 6.1
@@ -36,17 +36,17 @@ struct OsFacts {
     ProcessorArchitecture processorArchitecture; ///< of the system, not of this process
 };
 
-/// Where the facts stand.
+/// Holds the facts.
 class OsInfo
 {
 public:
     OsInfo() = delete;
 
-    /// Records the facts and a copy of their text, which is cut after 127 characters. For start-up alone: it
-    /// must not race with queries.
+    /// Records the facts and a copy of their text, which is cut after 127 characters. Only start-up calls
+    /// this: it must not race with queries.
     static void Initialize(const OsFacts &facts, const wchar_t *versionString);
 
-    /// The facts; the reference stays good as long as the library is loaded.
+    /// The facts; the reference is valid as long as the library is loaded.
     ORV_API static const OsFacts &GetFacts();
 
     /// The version as text, such as "Windows 6.1.7601 Service Pack 1.0, server, x64"; terminated, valid as

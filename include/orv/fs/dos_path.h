@@ -1,8 +1,9 @@
-// From DOS paths to the paths of the native interface, and environment variables in texts.
+// Converting DOS paths to native paths (those of the native interface), and expanding environment variables
+// in texts.
 //
-// The forms that end in _T give a text of the library, those that end in _U a counted string of the platform.
-// "EliminateDosDevice" means that a name such as "CON" is a file's, not a device's, in a path that starts at
-// a root. A relative path is the platform's to complete, and there "CON" is still a device.
+// Operations that end in _T write to a buffer of the library, those that end in _U to a counted string of the
+// platform. "EliminateDosDevice" means: in a path that starts at a root, a name such as "CON" is the name of
+// a file, not of a device. The platform completes a relative path, and there "CON" is still a device.
 
 #pragma once
 
@@ -11,33 +12,32 @@
 
 struct _UNICODE_STRING;
 
-/// Whether a path is one of the native interface: it starts with "\??\", "\Device\", "\DosDevices\" or
-/// "\GLOBAL??\", in any letter case.
+/// Whether a path is a native path: it starts with "\??\", "\Device\", "\DosDevices\" or "\GLOBAL??\", in any
+/// letter case.
 ORV_API bool OrvWinIsNtFilePath(const wchar_t *path, uint32_t length = OrvTerminated);
 
-/// Makes the native path of a DOS path (terminated), which the platform completes with the current directory.
+/// Makes the native path of a DOS path (terminated), which the platform completes by the current directory.
 ///
 /// Returns 0; ORV_E_INVALID_ARGUMENT for a null or empty path; ORV_E_NOT_PRODUCED when the platform makes
 /// none; ORV_E_OUT_OF_MEMORY. On failure the buffer is as it was.
 ORV_API OrvResult OrvNtdll_RtlDosPathNameToNtPathName_T(const wchar_t *dosPath,
                                                         OrvUtf16CharHeapBuffer &ntPath);
 
-/// The same, but in a path that starts at a root, as "\con" and "D:\con" do, no name is taken for a device's.
-/// A ".." at the root of a drive leads to that root. Behind "\\?\D:\" and "\\?\UNC\", where the platform
-/// takes the rest to the letter, "/" and doubled separators stand for one "\". A path of the native interface
-/// stays as it is.
+/// The same, but in a path that starts at a root, as "\con" and "D:\con" do, no name means a device. A ".."
+/// at the root of a drive leads to that root. After "\\?\D:\" and "\\?\UNC\", where the platform takes the
+/// rest literally, a "/" or a doubled separator becomes one "\". A native path is not changed.
 ///
-/// Returns as the other form, and as OrvBasPath::WinEliminateDosDeviceAliasPath.
+/// Returns the results of the other form and of OrvBasPath::WinEliminateDosDeviceAliasPath.
 ORV_API OrvResult OrvNtdll_RtlDosPathNameToNtPathName_T_EliminateDosDevice(const wchar_t *dosPath,
                                                                            OrvUtf16CharHeapBuffer &ntPath);
 
-/// The same into a counted string, whose buffer is allocated: RtlFreeUnicodeString frees it. What the string
-/// held before is not freed.
+/// The same into a counted string, whose buffer is allocated: RtlFreeUnicodeString frees it. The buffer that
+/// the string had before is not freed.
 ORV_API OrvResult OrvNtdll_RtlDosPathNameToNtPathName_U_EliminateDosDevice(const wchar_t *dosPath,
                                                                            _UNICODE_STRING *ntPath);
 
-/// Replaces each "%NAME%" by the value of the process's variable of that name; one that is not set stays as
-/// it is. `source` is terminated and may stand in the buffer.
+/// Replaces each "%NAME%" by the value of the process's variable of that name; the name of a variable that is
+/// not set stays as it is. `source` is terminated and may lie in the buffer.
 ///
 /// Returns 0; ORV_E_INVALID_ARGUMENT for a text of more than 32,766 characters; ORV_E_OUT_OF_MEMORY;
 /// otherwise the converted status, ORV_E_BUFFER_TOO_SMALL when a value grew meanwhile or the result has more

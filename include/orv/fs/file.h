@@ -23,10 +23,11 @@ public:
     /// Whether there is a file.
     bool IsOpen() const { return accessMode_ != OrvFileNotOpen; }
 
-    /// Closes the file that is open and takes the handle over.
+    /// Closes the file that is open and takes ownership of the handle.
     ORV_API void Attach(void *handle, OrvFileAccessMode accessMode);
 
-    /// Returns 0, also when nothing is open, or the converted status; the file is then still open.
+    /// Closes the file. Returns 0, also when no file is open; or the converted status, and the file is then
+    /// still open.
     ORV_API OrvResult Close();
 
     /// The native handle, or the invalid handle 0xFFFFFFFF.

@@ -16,7 +16,8 @@ public:
     /// Starts anew.
     void Initialize() { register_ = 0xFFFFFFFF; }
 
-    /// Goes on from the checksum of what came before: more Adds then give the checksum of the whole.
+    /// Continues from the checksum of earlier data: after further calls of Add, Get returns the checksum of
+    /// all of it.
     void Reset(uint32_t crc) { register_ = ~crc; }
 
     /// The checksum of everything added so far. Adding may go on.

@@ -4,7 +4,8 @@
 
 #include "orv/base.h"
 
-/// A message digest, fed piece by piece. Get spends the object: Reset it before it is used again.
+/// A message digest of data that is added piece by piece. After Get, call Reset before using the object
+/// again.
 class OrvMiniHashMd4
 {
 public:
@@ -16,8 +17,8 @@ public:
     /// Adds `length` bytes.
     ORV_API void Add(const uint8_t *data, uint32_t length);
 
-    /// Ends the message and gives its digest, in the usual byte order. A second call without Reset gives
-    /// something else.
+    /// Ends the message and gives its digest, in the usual byte order. A second call without Reset does not
+    /// give the digest.
     ORV_API void Get(uint8_t (&digest)[16]);
 
 private:

@@ -4,19 +4,19 @@
 
 #include "orv/base.h"
 
-/// A message digest, fed piece by piece. The first Get ends the message; until Initialize every Get gives the
-/// same digest, whatever is added.
+/// A message digest of data that is added piece by piece. The first Get ends the message; until Initialize
+/// every Get gives the same digest, whatever is added.
 class OrvMiniHashMd5
 {
 public:
-    /// The digest's bytes in the usual order.
+    /// The digest's bytes.
     struct HashType {
-        uint8_t bytes[16]; ///< the first printed first
+        uint8_t bytes[16]; ///< in the order in which they are printed
     };
 
     ORV_API OrvMiniHashMd5();
 
-    /// Starts anew. The digest of before stays where a reference to it looks, until the next Get.
+    /// Resets. A reference from an earlier Get shows the old digest until the next Get.
     ORV_API void Initialize();
 
     /// Adds `length` bytes.

@@ -4,17 +4,17 @@
 
 #include "orv/base.h"
 
-/// A message digest, fed piece by piece, of messages of at most 0xFFFFFFFF bytes. The first Get ends the
-/// message; until Initialize every Get gives the same digest, whatever is added.
+/// A message digest of data that is added piece by piece, for messages of at most 0xFFFFFFFF bytes. The first
+/// Get ends the message; until Initialize every Get gives the same digest, whatever is added.
 ///
-/// The length that ends the message is kept in 32 bits: messages of 512 MiB and more have a digest of their
-/// own, not the standard one.
+/// The length that ends the message is kept in 32 bits: for messages of 512 MiB and more the digest differs
+/// from the standard one.
 class OrvMiniHashSha256
 {
 public:
-    /// The digest's bytes in the usual order.
+    /// The digest's bytes.
     struct HashType {
-        uint8_t bytes[32]; ///< the first printed first
+        uint8_t bytes[32]; ///< in the order in which they are printed
     };
 
     ORV_API OrvMiniHashSha256();
@@ -24,8 +24,8 @@ public:
 
     /// Adds `length` bytes.
     ///
-    /// Returns 0, or ORV_E_INVALID_DATA when the message would become longer than 0xFFFFFFFF bytes; nothing
-    /// is added then.
+    /// Returns 0, or ORV_E_INVALID_DATA when the message would become longer than 0xFFFFFFFF bytes; then
+    /// nothing is added.
     ORV_API OrvResult Add(const uint8_t *data, uint32_t length);
 
     /// Ends the message and gives its digest.

@@ -4,14 +4,14 @@
 
 #include "orv/base.h"
 
-/// A message digest, fed piece by piece, of messages of at most 0xFFFFFFFF bytes. The first Get ends the
-/// message; until Initialize every Get gives the same digest, whatever is added.
+/// A message digest of data that is added piece by piece, for messages of at most 0xFFFFFFFF bytes. The first
+/// Get ends the message; until Initialize every Get gives the same digest, whatever is added.
 class OrvMiniHashSha512
 {
 public:
-    /// The digest's bytes in the usual order.
+    /// The digest's bytes.
     struct HashType {
-        uint8_t bytes[64]; ///< the first printed first
+        uint8_t bytes[64]; ///< in the order in which they are printed
     };
 
     ORV_API OrvMiniHashSha512();
@@ -21,8 +21,8 @@ public:
 
     /// Adds `length` bytes.
     ///
-    /// Returns 0, or ORV_E_INVALID_DATA when the message would become longer than 0xFFFFFFFF bytes; nothing
-    /// is added then.
+    /// Returns 0, or ORV_E_INVALID_DATA when the message would become longer than 0xFFFFFFFF bytes; then
+    /// nothing is added.
     ORV_API OrvResult Add(const uint8_t *data, uint32_t length);
 
     /// Ends the message and gives its digest.

@@ -7,8 +7,8 @@
 
 #include "orv/base.h"
 
-/// The hash of everything added, however it was split. An object is always usable; one thread at a time may
-/// change it.
+/// The hash of all data added, no matter how it was split. An object is always usable; one thread at a time
+/// may change it.
 class OrvMiniSuperFastHash
 {
 public:
@@ -32,7 +32,7 @@ public:
 
 private:
     uint32_t hash_;
-    uint8_t pending_[4]; ///< what does not yet make a block of four
+    uint8_t pending_[4]; ///< bytes that do not yet make a block of four
     uint8_t pendingCount_;
 };
 

@@ -1,21 +1,22 @@
-// A program without a C runtime. orvstart.lib has its entry, under the names that linkers take by themselves
-// (mainCRTStartup, WinMainCRTStartup, and NtProcessStartup for a native process), and what compilers call: it
-// is linked with orvsys.lib and ntdll.lib, and /nodefaultlib. A program with a C runtime has no use for it.
+// A program without a C runtime. orvstart.lib contains its entry, under the names that linkers use by default
+// (mainCRTStartup, WinMainCRTStartup, and NtProcessStartup for a native process), and the functions that
+// compilers call. The program links orvstart.lib, orvsys.lib and ntdll.lib, with /nodefaultlib. A program
+// with a C runtime does not need it.
 //
-// The entry makes the process's parameters readable where the process is a native one, draws the stack
-// cookie, runs the constructors of static objects, calls OrvMain, and runs the destructors, the last object's
-// first. Then the process ends, DLLs are told so, and the exit code is what OrvMain returned. When there is
-// no memory for the arguments, the process ends with STATUS_NO_MEMORY (0xC0000017) before any of that.
+// The entry makes the process's parameters readable in a native process, draws the stack cookie, runs the
+// constructors of static objects, calls OrvMain, and runs the destructors, the last object's first. Then it
+// ends the process, which notifies the DLLs; the exit code is the one that OrvMain returned. When there is no
+// memory for the arguments, the process ends with STATUS_NO_MEMORY (0xC0000017) before any of that.
 
 #pragma once
 
 #include "orv/base.h"
 
-/// The program's own: where it starts. `argv` has `argc` texts, the program's name first, and ends with a
-/// null pointer; they live as long as the process. The command line is split as CommandLineToArgvW splits it:
-/// blanks and tabs separate, quotation marks hold together, 2n backslashes and a mark are n backslashes and a
-/// mark that opens or closes, 2n + 1 are n backslashes and a mark as a character. A process without a command
-/// line has its image's path as its name.
+/// The start of the program, which the program defines. `argv` has `argc` texts, the program's name first,
+/// and ends with a null pointer; the texts are valid until the process ends. The command line is split as
+/// CommandLineToArgvW splits it: blanks and tabs separate arguments, except between quotation marks; 2n
+/// backslashes and a mark are n backslashes and a mark that opens or closes; 2n + 1 backslashes and a mark
+/// are n backslashes and a literal mark. A process without a command line has its image's path as its name.
 extern "C" int __cdecl OrvMain(int argc, wchar_t **argv);
 
 /// Formats as OrvFormatString does, with UTF-8 for byte strings, and writes the text to the process's

@@ -22,11 +22,12 @@ ORV_API uint32_t OrvGenerateRandomDWord();
 ORV_API bool OrvGenerateRandomBool();
 
 /// Fills `length` bytes, one step for every four of them. Every fourth byte, counted from the end, has seven
-/// random bits only and is below 128. When the length is no multiple of four, the bytes left over come first
-/// and are the last ones of their step. The buffer may be null when the length is 0.
+/// random bits only and is below 128. When the length is not a multiple of four, the extra bytes come first;
+/// they are the last ones of their step. The buffer may be null when the length is 0.
 ORV_API void OrvGenerateRandomBuffer(uint8_t *buffer, uint32_t length);
 
 /// Chooses an event by weight: draws a number u from 0 up to, but not including, 0.5 in one step, and returns
 /// the first index at which the sum of the weights exceeds u, or `count` when none does. The weights are not
-/// checked and not scaled; since u stays below 0.5, an event behind weights that sum to 0.5 is never chosen.
+/// checked and not scaled; since u stays below 0.5, an event that follows weights with the sum 0.5 is never
+/// chosen.
 ORV_API uint32_t OrvChooseRandomEvent(uint32_t count, const double *probabilities);

@@ -1,4 +1,4 @@
-// The names of a key's children or values, one after the other.
+// The names of a key's children or values, one after another.
 
 #pragma once
 
@@ -6,9 +6,9 @@
 #include "orv/text/interfaces.h"
 #include "orv/text/string_ref.h"
 
-/// Filled by OrvBasWinRegistryHandle, whose key must stay open meanwhile. Each name is one native call, into
-/// one buffer that grows to the longest. What is created or deleted while it runs may be missed, or come
-/// twice.
+/// An OrvBasWinRegistryHandle starts the enumeration; its key must stay open meanwhile. Each name takes one
+/// native call and is stored in one buffer, which grows to the longest. Names that are created or deleted
+/// during the enumeration may be missed, or come twice.
 class OrvBasWinRegistryEnumerator final : public IOrvEnumerator<OrvStringzRefBase<wchar_t>>
 {
 public:
@@ -16,11 +16,11 @@ public:
     OrvBasWinRegistryEnumerator(const OrvBasWinRegistryEnumerator &) = delete;
     OrvBasWinRegistryEnumerator &operator=(const OrvBasWinRegistryEnumerator &) = delete;
 
-    /// The next name, terminated; it is valid until the next call. Behind the last, and while nothing is
-    /// enumerated, `found` is false.
+    /// The next name, terminated; it is valid until the next call. After the last name, and when no
+    /// enumeration was started, `found` is false.
     ///
-    /// Returns 0; ORV_E_OUT_OF_MEMORY; or the converted status. After a failure the same name may be asked
-    /// for again.
+    /// Returns 0; ORV_E_OUT_OF_MEMORY; or the converted status. After a failure the next call tries the same
+    /// name again.
     ORV_API OrvResult Next(OrvStringzRefBase<wchar_t> &name, bool &found) override;
 
     /// The length of the name that Next gave last, for names with zeros in them.

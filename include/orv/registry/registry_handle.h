@@ -1,28 +1,36 @@
 // The registry, over the native interface alone.
 //
-// A handle names a key by a parent, which is a root or another handle, and a path below that. A handle that
-// has opened no key stands for its parent: so a handle that was just made from HKEY_CURRENT_USER reads that
-// key's values. "The current key" below means the key that is open, or else the parent's. Opening goes from
-// the parent, whatever is open, and everything else from the current key: OpenKeyIfExists("a") and then
-// OpenKeyIfExists("b") stand for "b" beside "a", whose "c" KeyExists("c") asks for.
+//     OrvBasWinRegistryHandle key(OrvRegistryCurrentUser);
+//     OrvResult result = key.OpenOrCreateKey(L"Software\\Example");
+//     if (OrvSucceeded(result))
+//         result = key.SetStringValue(L"blue", L"Colour"); // the value first, then its name
+//     uint32_t width = 0;
+//     if (OrvSucceeded(result))
+//         result = key.GetDWordValueWithDefault(width, L"Width", 80);
 //
-// Paths and names are counted, or terminated, and may have zeros in them; letter case does not matter. A path
-// has no separator at its start. The empty name is the key's default value. Names of more than 32,766
-// characters are ORV_E_INVALID_NAME.
+// A handle names a key by a parent, which is a root or another handle, and by a path below that parent. A
+// handle without an open key refers to its parent: a new handle made from HKEY_CURRENT_USER reads that key's
+// values. "The current key" below means the open key, or else the current key of the parent. Opening starts
+// from the parent, whatever key is open; all other operations start from the current key. After opening "a"
+// and then "b", the handle stands for "b", a sibling of "a"; KeyExists("c") then asks for "b\c".
 //
-// Every operation on keys and values has a twin that ends in Transacted and works inside a kernel
-// transaction; where the platform has none, such a twin returns ORV_E_NOT_SUPPORTED, or false, and does
+// Paths and names are counted or terminated, and may contain zeros; letter case does not matter. A path has
+// no separator at its start. The empty name is the key's default value. For names of more than 32,766
+// characters the result is ORV_E_INVALID_NAME.
+//
+// Some operations have a twin whose name ends in Transacted and which works inside a kernel transaction.
+// Where the platform has no transactions, such a twin returns ORV_E_NOT_SUPPORTED, or false, and does
 // nothing.
 //
-// What the platform refuses is its converted status, above all: ORV_E_FILE_NOT_FOUND when a key or value does
-// not exist, ORV_E_ACCESS_DENIED, ORV_E_INVALID_HANDLE when the key's handle was closed underneath,
-// 0xC00703FA (ERROR_KEY_DELETED) when the key was deleted meanwhile. The results of the root stand with
-// OpenRegistryRoot. On failure nothing has changed, unless it is said. Strings and buffers that are written
-// must not hold the texts that are read.
+// A refusal by the platform is returned as its converted status, above all: ORV_E_FILE_NOT_FOUND when a key
+// or value does not exist; ORV_E_ACCESS_DENIED; ORV_E_INVALID_HANDLE when the key's handle was closed by
+// other means; 0xC00703FA (ERROR_KEY_DELETED) when the key was deleted meanwhile. For failures to open a root
+// see OpenRegistryRoot. On failure nothing has changed, unless the operation says otherwise. Outputs must not
+// overlap inputs.
 //
-// A handle has no lock. Any number of threads may use its current key at once, while none opens, closes,
-// watches or changes the handle, or a parent that the key belongs to. The roots, which all handles of the
-// process share, are opened on first use and may be asked for by any number of threads at once.
+// A handle has no lock. Any number of threads may use its current key at once, as long as no thread opens,
+// closes, watches or changes the handle or a parent that the key belongs to. All handles of the process share
+// the roots, which are opened on first use; any number of threads may do that at once.
 
 #pragma once
 
@@ -41,21 +49,21 @@ class NativeHandle;
 struct RegistryState;
 } // namespace detail
 
-/// A key: by a parent and a path below it.
+/// A key, named by a parent and a path below it.
 class OrvBasWinRegistryHandle
 {
 public:
-    typedef OrvFlags<OrvBasWinRegistryViewModeValues> ViewMode; ///< the view, and bits that are carried along
+    typedef OrvFlags<OrvBasWinRegistryViewModeValues> ViewMode; ///< the view; other bits are only stored
     typedef OrvStringRefBase<wchar_t> Name;                     ///< a path or a name
     typedef IOrvBackInserter<OrvStringRefBase<wchar_t>> NameInserter;  ///< takes names
     typedef IOrvEnumerator<OrvStringzRefBase<wchar_t>> NameEnumerator; ///< gives names
 
     // Lifetime and parents.
 
-    /// Stands for a root, which is opened when it is needed.
+    /// Refers to a root, which is opened when it is needed.
     ORV_API explicit OrvBasWinRegistryHandle(OrvBasWinRegistryRootType root);
 
-    /// Stands for the current key of `parent`, in its view. The parent must outlive the handle.
+    /// Refers to the current key of `parent`, in the parent's view. The parent must outlive the handle.
     ORV_API explicit OrvBasWinRegistryHandle(OrvBasWinRegistryHandle &parent);
     OrvBasWinRegistryHandle(const OrvBasWinRegistryHandle &) = delete;
     OrvBasWinRegistryHandle &operator=(const OrvBasWinRegistryHandle &) = delete;
@@ -63,39 +71,39 @@ public:
     /// CloseKey.
     ORV_API ~OrvBasWinRegistryHandle();
 
-    /// Closes the key and stands for a root from now on. The view stays.
+    /// Closes the key and refers to a root from now on. The view stays.
     ///
-    /// Returns 0; ORV_E_INVALID_HANDLE for OrvRegistryNoRoot; ORV_E_INVALID_ARGUMENT for what is no root;
-    /// ORV_E_VIEW_ROOT when the view is not that root's. On failure nothing has changed.
+    /// Returns 0; ORV_E_INVALID_HANDLE for OrvRegistryNoRoot; ORV_E_INVALID_ARGUMENT for a value that is not
+    /// a root; ORV_E_VIEW_ROOT when that root does not have the view. On failure nothing has changed.
     ORV_API OrvResult SetParent(OrvBasWinRegistryRootType root);
 
-    /// Closes the key and stands for the current key of `parent` from now on, in its view.
+    /// Closes the key and refers to the current key of `parent` from now on, in the parent's view.
     ORV_API void SetParent(OrvBasWinRegistryHandle &parent);
 
-    /// As SetParent, and the root is open then.
+    /// As SetParent, and opens the root at once.
     ///
-    /// Returns as SetParent; ORV_E_OUT_OF_MEMORY; or the converted status why the root cannot be opened,
-    /// which leaves the handle as it was.
+    /// Returns as SetParent; ORV_E_OUT_OF_MEMORY; or the converted status when the root cannot be opened. On
+    /// failure the handle is as it was.
     ORV_API OrvResult OpenRegistryRoot(OrvBasWinRegistryRootType root);
 
-    /// Closes the key that is open, and ends what watches it. The handle stands for its parent again.
+    /// Closes the open key and ends its watch. The handle refers to its parent again.
     ORV_API void CloseKey();
 
     /// Whether a key is open.
     ORV_API bool IsOpened() const;
 
-    /// The handle's path: the one below the parent that was opened or loaded last, be it closed again; empty
-    /// for a new parent. Returns 0 or the string's failure.
+    /// The handle's path below its parent: the path that was opened or loaded last, even if it is closed
+    /// again; empty after a new parent was set. Returns 0 or the string's failure.
     ORV_API OrvResult GetCurrentKeyPath(IOrvString<wchar_t> &path) const;
 
-    /// Where the current key stands: asks the platform for its native name and reads that back into a root
+    /// Gets the place of the current key: asks the platform for its native name and converts that to a root
     /// and a path below it, in upper case. Under "\REGISTRY\MACHINE", a path part "WOW6432NODE" is left out,
     /// and in `access`, the access mask of a request, 0x100 is flipped and 0x200 set. The keys of the calling
-    /// user are those of HKEY_CURRENT_USER, and of HKEY_CLASSES_ROOT when the name ends in "_CLASSES"; those
-    /// of others belong to HKEY_USERS.
+    /// user belong to HKEY_CURRENT_USER, or to HKEY_CLASSES_ROOT when the name ends in "_CLASSES"; the keys
+    /// of other users belong to HKEY_USERS.
     ///
-    /// Returns 0; ORV_E_NOT_PROVIDED for a name outside these; ORV_E_OUT_OF_MEMORY; the string's failure; or
-    /// the converted status. On failure `root` and `access` are as they were.
+    /// Returns 0; ORV_E_NOT_PROVIDED for any other name; ORV_E_OUT_OF_MEMORY; the string's failure; or the
+    /// converted status. On failure `root` and `access` are as they were.
     ORV_API OrvResult SplitCurrentKeyName(OrvBasWinRegistryRootType &root, IOrvString<wchar_t> &path,
                                           uint32_t &access) const;
 
@@ -107,14 +115,14 @@ public:
     /// "Wow6432Node".
     ORV_API static const wchar_t *GetWow6432NodeName();
 
-    /// Selects the view in which keys are opened from now on. With OrvRegistryViewNode, "Wow6432Node" is put
-    /// behind the "SOFTWARE" of HKEY_LOCAL_MACHINE, and behind the "Software" of a user, or a user's
-    /// "_Classes" key, below HKEY_USERS, unless it stands there; other keys are the same in both views. It is
-    /// the whole way from the root that counts, through every handle that has a key open.
+    /// Selects the view in which keys are opened from now on. With OrvRegistryViewNode, "Wow6432Node" is
+    /// inserted after the "SOFTWARE" of HKEY_LOCAL_MACHINE and, below HKEY_USERS, after the "Software" of a
+    /// user or a user's "_Classes" key, unless it is there already; other keys are the same in both views.
+    /// The whole path from the root decides, through every handle that has a key open.
     ///
-    /// Returns 0; ORV_E_NOT_SUPPORTED when a key is open, or the parent is another handle, and that has
-    /// another view; ORV_E_VIEW_NOT_SUPPORTED for OrvRegistryView64 and OrvRegistryView32 on a system with
-    /// one view; ORV_E_VIEW_ROOT for OrvRegistryViewNode below another root.
+    /// Returns 0; ORV_E_NOT_SUPPORTED when another view applies already: that of the open key or, without
+    /// one, that of the parent handle; ORV_E_VIEW_NOT_SUPPORTED for OrvRegistryView64 and OrvRegistryView32
+    /// on a system with one view; ORV_E_VIEW_ROOT for OrvRegistryViewNode below another root.
     ORV_API OrvResult SetViewMode(ViewMode mode);
 
     /// The view in which keys are opened.
@@ -122,17 +130,17 @@ public:
 
     // Keys. Paths to open are below the parent; paths of all other operations are below the current key.
 
-    /// Opens the key at `path` below the parent, and every key that is missing on the way is made. The key
-    /// that was open is closed then.
+    /// Opens the key at `path` below the parent, and creates every key that is missing on the way. Then
+    /// closes the key that was open before.
     ///
-    /// Returns 0 when the key was made; ORV_S_ALREADY_EXISTS when it was there; ORV_E_OUT_OF_MEMORY;
-    /// otherwise the converted status. On failure the key that was open stays, and keys on the way may have
-    /// been made.
+    /// Returns 0 when the key was created; ORV_S_ALREADY_EXISTS when it was there; ORV_E_OUT_OF_MEMORY;
+    /// otherwise the converted status. On failure the key that was open stays open, and keys on the way may
+    /// have been created.
     ORV_API OrvResult OpenOrCreateKey(const Name &path, OrvWinRegistryRights rights = OrvRegistryAllAccess);
     ORV_API OrvResult OpenOrCreateKeyTransacted(OrvWinTransaction &transaction, const Name &path,
                                                 OrvWinRegistryRights rights = OrvRegistryAllAccess);
 
-    /// Opens the key at `path` below the parent. The key that was open is closed then.
+    /// Opens the key at `path` below the parent. Then closes the key that was open before.
     ///
     /// Returns 0; ORV_E_KEY_NOT_FOUND when there is none; ORV_E_OUT_OF_MEMORY; otherwise the converted
     /// status.
@@ -140,43 +148,44 @@ public:
     ORV_API OrvResult OpenKeyIfExistsTransacted(OrvWinTransaction &transaction, const Name &path,
                                                 OrvWinRegistryRights rights = OrvRegistryRead);
 
-    /// Whether there is a key at `path`, be it one that may not be opened.
+    /// Whether there is a key at `path`, even one that the caller may not open.
     ORV_API bool KeyExists(const Name &path);
     ORV_API bool KeyExistsTransacted(OrvWinTransaction &transaction, const Name &path);
 
-    /// Makes the key at `path`, whose parent must exist. Returns 0; ORV_S_ALREADY_EXISTS when it was there,
-    /// as the current key itself is when the path is empty; otherwise the converted status.
+    /// Creates the key at `path`, whose parent must exist. Returns 0; ORV_S_ALREADY_EXISTS when it was there,
+    /// also for an empty path, which means the current key; otherwise the converted status.
     ORV_API OrvResult CreateKey(const Name &path);
     ORV_API OrvResult CreateKeyTransacted(OrvWinTransaction &transaction, const Name &path);
 
-    /// The same, and every key that is missing on the way is made. On failure some may have been made.
+    /// The same, and creates every key that is missing on the way. On failure some may have been created.
     ORV_API OrvResult CreateKeys(const Name &path);
     ORV_API OrvResult CreateKeysTransacted(OrvWinTransaction &transaction, const Name &path);
 
-    /// Deletes the key at `path`, the current key itself when the path is empty; with `recursive`, also all
-    /// that is below it, deepest first. A key below it that someone else deletes meanwhile is no failure. Of
-    /// a symbolic link, the link is deleted, not what it leads to.
+    /// Deletes the key at `path`, or the current key when the path is empty; with `recursive`, also all keys
+    /// below it, deepest first. It is not a failure when someone else deletes a key below it meanwhile. If
+    /// the key is a symbolic link, the link is deleted, not its target.
     ///
     /// Returns 0; ORV_E_ACCESS_DENIED also when there are keys below it and `recursive` is not set;
     /// ORV_E_OUT_OF_MEMORY; otherwise the converted status. On failure some keys may have been deleted.
     ORV_API OrvResult DeleteKey(const Name &path, bool recursive);
     ORV_API OrvResult DeleteKeyTransacted(OrvWinTransaction &transaction, const Name &path, bool recursive);
 
-    /// What the platform says of the current key. Returns 0 or the converted status.
+    /// Gets the platform's facts about the current key. Returns 0 or the converted status.
     ORV_API OrvResult GetKeyInfo(OrvBasWinRegistryKeyInfo &info);
     ORV_API OrvResult GetKeyInfoTransacted(OrvWinTransaction &transaction, OrvBasWinRegistryKeyInfo &info);
 
     // Values of the current key. Sizes are in bytes.
 
-    /// Sets a value, whatever its bytes are. Returns 0; ORV_E_INVALID_ARGUMENT when there are no bytes but a
-    /// size; otherwise the converted status.
+    /// Sets a value; its bytes are not checked. Returns 0; ORV_E_INVALID_ARGUMENT when `bytes` is null but
+    /// `size` is not 0; otherwise the converted status.
     ORV_API OrvResult SetValue(OrvBasWinRegistryValueType type, const void *bytes, uint32_t size,
                                const Name &name);
     ORV_API OrvResult SetValueTransacted(OrvWinTransaction &transaction, OrvBasWinRegistryValueType type,
                                          const void *bytes, uint32_t size, const Name &name);
 
-    /// Gets a value and its type. Up to 256 bytes take one native call. Strings come terminated and with an
-    /// even number of bytes, multi-strings with two terminators; a value without bytes stays without.
+    /// Gets a value and its type. Up to 256 bytes take one native call. Strings are returned terminated and
+    /// with an even number of bytes, multi-strings with two terminators; a value without bytes is returned
+    /// without bytes.
     ///
     /// Returns 0; ORV_E_OUT_OF_MEMORY, or the buffer's failure; otherwise the converted status. On failure
     /// `type` and the buffer are as they were.
@@ -193,11 +202,11 @@ public:
     ORV_API OrvResult GetBinaryValue(IOrvBuffer<unsigned char> &bytes, const Name &name);
     ORV_API OrvResult SetBinaryValue(const void *bytes, uint32_t size, const Name &name);
 
-    /// Of type 4, or of type 5, whose bytes are turned round.
+    /// Of type 4, or of type 5, whose bytes are swapped.
     ORV_API OrvResult GetDWordValue(uint32_t &value, const Name &name);
     ORV_API OrvResult GetDWordValueWithDefault(uint32_t &value, const Name &name, uint32_t defaultValue);
 
-    /// As type 4, or with `bigEndian` as type 5, the bytes turned round.
+    /// As type 4, or with `bigEndian` as type 5 with swapped bytes.
     ORV_API OrvResult SetDWordValue(uint32_t value, const Name &name, bool bigEndian = false);
 
     /// Of type 11.
@@ -206,27 +215,28 @@ public:
     ORV_API OrvResult SetQWordValue(uint64_t value, const Name &name);
 
     /// Of type 1 or 2, up to the first terminator. With `expand` the variables in a value of type 2 are
-    /// replaced, as OrvNtdll_RtlExpandEnvironmentStrings_T does, whose failures are possible then.
+    /// replaced, as by OrvNtdll_RtlExpandEnvironmentStrings_T, and its failures may be returned.
     ORV_API OrvResult GetStringValue(IOrvString<wchar_t> &value, const Name &name, bool expand = false);
 
-    /// As GetStringValue, and `defaultValue` as it stands, its variables not replaced, when there is no such
-    /// value. A null one is empty.
+    /// As GetStringValue; when there is no such value, gives `defaultValue`, whose variables are not
+    /// replaced. A null default is empty.
     ORV_API OrvResult GetStringValueWithDefault(IOrvString<wchar_t> &value, const Name &name,
                                                 const Name &defaultValue, bool expand = false);
 
-    /// THE VALUE COMES FIRST, THEN THE NAME, as in all setters; here both are texts, so a call that has them
-    /// the wrong way round compiles. Stores the text with one terminator behind it, as type 1, or with
-    /// `expandable` as type 2. A text of more than 0x7FFFFFFE characters is ORV_E_INVALID_ARGUMENT.
+    /// THE VALUE COMES FIRST, THEN THE NAME, as in all setters; here both are texts, so a call with swapped
+    /// arguments compiles. Stores the text and one terminator as type 1, or with `expandable` as type 2.
+    /// Returns ORV_E_INVALID_ARGUMENT for a text of more than 0x7FFFFFFE characters.
     ORV_API OrvResult SetStringValue(const Name &value, const Name &name, bool expandable = false);
 
-    /// Hands each string of a multi-string to `strings`; an empty one is its end. On failure some strings may
-    /// have been handed over.
+    /// Passes each string of a multi-string to `strings`; an empty string ends it. On failure some strings
+    /// may have been passed.
     ORV_API OrvResult GetStringArrayValue(NameInserter &strings, const Name &name);
 
-    /// Sets a multi-string. ORV_E_INVALID_ARGUMENT: one of the strings is empty, which would end it.
+    /// Sets a multi-string. Returns ORV_E_INVALID_ARGUMENT when one of the strings is empty, which would end
+    /// the multi-string.
     ORV_API OrvResult SetStringArrayValue(NameEnumerator &strings, const Name &name);
 
-    /// Returns 0 or the converted status.
+    /// Deletes a value. Returns 0 or the converted status.
     ORV_API OrvResult DeleteValue(const Name &name);
     ORV_API OrvResult DeleteValueTransacted(OrvWinTransaction &transaction, const Name &name);
 
@@ -234,18 +244,20 @@ public:
     ORV_API bool ValueExists(const Name &name);
     ORV_API bool ValueExistsTransacted(OrvWinTransaction &transaction, const Name &name);
 
-    // Enumeration of the current key. A name is one native call.
+    // Enumeration of the current key. Each name takes one native call.
 
-    /// Hands the name of each key below, or of each value, to `names`. Returns 0; ORV_E_OUT_OF_MEMORY; the
-    /// inserter's failure; or the converted status. On failure some names may have been handed over.
+    /// Passes the name of each key below, or of each value, to `names`. Returns 0; ORV_E_OUT_OF_MEMORY; the
+    /// inserter's failure; or the converted status. On failure some names may have been passed.
     ORV_API OrvResult EnumKeys(NameInserter &names);
     ORV_API OrvResult EnumValues(NameInserter &names);
 
-    /// The same one by one, from the first on. Returns 0 or why there is no key to enumerate.
+    /// Starts an enumeration of the same names, from the first on. Returns 0, or the failure to open the
+    /// parent when no key is open.
     ORV_API OrvResult GetChildrenEnumeratorImpl(OrvBasWinRegistryEnumerator &enumerator);
     ORV_API OrvResult GetValuesEnumeratorImpl(OrvBasWinRegistryEnumerator &enumerator);
 
-    // Hives. Files are DOS paths, terminated. They need the privileges to back up and to restore.
+    // Hives. A file is given by its DOS path (terminated). These operations need the privileges to back up
+    // and to restore.
 
     /// Mounts the hive in `file` at the handle's path below the parent.
     ///
@@ -253,7 +265,7 @@ public:
     /// OrvNtdll_RtlDosPathNameToNtPathName_U_EliminateDosDevice; otherwise the converted status.
     ORV_API OrvResult LoadKey(const wchar_t *file);
 
-    /// The same at `key` below the parent, which is then the handle's path; the key that was open is closed.
+    /// The same at `key` below the parent. `key` becomes the handle's path; the key that was open is closed.
     ORV_API OrvResult LoadKey(const Name &key, const wchar_t *file);
 
     /// Closes the key that is open, and unmounts the hive at the handle's path. Returns as LoadKey.
@@ -263,31 +275,30 @@ public:
     /// otherwise as LoadKey; after a failure there is no file.
     ORV_API OrvResult SaveKey(const wchar_t *file);
 
-    /// Replaces the contents of the current key by what SaveKey wrote. `path`, which may be null, receives
-    /// the full path of the file, and does so before the file is opened. Returns as LoadKey, or the string's
-    /// failure.
+    /// Replaces the contents of the current key by those that SaveKey wrote to `file`. `path`, which may be
+    /// null, receives the full path of the file before the file is opened. Returns as LoadKey, or the
+    /// string's failure.
     ORV_API OrvResult RestoreKey(const wchar_t *file, IOrvString<wchar_t> *path = nullptr);
 
-    /// Has `event` set once, when something next changes in the current key, or with `subtree` below it too:
-    /// names, values, attributes or security; or when the key is closed. A handle that has no key open has
-    /// its parent watch. The key need not have been opened with the right to be notified.
+    /// Sets `event` once: at the next change of names, values, attributes or security in the current key
+    /// (with `subtree` also below it), or when the key is closed. Without an open key, the parent watches.
+    /// The key need not have been opened with the right to be notified.
     ///
     /// Before Windows 8 the platform also ends the watch, and sets `event`, when the thread that called this
-    /// ends. There, call it on a thread that lives on, and look whether anything has changed.
+    /// ends. There, call it on a thread that keeps running, and check whether anything has changed.
     ///
     /// Returns 0; ORV_E_OUT_OF_MEMORY; or the converted status.
     ORV_API OrvResult StartSingleWatchingKeyChange(OrvBasEvent &event, bool subtree);
 
-    /// Gives the process the privilege, if its account has it, or takes it back. Any other value names
+    /// Enables the privilege for the process, if its account has it, or disables it. Any other value means
     /// privilege 0. Returns 0; ORV_E_ACCESS_DENIED when the account does not have it; ORV_E_NOT_SUPPORTED
     /// before the library is initialized; otherwise the converted status.
     ORV_API static OrvResult EnablePrivilege(OrvBasWinRegistryPrivilege privilege, bool enable);
 
     // The text form of a location: "HKLM\SOFTWARE\Orv", and with a value "HKLM\SOFTWARE\Orv\\Name".
 
-    /// Takes a text apart. The root goes by its short or its long name, in any letter case. What stands
-    /// behind the first two separators in a row is the value's name, and `hasValue` is set, be the name
-    /// empty.
+    /// Splits a text. The root has its short or its long name, in any letter case. The text after the first
+    /// two separators in a row is the value's name; `hasValue` is then set, even if the name is empty.
     ///
     /// Returns 0; ORV_E_INVALID_ARGUMENT when the text does not start with the name of a root: nothing is
     /// written; or a string's failure, after which the path may have been written.
@@ -295,15 +306,15 @@ public:
                                                bool &hasValue, IOrvString<wchar_t> &valueName,
                                                const Name &text);
 
-    /// Puts a text together, with the root's short name; a value that is no root has none. Returns 0,
+    /// Joins a text, with the root's short name, which is empty for a value that is not a root. Returns 0,
     /// ORV_E_OUT_OF_MEMORY or the string's failure.
     ORV_API static OrvResult CombineRegistryPath(IOrvString<wchar_t> &text, OrvBasWinRegistryRootType root,
                                                  const Name &path);
     ORV_API static OrvResult CombineRegistryPath(IOrvString<wchar_t> &text, OrvBasWinRegistryRootType root,
                                                  const Name &path, const Name &valueName);
 
-    /// Opens the key at `path` below the current key, for the caller to close with ZwClose; the empty path is
-    /// the current key once more. `access` is a native mask; the view's bits are added. The transaction may
+    /// Opens the key at `path` below the current key, for the caller to close with ZwClose; the empty path
+    /// opens the current key again. `access` is a native mask; the view's bits are added. The transaction may
     /// be null.
     ///
     /// Returns 0; ORV_E_NOT_SUPPORTED for a transaction where the platform has none; ORV_E_OUT_OF_MEMORY;

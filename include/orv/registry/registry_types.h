@@ -5,7 +5,7 @@
 #include "orv/base.h"
 #include "orv/flags.h"
 
-/// The predefined keys, valued as the platform's constants.
+/// The predefined keys, with the values of the platform's constants.
 enum OrvBasWinRegistryRootType : int32_t {
     OrvRegistryNoRoot = 0, ///< the parent is another handle
     OrvRegistryClassesRoot = static_cast<int32_t>(0x80000000),
@@ -19,7 +19,7 @@ enum OrvBasWinRegistryRootType : int32_t {
     OrvRegistryDynData = static_cast<int32_t>(0x80000006), ///< cannot be opened
 };
 
-/// Which of the views of a 64-bit system. The low four bits select one; the others are carried along.
+/// The views of a 64-bit system. The low four bits select a view; the other bits are only stored.
 enum OrvBasWinRegistryViewModeValues : uint32_t {
     OrvRegistryViewDefault = 0,
     OrvRegistryView64 = 1,   ///< the 64-bit view: the platform's access bit 0x100
@@ -40,16 +40,16 @@ enum OrvWinRegistryRights : uint32_t {
     OrvRegistryAllAccess = 0xF003F,
 };
 
-/// The rights of both.
+/// Both sets of rights together.
 ORV_COMBINABLE_FLAGS(OrvWinRegistryRights)
 
-/// What an account needs for hives.
+/// The privileges that an account needs for hives.
 enum OrvBasWinRegistryPrivilege : uint32_t {
     OrvRegistryBackupPrivilege = 1,  ///< to save keys
     OrvRegistryRestorePrivilege = 2, ///< to load and to restore them
 };
 
-/// The platform's value types. Any other number may stand in the registry, too.
+/// The platform's value types. The registry may hold any other number, too.
 enum OrvBasWinRegistryValueType : uint32_t {
     OrvRegistryNone = 0,
     OrvRegistryString = 1,
@@ -62,7 +62,7 @@ enum OrvBasWinRegistryValueType : uint32_t {
     OrvRegistryQWord = 11,
 };
 
-/// What the platform says of a key.
+/// The platform's facts about a key.
 struct OrvBasWinRegistryKeyInfo {
     uint64_t lastWriteTime;     ///< an OrvTime: 100 ns since 1601
     uint32_t subKeyCount;       ///< the keys right below it

@@ -15,7 +15,7 @@ struct _SECURITY_ATTRIBUTES;
 struct _STARTUPINFOA;
 struct _STARTUPINFOW;
 
-/// What the platform calls for an exception that nobody handles.
+/// The function that the platform calls for an exception that nobody handles.
 typedef long(__stdcall *OrvExceptionFilter)(_EXCEPTION_POINTERS *exception);
 
 /// Fills the table when the process has kernel32.dll.
@@ -27,7 +27,7 @@ ORV_API OrvResult OrvKernel32TableInitializeIfLoaded();
 /// Whether the table is filled.
 ORV_API bool OrvKernel32IsTableInitialized();
 
-/// Fills the table when it is empty, the ntdll table first when that is empty too.
+/// Fills the table when it is empty; fills the ntdll table first when that is empty, too.
 ORV_API void OrvKernel32ForceInitialize();
 
 /// The calling thread's last Win32 error number.
@@ -36,7 +36,7 @@ ORV_API unsigned long OrvWinGetLastError();
 /// Sets the calling thread's last Win32 error number.
 ORV_API void OrvWinSetLastError(unsigned long win32Error);
 
-/// Whether the entry was found: only then the wrapper of that name may be called.
+/// Whether the entry was found. Only then may the wrapper of that name be called.
 ORV_API bool OrvKernel32IsFnLoaded_CopyFileW();
 ORV_API bool OrvKernel32IsFnLoaded_CopyFileA();
 ORV_API bool OrvKernel32IsFnLoaded_ReadFile();
@@ -56,9 +56,10 @@ ORV_API bool OrvKernel32IsFnLoaded_GetACP();
 ORV_API bool OrvKernel32IsFnLoaded_FindResourceExA();
 ORV_API bool OrvKernel32IsFnLoaded_FindResourceExW();
 
-/// The platform's function of that name, in the order in which the table looks its entries up. Those that
-/// answer with a success flag return 0 when it is set, otherwise the thread's last error as a result code:
-/// that is 0 too when the function failed without setting one. The others return what the function returns.
+/// The platform's function of that name, in the order in which the table looks its entries up. For a function
+/// that returns a success flag, the wrapper returns 0 when the flag is set, otherwise the thread's last error
+/// as a result code; this is 0, too, when the function failed without setting an error. The others return
+/// what the function returns.
 ORV_API OrvResult OrvKernel32_CopyFileW(const wchar_t *from, const wchar_t *to, bool failIfExists);
 ORV_API OrvResult OrvKernel32_CopyFileA(const char *from, const char *to, bool failIfExists);
 ORV_API OrvResult OrvKernel32_ReadFile(void *file, void *buffer, unsigned long size, unsigned long *read,

@@ -1,9 +1,8 @@
 // Entry points of ntdll.dll that older systems lack, reached through a table that is filled at run time.
 //
 // A missing entry is not an error: it stays null in the table. A wrapper passes its arguments to the platform
-// function and gives back its result; it does not test its entry, so ask the predicate first where there is
-// one. OrvNtdll_RtlDowncaseUnicodeChar and OrvNtdll_NtGetTickCount may always be called: they have a
-// fallback.
+// function and returns its result. It does not test its entry, so ask the predicate first where there is one.
+// OrvNtdll_RtlDowncaseUnicodeChar and OrvNtdll_NtGetTickCount may always be called: they have a fallback.
 
 #pragma once
 
@@ -19,12 +18,12 @@ struct _OSVERSIONINFOW;
 struct _UNICODE_STRING;
 
 /// Fills the table: takes a reference on ntdll.dll and looks every entry up once. When the table is already
-/// filled it is emptied and filled again. The library's load does this, so a caller seldom has to.
+/// filled it is emptied and filled again. Loading the library does this, so a caller seldom has to.
 ///
 /// Returns 0, also when entries are missing, or the converted status when ntdll.dll cannot be referenced; the
 /// table is then as it was.
 ///
-/// Not to be raced with any use of the table.
+/// It must not race with any use of the table.
 ORV_API OrvResult OrvNtdllTableInitialize();
 
 /// Whether the table is filled.
@@ -33,7 +32,7 @@ ORV_API bool OrvNtdllIsTableInitialized();
 /// 1 when the table is filled, else 0. It fills nothing, despite its name.
 ORV_API int OrvNtdllForceInitialize();
 
-/// Gives the reference on ntdll.dll back and empties the table. Does nothing when it is empty.
+/// Releases the reference on ntdll.dll and empties the table. Does nothing when the table is empty.
 ORV_API void OrvNtdllTableDestroy();
 
 /// The module handle of ntdll.dll, or null while the table is empty.
@@ -49,7 +48,7 @@ ORV_API bool OrvIsWOW64Process();
 /// OrvNtdll_NtGetTickCount.
 ORV_API unsigned long OrvGetTimestamp();
 
-/// Whether the entry was found: only then the wrapper of that name may be called.
+/// Whether the entry was found. Only then may the wrapper of that name be called.
 ORV_API bool OrvNtdllIsFnLoaded_RtlGetProductInfo();
 ORV_API bool OrvNtdllIsFnLoaded_RtlGetUnloadEventTraceEx();
 ORV_API bool OrvNtdllIsFnLoaded_RtlAddMandatoryAce();

@@ -53,11 +53,11 @@ enum OrvResultCode : OrvResult {
     ORV_E_FILE_NOT_FOUND = static_cast<OrvResult>(0xE001003D),
     /// A directory on the way to the name does not exist.
     ORV_E_PATH_NOT_FOUND = static_cast<OrvResult>(0xE001003E),
-    /// There is no such handle, or it is another kind of object's.
+    /// There is no such handle, or it belongs to an object of another type.
     ORV_E_INVALID_HANDLE = static_cast<OrvResult>(0xE001003F),
-    /// There is nothing in it.
+    /// The object is empty.
     ORV_E_EMPTY = static_cast<OrvResult>(0xE0010040),
-    /// There is something in it.
+    /// The object is not empty.
     ORV_E_NOT_EMPTY = static_cast<OrvResult>(0xE0010041),
     /// Reading failed.
     ORV_E_READ_FAULT = static_cast<OrvResult>(0xE0010042),
@@ -69,29 +69,29 @@ enum OrvResultCode : OrvResult {
     ORV_E_INVALID_DATA = static_cast<OrvResult>(0xE0010045),
     /// The enumeration has come to its end.
     ORV_E_NO_MORE_FILES = static_cast<OrvResult>(0xE0010046),
-    /// The name is given already.
+    /// The name is in use already.
     ORV_E_DUPLICATE_NAME = static_cast<OrvResult>(0xE0010047),
-    /// Things of this type cannot be worked with.
+    /// The operation does not support this type.
     ORV_E_UNSUPPORTED_TYPE = static_cast<OrvResult>(0xE0010048),
-    /// A length is more than the operation, or the platform behind it, can take.
+    /// A length is greater than the operation or the platform accepts.
     ORV_E_BAD_LENGTH = static_cast<OrvResult>(0xE0010049),
     /// The checksum is wrong.
     ORV_E_CHECKSUM = static_cast<OrvResult>(0xE001004A),
-    /// The name cannot be one, for its characters or for its length.
+    /// The name is not valid, because of its characters or its length.
     ORV_E_INVALID_NAME = static_cast<OrvResult>(0xE001004B),
-    /// What the operation works on is not there.
+    /// The object of the operation does not exist.
     ORV_E_OBJECT_NOT_FOUND = static_cast<OrvResult>(0xE001004C),
     /// Memory at that address cannot be used.
     ORV_E_INVALID_ADDRESS = static_cast<OrvResult>(0xE001004D),
     /// The access asked for makes no sense here.
     ORV_E_INVALID_ACCESS = static_cast<OrvResult>(0xE001004E),
-    /// There is one already, and it stays.
+    /// There is one already, and it is kept.
     ORV_E_ALREADY_EXISTS = static_cast<OrvResult>(0xE001004F),
     /// A position before the start.
     ORV_E_NEGATIVE_SEEK = static_cast<OrvResult>(0xE0010051),
     /// The memory cannot be accessed that way.
     ORV_E_NO_ACCESS = static_cast<OrvResult>(0xE0010052),
-    /// Somebody else has it open and does not share it that way.
+    /// Another user has it open and does not share it that way.
     ORV_E_SHARING_VIOLATION = static_cast<OrvResult>(0xE0010053),
     /// The platform lacks the entry point or the feature.
     ORV_E_NOT_SUPPORTED = static_cast<OrvResult>(0xE0010054),
@@ -103,9 +103,9 @@ enum OrvResultCode : OrvResult {
     ORV_E_ABORTED = static_cast<OrvResult>(0xE0010057),
     /// The caller does not have the right.
     ORV_E_ACCESS_DENIED = static_cast<OrvResult>(0xE0010058),
-    /// The time cannot be held by the target representation.
+    /// The target representation cannot hold the time.
     ORV_E_TIME_OUT_OF_RANGE = static_cast<OrvResult>(0xE0010064),
-    /// The duration cannot be held by the target representation.
+    /// The target representation cannot hold the duration.
     ORV_E_DURATION_OUT_OF_RANGE = static_cast<OrvResult>(0xE0010073),
     /// The object is not in a state that allows the operation.
     ORV_E_INVALID_STATE = static_cast<OrvResult>(0xE0010078),
@@ -117,7 +117,7 @@ enum OrvResultCode : OrvResult {
     ORV_E_NOT_TERMINATED = static_cast<OrvResult>(0xE0010101),
     /// The data ended before the expected amount was read.
     ORV_E_END_OF_DATA = static_cast<OrvResult>(0xE001018B),
-    /// The other side does not take the connection.
+    /// The other side does not accept the connection.
     ORV_E_CONNECTION_REFUSED = static_cast<OrvResult>(0xE0010190),
 
     // Warnings: failures too, since they are below zero.
@@ -141,13 +141,13 @@ enum OrvResultCode : OrvResult {
     ORV_S_NOT_SUPPORTED = 0x60010054,
     /// The end marker was converted to or from its structure.
     ORV_S_END_OF_TIME = 0x60010064,
-    /// What was asked for is not set, and an empty or default answer was given.
+    /// The requested value is not set, and an empty or default value was returned.
     ORV_S_NOT_SET = 0x6001006A,
     /// Fewer bytes than asked for were available and were returned, or the stream is complete.
     ORV_S_END_OF_DATA = 0x6001018B,
 };
 
-/// Makes a result code from a Win32 error number. A number that has an own code gives that code with bit 29
+/// Makes a result code from a Win32 error number. A number that has its own code gives that code with bit 29
 /// and facility 1; any other is carried in facility 7, cut to its low 16 bits. Zero is not special here:
 /// (OrvSeverityError, 0) gives 0xC0070000.
 ORV_API OrvResult OrvCreateErrorCodeFromWin32(_OrvErrorCodeSeverity severity, uint32_t win32Error);
@@ -155,13 +155,13 @@ ORV_API OrvResult OrvCreateErrorCodeFromWin32(_OrvErrorCodeSeverity severity, ui
 /// The same with severity error, except that 0 gives ORV_S_OK.
 ORV_API OrvResult OrvCreateErrorCodeFromWin32(uint32_t win32Error);
 
-/// The platform's RtlNtStatusToDosError, for programs that do not link ntdll.dll: the Win32 error number that
-/// stands for a native status, 317 where there is none.
+/// The platform's RtlNtStatusToDosError, for programs that do not link ntdll.dll: the Win32 error number for
+/// a native status, 317 where there is none.
 ORV_API uint32_t OrvNtdll_RtlNtStatusToDosError(int32_t status);
 
-/// Makes a result code from the status that a native call returned and that the caller does not take as a
-/// success; this is how every operation of the library does it. Look for the statuses of success that mean
-/// something first: STATUS_TIMEOUT, for one, becomes 0x40070102, a success with a remark.
+/// Makes a result code from the status of a native call, for a caller that does not take this status as a
+/// success. All operations of the library convert statuses this way. Test first for the success statuses that
+/// matter: STATUS_TIMEOUT, for example, becomes 0x40070102, a success with a remark.
 ///
 /// Returns ORV_S_OK for STATUS_SUCCESS; ORV_E_BUFFER_TOO_SMALL for STATUS_BUFFER_OVERFLOW, which is a warning
 /// to the platform, but the caller did not get its data; otherwise what OrvCreateErrorCodeFromWin32 makes of
@@ -179,8 +179,8 @@ inline OrvResult OrvCreateErrorCodeFromNtStatus(int32_t status)
                                        OrvNtdll_RtlNtStatusToDosError(status));
 }
 
-/// Gives the Win32 error number that a result code stands for, whatever its severity. Where several numbers
-/// share an own code the most general one is given: 3 for path-not-found, 183 for already-exists.
+/// Gives the Win32 error number of a result code, whatever its severity. Where several numbers share one
+/// code, the most general number is given: 3 for path-not-found, 183 for already-exists.
 ///
 /// Returns false, and leaves `win32Error` untouched, when there is no such number.
 ORV_API bool OrvCreateWin32CodeFromErrorCode(uint32_t &win32Error, OrvResult result);

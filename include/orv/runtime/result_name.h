@@ -1,13 +1,13 @@
 // The names of result codes, for logs and messages.
 //
-// They are compiled into the program that includes this file: the DLL has no texts about its results. An
-// enumerator without a line here is a warning of the compiler (-Wswitch).
+// They are compiled into the program that includes this file: the DLL has no texts about its results. The
+// compiler warns about an enumerator without a line here (-Wswitch).
 
 #pragma once
 
 #include "orv/runtime/result.h"
 
-/// One enumerator and its name; no longer defined below.
+/// One enumerator and its name; undefined again at the end of this file.
 #define ORV_RESULT_NAME(code)                                                                                \
     case code:                                                                                               \
         return L## #code

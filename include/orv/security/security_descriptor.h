@@ -1,14 +1,14 @@
-// A security descriptor as operations that create objects take it.
+// The security descriptor that operations take when they create objects.
 
 #pragma once
 
 #include "orv/base.h"
 
-/// Refers to a native descriptor, absolute or self-relative, of the caller.
+/// Refers to the caller's native descriptor, absolute or self-relative.
 class OrvWinSecurityDescriptor
 {
 public:
-    /// The native descriptor must outlive this object; null stands for none.
+    /// The native descriptor must outlive this object; null means none.
     explicit OrvWinSecurityDescriptor(void *native = nullptr) : native_(native) {}
 
     /// The native descriptor, or null.

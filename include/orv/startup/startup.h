@@ -1,8 +1,8 @@
 // Start-up and teardown by hand, for components that use the library without its load-time entry.
 //
-// When the loader attaches orvsys.dll to a process, all of this has happened. Start-ups are counted and only
-// the first one does anything; every one is paired with a teardown, which lowers the count and releases
-// nothing: what was found out about the system holds until the process ends.
+// When the loader attaches orvsys.dll to a process, all of this has been done. Start-ups are counted, and
+// only the first one does anything. Each start-up needs a teardown, which lowers the count and releases
+// nothing: the facts about the system are kept until the process ends.
 
 #pragma once
 
@@ -13,17 +13,18 @@
 /// threads may call it at once.
 ///
 /// Returns 0; ORV_E_OBJECT_NOT_FOUND when the thread has no environment block; otherwise the converted status
-/// of what the system refused to tell. The start-up counts even then, and is to be paired with
+/// of a query that the system refused. The start-up counts even then, and needs a call of
 /// InternalDestroyOrvSysDll.
 ORV_API OrvResult InternalInitializeOrvSysDll();
 
-/// Takes one start-up back; does nothing when there is none.
+/// Undoes one start-up; does nothing when there is none.
 ORV_API void InternalDestroyOrvSysDll();
 
-/// InternalInitializeOrvSysDll, then OrvEnvironment::InitializeEnvironment. Pair it with OrvDestroySysMini.
+/// InternalInitializeOrvSysDll, then OrvEnvironment::InitializeEnvironment. Each call needs one of
+/// OrvDestroySysMini.
 ///
-/// Returns 0 or the failure of the first, which has counted all the same; when the second fails, its failure,
-/// and the start-up has been taken back already.
+/// Returns 0; the failure of the first, which counts all the same; or the failure of the second, and then the
+/// start-up has been undone already.
 ORV_API OrvResult OrvInitializeSysMini();
 
 /// InternalDestroyOrvSysDll.

@@ -9,7 +9,7 @@
 class OrvMemoryStream : public IOrvStream
 {
 public:
-    /// Over `size` bytes, from the first on.
+    /// A stream over `size` bytes, positioned at the first.
     OrvMemoryStream(const void *bytes, uint32_t size)
         : bytes_(static_cast<const uint8_t *>(bytes)), size_(size), position_(0)
     {
@@ -18,7 +18,7 @@ public:
     /// 0 to the size.
     ORV_API OrvResult GetPosition(uint64_t &position) override;
 
-    /// Returns 0, or ORV_E_INVALID_ARGUMENT behind the end; the position is then as it was.
+    /// Returns 0, or ORV_E_INVALID_ARGUMENT for a position after the end; the position is then as it was.
     ORV_API OrvResult SetPosition(uint64_t position) override;
 
     /// How many bytes there are. Always 0.
@@ -49,11 +49,11 @@ public:
     /// Forgets all bytes and goes to the start; the buffer stays.
     ORV_API void Clear();
 
-    /// Where reading goes on. Always 0.
+    /// Where the next read starts. Always 0.
     ORV_API OrvResult GetPosition(uint64_t &position) override;
 
-    /// Where reading goes on. Returns 0, or ORV_E_INVALID_ARGUMENT behind the end; the position is then as it
-    /// was.
+    /// Sets where the next read starts. Returns 0, or ORV_E_INVALID_ARGUMENT for a position after the end;
+    /// the position is then as it was.
     ORV_API OrvResult SetPosition(uint64_t position) override;
 
     /// How many bytes there are. Always 0.

@@ -1,8 +1,8 @@
 // An owner of the platform's critical section: the recursive lock of one process, which goes to the kernel
 // only when a thread has to wait.
 //
-// It never moves, because the platform may keep a list of all critical sections by address. Whoever enters
-// must leave as often, on the same thread; a thread that ends inside leaves it taken for ever.
+// It never moves, because the platform may keep a list of all critical sections by address. A thread must
+// leave it as often as it entered. If a thread ends inside, the critical section is never free again.
 
 #pragma once
 
@@ -12,7 +12,7 @@
 class OrvBasCriticalSection
 {
 public:
-    /// A critical section that is still to be created.
+    /// A critical section that is not created yet.
     ORV_API OrvBasCriticalSection();
     OrvBasCriticalSection(const OrvBasCriticalSection &) = delete;
     OrvBasCriticalSection &operator=(const OrvBasCriticalSection &) = delete;
@@ -20,7 +20,7 @@ public:
     /// Destroy.
     ORV_API ~OrvBasCriticalSection();
 
-    /// Makes a free critical section.
+    /// Creates the critical section, which is then free.
     ///
     /// Returns 0; ORV_E_ALREADY_EXISTS when there is one here, which stays as it is, with the threads inside;
     /// otherwise the converted status, and then there is no critical section here.
@@ -34,19 +34,19 @@ public:
     /// Whether it was created and not destroyed.
     ORV_API bool IsInitialized() const { return initialized_; }
 
-    /// Enters, waiting as long as that needs; at once when the calling thread is inside already.
+    /// Enters, waiting as long as necessary; at once when the calling thread is inside already.
     ///
     /// Returns 0; ORV_E_INVALID_STATE when there is no critical section here; otherwise the converted status.
     ORV_API OrvResult Acquire();
 
-    /// Leaves. The last of as many calls as there were to Acquire lets the next thread in. The calling thread
-    /// must be inside; nothing checks that.
+    /// Leaves. After as many calls as there were to Acquire, the next thread may enter. The calling thread
+    /// must be inside; this is not checked.
     ///
     /// Returns as Acquire.
     ORV_API OrvResult Release();
 
 private:
-    friend class OrvBasResource; // has no use for the results of entering and leaving
+    friend class OrvBasResource; // does not need the results of entering and leaving
 
     void *native_[6]; ///< the platform's structure
     bool initialized_ = false;

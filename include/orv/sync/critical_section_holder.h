@@ -1,4 +1,4 @@
-// The scope guard of the critical section: it is inside at most one, until its scope ends.
+// The scope guard of critical sections: it is inside at most one, until its scope ends.
 
 #pragma once
 
@@ -6,12 +6,12 @@
 #include "orv/runtime/result.h"
 #include "orv/sync/critical_section.h"
 
-/// The critical section must outlive what the holder holds. One thread uses a holder: the one that is inside.
+/// The critical section must exist as long as it is held. Only the thread that is inside uses the holder.
 class OrvBasCriticalSectionHolder
 {
 public:
-    /// Enters the critical section, waiting as long as that needs. When that fails, or when it is null, the
-    /// holder holds nothing.
+    /// Enters the critical section, waiting as long as necessary. When that fails, or when `section` is null,
+    /// the holder holds nothing.
     explicit OrvBasCriticalSectionHolder(OrvBasCriticalSection *section) { Lock(section); }
     OrvBasCriticalSectionHolder(const OrvBasCriticalSectionHolder &) = delete;
     OrvBasCriticalSectionHolder &operator=(const OrvBasCriticalSectionHolder &) = delete;
@@ -19,8 +19,8 @@ public:
     /// Release.
     ~OrvBasCriticalSectionHolder() { Release(); }
 
-    /// Enters a critical section as the constructor does, and only then leaves the one that was held: even
-    /// when entering failed, and then it holds nothing.
+    /// Enters a critical section as the constructor does, and only then leaves the one that was held before,
+    /// even when entering failed. After a failure the holder holds nothing.
     ///
     /// Returns what OrvBasCriticalSection::Acquire returns: ORV_E_INVALID_STATE for one that was not created;
     /// ORV_E_INVALID_ARGUMENT for null.
@@ -33,7 +33,7 @@ public:
         return result;
     }
 
-    /// Leaves what is held, if anything.
+    /// Leaves the critical section that is held, if any.
     void Release()
     {
         if (section_)
@@ -41,7 +41,7 @@ public:
         section_ = nullptr;
     }
 
-    /// Holds nothing from now on, without leaving: that is the calling thread's to do.
+    /// Holds nothing from now on, without leaving: the calling thread must leave the critical section itself.
     void DetachWithoutReleasing() { section_ = nullptr; }
 
     /// Whether a critical section is held.

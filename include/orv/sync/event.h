@@ -6,11 +6,11 @@
 
 struct _OBJECT_ATTRIBUTES;
 
-/// An event of this process, unless it is handed on by its handle.
+/// An event of this process, unless its handle is passed on.
 class OrvBasEvent : public OrvBasWaitable
 {
 public:
-    /// Who ends the signal.
+    /// How the signal ends.
     enum ResetType : uint32_t {
         ManualReset = 0, ///< stays signalled until it is reset
         AutoReset = 1,   ///< releases one waiter and resets itself; any other non-zero value means the same
@@ -36,8 +36,7 @@ public:
     ORV_API OrvResult Wait(int timeoutMs);
 
 protected:
-    /// Creates an event with native attributes, null for none, and lets it take the place of any resource
-    /// held.
+    /// Creates an event with native attributes, null for none. The event replaces any resource held.
     ///
     /// Returns 0; ORV_S_ALREADY_EXISTS when the attributes name an event that existed, which was opened;
     /// otherwise the converted status, and the object is unchanged.

@@ -1,4 +1,4 @@
-// Waiting on a handle that came from elsewhere: owned and closed like one of our own, or only borrowed.
+// Waiting on a handle that the caller brings: the object owns and closes it, or only borrows it.
 
 #pragma once
 
@@ -8,7 +8,7 @@
 class OrvBasWinHandleWaitable : public OrvBasWaitable
 {
 public:
-    /// Holds the handle, and closes it later when `owning`.
+    /// Holds the handle; with `owning`, closes it later.
     ORV_API OrvBasWinHandleWaitable(void *handle, bool owning);
 
     /// Closes an owned handle; a borrowed one stays open.
@@ -20,7 +20,7 @@ public:
     /// Forgets a borrowed handle, which stays open; otherwise FreeResource.
     ORV_API OrvResult Destroy() override;
 
-    /// Whether the handle held last is, or was, to be closed here.
+    /// Whether the object owns, or owned, the handle that it held last.
     ORV_API bool IsOwning() const;
 
     /// InternalWait, which succeeds at once when there is no handle here.

@@ -1,9 +1,9 @@
 // Waiting for several waitables at once: for the first of them that is signalled, or for all.
 //
-// What each waitable holds decides, as in a wait for one: forwards are followed to the end of their chain,
-// and one that is empty counts as signalled. A wait takes from the objects what a wait for one takes, and
-// only when it succeeds: an event that resets itself is reset, a semaphore's count goes down by one, a mutex
-// is acquired. While threads wait, no waitable among them may be filled or emptied.
+// As in a wait for one waitable, the resource decides: forwards are followed to the end of their chain, and
+// an empty waitable counts as signalled. A wait changes the objects as a wait for one of them does, and only
+// when it succeeds: an event that resets itself is reset, a semaphore's count goes down by one, a mutex is
+// acquired. While threads wait, no waitable among them may be filled or emptied.
 
 #pragma once
 
@@ -14,13 +14,14 @@ constexpr uint32_t OrvMostWaitObjects = 64;
 
 /// Waits until one of `count` waitables is signalled, for at most `timeoutMs` milliseconds; -1 waits for
 /// ever, and any other negative number is read as unsigned. Of several that are signalled the first in the
-/// array is taken, and no other is changed. The same waitable may stand there twice.
+/// array is taken, and no other is changed. The array may contain the same waitable twice.
 ///
-/// Returns 0, and in `index` which one it was; ORV_S_ABANDONED (a success) the same for a mutex whose owner
-/// ended without releasing it; ORV_W_TIMEOUT (a failure) when the time elapsed; ORV_E_INVALID_ARGUMENT for a
-/// null array, a count of 0, and a null waitable or forward; ORV_E_BAD_LENGTH for more than
-/// OrvMostWaitObjects; ORV_E_UNSUPPORTED_TYPE for a waitable that waits by itself; ORV_E_NOT_PROVIDED when a
-/// resource type is unknown; otherwise the converted status. `index` is written on success only.
+/// Returns 0, and `index` receives the index of the waitable; ORV_S_ABANDONED (a success), also with the
+/// index, for a mutex whose owner ended without releasing it; ORV_W_TIMEOUT (a failure) when the time
+/// elapsed; ORV_E_INVALID_ARGUMENT for a null array, a count of 0, and a null waitable or forward;
+/// ORV_E_BAD_LENGTH for more than OrvMostWaitObjects; ORV_E_UNSUPPORTED_TYPE for a waitable that waits by
+/// itself; ORV_E_NOT_PROVIDED when a resource type is unknown; otherwise the converted status. `index` is
+/// written on success only.
 ORV_API OrvResult OrvBasWaitForAny(uint32_t &index, OrvBasWaitable *const *objects, uint32_t count,
                                    int timeoutMs);
 

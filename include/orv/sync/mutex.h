@@ -1,11 +1,11 @@
-// An unnamed kernel mutex: recursive, owned by the thread that acquired it, and given to the next one with a
-// remark when that thread ends without releasing it.
+// An unnamed kernel mutex: recursive, and owned by the thread that acquired it. When that thread ends without
+// releasing it, the next thread acquires it with a remark.
 
 #pragma once
 
 #include "orv/sync/waitable.h"
 
-/// A mutex of this process, unless it is handed on by its handle.
+/// A mutex of this process, unless its handle is passed on.
 class OrvBasMutex : public OrvBasWaitable
 {
 public:
@@ -19,19 +19,19 @@ public:
     /// unchanged.
     ORV_API OrvResult Create(bool initialOwner);
 
-    /// Gives one acquisition up. Returns 0 or the converted status: 0xC0070120 (ERROR_NOT_OWNER) when the
+    /// Releases one acquisition. Returns 0 or the converted status: 0xC0070120 (ERROR_NOT_OWNER) when the
     /// calling thread is not the owner, ORV_E_INVALID_HANDLE when there is no mutex here.
     ORV_API OrvResult Release();
 
-    /// InternalWait. ORV_S_ABANDONED is a success: the mutex was acquired. SO IS A MUTEX THAT WAS NEVER
-    /// CREATED, as every wait on an empty waitable succeeds at once: look at the result of Create, or hold
-    /// the mutex by an OrvBasMutexHolder, which refuses that.
+    /// InternalWait. ORV_S_ABANDONED is a success: the mutex was acquired. ACQUIRING A MUTEX THAT WAS NEVER
+    /// CREATED SUCCEEDS TOO, because every wait on an empty waitable succeeds at once: check the result of
+    /// Create, or hold the mutex by an OrvBasMutexHolder, which refuses such a mutex.
     ORV_API OrvResult Acquire(int timeoutMs);
 
 protected:
-    /// Creates a mutex by its full native name (terminated, null for none), or opens the one of that name,
-    /// and lets it take the place of any resource held. The handle may be waited on, deleted and queried, no
-    /// more. The native security descriptor may be null.
+    /// Creates a mutex by its full native name (terminated, null for none), or opens the one of that name.
+    /// The mutex replaces any resource held. The handle has the rights to wait, to delete and to query, and
+    /// no others. The native security descriptor may be null.
     ///
     /// Returns 0; ORV_S_ALREADY_EXISTS when a mutex of that name existed, and `initialOwner` had no effect;
     /// ORV_E_INVALID_NAME for a name of more than 32,766 characters; otherwise as Create.

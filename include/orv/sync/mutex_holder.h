@@ -6,12 +6,12 @@
 #include "orv/runtime/result.h"
 #include "orv/sync/mutex.h"
 
-/// The mutex must outlive what the holder holds. One thread uses a holder: the one that owns the mutex.
+/// The mutex must exist as long as it is held. Only the thread that owns the mutex uses the holder.
 class OrvBasMutexHolder
 {
 public:
     /// Acquires the mutex, waiting up to `timeoutMs` milliseconds, -1 for ever. When that fails, when the
-    /// mutex is null or when there is none in it, the holder holds nothing.
+    /// mutex is null or when it was not created, the holder holds nothing.
     OrvBasMutexHolder(OrvBasMutex *mutex, int timeoutMs) { Lock(mutex, timeoutMs); }
     OrvBasMutexHolder(const OrvBasMutexHolder &) = delete;
     OrvBasMutexHolder &operator=(const OrvBasMutexHolder &) = delete;
@@ -19,8 +19,8 @@ public:
     /// Release.
     ~OrvBasMutexHolder() { Release(); }
 
-    /// Acquires a mutex as the constructor does, and only then releases the one that was held: even when the
-    /// acquisition failed, and then it holds nothing.
+    /// Acquires a mutex as the constructor does, and only then releases the one that was held before, even
+    /// when the acquisition failed. After a failure the holder holds nothing.
     ///
     /// Returns 0; ORV_S_ABANDONED, a success: the mutex is held, but its owner had ended without releasing
     /// it, so what it guards may be half done; ORV_W_TIMEOUT (a failure); ORV_E_INVALID_ARGUMENT for null;
@@ -39,7 +39,7 @@ public:
         return result;
     }
 
-    /// Releases what is held, if anything.
+    /// Releases the mutex that is held, if any.
     void Release()
     {
         if (mutex_)
@@ -47,13 +47,13 @@ public:
         mutex_ = nullptr;
     }
 
-    /// Holds nothing from now on, without releasing: the mutex is the calling thread's to release.
+    /// Holds nothing from now on, without releasing: the calling thread must release the mutex itself.
     void DetachWithoutReleasing() { mutex_ = nullptr; }
 
     /// Whether a mutex is held.
     bool IsHeld() const { return mutex_ != nullptr; }
 
-    /// What the constructor or the last Lock returned: ORV_S_ABANDONED is worth a look.
+    /// The result of the constructor or of the last Lock: look for ORV_S_ABANDONED.
     OrvResult GetResult() const { return result_; }
 
 private:

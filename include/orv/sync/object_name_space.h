@@ -4,7 +4,7 @@
 
 #include "orv/base.h"
 
-/// Of the classes that take a name. The base directory is "\BaseNamedObjects" in session 0 and
+/// For the classes that take a name. The base directory is "\BaseNamedObjects" in session 0 and
 /// "\Sessions\N\BaseNamedObjects" in any other session N.
 enum OrvBasWinSyncObjectNameSpace : uint32_t {
     OrvBasWinSyncGlobal = 0,  ///< "Global\" in the base directory: shared by all sessions

@@ -1,23 +1,34 @@
 // A recursive lock that one writer or any number of readers hold.
 //
-// Who comes next is settled by these rules, and by nothing else:
+//     OrvBasResource lock; // shared by the threads
+//     OrvResult result = lock.Create();
 //
-//   - A writer's release lets all waiting readers in, together; only when there are none does one waiting
-//     writer get the resource.
-//   - The last reader's release gives the resource to one waiting writer; only when there are none do all
-//     waiting readers get in, together.
-//   - While a writer waits, a new reader waits too. A thread that already has a shared hold is no new reader:
-//     it never waits for another one.
-//   - A reader that waits is let in by a release or a conversion only. When the writer that it waited behind
-//     gives up, it goes on waiting, though readers that come later get in at once.
-//   - Shared never becomes exclusive: such a request is refused at once, since two readers that made it would
-//     wait for each other. Exclusive becomes shared by ConvertExclusiveToShared.
+//     result = lock.AcquireShared(500); // on any thread; waits for half a second at most
+//     if (OrvSucceeded(result)) {
+//         ReadTheTable();
+//         lock.Release();
+//     }
 //
-// So writers that wait and readers that wait take turns. What is given belongs to those who waited before
-// they wake: they never compete for it. Which of several waiting writers is next is up to the kernel's event.
+// OrvBasResourceHolder (orv/sync/resource_holder.h) releases by itself at the end of a scope.
+//
+// These rules alone decide who is next:
+//
+//   - A writer's release admits all waiting readers together. Only when there are none, one waiting writer
+//     gets the resource.
+//   - The last reader's release gives the resource to one waiting writer. Only when there are none, all
+//     waiting readers are admitted together.
+//   - While a writer waits, a new reader waits too. A thread that already has a shared hold is not a new
+//     reader: it gets another one without waiting.
+//   - Only a release or a conversion admits a waiting reader. When the writer that made it wait stops waiting
+//     itself, the reader continues to wait, although later readers are admitted at once.
+//   - A shared hold never becomes exclusive: such a request is refused at once, because two readers that made
+//     it would wait for each other. ConvertExclusiveToShared makes an exclusive hold shared.
+//
+// So waiting writers and waiting readers take turns. The resource is given to waiting threads before they
+// wake: they never compete for it. The kernel's event decides which of several waiting writers is next.
 //
 // Holds belong to threads. A thread may nest them, shared within exclusive too (that counts as another
-// exclusive hold), and must release each. A thread that ends with a hold leaves it taken.
+// exclusive hold), and must release each. If a thread ends with a hold, that hold is never released.
 //
 // All operations may be called by any threads at once, except Create, Destroy and the destructor.
 
@@ -33,7 +44,7 @@
 class OrvBasResource : public OrvHeapObject
 {
 public:
-    /// A resource that is still to be created.
+    /// A resource that is not created yet.
     ORV_API OrvBasResource();
     OrvBasResource(const OrvBasResource &) = delete;
     OrvBasResource &operator=(const OrvBasResource &) = delete;
@@ -41,14 +52,15 @@ public:
     /// Destroy.
     ORV_API virtual ~OrvBasResource();
 
-    /// Creates what the resource consists of: a critical section, an event and a semaphore. It is free then.
+    /// Creates the parts of the resource: a critical section, an event and a semaphore. The resource is then
+    /// free.
     ///
     /// Returns 0 or the converted status, and then nothing was created; ORV_E_ALREADY_EXISTS for a resource
-    /// that was created before, which cannot be used any more and is only fit for Destroy.
+    /// that was created before, which cannot be used any more, only destroyed.
     ORV_API OrvResult Create();
 
     /// Waits up to `timeoutMs` milliseconds, -1 for ever, until the calling thread holds the resource alone.
-    /// A thread that does already is given another hold at once.
+    /// A thread that does so already gets another hold at once.
     ///
     /// Returns 0; ORV_W_TIMEOUT (a failure), and nothing has changed; ORV_E_INVALID_OPERATION at once when
     /// the calling thread has a shared hold; ORV_E_INVALID_STATE when the resource was not created; otherwise
@@ -56,8 +68,8 @@ public:
     ORV_API OrvResult AcquireExclusive(int timeoutMs);
 
     /// Waits up to `timeoutMs` milliseconds, -1 for ever, until the calling thread holds the resource
-    /// together with other readers. A thread that holds it already, in either way, is given another hold of
-    /// that kind at once.
+    /// together with other readers. A thread that holds it already, in either way, gets another hold of that
+    /// kind at once.
     ///
     /// Returns 0; ORV_W_TIMEOUT (a failure), and nothing has changed; ORV_E_OUT_OF_MEMORY when there is no
     /// memory to record the holder in; ORV_E_INVALID_STATE when the resource was not created; otherwise the
@@ -70,14 +82,15 @@ public:
     /// Not provided: always ORV_E_NOT_PROVIDED, and nothing is touched.
     ORV_API OrvResult AcquireSharedWaitForExclusive(int timeoutMs);
 
-    /// Gives back one hold of the calling thread, and with the last one of all holds lets others in.
+    /// Releases one hold of the calling thread. When it is the last hold of all, waiting threads are
+    /// admitted.
     ///
     /// Returns 0; ORV_E_NOT_OWNER when the calling thread has none; ORV_E_INVALID_STATE when the resource was
     /// not created; the converted status when a writer's release could not wake the next writer, which has
-    /// the resource all the same. A reader's release does not tell.
+    /// the resource all the same. If the last reader cannot wake the writer, that failure is not reported.
     ORV_API OrvResult Release();
 
-    /// Turns all exclusive holds of the calling thread into shared ones, and lets waiting readers in.
+    /// Makes all exclusive holds of the calling thread shared, and admits waiting readers.
     ///
     /// Returns 0; ORV_E_NOT_OWNER when the calling thread has no exclusive hold; ORV_E_INVALID_STATE when the
     /// resource was not created.
@@ -96,7 +109,7 @@ public:
     ORV_API uint32_t IsAcquiredShared();
 
     /// Deletes what Create made, and the records of holders. No thread may hold the resource or wait for it:
-    /// its counters stay as they are, and Create after it goes on with them.
+    /// its counters stay as they are, and a later Create continues with them.
     ORV_API void Destroy();
 
     /// Whether it was created, as a whole, and not destroyed.
@@ -126,7 +139,7 @@ private:
     Owner ownerB_ = {}; ///< the first reader
     Owner *ownerTable_ = nullptr;
     uint32_t ownerTableCapacity_ = 0;
-    bool exclusive_ = false; ///< held by a writer, or given to one that has yet to wake
+    bool exclusive_ = false; ///< held by a writer, or given to one that has not woken yet
 };
 
 static_assert(sizeof(OrvBasResource) == 104, "fixed layout");

@@ -5,7 +5,7 @@
 #include "orv/base.h"
 #include "orv/sync/resource.h"
 
-/// The resource must outlive what the holder holds.
+/// The resource must exist as long as it is held.
 class OrvBasResourceHolder
 {
 public:
@@ -18,7 +18,7 @@ public:
     };
 
     /// Acquires the resource, waiting up to `timeoutMs` milliseconds, -1 for ever. When that fails, when the
-    /// type is another than the first two, or when the resource is null, it holds nothing.
+    /// type is not one of the first two, or when the resource is null, the holder holds nothing.
     ORV_API OrvBasResourceHolder(OrvBasResource *resource, LockType type, int timeoutMs);
     OrvBasResourceHolder(const OrvBasResourceHolder &) = delete;
     OrvBasResourceHolder &operator=(const OrvBasResourceHolder &) = delete;
@@ -26,17 +26,17 @@ public:
     /// Release.
     ORV_API ~OrvBasResourceHolder();
 
-    /// Acquires a resource as the constructor does, and only then releases the one that was held: even when
-    /// the acquisition failed, and then it holds nothing.
+    /// Acquires a resource as the constructor does, and only then releases the one that was held before, even
+    /// when the acquisition failed. After a failure the holder holds nothing.
     ///
     /// Returns what the acquisition returned; ORV_E_NOT_PROVIDED for the two types that are not provided;
     /// ORV_E_INVALID_ARGUMENT for any other type and for a null resource.
     ORV_API OrvResult Lock(OrvBasResource *resource, LockType type, int timeoutMs);
 
-    /// Releases what is held, if anything.
+    /// Releases the resource that is held, if any.
     ORV_API void Release();
 
-    /// Holds nothing from now on, without releasing: the hold is the calling thread's to release.
+    /// Holds nothing from now on, without releasing: the calling thread must release its hold itself.
     ORV_API void DetachWithoutReleasing();
 
     /// Whether a resource is held.

@@ -6,7 +6,7 @@
 
 struct _OBJECT_ATTRIBUTES;
 
-/// A semaphore of this process, unless it is handed on by its handle.
+/// A semaphore of this process, unless its handle is passed on.
 class OrvBasSemaphore : public OrvBasWaitable
 {
 public:
@@ -20,18 +20,17 @@ public:
     /// positive. On failure the object is unchanged.
     ORV_API OrvResult Create(int initialCount, int maximumCount);
 
-    /// Adds `count`, which lets as many waits through. Returns 0 or the converted status: 0xC007012A
+    /// Adds `count`, so that as many waits succeed. Returns 0 or the converted status: 0xC007012A
     /// (ERROR_TOO_MANY_POSTS) when the maximum would be exceeded, and then nothing is added;
     /// ORV_E_INVALID_HANDLE when there is no semaphore here.
     ORV_API OrvResult Release(int count);
 
-    /// InternalWait, which succeeds at once for a semaphore that was never created. Any other success takes
-    /// one off the count.
+    /// InternalWait, which succeeds at once for a semaphore that was never created. Any other success
+    /// subtracts one from the count.
     ORV_API OrvResult Wait(int timeoutMs);
 
 protected:
-    /// Creates a semaphore with native attributes, null for none, and lets it take the place of any resource
-    /// held.
+    /// Creates a semaphore with native attributes, null for none. The semaphore replaces any resource held.
     ///
     /// Returns 0; ORV_S_ALREADY_EXISTS when the attributes name a semaphore that existed, which was opened;
     /// otherwise the converted status, and the object is unchanged.

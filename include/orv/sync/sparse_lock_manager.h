@@ -1,4 +1,4 @@
-// Lends kernel events to the sparse locks that are contended, and keeps some idle ones for the next.
+// Lends kernel events to the sparse locks that are contended, and keeps some idle events for later ones.
 //
 // Events exist for contended locks and for the idle ones that the two numbers of Initialize allow: handles
 // and memory grow with contention, not with the number of locks.
@@ -14,7 +14,7 @@ class OrvBasSparseNonrecursiveLock;
 class OrvBasSparseLockManager
 {
 public:
-    /// A manager that is still to be initialized, without events.
+    /// A manager without events, not initialized yet.
     ORV_API OrvBasSparseLockManager();
     OrvBasSparseLockManager(const OrvBasSparseLockManager &) = delete;
     OrvBasSparseLockManager &operator=(const OrvBasSparseLockManager &) = delete;
@@ -22,12 +22,11 @@ public:
     /// Closes the idle events. None of its locks may be contended.
     ORV_API ~OrvBasSparseLockManager();
 
-    /// Makes the manager ready for its locks. An event that comes back is kept while fewer idle ones are
-    /// there than `minimumIdle`, or than `idlePercent` per cent of the events on loan (the one that comes
-    /// back counts as such); otherwise it is closed, and so are idle ones above both limits, the oldest
-    /// first.
+    /// Makes the manager ready for its locks. A returned event is kept while there are fewer idle events than
+    /// `minimumIdle`, or fewer than `idlePercent` per cent of the events on loan (the returned event counts
+    /// as on loan). Otherwise it is closed, and so are idle events above both limits, the oldest first.
     ///
-    /// Returns 0; ORV_E_ALREADY_EXISTS for a manager that is initialized, which goes on as it was; otherwise
+    /// Returns 0; ORV_E_ALREADY_EXISTS for a manager that is initialized, which stays as it was; otherwise
     /// the converted status, and then the manager is not initialized.
     ORV_API OrvResult Initialize(unsigned long minimumIdle, unsigned long idlePercent);
 

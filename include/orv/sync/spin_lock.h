@@ -1,9 +1,10 @@
-// The spin lock: two words that threads of one process share, and the scope guard that takes and gives back.
+// The spin lock: two words that threads of one process share, and the scope guard that acquires and releases
+// them.
 //
-// A thread that finds the lock taken sleeps and tries again; it never spins. So the lock suits work that is
-// over in a few instructions and is seldom contended: then taking and giving back are one locked instruction
-// each, there is nothing to create, and a constant-initialised lock is ready before any code has run. It is
-// not recursive, and a thread that ends while it holds the lock leaves it taken.
+// A thread that finds the lock held sleeps and tries again; it never spins. So the lock suits work that takes
+// only a few instructions and is seldom contended: then acquire and release are one locked instruction each,
+// there is nothing to create, and a constant-initialised lock is ready before any code has run. It is not
+// recursive. If a thread ends while it holds the lock, the lock is never released.
 
 #pragma once
 
@@ -11,14 +12,14 @@
 #include "orv/runtime/result.h"
 #include "orv/sync/interlocked.h"
 
-/// The lock itself. All zeros is a free lock whose waiters yield the processor.
+/// The lock itself. When its bytes are all zeros, it is free and its waiters yield the processor.
 struct OrvSpinLock {
     volatile long locked; ///< 0 free, 1 held; changed only by the locker
 
     /// How long a waiter sleeps between attempts, in milliseconds; the owner of the structure sets it. 0 only
     /// yields the processor, which does not help a holder of a lower priority. With 0xFFFFFFFF the system's
-    /// sleep is given no interval at all. What becomes of that is the system's affair: where it refuses the
-    /// call at once, as Windows does, waiters spin; where it sleeps for ever, a waiter never wakes.
+    /// sleep is given no interval at all. The result depends on the system: where it refuses the call at
+    /// once, as Windows does, waiters spin; where it sleeps for ever, a waiter never wakes.
     uint32_t sleepMs;
 };
 
@@ -31,7 +32,7 @@ public:
     /// Holds nothing.
     ORV_API OrvSpinLockLocker() : spinLock_(nullptr), held_(false) {}
 
-    /// Takes the lock when it is not null and `acquire` is true; holds nothing otherwise.
+    /// Acquires the lock when it is not null and `acquire` is true; holds nothing otherwise.
     ORV_API ORV_ALWAYS_INLINE OrvSpinLockLocker(OrvSpinLock *spinLock, bool acquire)
         : spinLock_(nullptr), held_(false)
     {
@@ -44,8 +45,8 @@ public:
 
     ORV_API ORV_ALWAYS_INLINE ~OrvSpinLockLocker() { Release(); }
 
-    /// Takes the lock, waiting as long as that needs, and only then gives back the one that was held: the
-    /// same lock twice waits for ever. The lock must not be null.
+    /// Acquires the lock, waiting as long as necessary, and only then releases the one that was held:
+    /// acquiring the same lock twice waits for ever. The lock must not be null.
     ///
     /// Always returns 0.
     ORV_API ORV_ALWAYS_INLINE OrvResult Lock(OrvSpinLock *spinLock)
@@ -58,7 +59,7 @@ public:
         return ORV_S_OK;
     }
 
-    /// Gives back the lock that is held, if any.
+    /// Releases the lock that is held, if any.
     ORV_API ORV_ALWAYS_INLINE void Release()
     {
         if (held_ && spinLock_)

@@ -4,27 +4,27 @@
 
 #include "orv/base.h"
 
-/// Who shares the object.
+/// By whom the object is shared.
 enum OrvBasSyncObjectNameSpace : uint32_t {
     OrvBasSyncGlobal = 0,  ///< shared by all sessions
-    OrvBasSyncSession = 1, ///< the caller's session; as a name's place any other value means the same
+    OrvBasSyncSession = 1, ///< the caller's session; for a name, any other value means the same
     OrvBasSyncProcess = 2, ///< for shared memory: the process itself, where no name is needed
 };
 
-/// An object id and where its name stands. The name is made when it is asked for.
+/// An object id and the place of its name. The name is made when it is requested.
 class OrvBasSyncNamed
 {
 public:
     /// The directory of the name.
     enum NamedObjectRoot : uint32_t {
-        SessionRoot = 0, ///< "\Sessions\N\BaseNamedObjects", N the caller's session, be it 0
+        SessionRoot = 0, ///< "\Sessions\N\BaseNamedObjects", N the caller's session, even 0
         BaseRoot = 1,    ///< "\BaseNamedObjects"; any other value means the same
     };
 
     /// Id 0 means that the object has no name.
     ORV_API OrvBasSyncNamed(unsigned long objectId, OrvBasSyncObjectNameSpace nameSpace);
 
-    /// Another id, and another place.
+    /// Sets another id and another place.
     ORV_API void SetObjectId(unsigned long objectId, OrvBasSyncObjectNameSpace nameSpace);
 
     /// Whether the id is not 0.
@@ -33,7 +33,7 @@ public:
     /// Makes the native name: the root, "Global\" in the global name space, "ORVSYNC_" and the id in
     /// hexadecimal, in lower case without leading zeros.
     ///
-    /// Returns the terminated name, which stands in this object until the next call; null when there is none.
+    /// Returns the terminated name, which this object keeps until the next call; null when there is no name.
     ORV_API const wchar_t *GetConstructedWinObjectName(NamedObjectRoot root);
 
 private:

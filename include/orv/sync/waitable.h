@@ -2,8 +2,8 @@
 //
 // A waitable holds at most one resource: a native handle, which it owns, or a forward to another waitable or
 // an object that waits by itself, which it does not own. It starts empty, is filled by a creation or an
-// attachment, and is emptied by Destroy, by DetachResource or by its destructor. What installs a new resource
-// first lets go of the old one through the virtual Destroy, so a derived class decides what that means.
+// attachment, and is emptied by Destroy, by DetachResource or by its destructor. Operations that install a
+// new resource first release the old one by the virtual Destroy, so a derived class decides what that means.
 //
 // A waitable has no lock of its own. Waiting and signalling only read it and may be done by any number of
 // threads at once; filling and emptying it must not race with them.
@@ -32,7 +32,7 @@ protected:
     ~OrvBasSelfWaiting() = default;
 };
 
-/// What can be waited on, whatever that is.
+/// An object that can be waited on.
 class OrvBasWaitable : public OrvHeapObject
 {
 public:
@@ -41,11 +41,11 @@ public:
     OrvBasWaitable(const OrvBasWaitable &) = delete;
     OrvBasWaitable &operator=(const OrvBasWaitable &) = delete;
 
-    /// Lets go of the resource: FreeResource, unless a derived class does more. Its slot in the virtual table
-    /// is the first, the destructor's the second.
+    /// Releases the resource: calls FreeResource, unless a derived class does more. Its slot in the virtual
+    /// table is the first, the destructor's the second.
     ORV_API virtual OrvResult Destroy();
 
-    /// FreeResource, whose result is lost.
+    /// Calls FreeResource and ignores its result.
     ORV_API virtual ~OrvBasWaitable();
 
     /// Closes an owned handle, forgets any other resource, and leaves the waitable empty.
@@ -66,13 +66,13 @@ public:
     /// Returns 0 when the resource was signalled, and at once when there is none; ORV_S_ABANDONED when a
     /// mutex was acquired whose owner ended without releasing it; ORV_W_TIMEOUT (a failure) when the time
     /// elapsed; ORV_E_INVALID_ARGUMENT when a forward or self-waiting object is null; ORV_E_NOT_PROVIDED when
-    /// the resource type is unknown; what a self-waiting object answers; otherwise the converted status.
+    /// the resource type is unknown; the result of a self-waiting object; otherwise the converted status.
     ORV_API OrvResult InternalWait(int timeoutMs);
 
-    /// Calls Destroy and takes the handle over.
+    /// Calls Destroy and takes ownership of the handle.
     ORV_API void AttachHandle(void *handle);
 
-    /// Calls Destroy and forwards to `other` from now on, which must outlive its use here.
+    /// Calls Destroy; from now on forwards to `other`, which must outlive its use here.
     ORV_API void AttachForward(OrvBasWaitable *other);
 
     /// Empties the waitable and releases nothing: a handle now belongs to the caller.
@@ -88,7 +88,7 @@ public:
     ORV_API void *GetHandle() const;
 
 protected:
-    /// Calls Destroy and waits through `object` from now on, which must outlive its use here.
+    /// Calls Destroy; from now on waits by `object`, which must outlive its use here.
     ORV_API void AttachSelfWaiting(OrvBasSelfWaiting *object);
 
     int32_t manualReset_ = 1; ///< of an event: 0 when it resets itself. Nothing here reads it.

@@ -19,7 +19,7 @@ enum OrvWinEventRights : uint32_t {
     OrvWinEventAllAccess = 0x1F0003,
 };
 
-/// The rights of both.
+/// Both sets of rights together.
 ORV_COMBINABLE_FLAGS(OrvWinEventRights)
 
 /// An event with a name.
@@ -29,12 +29,12 @@ public:
     ORV_API OrvBasWinEvent();
     ORV_API ~OrvBasWinEvent() override;
 
-    /// Creates the event, or opens the one of that name, and lets it take the place of any resource held.
-    /// Letter case matters, where the system lets it. Null or an empty name makes an unnamed event, for which
-    /// the name space and the descriptor are not looked at. The descriptor may be null.
+    /// Creates the event, or opens the one of that name. The event replaces any resource held. Letter case
+    /// matters, where the system allows it. Null or an empty name makes an unnamed event, for which the name
+    /// space and the descriptor are not used. The descriptor may be null.
     ///
     /// Returns 0; ORV_S_ALREADY_EXISTS when an event of that name was opened: it keeps its own type and
-    /// state, while this object believes `resetType`; ORV_E_INVALID_ARGUMENT for a name space outside its
+    /// state, while this object assumes `resetType`; ORV_E_INVALID_ARGUMENT for a name space outside its
     /// enumeration; ORV_E_INVALID_NAME when the full name has more than 32,766 characters;
     /// ORV_E_OUT_OF_MEMORY; otherwise the converted status: ORV_E_PATH_NOT_FOUND when the directory does not
     /// exist, ORV_E_INVALID_HANDLE when the name belongs to an object of another type. On failure the object
@@ -43,12 +43,13 @@ public:
                              OrvBasWinSyncObjectNameSpace nameSpace,
                              OrvWinSecurityDescriptor *securityDescriptor);
 
-    /// Opens the event of that name, in any letter case, with these rights, and lets it take the place of any
-    /// resource held. The rights must include OrvWinEventQueryState, because the event is asked for its type.
+    /// Opens the event of that name, in any letter case, with these rights. The event replaces any resource
+    /// held. The rights must include OrvWinEventQueryState, because the operation queries the type of the
+    /// event.
     ///
     /// Returns 0 or a failure as Create does: ORV_E_FILE_NOT_FOUND when there is no such event,
-    /// ORV_E_ACCESS_DENIED when the rights are refused or do not include the one to ask. Null or an empty
-    /// name opens nothing.
+    /// ORV_E_ACCESS_DENIED when the rights are refused or do not include that right. Null or an empty name
+    /// opens nothing.
     ORV_API OrvResult Open(const wchar_t *name, OrvBasWinSyncObjectNameSpace nameSpace,
                            OrvWinEventRights rights);
 };

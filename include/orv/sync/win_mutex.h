@@ -18,7 +18,7 @@ enum OrvWinMutexRights : uint32_t {
     OrvWinMutexAllAccess = 0x1F0001,
 };
 
-/// The rights of both.
+/// Both sets of rights together.
 ORV_COMBINABLE_FLAGS(OrvWinMutexRights)
 
 /// A mutex with a name.
@@ -28,9 +28,9 @@ public:
     ORV_API OrvBasWinMutex();
     ORV_API ~OrvBasWinMutex() override;
 
-    /// Creates the mutex, or opens the one of that name, and lets it take the place of any resource held.
-    /// Letter case matters, where the system lets it. Null or an empty name makes an unnamed mutex, for which
-    /// the name space is not looked at. The descriptor may be null.
+    /// Creates the mutex, or opens the one of that name. The mutex replaces any resource held. Letter case
+    /// matters, where the system allows it. Null or an empty name makes an unnamed mutex, for which the name
+    /// space is not used. The descriptor may be null.
     ///
     /// Returns 0; ORV_S_ALREADY_EXISTS when a mutex of that name was opened, which `initialOwner` does not
     /// acquire; ORV_E_INVALID_ARGUMENT for a name space outside its enumeration; ORV_E_INVALID_NAME when the
@@ -41,8 +41,8 @@ public:
     ORV_API OrvResult Create(bool initialOwner, const wchar_t *name, OrvBasWinSyncObjectNameSpace nameSpace,
                              OrvWinSecurityDescriptor *securityDescriptor);
 
-    /// Opens the mutex of that name, in any letter case, with these rights, and lets it take the place of any
-    /// resource held.
+    /// Opens the mutex of that name, in any letter case, with these rights. The mutex replaces any resource
+    /// held.
     ///
     /// Returns 0 or a failure as Create does: ORV_E_FILE_NOT_FOUND when there is no such mutex,
     /// ORV_E_ACCESS_DENIED when the rights are refused. Null or an empty name opens nothing.

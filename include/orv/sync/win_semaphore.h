@@ -19,7 +19,7 @@ enum OrvWinSemaphoreRights : uint32_t {
     OrvWinSemaphoreAllAccess = 0x1F0003,
 };
 
-/// The rights of both.
+/// Both sets of rights together.
 ORV_COMBINABLE_FLAGS(OrvWinSemaphoreRights)
 
 /// A semaphore with a name.
@@ -29,9 +29,9 @@ public:
     ORV_API OrvBasWinSemaphore();
     ORV_API ~OrvBasWinSemaphore() override;
 
-    /// Creates the semaphore, or opens the one of that name, and lets it take the place of any resource held.
-    /// Letter case matters, where the system lets it. Null or an empty name makes an unnamed semaphore, for
-    /// which the name space and the descriptor are not looked at. The descriptor may be null.
+    /// Creates the semaphore, or opens the one of that name. The semaphore replaces any resource held. Letter
+    /// case matters, where the system allows it. Null or an empty name makes an unnamed semaphore, for which
+    /// the name space and the descriptor are not used. The descriptor may be null.
     ///
     /// Returns 0; ORV_S_ALREADY_EXISTS when a semaphore of that name was opened, which keeps its counts;
     /// ORV_E_INVALID_ARGUMENT for a name space outside its enumeration, or counts that
@@ -43,8 +43,8 @@ public:
                              OrvBasWinSyncObjectNameSpace nameSpace,
                              OrvWinSecurityDescriptor *securityDescriptor);
 
-    /// Opens the semaphore of that name, in any letter case, with these rights, and lets it take the place of
-    /// any resource held.
+    /// Opens the semaphore of that name, in any letter case, with these rights. The semaphore replaces any
+    /// resource held.
     ///
     /// Returns 0 or a failure as Create does: ORV_E_FILE_NOT_FOUND when there is no such semaphore,
     /// ORV_E_ACCESS_DENIED when the rights are refused. Null or an empty name opens nothing.

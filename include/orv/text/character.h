@@ -1,8 +1,8 @@
 // Character classes and the case of single characters.
 //
-// The rules named below are exact and deliberately uneven: some know ASCII only, some ask the platform's
-// default-locale classification, and the library adds no tables of its own. The classes that need no platform
-// function are inline; the library exports them all the same.
+// The rules named below are exact and deliberately uneven: some know only ASCII, some use the platform's
+// classification for its default locale, and the library adds no tables of its own. The classes that need no
+// platform function are inline; the library also exports them.
 
 #pragma once
 
@@ -39,11 +39,11 @@ ORV_API inline bool OrvIsUpper(wchar_t character)
     return character >= L'A' && character <= L'Z';
 }
 
-/// From 32 on, whatever is neither white space nor an ASCII letter nor a decimal digit: 127 and every letter
-/// outside ASCII too.
+/// Characters from 32 on that are neither white space nor ASCII letters nor decimal digits; 127 and every
+/// letter outside ASCII too.
 ORV_API bool OrvIsPunctuation(wchar_t character);
 
-/// From 32 on: the space too.
+/// Characters from 32 on, the space included.
 ORV_API inline bool OrvIsSymbol(wchar_t character)
 {
     return character >= 32;

@@ -1,16 +1,16 @@
 // Growable strings on the process heap.
 //
-// A buffer is a descriptor and nothing else, so GetInternal hands the very thing to operations that take a
-// descriptor. A new buffer is all zeros and owns no array. Whenever there is an array, it has a terminator
-// behind the last character, and the length is below the capacity.
+// A buffer is a descriptor and nothing else, so GetInternal gives the buffer itself to operations that take a
+// descriptor. A new buffer is all zeros and owns no array. An array always has a terminator after the last
+// character, and the length is below the capacity.
 //
 // Growth is exact: an array is made as large as the operation needs, and it never shrinks before it is freed.
-// Whoever builds a long text piece by piece reserves first.
+// Reserve first when building a long text piece by piece.
 //
 // Lengths, counts, positions and capacities are in characters; OrvTerminated as a count means that the text
-// is terminated and is to be counted. A text to assign or append may be the buffer's own, or a part of it. An
-// operation that fails leaves the array, the length and the capacity as they were. A buffer is not locked:
-// one thread at a time may change it.
+// is terminated and is counted up to its terminator. A text to assign or append may be the buffer's own, or a
+// part of it. An operation that fails leaves the array, the length and the capacity as they were. A buffer is
+// not locked: one thread at a time may change it.
 
 #pragma once
 
@@ -36,11 +36,11 @@ public:
             Clear();
     }
 
-    /// Sets the length. Characters up to the smaller of both lengths stay, further ones hold anything, and a
-    /// terminator stands behind the last. An array that has to be replaced gets one spare character.
+    /// Sets the length. Characters up to the smaller of both lengths stay, new ones have any value, and a
+    /// terminator follows the last. An array that has to be replaced gets one spare character.
     ///
-    /// With OrvTerminated the length is taken from the array, which the caller has written to: up to its
-    /// terminator. ORV_E_INVALID_DATA: there is none within the capacity.
+    /// With OrvTerminated the length is counted in the array, which the caller has written to, up to its
+    /// terminator. ORV_E_INVALID_DATA: there is no terminator within the capacity.
     ///
     /// ORV_E_OUT_OF_MEMORY: the heap refuses, or the length is more than 32 bits can count with its
     /// terminator.
@@ -57,7 +57,7 @@ public:
     /// What the array can hold, terminator included.
     uint32_t GetCapacity() const { return text_.capacity; }
 
-    /// Whether the text has no characters; there may be an array all the same.
+    /// Whether the text has no characters; the buffer may still own an array.
     bool IsEmpty() const { return text_.length == 0; }
 
     /// The terminated text; never null.
@@ -99,7 +99,7 @@ public:
     ORV_API OrvResult Assign(const OrvCharHeapBuffer &other);
     ORV_API OrvResult Assign(T character);
 
-    /// Puts the characters behind the text. An array that has to be replaced gets one spare character.
+    /// Appends the characters to the text. An array that has to be replaced gets one spare character.
     ///
     /// ORV_E_OUT_OF_MEMORY: as Resize.
     ORV_API OrvResult Append(const T *characters, uint32_t count = OrvTerminated);
@@ -107,9 +107,9 @@ public:
     ORV_API OrvResult Append(const OrvCharHeapBuffer &other);
     ORV_API OrvResult Append(T character);
 
-    /// Takes `count` characters out at `position`; OrvTerminated: all from there on. Neither is checked: the
-    /// caller knows that the text reaches that far. Always 0 then, except ORV_E_OUT_OF_MEMORY when nothing is
-    /// to be erased from an array that is full to its last character.
+    /// Removes `count` characters at `position`; OrvTerminated removes all from there on. Neither is checked:
+    /// the text must reach that far. Always 0 then, except ORV_E_OUT_OF_MEMORY when nothing is to be erased
+    /// from an array that is full to its last character.
     ORV_API OrvResult Erase(uint32_t position, uint32_t count);
 
 private:

@@ -8,7 +8,7 @@
 #include "orv/text/interfaces.h"
 #include "orv/text/string_ref.h"
 
-/// How the digits above 9 are written. All are read.
+/// How the digits above 9 are written. Reading accepts both.
 enum OrvHexCase : uint32_t {
     OrvHexLowerCase = 0, ///< a to f
     OrvHexUpperCase = 1, ///< A to F
@@ -19,16 +19,17 @@ enum OrvHexCase : uint32_t {
 /// Returns 0; ORV_E_INVALID_ARGUMENT when there are bytes but `bytes` is null, and for a case outside its
 /// enumeration; ORV_E_BAD_LENGTH for more than 0x7FFFFFFE bytes; ORV_E_BUFFER_TOO_SMALL when the capacity is
 /// not more than twice the count, or there is no array: `requiredSize`, which may be null, receives the
-/// capacity that would do. On failure the descriptor and its array are as they were.
+/// capacity required. On failure the descriptor and its array are as they were.
 ORV_API OrvResult OrvConvertBytes2HexString(_ORV_UTF16CHAR_STR &target, const void *bytes, uint32_t count,
                                             OrvHexCase letters = OrvHexLowerCase,
                                             uint32_t *requiredSize = nullptr);
 
-/// The same in place of the buffer's text. ORV_E_OUT_OF_MEMORY: the text is as it was.
+/// Replaces the buffer's text by the same digits. ORV_E_OUT_OF_MEMORY: the text is as it was.
 ORV_API OrvResult OrvConvertBytes2HexString(OrvUtf16CharHeapBuffer &target, const void *bytes, uint32_t count,
                                             OrvHexCase letters = OrvHexLowerCase);
 
-/// The same in place of the text of the reference's owner, which is resized once; its failure is returned.
+/// Replaces the text of the reference's owner by the same digits. The owner is resized once; its failure is
+/// returned.
 ORV_API OrvResult OrvConvertBytes2HexString(const OrvMutableStringRefBase2<wchar_t> &target,
                                             const void *bytes, uint32_t count,
                                             OrvHexCase letters = OrvHexLowerCase);
@@ -36,13 +37,13 @@ ORV_API OrvResult OrvConvertBytes2HexString(const OrvMutableStringRefBase2<wchar
 /// Reads bytes from `count` digits of either case, and nothing else: no prefix, no space. OrvTerminated: the
 /// text is terminated. `size`, which may be null, receives the number of bytes.
 ///
-/// Returns 0; ORV_E_INVALID_DATA for an odd number of characters and for one that is no digit, however small
-/// the target; ORV_E_BUFFER_TOO_SMALL when the capacity is below half the count, or `target` is null: `size`
-/// then receives the capacity that would do. On failure nothing is written to the target.
+/// Returns 0; ORV_E_INVALID_DATA for an odd number of characters and for a character that is not a digit,
+/// however small the target; ORV_E_BUFFER_TOO_SMALL when the capacity is below half the count, or `target` is
+/// null: `size` then receives the capacity required. On failure nothing is written to the target.
 ORV_API OrvResult OrvConvertHexString2Bytes(void *target, uint32_t capacity, const wchar_t *text,
                                             uint32_t *size = nullptr, uint32_t count = OrvTerminated);
 
-/// The same in place of the buffer's bytes. Returns 0; ORV_E_INVALID_DATA as above; the buffer's failure. On
-/// failure the bytes are as they were.
+/// Replaces the buffer's bytes by those that the digits give. Returns 0; ORV_E_INVALID_DATA as above; the
+/// buffer's failure. On failure the bytes are as they were.
 ORV_API OrvResult OrvConvertHexString2Bytes(IOrvBuffer<unsigned char> &target, const wchar_t *text,
                                             uint32_t count = OrvTerminated);

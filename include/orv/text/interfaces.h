@@ -1,5 +1,5 @@
-// Abstract sinks and containers that operations take by reference, so that a caller's own types can be
-// filled. The slots stand in the order given; none of them has a virtual destructor, because nothing is ever
+// Abstract sinks and containers that operations take by reference, so that operations can fill a caller's own
+// types. Their virtual functions have the order given. None has a virtual destructor, because nothing is ever
 // deleted through one.
 
 #pragma once
@@ -12,7 +12,7 @@ class OrvBasAppendable
 {
 public:
     /// Takes the characters from `first` up to, not including, `last`. A failure ends the operation that
-    /// writes, and is what that returns.
+    /// writes and becomes its result.
     virtual OrvResult Append(const T *first, const T *last) = 0;
 
 protected:
@@ -40,7 +40,7 @@ template <typename T>
 class IOrvBuffer
 {
 public:
-    /// Keeps the elements up to the smaller of both sizes; new ones hold anything.
+    /// Keeps the elements up to the smaller of both sizes; new ones have any value.
     virtual OrvResult Resize(uint32_t size) = 0;
 
     /// The elements and their number.
@@ -56,7 +56,7 @@ template <typename T>
 class IOrvBackInserter
 {
 public:
-    /// A failure ends the operation that inserts, and is what that returns.
+    /// A failure ends the operation that inserts and becomes its result.
     virtual OrvResult Insert(const T &item) = 0;
 
 protected:
@@ -68,7 +68,7 @@ template <typename T>
 class IOrvEnumerator
 {
 public:
-    /// Stores the next item and sets `found`; clears `found`, and stores nothing, behind the last one.
+    /// Stores the next item and sets `found`; after the last item, clears `found` and stores nothing.
     virtual OrvResult Next(T &item, bool &found) = 0;
 
 protected:

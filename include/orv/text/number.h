@@ -2,18 +2,18 @@
 // UTF-16.
 //
 // A radix is 2 to 36; digits above 9 are letters, read in either case and written in lower case. The
-// operations for sizes and file sizes are plain aliases that say what a caller means: they know no units.
+// operations for sizes and file sizes are plain aliases that show what a caller means: they know no units.
 
 #pragma once
 
 #include "orv/base.h"
 
-/// Writes a number's digits, behind a minus sign when it is below zero, and a terminator. `written`, when
-/// given, receives the number of characters before the terminator.
+/// Writes a number's digits and a terminator, with a minus sign in front when the number is below zero.
+/// `written`, when given, receives the number of characters before the terminator.
 ///
-/// Returns 0; ORV_E_BUFFER_TOO_SMALL when there is no room for all digits and the terminator: the first
-/// `capacity` characters then stand in the target, unterminated; ORV_E_INVALID_ARGUMENT for a null target or
-/// another radix, and nothing is written.
+/// Returns 0; ORV_E_BUFFER_TOO_SMALL when there is no room for all digits and the terminator: the target then
+/// holds the first `capacity` characters, unterminated; ORV_E_INVALID_ARGUMENT for a null target or another
+/// radix, and nothing is written.
 ORV_API OrvResult OrvConvertNumber2String(char *target, uint32_t capacity, signed char value, int radix,
                                           unsigned int *written = nullptr);
 ORV_API OrvResult OrvConvertNumber2String(char *target, uint32_t capacity, unsigned char value, int radix,
@@ -60,20 +60,19 @@ ORV_API OrvResult OrvConvertFileSize2String(wchar_t *target, uint32_t capacity, 
                                             unsigned int *written = nullptr);
 
 /// Reads a number at the start of a text of `length` characters (OrvTerminated: counted up to its
-/// terminator): an optional minus sign, then digits. Blanks and a plus sign are no part of a number. A null
+/// terminator): an optional minus sign, then digits. Blanks and a plus sign are not part of a number. A null
 /// text is empty.
 ///
-/// Radix 0 reads hexadecimal behind "0x" or "0X" when something follows it, and decimal otherwise; radix 16
-/// skips such a prefix. Hexadecimal text may spell any bit pattern of a signed type: FFFFFFFF is -1 as an
-/// int.
+/// Radix 0 reads hexadecimal after "0x" or "0X", if something follows that, and decimal otherwise; radix 16
+/// skips such a prefix. Hexadecimal text may give any bit pattern of a signed type: FFFFFFFF is -1 as an int.
 ///
-/// Reading stops at the first character that is no digit of the radix, and before a digit that would take the
-/// value out of the type's range; a negative number is out of an unsigned type's range. `value` receives what
-/// was read up to there, 0 for an empty text. `end`, when given, receives null when the whole text was read,
-/// otherwise the character where reading stopped.
+/// Reading stops at the first character that is not a digit of the radix, and before a digit that would take
+/// the value out of the type's range; a negative number is out of an unsigned type's range. `value` receives
+/// the number read up to there, 0 for an empty text. `end`, when given, receives null when the whole text was
+/// read, otherwise the character where reading stopped.
 ///
-/// Returns 0; ORV_E_INVALID_ARGUMENT when reading stopped early and `end` was given (without it, what follows
-/// the number is accepted in silence); ORV_E_INVALID_ARGUMENT for another radix, and `value` is not written.
+/// Returns 0; ORV_E_INVALID_ARGUMENT when reading stopped early and `end` was given (without it, any text
+/// after the number is accepted); ORV_E_INVALID_ARGUMENT for another radix, and `value` is not written.
 ORV_API OrvResult OrvConvertString2Number(signed char &value, const char *text, uint32_t length, int radix,
                                           const char **end = nullptr);
 ORV_API OrvResult OrvConvertString2Number(unsigned char &value, const char *text, uint32_t length, int radix,
@@ -126,17 +125,17 @@ ORV_API OrvResult OrvConvertDouble2String(char *target, uint32_t capacity, doubl
 ORV_API OrvResult OrvConvertDouble2String(wchar_t *target, uint32_t capacity, double value, int digits,
                                           unsigned int *written = nullptr);
 
-/// What text a double may have.
+/// The text forms of a double.
 enum OrvString2DoubleMode : uint32_t {
     OrvString2DoubleDecimal =
         0, ///< [sign] digits [. digits] [e [sign] digits], with a digit on either side of the point
 };
 
 /// Reads a double: the one nearest to the text, half to even, however many digits it has. Too large a number
-/// gives infinity, too small a one zero. An exponent without digits is no part of the number.
+/// gives infinity, too small a one zero. An exponent without digits is not part of the number.
 ///
-/// `value` and `end` as for OrvConvertString2Number; a text that does not start with a number stops at its
-/// start.
+/// `value` and `end` as for OrvConvertString2Number; when a text does not start with a number, reading stops
+/// at its start.
 ///
 /// Returns 0; ORV_E_INVALID_ARGUMENT when reading stopped early and `end` was given; ORV_E_INVALID_ARGUMENT
 /// for another mode, and `value` is not written.
@@ -147,7 +146,7 @@ ORV_API OrvResult OrvConvertString2Double(double &value, const wchar_t *text, ui
                                           const wchar_t **end = nullptr,
                                           OrvString2DoubleMode mode = OrvString2DoubleDecimal);
 
-/// Splits a double: the integral part, cut towards zero, through the reference, the fraction as the result;
-/// both have the sign of the value. An infinity has a fraction of 0, and a NaN gives a NaN for both (C's
-/// modf).
+/// Splits a double: the integral part, cut towards zero, is stored through the reference, the fraction is
+/// returned; both have the sign of the value. An infinity has a fraction of 0, and a NaN gives a NaN for both
+/// (C's modf).
 ORV_API double OrvModf(double value, double &integral);

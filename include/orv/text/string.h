@@ -1,16 +1,16 @@
 // Primitives over character arrays of the caller: measure, copy, append, compare, find, trim, change case.
 //
-// What holds for all of them:
+// For all of them:
 // - Lengths, counts and capacities are in characters of the type's own width: bytes, or UTF-16 code units.
-//   The text may stand at any address.
+//   The text may have any address.
 // - OrvTerminated as a count means that the text is terminated and is counted up to its terminator. Any other
-//   count is exact, and terminators inside are characters like others. A null text is empty, whatever its
+//   count is exact, and terminators inside it are ordinary characters. A null text is empty, whatever its
 //   count.
 // - A capacity counts the terminator. A result that does not fit together with its terminator is never cut:
 //   functions that write to an array leave an empty string in it, functions that write to a descriptor leave
 //   the descriptor and its characters as they were. A capacity of 0, or a null array, is refused with
-//   ORV_E_INVALID_ARGUMENT before anything is written; only copying and appending to a descriptor of
-//   capacity 0 answers ORV_E_BUFFER_TOO_SMALL, so that the required size can be asked for.
+//   ORV_E_INVALID_ARGUMENT before anything is written; only copying and appending to a descriptor of capacity
+//   0 returns ORV_E_BUFFER_TOO_SMALL, so that a caller can query the required size.
 
 #pragma once
 
@@ -24,7 +24,7 @@
 ORV_API uint32_t OrvGetStringSizeInElements(const char *text);
 ORV_API uint32_t OrvGetStringSizeInElements(const wchar_t *text);
 
-/// Characters up to the terminator, but at most `limit`; a terminator behind the limit need not exist.
+/// Characters up to the terminator, but at most `limit`; there need not be a terminator after the limit.
 ORV_API uint32_t OrvGetStringSizeInElements(const char *text, uint32_t limit);
 ORV_API uint32_t OrvGetStringSizeInElements(const wchar_t *text, uint32_t limit);
 
@@ -47,7 +47,7 @@ ORV_API OrvResult OrvCopyString(_ORV_UTF16CHAR_STR &destination, const wchar_t *
                                 uint32_t count = OrvTerminated, uint32_t *requiredSize = nullptr);
 
 /// Copies `count` characters that start at position `start` of the source. The start is not checked: the
-/// caller knows that `start + count` characters can be read.
+/// source must have at least `start + count` characters.
 ///
 /// ORV_E_INVALID_ARGUMENT: capacity 0, or a count that is greater than the source's length, as OrvTerminated
 /// always is. Otherwise as OrvCopyString.
@@ -56,14 +56,14 @@ ORV_API OrvResult OrvCopySubString(char *destination, uint32_t capacity, const c
 ORV_API OrvResult OrvCopySubString(wchar_t *destination, uint32_t capacity, const wchar_t *source,
                                    uint32_t start, uint32_t count, uint32_t sourceLength = OrvTerminated);
 
-/// The same into a descriptor. Whether `count` characters fit is looked at first, and is answered as by
+/// The same into a descriptor. Whether `count` characters fit is tested first, with the results of
 /// OrvCopyString.
 ORV_API OrvResult OrvCopySubString(_ORV_UTF16CHAR_STR &destination, const wchar_t *source, uint32_t start,
                                    uint32_t count, uint32_t sourceLength = OrvTerminated,
                                    uint32_t *requiredSize = nullptr);
 
-/// Puts `count` characters of the source behind the text that the array holds. With a `length` its value is
-/// taken as that text's length and becomes the new one; without, the array is searched for its terminator.
+/// Appends `count` characters of the source to the text in the array. `length`, when given, is the length of
+/// that text and receives the new length; otherwise the array is searched for its terminator.
 ///
 /// ORV_E_INVALID_ARGUMENT: capacity 0. ORV_E_NOT_TERMINATED: no terminator within the capacity, or a length
 /// that is not below it. ORV_E_BUFFER_TOO_SMALL: the result does not fit. In every case the array is as it
@@ -84,14 +84,14 @@ ORV_API OrvResult OrvAppendString(_ORV_UTF16CHAR_STR &destination, const wchar_t
 // begins with the other, the shorter one comes first.
 
 /// By the unsigned bytes as they lie in memory. For UTF-16 text that is not the order of the code units,
-/// because the low byte comes first: U+0100 sorts before U+00FF. It serves equality, and sorting that need
-/// only be stable.
+/// because the low byte comes first: U+0100 sorts before U+00FF. This order serves for tests of equality, and
+/// for sorting where any fixed order will do.
 ORV_API int OrvCompareString(const char *a, const char *b, uint32_t lengthA = OrvTerminated,
                              uint32_t lengthB = OrvTerminated);
 ORV_API int OrvCompareString(const wchar_t *a, const wchar_t *b, uint32_t lengthA = OrvTerminated,
                              uint32_t lengthB = OrvTerminated);
 
-/// The same on at most `n` characters of each. Nothing behind them is read.
+/// The same on at most `n` characters of each. Nothing after them is read.
 ORV_API int OrvCompareSubString(const char *a, const char *b, uint32_t n, uint32_t lengthA = OrvTerminated,
                                 uint32_t lengthB = OrvTerminated);
 ORV_API int OrvCompareSubString(const wchar_t *a, const wchar_t *b, uint32_t n,
@@ -108,14 +108,14 @@ ORV_API int OrvCompareSubStringNoCase(OrvCodePage codePage, const wchar_t *a, co
 
 // Find. Each gives a pointer into the text, or null when there is no match.
 
-/// The first place where the character stands. The terminator is not part of the text and is never found.
+/// The first place of the character. The terminator is not part of the text and is never found.
 ORV_API const char *OrvFindElement(const char *text, char character, uint32_t length = OrvTerminated);
 ORV_API const wchar_t *OrvFindElement(const wchar_t *text, wchar_t character,
                                       uint32_t length = OrvTerminated);
 ORV_API char *OrvFindElement(char *text, char character, uint32_t length = OrvTerminated);
 ORV_API wchar_t *OrvFindElement(wchar_t *text, wchar_t character, uint32_t length = OrvTerminated);
 
-/// The last place where the character stands.
+/// The last place of the character.
 ORV_API const char *OrvFindElementFromRight(const char *text, char character,
                                             uint32_t length = OrvTerminated);
 ORV_API const wchar_t *OrvFindElementFromRight(const wchar_t *text, wchar_t character,
@@ -123,8 +123,8 @@ ORV_API const wchar_t *OrvFindElementFromRight(const wchar_t *text, wchar_t char
 ORV_API char *OrvFindElementFromRight(char *text, char character, uint32_t length = OrvTerminated);
 ORV_API wchar_t *OrvFindElementFromRight(wchar_t *text, wchar_t character, uint32_t length = OrvTerminated);
 
-/// The first place where the needle stands; an empty needle stands at the start of every text. The time grows
-/// with the sum of both lengths, whatever they hold.
+/// The first place of the needle; an empty needle is found at the start of every text. The time grows with
+/// the sum of both lengths, whatever the texts contain.
 ORV_API const char *OrvFindSubString(const char *text, const char *needle,
                                      uint32_t textLength = OrvTerminated,
                                      uint32_t needleLength = OrvTerminated);
@@ -136,7 +136,7 @@ ORV_API char *OrvFindSubString(char *text, const char *needle, uint32_t textLeng
 ORV_API wchar_t *OrvFindSubString(wchar_t *text, const wchar_t *needle, uint32_t textLength = OrvTerminated,
                                   uint32_t needleLength = OrvTerminated);
 
-/// The last place where the needle stands; an empty needle stands at the end of every text.
+/// The last place of the needle; an empty needle is found at the end of every text.
 ORV_API const char *OrvFindSubStringFromRight(const char *text, const char *needle,
                                               uint32_t textLength = OrvTerminated,
                                               uint32_t needleLength = OrvTerminated);
@@ -149,10 +149,10 @@ ORV_API wchar_t *OrvFindSubStringFromRight(wchar_t *text, const wchar_t *needle,
                                            uint32_t textLength = OrvTerminated,
                                            uint32_t needleLength = OrvTerminated);
 
-// Trim. Space, tab (9), line feed (10), vertical tab (11) and carriage return (13) are cut off, inside the
-// count. The source and the destination may overlap.
+// Trim. Spaces, tabs (9), line feeds (10), vertical tabs (11) and carriage returns (13) within the count are
+// cut off. The source and the destination may overlap.
 
-/// Copies the source without what is to be cut off in front; `resultLength` is set on success.
+/// Copies the source without such characters at its start; `resultLength` is set on success.
 ///
 /// ORV_E_INVALID_ARGUMENT: capacity 0. ORV_E_BUFFER_TOO_SMALL: the result does not fit; the array then holds
 /// an empty string.
@@ -161,15 +161,15 @@ ORV_API OrvResult OrvTrimStringLeft(char *destination, uint32_t capacity, const 
 ORV_API OrvResult OrvTrimStringLeft(wchar_t *destination, uint32_t capacity, const wchar_t *source,
                                     uint32_t *resultLength = nullptr, uint32_t count = OrvTerminated);
 
-/// Copies the source without what is to be cut off at the end. Otherwise as OrvTrimStringLeft.
+/// Copies the source without such characters at its end. Otherwise as OrvTrimStringLeft.
 ORV_API OrvResult OrvTrimStringRight(char *destination, uint32_t capacity, const char *source,
                                      uint32_t *resultLength = nullptr, uint32_t count = OrvTerminated);
 ORV_API OrvResult OrvTrimStringRight(wchar_t *destination, uint32_t capacity, const wchar_t *source,
                                      uint32_t *resultLength = nullptr, uint32_t count = OrvTerminated);
 
-/// Copies the source without what is to be cut off on both sides. Trimming is done on the left first, and the
-/// array must have room for the result of that: for what is cut off at the end, too. Otherwise as
-/// OrvTrimStringLeft.
+/// Copies the source without such characters at its start and end. The start is trimmed first, and the array
+/// must have room for that result, which includes the characters that are then cut off at the end. Otherwise
+/// as OrvTrimStringLeft.
 ORV_API OrvResult OrvTrimString(char *destination, uint32_t capacity, const char *source,
                                 uint32_t *resultLength = nullptr, uint32_t count = OrvTerminated);
 ORV_API OrvResult OrvTrimString(wchar_t *destination, uint32_t capacity, const wchar_t *source,
@@ -186,11 +186,11 @@ ORV_API OrvResult OrvTrimString(_ORV_UTF16CHAR_STR &destination, const wchar_t *
 
 // Case.
 
-/// Changes A-Z to a-z in place. Does nothing when the length reaches over the end of the address space.
+/// Changes A-Z to a-z in place. Does nothing when the length reaches beyond the end of the address space.
 ORV_API void OrvLowerASCIIString(char *text, uint32_t length = OrvTerminated);
 ORV_API void OrvLowerASCIIString(wchar_t *text, uint32_t length = OrvTerminated);
 
-/// Changes a-z to A-Z in place. Does nothing when the length reaches over the end of the address space.
+/// Changes a-z to A-Z in place. Does nothing when the length reaches beyond the end of the address space.
 ORV_API void OrvUpperASCIIString(char *text, uint32_t length = OrvTerminated);
 ORV_API void OrvUpperASCIIString(wchar_t *text, uint32_t length = OrvTerminated);
 
@@ -199,7 +199,7 @@ ORV_API void OrvUpperASCIIString(wchar_t *text, uint32_t length = OrvTerminated)
 ///
 /// ORV_E_INVALID_ARGUMENT: capacity 0. ORV_E_BAD_LENGTH: a count or a capacity of 65535 or more.
 /// ORV_E_BUFFER_TOO_SMALL: the result does not fit; the array then holds an empty string. Any other failure
-/// is what the platform reported, converted.
+/// is the platform's converted status.
 ORV_API OrvResult OrvLowerString(OrvCodePage codePage, wchar_t *destination, uint32_t capacity,
                                  const wchar_t *source, uint32_t *resultLength = nullptr,
                                  uint32_t count = OrvTerminated);

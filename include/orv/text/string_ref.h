@@ -1,6 +1,6 @@
-// How text crosses the interface: counted descriptors of a caller's array, read-only references, and writable
-// references that can grow whatever owns the characters. All are plain layouts; their field order is part of
-// the interface. Counts are in characters of the type's own width, never in bytes.
+// How text is passed to and from operations: counted descriptors of a caller's array, read-only references,
+// and writable references that can make the owner of the characters grow. All have plain layouts, and their
+// field order is part of the interface. Counts are in characters of the type's own width, never in bytes.
 
 #pragma once
 
@@ -8,7 +8,7 @@
 
 /// A UTF-16 array of the caller.
 struct _ORV_UTF16CHAR_STR {
-    uint32_t length;     ///< characters in use, terminator not counted; as input OrvTerminated may stand here
+    uint32_t length;     ///< characters in use, terminator not counted; as input it may be OrvTerminated
     uint32_t capacity;   ///< characters that the array can hold, terminator included
     wchar_t *characters; ///< may be null when capacity is 0
 };
@@ -44,9 +44,9 @@ struct OrvDescriptorOf<char> {
 template <typename T, int = 0>
 struct OrvStringRefBase {
     const T *characters; ///< may be null when the length is 0
-    uint32_t length;     ///< OrvTerminated: the characters are terminated and are to be counted
+    uint32_t length;     ///< OrvTerminated: the characters are counted up to their terminator
 
-    /// No text, a terminated one, or so many characters.
+    /// No text, a terminated text, or a counted text.
     constexpr OrvStringRefBase() : characters(nullptr), length(0) {}
     constexpr OrvStringRefBase(const T *terminated) : characters(terminated), length(OrvTerminated) {}
     constexpr OrvStringRefBase(const T *text, uint32_t count) : characters(text), length(count) {}
@@ -63,27 +63,27 @@ struct OrvStringzRefBase {
     constexpr OrvStringzRefBase(const T *terminated) : characters(terminated) {}
 };
 
-/// The part of a writable reference that follows its owner: the current array and length.
+/// The part of a writable reference that changes with its owner: the current array and length.
 template <typename T>
 struct OrvMutableStringView {
     T *characters;   ///< null while the owner holds no characters
     uint32_t length; ///< in characters
 };
 
-/// How a writable reference reaches the owner of its characters. Each operation stores what changed back into
-/// the reference's view, and returns a result code.
+/// How a writable reference reaches the owner of its characters. Each operation stores the changes in the
+/// reference's view, and returns a result code.
 template <typename T>
 struct OrvMutableStringOperations {
     uint32_t kind; ///< always 1
 
-    /// Sets the owner's length, growing it as needed, with a terminator behind the last character.
+    /// Sets the owner's length, growing it as needed, with a terminator after the last character.
     OrvResult (*resize)(OrvMutableStringView<T> &view, uint32_t length, void *owner);
 
     /// Makes the owner able to hold `count` characters without another allocation.
     OrvResult (*reserve)(T *&characters, uint32_t count, void *owner);
 
-    /// Exchanges the storage of two owners of the same kind: ORV_E_NOT_SUPPORTED when the other reference has
-    /// another table. May be null.
+    /// Exchanges the storage of two owners of the same kind: returns ORV_E_NOT_SUPPORTED when the other
+    /// reference has another table. May be null.
     OrvResult (*exchange)(OrvMutableStringView<T> &view, const OrvMutableStringOperations *otherTable,
                           void *owner, OrvMutableStringView<T> &otherView, void *otherOwner);
 };
@@ -93,7 +93,7 @@ struct OrvMutableStringOperations {
 template <typename T, int = 0>
 struct OrvMutableStringRefBase2 {
     const OrvMutableStringOperations<T> *operations; ///< how the owner is reached
-    void *owner;                                     ///< what they are given
+    void *owner;                                     ///< the argument of its operations
     mutable OrvMutableStringView<T> view;            ///< what the owner holds at the moment
 };
 

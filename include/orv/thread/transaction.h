@@ -19,14 +19,15 @@ public:
     /// ORV_E_NOT_SUPPORTED where the platform has no transactions; otherwise the converted status.
     ORV_API OrvResult Create();
 
-    /// Makes what was done inside it lasting. Returns 0; ORV_E_INVALID_HANDLE when there is no transaction;
+    /// Makes the changes inside it permanent. Returns 0; ORV_E_INVALID_HANDLE when there is no transaction;
     /// otherwise the converted status.
     ORV_API OrvResult Commit();
 
-    /// Undoes what was done inside it. Returns as Commit.
+    /// Undoes the changes inside it. Returns as Commit.
     ORV_API OrvResult Rollback();
 
-    /// Returns 0, also when there is no transaction, or the converted status; the handle then stays.
+    /// Closes the handle. Returns 0, also when there is no transaction; or the converted status, and the
+    /// handle is then kept.
     ORV_API OrvResult Close();
 
     /// The native handle, or the invalid handle 0xFFFFFFFF.

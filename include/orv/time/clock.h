@@ -1,5 +1,5 @@
 // The current time, local time, and the counters of milliseconds since the system started. (OrvGetTimestamp,
-// the 32-bit counter, stands with the ntdll entry points.) Reading them costs no native call.
+// the 32-bit counter, is with the ntdll entry points.) Reading them costs no native call.
 
 #pragma once
 
@@ -20,16 +20,16 @@ ORV_API OrvResult OrvGetLocalTime(OrvTime &time);
 /// The same, broken down; untouched on failure.
 ORV_API OrvResult OrvGetLocalTime(OrvTimeStruct &structure);
 
-/// Turns UTC into local time, by the platform's zone.
+/// Converts UTC to local time, in the platform's time zone.
 ///
 /// Returns 0; ORV_E_TIME_OUT_OF_RANGE before 1970 and for the end marker; otherwise the converted status of
 /// the platform. On failure the time is as it was.
 ORV_API OrvResult OrvConvertSystemTimeToLocalTime(OrvTime &time);
 
-/// The same for a structure; what the conversions to an OrvTime and back return comes on top.
+/// The same for a structure; it also returns what the conversions to an OrvTime and back return.
 ORV_API OrvResult OrvConvertSystemTimeToLocalTime(OrvTimeStruct &structure);
 
-/// Turns local time into UTC. Returns as the way there.
+/// Converts local time to UTC. Returns as OrvConvertSystemTimeToLocalTime.
 ORV_API OrvResult OrvConvertLocalTimeToSystemTime(OrvTime &time);
 ORV_API OrvResult OrvConvertLocalTimeToSystemTime(OrvTimeStruct &structure);
 

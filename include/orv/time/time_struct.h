@@ -1,9 +1,9 @@
-// Broken-down instants and durations, and the one number behind them.
+// Broken-down instants and durations, and the number that represents an instant.
 //
 // OrvTime counts intervals of 100 ns since 1601-01-01 00:00:00 on the proleptic Gregorian calendar, the scale
-// of the platform's system time. Whether a value means UTC or local time is its user's business. The
-// library's calendar starts in 1970: nearly every conversion refuses an earlier instant. All bits set is no
-// instant but the end marker, which stands for "no time" or "without end".
+// of the platform's system time. Its user decides whether a value means UTC or local time. The library's
+// calendar starts in 1970: nearly every conversion refuses an earlier instant. The value with all bits set is
+// not an instant but the end marker, which means "no time" or "without end".
 
 #pragma once
 
@@ -55,7 +55,7 @@ enum OrvDayOfWeek : uint32_t {
 struct OrvTimeStruct {
     uint16_t year;          ///< 1970, not 70
     OrvMonth month;         ///< 1 to 12
-    OrvDayOfWeek dayOfWeek; ///< comes with a conversion, and is never read by one to an OrvTime
+    OrvDayOfWeek dayOfWeek; ///< conversions to this structure set it; those to an OrvTime do not read it
     uint16_t day;           ///< 1 to 31
     uint16_t hour;          ///< 0 to 23
     uint16_t minute;        ///< 0 to 59
@@ -64,8 +64,8 @@ struct OrvTimeStruct {
     uint16_t microsecond;   ///< 0 to 999, within the millisecond
     uint16_t nanosecond;    ///< 0 to 900 in steps of 100, within the microsecond
 
-    /// How deep a comparison goes: the named field is the last one that counts. Below ResolutionYear counts
-    /// as ResolutionYear, above ResolutionNanosecond as ResolutionNanosecond.
+    /// How far a comparison goes: the named field is the last one that is compared. Below ResolutionYear
+    /// counts as ResolutionYear, above ResolutionNanosecond as ResolutionNanosecond.
     enum ComparisonResolution : int32_t {
         ResolutionYear = 1,
         ResolutionMonth,
@@ -81,7 +81,7 @@ struct OrvTimeStruct {
     /// 1970-01-01 00:00:00, with Sunday as its day of the week although it was a Thursday.
     constexpr OrvTimeStruct() : OrvTimeStruct(1970, OrvJanuary, 1, OrvSunday, 0, 0, 0, 0, 0, 0) {}
 
-    /// The day stands before the day of the week here, other than among the fields.
+    /// The day precedes the day of the week here; in the structure it follows.
     constexpr OrvTimeStruct(uint16_t yearValue, OrvMonth monthValue, uint16_t dayValue,
                             OrvDayOfWeek dayOfWeekValue, uint16_t hourValue, uint16_t minuteValue,
                             uint16_t secondValue, uint16_t millisecondValue, uint16_t microsecondValue,
@@ -108,7 +108,7 @@ struct OrvTimeStruct {
     /// Compare equal to 0.
     ORV_API bool Equal(const OrvTimeStruct &other, int resolution) const;
 
-    /// Whether the date lies behind that of the end marker's structure. The fields' ranges are not checked.
+    /// Whether the date is after that of the end marker's structure. The fields' ranges are not checked.
     ORV_API bool IsValid() const;
 };
 
@@ -119,7 +119,7 @@ static_assert(sizeof(OrvTimeStruct) == 28 && offsetof(OrvTimeStruct, dayOfWeek) 
 /// A duration without a sign.
 struct OrvTimeDifferenceStruct {
     uint16_t days;         ///< up to 65,535
-    uint16_t hours;        ///< 0 to 23, or more when the days do not hold all
+    uint16_t hours;        ///< 0 to 23, or more when the days do not fit
     uint16_t minutes;      ///< 0 to 59
     uint16_t seconds;      ///< 0 to 59
     uint16_t milliseconds; ///< 0 to 999

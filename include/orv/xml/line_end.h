@@ -4,9 +4,9 @@
 
 #include "orv/base.h"
 
-/// What stands at the end of a line.
+/// The characters that end a line.
 enum LineEndSequence : uint32_t {
     LineEndLf = 0,   ///< line feed
     LineEndCr = 1,   ///< carriage return
-    LineEndCrLf = 2, ///< carriage return and line feed; what a writer takes when it is not told
+    LineEndCrLf = 2, ///< carriage return and line feed, the default of a writer
 };

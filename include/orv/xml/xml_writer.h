@@ -12,8 +12,8 @@
 //
 // The output is UTF-8. The caller keeps the order; the writer decides where a start tag ends, when an element
 // is empty, what is escaped, and where lines break. Names are written as they are. After the first failure of
-// the stream the writer writes nothing more, and every operation returns that failure; what an operation
-// "returns also" is told once. A writer belongs to one thread at a time.
+// the stream the writer writes nothing more, and every operation returns that failure. A failure that an
+// operation "also returns" is returned once. A writer belongs to one thread at a time.
 
 #pragma once
 
@@ -23,13 +23,13 @@
 #include "orv/text/string_ref.h"
 #include "orv/xml/line_end.h"
 
-/// The name that the writer stands under.
+/// The name of the writer.
 struct OrvBasXmlWriter {
     class Impl;
     class Holder;
 };
 
-/// Unless it says otherwise an operation returns 0 or the writer's first failure: what the stream returned,
+/// Unless it says otherwise, an operation returns 0 or the writer's first failure: what the stream returned,
 /// ORV_E_WRITE_FAULT for a stream that claims to have written nothing or more than it was given, or
 /// ORV_E_INVALID_DATA for a surrogate without its other half in a name, an indent or a fragment.
 class OrvBasXmlWriter::Impl
@@ -41,7 +41,7 @@ public:
     Impl &operator=(const Impl &) = delete;
 
     /// A writer on the heap, which the caller gives to Delete. The stream must outlive it, and is never
-    /// closed. Null when memory runs out.
+    /// closed. Returns null when memory runs out.
     ORV_API static Impl *New(IOrvStream &stream);
 
     /// What was not flushed is lost. Null is allowed.
@@ -51,22 +51,22 @@ public:
     ORV_API OrvResult GetError() const;
 
     /// Breaks lines with CR LF and indents each by the depth of its element. Without it the document is one
-    /// line. A null view stands for an empty one. Returns also ORV_E_OUT_OF_MEMORY, and nothing is changed.
+    /// line. A null view means an empty one. Also returns ORV_E_OUT_OF_MEMORY, and nothing is changed.
     ORV_API OrvResult SetIndent(const Text &indent);
 
     /// The same with another line end; ORV_E_INVALID_ARGUMENT for a value outside its enumeration.
     ORV_API OrvResult SetIndent(const Text &indent, LineEndSequence lineEnd);
 
-    /// Hands everything to the stream. A complete document ends with a line break when lines are indented.
+    /// Passes everything to the stream. A complete document ends with a line break when lines are indented.
     ORV_API OrvResult Flush();
 
     /// Writes the declaration, with the encoding utf-8.
     ORV_API OrvResult WriteXmlDecl(const Text &version);
 
-    /// Opens an element. Returns also ORV_E_OUT_OF_MEMORY, and nothing is written.
+    /// Opens an element. Also returns ORV_E_OUT_OF_MEMORY, and nothing is written.
     ORV_API OrvResult WriteStartElement(const Text &name);
 
-    /// Closes the innermost element; an empty one as <name/>. Returns also ORV_E_INVALID_STATE when none is
+    /// Closes the innermost element; an empty one as <name/>. Also returns ORV_E_INVALID_STATE when none is
     /// open.
     ORV_API OrvResult WriteEndElement();
 
@@ -98,11 +98,11 @@ public:
     }
 
     /// An attribute with text that the format engine makes (orv/text/format.h), escaped. Byte text is UTF-8.
-    /// Up to 255 characters take no memory. Returns also what formatting returns, ORV_E_OUT_OF_MEMORY among
-    /// it, and nothing is written.
+    /// Up to 255 characters take no memory. Also returns the failures of formatting, such as
+    /// ORV_E_OUT_OF_MEMORY, and nothing is written.
     ORV_API OrvResult WriteFormattedAttributeV(const Text &name, const wchar_t *format, va_list arguments);
 
-    /// WriteFormattedAttributeV, with the arguments behind the format.
+    /// WriteFormattedAttributeV, with the arguments after the format.
     OrvResult WriteFormattedAttribute(const Text &name, const wchar_t *format, ...)
     {
         va_list arguments;
@@ -112,9 +112,9 @@ public:
         return result;
     }
 
-    /// Writes text into an element or an attribute, escaped. An empty text writes nothing. Returns also
-    /// ORV_E_NOT_PROVIDED where neither the declaration nor an element was written, which is no lasting
-    /// failure.
+    /// Writes text into an element or an attribute, escaped. An empty text writes nothing. Also returns
+    /// ORV_E_NOT_PROVIDED where neither the declaration nor an element was written; this failure does not
+    /// last.
     ORV_API OrvResult WriteText(const Text &text);
 
     /// WriteText of the characters from `begin` up to, not including, `end`.
@@ -126,8 +126,9 @@ public:
     /// Starts a line at this depth, unless the writer is at the start of one. Does nothing before SetIndent.
     ORV_API OrvResult Indent(unsigned depth);
 
-    /// Writes text escaped as in an element: & < > and what XML has no character for, surrogates included, as
-    /// references. The writer's state stays. The top bit of a length does not count.
+    /// Writes text escaped as in an element: & < > and values that are not XML characters, surrogates
+    /// included, become references. The writer's state does not change. The top bit of a length does not
+    /// count.
     ORV_API OrvResult WriteEscapedText(const Text &text);
 
     /// The same for an attribute, where quotes and apostrophes are escaped too.
