@@ -1,4 +1,4 @@
-// The bzip2 context over libbzip2.
+// The bzip2 context, implemented with libbzip2.
 
 #include "orv/compress/bz2_context.h"
 
@@ -40,7 +40,7 @@ int Begin(OrvBZ2Stream &stream, bool compress, unsigned char blockSize100k)
 {
     constexpr int kVerbosity = 0;
     constexpr int kDefaultWorkFactor = 0;
-    constexpr int kFast = 0; // not the decompressor that saves memory
+    constexpr int kFast = 0; // the fast decompressor, not the one that saves memory
     if (!compress)
         return BZ2_bzDecompressInit(&stream, kVerbosity, kFast);
     const unsigned char block = blockSize100k == 0              ? 1
@@ -98,7 +98,7 @@ OrvResult OrvBZ2Context::Destroy()
     return ResultFromAnswer(answer);
 }
 
-// A step in the wrong direction must not reach the library, which would read one state as the other.
+// A call in the wrong direction must not reach the library: it would take one kind of state for the other.
 
 OrvResult OrvBZ2Context::Compress()
 {

@@ -1,4 +1,4 @@
-// Compression to a stream: the context's buffer collects what its steps yield.
+// Compresses to a stream: the context's buffer collects the compressed bytes until they are written.
 
 #include "orv/compress/compressing_stream.h"
 
@@ -113,7 +113,7 @@ OrvResult OrvCompressingStream<Context>::GetPosition(uint64_t &position)
 template <typename Context>
 void OrvCompressingStream<Context>::Destroy()
 {
-    context_.Destroy(); // it objects to a stream that was not finished, and frees it
+    context_.Destroy(); // it fails for a stream that was not finished, but frees it
     target_ = nullptr;
     position_ = 0;
 }

@@ -1,5 +1,5 @@
-// Decompression from a stream: the context's buffer holds what was read from the source, and each step writes
-// straight to where the caller wants its bytes.
+// Decompresses from a stream: the context's buffer holds the bytes read from the source, and each step writes
+// directly to the caller's memory.
 
 #include "orv/compress/decompressing_stream.h"
 
@@ -20,7 +20,8 @@ OrvResult Start(detail::OrvBZ2Context &context, bool)
     return context.Initialize(kBufferSize, false);
 }
 
-/// Whether a step failed only because it had no input: zlib takes that for a fault when it yields nothing.
+/// Whether a step failed only because it had no input. zlib reports an error when it gets no input and
+/// produces no output.
 bool IsStarved(const detail::OrvDeflateContext &, unsigned given, OrvResult result)
 {
     return given == 0 && result == ORV_E_NOT_PRODUCED;
@@ -64,8 +65,8 @@ OrvResult OrvDecompressingStream<Context>::Keep(OrvResult result)
     return result;
 }
 
-/// Reads a piece of the source into the buffer, all of which was used. Returns ORV_E_END_OF_DATA, which is
-/// not kept, when there is none.
+/// Reads a piece of the source into the buffer, whose previous content is used up. Returns ORV_E_END_OF_DATA
+/// when the source has ended; that result is not kept.
 template <typename Context>
 OrvResult OrvDecompressingStream<Context>::Fill()
 {
@@ -104,7 +105,7 @@ OrvResult OrvDecompressingStream<Context>::Read(void *bytes, uint32_t size, uint
         result = IsStarved(context_, given, result) ? ORV_S_OK : Keep(result);
     }
     position_ += read;
-    return read ? ORV_S_OK : result; // a fault behind these bytes is for the next call
+    return read ? ORV_S_OK : result; // a fault after these bytes is reported by the next call
 }
 
 template <typename Context>
@@ -120,7 +121,7 @@ OrvResult OrvDecompressingStream<Context>::NextStream()
         if (OrvFailed(result))
             return result;
     }
-    // The buffer stays, and the input in it.
+    // Destroy keeps the buffer and the input that is left in it.
     const unsigned char *const next = context_.GetNextIn();
     const unsigned left = context_.GetAvailIn();
     context_.Destroy();

@@ -1,4 +1,4 @@
-// The deflate context over zlib.
+// The deflate context, implemented with zlib.
 
 #include "orv/compress/deflate_context.h"
 
@@ -93,7 +93,8 @@ OrvResult OrvDeflateContext::Destroy()
     return ResultFromAnswer(answer);
 }
 
-// zlib, too, refuses a step in the wrong direction, by a number in its state; but nothing promises that.
+// zlib itself refuses a call in the wrong direction, by a number in its state; but its documentation does not
+// promise that, so it is checked here.
 
 OrvResult OrvDeflateContext::Compress()
 {

@@ -1,5 +1,5 @@
 // The common part of the compression contexts, for the two files that instantiate it. Stream is derived from
-// the library's own structure, so its fields go by the library's names.
+// the library's own structure, so its fields have the library's names.
 
 #pragma once
 
@@ -19,7 +19,7 @@ OrvStreamContext<Stream>::~OrvStreamContext()
 template <typename Stream>
 void OrvStreamContext<Stream>::SetNextIn(const unsigned char *next)
 {
-    // Both libraries read their input through a pointer to what could be written.
+    // Both libraries only read their input, but declare the pointer to it without const.
     if (stream_)
         stream_->next_in = reinterpret_cast<decltype(stream_->next_in)>(const_cast<unsigned char *>(next));
 }
@@ -69,7 +69,7 @@ unsigned OrvStreamContext<Stream>::GetAvailOut() const
     return stream_ ? stream_->avail_out : 0;
 }
 
-/// Compares with the size that was last asked for, not with what the buffer could hold.
+/// Compares with the size that was requested last, not with the buffer's capacity.
 template <typename Stream>
 OrvResult OrvStreamContext<Stream>::ReserveBuffer(unsigned bytes)
 {
@@ -95,7 +95,7 @@ Stream *AllocateStream()
     return stream;
 }
 
-/// What the libraries ask for their memory; the product of both numbers may not fit.
+/// The libraries' allocation function. The product of both numbers may not fit 32 bits.
 template <typename Count>
 void *AllocateForLibrary(void *, Count items, Count size)
 {

@@ -1,8 +1,8 @@
-// new and delete, by the process heap. The DLL has this file, and so has orvstart.lib.
+// new and delete on the process heap. This file is part of the DLL and of orvstart.lib.
 //
-// A `new` that cannot fail for its caller is all that a program without exceptions may have: the compiler
-// takes the result for an object. So a heap that refuses ends the process here, at a trap; what is to go on
-// without memory allocates through the library, whose objects and buffers report ORV_E_OUT_OF_MEMORY.
+// Without exceptions `new` cannot report a failure: the compiler takes its result for an object. So when the
+// heap refuses, the process ends here, at a trap. Code that must go on without memory allocates through the
+// library, whose objects and buffers report ORV_E_OUT_OF_MEMORY.
 
 #include "runtime/heap.h"
 

@@ -1,6 +1,6 @@
-// What the C libraries inside orvsys.dll find where there is no C library: memory from the process heap, and
-// an end for faults that they say cannot happen. Their headers stand in crt/include, and hold no more than
-// they use.
+// C functions for the C libraries inside orvsys.dll (there is no C runtime): memory from the process heap,
+// and a trap for faults that they say cannot happen. The headers that they include are in crt/include and
+// declare only what they use.
 
 #include "crt/memory.h"
 #include "runtime/heap.h"
@@ -22,7 +22,7 @@ void *__cdecl realloc(void *block, size_t size)
     return detail::ReallocateBytes(block, size);
 }
 
-/// libbzip2 calls this where its own state contradicts itself.
+/// libbzip2 calls this when it finds its own state inconsistent.
 void bz_internal_error(int)
 {
     __builtin_trap();

@@ -1,12 +1,12 @@
 // Conversions between floating point and 64-bit integers that Microsoft's compiler calls in 32-bit code;
-// clang converts in place. Each has a calling convention of its own, and none touches more than it returns:
-// floating point comes and goes in xmm0 (for the two oldest in st(0)), an integer comes in edx:ecx and goes
-// in edx:eax. What is out of range has no promised value.
+// clang converts inline. They have calling conventions of their own: floating point is passed and returned in
+// xmm0 (in st(0) for the two oldest), an integer is passed in edx:ecx and returned in edx:eax. They change no
+// register but those of the result. For a number that is out of range the result is unspecified.
 
-// The functions are assembly; nothing of the compiler's goes before it or behind.
+// The functions are pure assembly: the compiler adds no prologue and no epilogue.
 #define ORV_CONVERSION extern "C" __declspec(naked) void __cdecl
 
-/// Takes st(0) from the stack: edx:eax is its integral part. The control word rounds towards zero meanwhile.
+/// Pops st(0) and returns its integral part in edx:eax. The control word is set to round towards zero for it.
 ORV_CONVERSION _ftol2()
 {
     __asm {
@@ -25,7 +25,7 @@ ORV_CONVERSION _ftol2()
     }
 }
 
-/// The same where the result is known to be used as 32 bits.
+/// The same, called when only 32 bits of the result are used.
 ORV_CONVERSION _ftol2_sse()
 {
     __asm {
@@ -57,7 +57,8 @@ ORV_CONVERSION _ftol3()
     }
 }
 
-/// st(0) to uint64_t: from 2^63 on, what is above that is converted, and the highest bit is set again.
+/// st(0) to uint64_t. For numbers from 2^63 on: 2^63 is subtracted, the rest converted, and the highest bit
+/// set in the result.
 ORV_CONVERSION OrvUnsignedFromTop()
 {
     __asm {
@@ -66,7 +67,7 @@ ORV_CONVERSION OrvUnsignedFromTop()
         add esp, 4
         fucom st(1)
         fnstsw ax
-        test ah, 0x41 // 2^63 is not above the number, nor equal to it
+        test ah, 0x41 // neither flag is set: 2^63 is above the number
         jz below
         fsubp st(1), st
         call _ftol2
@@ -132,8 +133,9 @@ ORV_CONVERSION _ltod3()
     }
 }
 
-/// uint64_t to double. Loaded as signed, a number from 2^63 on lacks 2^64; the sum is rounded once, when it
-/// is made or when it is stored, as the precision of the coprocessor is set.
+/// uint64_t to double. Loaded as signed, a number from 2^63 on is too small by 2^64, which is added. The sum
+/// is rounded once: by the addition or by the store, depending on the precision that the coprocessor is set
+/// to.
 ORV_CONVERSION _ultod3()
 {
     __asm {

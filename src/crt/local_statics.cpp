@@ -1,9 +1,10 @@
-// Static objects of functions that are made when the function is first called, once, whichever threads call
-// it; and the module's thread-local storage, in which the compilers keep how far each thread has looked.
+// Static objects of functions, each constructed once, at the first call of its function, by whichever thread
+// calls first; and the module's thread-local storage, in which each thread keeps the number described below.
 //
-// An object's guard is 0 before it is made, -1 while a thread makes it, and then the number of the object,
-// counted up from the lowest number there is. A thread remembers the highest number that it has seen; a guard
-// that is not above that costs it one comparison. The names and that arrangement are the compilers'.
+// An object's guard is 0 before construction, -1 while a thread constructs the object, and afterwards the
+// object's number, counted up from INT32_MIN. Each thread remembers the highest number that it has seen; a
+// guard that is not above it costs the thread one comparison. The compilers prescribe the names and this
+// arrangement.
 
 #include "nt/nt.h"
 
@@ -20,7 +21,7 @@ volatile LONG objectCount = kNoObject;
 
 extern "C" {
 
-// The block of each thread is a copy of what the linker puts between these two.
+// Each thread's block is a copy of what the linker places between these two.
 #pragma section(".tls", long, read, write)
 #pragma section(".tls$ZZZ", long, read, write)
 __declspec(allocate(".tls")) extern char _tls_start;
@@ -28,12 +29,12 @@ __declspec(allocate(".tls")) char _tls_start = 0;
 __declspec(allocate(".tls$ZZZ")) extern char _tls_end;
 __declspec(allocate(".tls$ZZZ")) char _tls_end = 0;
 
-/// Which block of the thread's is this module's. The loader says.
+/// The index of this module's block among the thread's blocks. The loader sets it.
 ULONG _tls_index = 0;
 
 __declspec(thread) LONG _Init_thread_epoch = kNoObject;
 
-/// IMAGE_TLS_DIRECTORY32. The linker finds it by its name, and is told that it is used.
+/// IMAGE_TLS_DIRECTORY32. The linker finds it by its name; the pragma makes the linker keep it.
 #pragma comment(linker, "/include:__tls_used")
 struct ThreadStorage {
     char *StartAddressOfRawData;
@@ -46,13 +47,14 @@ struct ThreadStorage {
 extern const ThreadStorage _tls_used;
 const ThreadStorage _tls_used = {&_tls_start, &_tls_end, &_tls_index, nullptr, 0, 0};
 
-// Where in the thread's block the array of those blocks is: a number by the name of a symbol.
+// The offset, within the thread environment block, of the pointer to the array of these blocks. The compilers
+// refer to it as an absolute symbol.
 asm(".globl __tls_array\n"
     "__tls_array = 0x2C");
 
-/// The guard stood above what the thread has seen. When this returns, the guard is -1 if the caller is to
-/// make the object. Otherwise the object is there; waiting for the thread that makes it is so rare that it
-/// polls.
+/// Called when the guard is above the highest number that the thread has seen. On return the guard is -1 if
+/// the caller must construct the object; otherwise the object is constructed. A thread that waits for another
+/// one's construction polls, because that is very rare.
 void __cdecl _Init_thread_header(LONG *guard)
 {
     for (;;) {
@@ -67,7 +69,7 @@ void __cdecl _Init_thread_header(LONG *guard)
     _Init_thread_epoch = objectCount;
 }
 
-/// The object is made.
+/// Called when the object is constructed: publishes its number.
 void __cdecl _Init_thread_footer(LONG *guard)
 {
     const LONG number = __sync_add_and_fetch(&objectCount, 1);

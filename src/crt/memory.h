@@ -1,4 +1,4 @@
-// The four memory functions that ntdll.dll exports and the compiler knows.
+// The four memory functions that ntdll.dll exports; the compiler knows them as built-in functions.
 
 #pragma once
 

@@ -1,7 +1,7 @@
-// What Microsoft's compiler calls for memory on the stack (_alloca) that is aligned. eax is the size; it
-// grows so that the new top of the stack is aligned, then ntdll.dll's own probe takes it, which touches every
-// page on the way and moves the stack. A size that the rest makes too large for 32 bits becomes the largest
-// one, which no stack has.
+// Microsoft's compiler calls these functions to allocate aligned memory on the stack (_alloca). eax is the
+// size. It is increased so that the new top of the stack is aligned; then ntdll.dll's own probe touches every
+// page on the way and moves the stack pointer. If the increase overflows 32 bits, the size becomes the largest
+// one, for which no stack has room.
 
 extern "C" {
 
@@ -11,7 +11,7 @@ __declspec(naked) void __cdecl _alloca_probe_16()
 {
     __asm {
         push ecx
-        lea ecx, [esp + 8] // the stack as the caller has it
+        lea ecx, [esp + 8] // the caller's stack pointer
         sub ecx, eax
         and ecx, 15
         add eax, ecx

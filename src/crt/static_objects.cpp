@@ -1,6 +1,8 @@
-// The compilers put a pointer to each constructor of a static object into a section whose name begins with
-// .CRT$X; the linker sorts those by what follows, so that the marks here stand around them. A constructor
-// hands the object's destructor to atexit.
+// Runs the constructors and destructors of static objects.
+//
+// The compilers put a pointer to each constructor into a section whose name begins with .CRT$X. The linker
+// sorts these sections by the rest of the name, so that the marks below enclose all of the pointers. A
+// constructor registers the object's destructor with atexit.
 
 #include "crt/static_objects.h"
 
@@ -22,8 +24,8 @@ __declspec(allocate(".CRT$XIZ")) const FallibleFunction kLastOfC = nullptr;
 __declspec(allocate(".CRT$XCA")) const Function kFirstOfCpp = nullptr;
 __declspec(allocate(".CRT$XCZ")) const Function kLastOfCpp = nullptr;
 
-/// A loop from one mark to the other, which the compiler takes for unrelated. The linker may leave gaps of
-/// zeros.
+/// Calls each pointer between two marks. The compiler takes the marks for unrelated objects; the asm hides
+/// from it where they come from. The linker may leave gaps of zeros between the pointers.
 template <typename T, typename Call>
 void ForEach(const T *first, const T *last, Call call)
 {
@@ -34,8 +36,8 @@ void ForEach(const T *first, const T *last, Call call)
     }
 }
 
-/// What atexit was given. Local static objects of several threads may end up here at once, so it is held
-/// under the lock of the process block, which needs no start-up of its own.
+/// The functions registered with atexit. Several threads may register at once (for local static objects), so
+/// the lock of the process block protects the list: that lock needs no initialisation.
 struct ExitFunctions {
     Function *functions;
     uint32_t count;

@@ -5,10 +5,11 @@
 namespace detail
 {
 
-/// Runs the constructors, in the order of the linker: within a file from top to bottom.
+/// Runs the constructors, in the linker's order: within a file from top to bottom.
 void ConstructStaticObjects();
 
-/// Runs what was handed to atexit, the last first; what is handed over meanwhile, too. Destructors are.
+/// Runs the functions registered with atexit, destructors among them, the last registered first; also those
+/// that are registered meanwhile.
 void DestroyStaticObjects();
 
 } // namespace detail

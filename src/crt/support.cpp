@@ -1,7 +1,7 @@
-// What the compiler needs in every module where there is no C runtime: the trap for pure virtual calls, the
-// marker for floating-point code, and the load configuration through which the loader finds the stack cookie,
-// the exception handlers and the functions that may be called through pointers. The DLL has this file, and so
-// has orvstart.lib.
+// What the compiler needs in every module without a C runtime: the trap for pure virtual calls, the marker
+// for floating-point code, and the load configuration through which the loader finds the stack cookie, the
+// exception handlers and the functions that may be called through pointers. This file is part of the DLL and
+// of orvstart.lib.
 
 #include "nt/nt.h"
 
@@ -24,15 +24,15 @@ void __fastcall __security_check_cookie(uintptr_t cookie)
         __builtin_trap();
 }
 
-/// What every call through a pointer asks first, about the address in ecx. A loader that guards control flow
-/// puts its own function here; without one every address is good.
+/// Every call through a pointer first calls this check, with the target address in ecx. A loader that
+/// supports control flow guard installs its own function; this default accepts every address.
 static void __fastcall AllowEveryTarget(uintptr_t) {}
 
 #pragma section(".00cfg", read)
 __declspec(allocate(".00cfg")) extern void(__fastcall *const __guard_check_icall_fptr)(uintptr_t);
 __declspec(allocate(".00cfg")) void(__fastcall *const __guard_check_icall_fptr)(uintptr_t) = AllowEveryTarget;
 
-// Made by the linker. Of the counts and the flags, the symbol's address is the value.
+// Defined by the linker. For the counts and the flags, the symbol's address is the value.
 extern PVOID __safe_se_handler_table[];
 extern uint8_t __safe_se_handler_count;
 extern PVOID __guard_fids_table[];

@@ -1,6 +1,6 @@
-// The table of functions that the descriptions of polymorphic types point to, where these are compiled with
-// run-time type information (/GR, the compilers' default). Nobody calls through it: typeid and dynamic_cast
-// need a runtime, and do not link.
+// The function table of std::type_info. The descriptions of polymorphic types point to it when code is
+// compiled with run-time type information (/GR, the compilers' default). No code calls through it: typeid and
+// dynamic_cast need a runtime, so programs that use them do not link.
 
 extern "C" {
 

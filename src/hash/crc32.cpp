@@ -1,4 +1,4 @@
-// The two checksums, each by the fastest way that the processor has.
+// The two checksums, CRC-32 and CRC-32C. Each uses the fastest implementation that the processor supports.
 
 #include "orv/hash/crc32.h"
 

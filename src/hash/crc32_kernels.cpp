@@ -1,7 +1,8 @@
-// CRC registers, a byte at a time and many at a time.
+// The implementations of CRC-32 and CRC-32C: by a table, one byte at a time, and by the processor's
+// instructions, many bytes at a time.
 //
-// Both polynomials are reflected: bit 31 of a word stands for the power 0. Tables and constants are computed
-// here, by the compiler, from the polynomials alone.
+// Both polynomials are reflected: bit 31 of a word is the coefficient of x^0. The compiler computes all tables
+// and constants here from the polynomials.
 
 #include "hash/crc32_kernels.h"
 
@@ -64,15 +65,15 @@ uint32_t UpdateCrc32C(uint32_t crc, const uint8_t *data, uint32_t length)
 
 } // namespace plain
 
-// Folding. 128 bits of the message, moved D bits on, are congruent to the sum of two products of 64 by 33
-// bits: the lower half times x^(D+32) and the upper half times x^(D-32). So a message can be folded onto its
-// end, 128 bits at a time, four of them beside each other, until 128 bits are left that have the same
-// remainder as all of it.
+// Folding. 128 bits of the message, moved by D bits, are congruent to the sum of two products of 64 by 33
+// bits: the lower half times x^(D+32) and the upper half times x^(D-32). So the start of a message can be
+// folded into the bytes that follow, 128 bits at a time and four such lanes in parallel, until 128 bits are
+// left. They have the same remainder as the whole message.
 
 namespace
 {
 
-/// x^power modulo the polynomial, placed as the second operand of a carry-less multiplication wants it.
+/// x^power modulo the polynomial, shifted as the carry-less multiplication needs its second operand.
 constexpr uint64_t FoldingConstant(uint32_t power)
 {
     uint32_t word = 0x80000000; // x^0
@@ -130,9 +131,10 @@ __attribute__((target("pclmul"))) uint32_t UpdateCrc32ByFolding(uint32_t crc, co
     return plain::UpdateCrc32(plain::UpdateCrc32(0, folded, kLaneBytes), data, length);
 }
 
-// The instruction takes four bytes in one cycle but answers after three, so three streams run beside each
-// other. A stream that is followed by n bytes of another is moved on by n zero bytes, which is a linear map
-// of its register: four tables, one for each of its bytes, hold that map.
+// The CRC instruction takes four bytes and can start in every cycle, but its result is ready only after three
+// cycles; so three streams are computed in parallel. To join a stream with the n bytes of the next one, its
+// register is moved on by n zero bytes. That is a linear map of the register: four tables, one for each of its
+// bytes, hold the map.
 
 namespace
 {
@@ -145,7 +147,7 @@ struct StreamShift {
 
     constexpr StreamShift() : entries{}
     {
-        // The map of one bit is its column; squaring the map doubles the distance.
+        // A column is the image of one bit. Squaring the map doubles the distance.
         uint32_t columns[32] = {};
         for (uint32_t bit = 0; bit < 32; bit++)
             columns[bit] = TimesX(1u << bit, kPolynomialC);

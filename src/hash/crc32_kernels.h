@@ -1,5 +1,5 @@
-// The ways to take bytes into a CRC register. All give the same answer; the wide ones need what their names
-// say.
+// The implementations that add bytes to a CRC register: table-driven ones in `plain`, and faster ones that
+// need a processor feature. For one polynomial all give the same result.
 
 #pragma once
 
@@ -8,7 +8,7 @@
 namespace detail
 {
 
-/// Below this many bytes the wide ways are not worth their set-up.
+/// Below this many bytes folding does not repay its set-up.
 constexpr uint32_t kWideCrcBytes = 64;
 
 namespace plain
@@ -19,7 +19,7 @@ uint32_t UpdateCrc32C(uint32_t crc, const uint8_t *data, uint32_t length);
 
 } // namespace plain
 
-/// By carry-less multiplication (PCLMULQDQ), for at least kWideCrcBytes.
+/// By carry-less multiplication (PCLMULQDQ). `length` must be at least kWideCrcBytes.
 uint32_t UpdateCrc32ByFolding(uint32_t crc, const uint8_t *data, uint32_t length);
 
 /// By the CRC instruction (SSE4.2).

@@ -1,4 +1,4 @@
-// MD4.
+// The MD4 message digest (RFC 1320).
 
 #include "orv/hash/md4.h"
 
@@ -18,7 +18,7 @@ void Compress(uint32_t (&chain)[4], const uint8_t *blocks, uint32_t count)
         uint32_t s[4] = {chain[0], chain[1], chain[2], chain[3]};
 #pragma clang loop unroll(full)
         for (uint32_t step = 0; step < 48; step++) {
-            // The four words take turns in the parts of a, b, c and d.
+            // In each step the four words change roles: which of them is a, b, c and d.
             uint32_t &a = s[(48 - step) % 4];
             const uint32_t b = s[(49 - step) % 4];
             const uint32_t c = s[(50 - step) % 4];
@@ -31,18 +31,19 @@ void Compress(uint32_t (&chain)[4], const uint8_t *blocks, uint32_t count)
                 mixed = d ^ (b & (c ^ d));
                 word = place;
             } else if (round == 1) {
-                // Half of the majority: the other half, c & d, has no bit in common and is ready early.
+                // One half of the majority. The other half, c & d, has no bit in common with it, and can be
+                // added earlier (below).
                 mixed = b & (c ^ d);
                 word = place % 4 * 4 + place / 4;
             } else {
                 mixed = b ^ c ^ d;
                 word = kThirdOrder[place];
             }
-            // What does not wait for the step before is added first.
+            // The terms that do not depend on the previous step are added first.
             uint32_t ready = a + detail::LoadLittle32(blocks + 4 * word) + kConstants[round];
             if (round == 1)
                 ready += c & d;
-            __asm__("" : "+r"(ready)); // or the compiler adds in an order that waits for b
+            __asm__("" : "+r"(ready)); // else the compiler chooses an order that waits for b
             a = RotateLeft(ready + mixed, kShifts[round][step % 4]);
         }
         for (uint32_t i = 0; i < 4; i++)

@@ -1,4 +1,4 @@
-// MD5.
+// The MD5 message digest (RFC 1321).
 
 #include "orv/hash/md5.h"
 
@@ -31,7 +31,7 @@ void Compress(uint32_t (&chain)[4], const uint8_t *blocks, uint32_t count)
         uint32_t s[4] = {chain[0], chain[1], chain[2], chain[3]};
 #pragma clang loop unroll(full)
         for (uint32_t step = 0; step < 64; step++) {
-            // The four words take turns in the parts of a, b, c and d.
+            // In each step the four words change roles: which of them is a, b, c and d.
             uint32_t &a = s[(64 - step) % 4];
             const uint32_t b = s[(65 - step) % 4];
             const uint32_t c = s[(66 - step) % 4];
@@ -43,8 +43,9 @@ void Compress(uint32_t (&chain)[4], const uint8_t *blocks, uint32_t count)
                 mixed = d ^ (b & (c ^ d));
                 word = step;
             } else if (round == 1) {
-                mixed =
-                    d & b; // half of the choice: the other, c & ~d, has no bit in common and is ready early
+                // One half of the choice. The other half, c & ~d, has no bit in common with it, and can be
+                // added earlier (below).
+                mixed = d & b;
                 word = 5 * step + 1;
             } else if (round == 2) {
                 mixed = b ^ c ^ d;
@@ -53,11 +54,11 @@ void Compress(uint32_t (&chain)[4], const uint8_t *blocks, uint32_t count)
                 mixed = c ^ (b | ~d);
                 word = 7 * step;
             }
-            // What does not wait for the step before is added first.
+            // The terms that do not depend on the previous step are added first.
             uint32_t ready = a + detail::LoadLittle32(blocks + 4 * (word % 16)) + kSines[step];
             if (round == 1)
                 ready += c & ~d;
-            __asm__("" : "+r"(ready)); // or the compiler adds in an order that waits for b
+            __asm__("" : "+r"(ready)); // else the compiler chooses an order that waits for b
             a = b + RotateLeft(ready + mixed, kShifts[round][step % 4]);
         }
         for (uint32_t i = 0; i < 4; i++)

@@ -1,4 +1,4 @@
-// What MD4 and MD5 share: the input buffer, the length in bits, and how a message ends.
+// The part that MD4 and MD5 share: the input buffer, the length in bits, and the end of a message.
 
 #pragma once
 
@@ -10,7 +10,7 @@ namespace detail
 constexpr uint32_t kMdBlock = 64;
 constexpr uint32_t kMdInitial[4] = {0x67452301, 0xEFCDAB89, 0x98BADCFE, 0x10325476};
 
-/// The state of either digest, wherever it is kept.
+/// References to the state of either digest; the digest's class owns it.
 struct MdState {
     uint32_t (&chain)[4];
     uint32_t &bitLengthLow;
@@ -43,7 +43,7 @@ void AddMd(const MdState &state, const uint8_t *data, uint32_t length)
                 [&state](const uint8_t *blocks, uint32_t count) { compress(state.chain, blocks, count); });
 }
 
-/// Pads the message, writes its digest and clears all that knew of it. The padding is 0x80 and then zeros.
+/// Pads the message, writes its digest and clears the whole state. The padding is 0x80 followed by zeros.
 template <MdCompress *compress>
 void FinishMd(const MdState &state, const uint8_t (&padding)[kMdBlock], uint8_t (&digest)[16])
 {

@@ -1,4 +1,4 @@
-// SHA-1 block by block.
+// The compression function of SHA-1, in plain code and with the SHA instructions.
 
 #include "hash/sha1_blocks.h"
 
@@ -53,9 +53,8 @@ void CompressSha1(uint32_t (&chain)[5], const uint8_t *blocks, uint32_t count)
 
 } // namespace plain
 
-// The instructions do four rounds at a time on a, b, c and d in one register, and keep e in the upper lane of
-// another. The schedule is made four words at a time: each group of four comes from the four groups before
-// it.
+// The instructions compute four rounds at a time. One register holds a, b, c and d; the upper lane of another
+// holds e. The schedule is computed four words at a time, each group of four from the four groups before it.
 
 __attribute__((target("sha,ssse3,sse4.1"))) void CompressSha1ByInstruction(uint32_t (&chain)[5],
                                                                            const uint8_t *blocks,
@@ -80,7 +79,7 @@ __attribute__((target("sha,ssse3,sse4.1"))) void CompressSha1ByInstruction(uint3
                     _mm_xor_si128(_mm_sha1msg1_epu32(word, words[(group + 1) % 4]), words[(group + 2) % 4]);
                 word = _mm_sha1msg2_epu32(partial, words[(group + 3) % 4]);
             }
-            // The first four rounds add e itself; later ones derive it from the a of four rounds before.
+            // The first four rounds add e itself; later rounds derive e from the a of four rounds before.
             const __m128i sum = group == 0 ? _mm_add_epi32(e, word) : _mm_sha1nexte_epu32(previous, word);
             previous = abcd;
             if (group < 5)

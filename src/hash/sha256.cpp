@@ -1,4 +1,4 @@
-// SHA-256.
+// The SHA-256 message digest (FIPS 180-4).
 
 #include "orv/hash/sha256.h"
 
@@ -41,7 +41,7 @@ OrvResult OrvMiniHashSha256::Add(const uint8_t *data, uint32_t length)
 
 void OrvMiniHashSha256::Finish()
 {
-    // The product keeps 32 bits, and the upper half of the length stays 0.
+    // The product is cut to 32 bits; the upper half of the length in bits is always 0.
     State{length_, buffer_, chain_, finalized_}.Finish(length_ * 8, Compress);
 }
 

@@ -1,4 +1,4 @@
-// SHA-256 block by block.
+// The compression function of SHA-256, in plain code and with the SHA instructions.
 
 #include "hash/sha256_blocks.h"
 
@@ -47,7 +47,7 @@ void CompressSha256(uint32_t (&chain)[8], const uint8_t *blocks, uint32_t count)
                         schedule[(step + 9) % 16] +
                         (RotateRight(late, 17) ^ RotateRight(late, 19) ^ late >> 10);
             }
-            // The eight words take turns in the parts of a to h.
+            // In each step the eight words change roles: which of them is a to h.
             const uint32_t a = s[(64 - step) % 8];
             const uint32_t b = s[(65 - step) % 8];
             const uint32_t c = s[(66 - step) % 8];
@@ -69,9 +69,9 @@ void CompressSha256(uint32_t (&chain)[8], const uint8_t *blocks, uint32_t count)
 
 } // namespace plain
 
-// The instructions do two rounds at a time, on a, b, e, f in one register and c, d, g, h in another, with the
-// words and constants of the rounds in the lower half of a third. The schedule is made four words at a time:
-// each group of four comes from the four groups before it.
+// The instructions compute two rounds at a time. One register holds a, b, e, f and another c, d, g, h; the
+// lower half of a third holds the sums of words and constants for the two rounds. The schedule is computed four
+// words at a time, each group of four from the four groups before it.
 
 __attribute__((target("sha,ssse3,sse4.1"))) void CompressSha256ByInstruction(uint32_t (&chain)[8],
                                                                              const uint8_t *blocks,

@@ -1,4 +1,4 @@
-// The ways to take blocks into the chaining values of SHA-256. All give the same answer.
+// The compression function of SHA-256: adds blocks to the chaining values. Both versions give the same result.
 
 #pragma once
 
@@ -16,7 +16,7 @@ void CompressSha256(uint32_t (&chain)[8], const uint8_t *blocks, uint32_t count)
 
 } // namespace plain
 
-/// By the SHA instructions, with SSSE3 and SSE4.1.
+/// Needs the SHA instructions, SSSE3 and SSE4.1.
 void CompressSha256ByInstruction(uint32_t (&chain)[8], const uint8_t *blocks, uint32_t count);
 
 } // namespace detail

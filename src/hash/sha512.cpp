@@ -1,4 +1,4 @@
-// SHA-512.
+// The SHA-512 message digest (FIPS 180-4).
 
 #include "orv/hash/sha512.h"
 
@@ -38,7 +38,7 @@ OrvResult OrvMiniHashSha512::Add(const uint8_t *data, uint32_t length)
 
 void OrvMiniHashSha512::Finish()
 {
-    // All bits of the length are kept.
+    // Unlike in SHA-1 and SHA-256, no bit of the length is cut off.
     State{length_, buffer_, chain_, finalized_}.Finish(static_cast<uint64_t>(length_) * 8, Compress);
 }
 

@@ -1,4 +1,4 @@
-// SHA-512 block by block.
+// The compression function of SHA-512, in plain code and with SSE2.
 
 #include "hash/sha512_blocks.h"
 
@@ -60,7 +60,7 @@ void CompressSha512(uint64_t (&chain)[8], const uint8_t *blocks, uint32_t count)
                         schedule[(step + 9) % 16] +
                         (RotateRight64(late, 19) ^ RotateRight64(late, 61) ^ late >> 6);
             }
-            // The eight words take turns in the parts of a to h.
+            // In each step the eight words change roles: which of them is a to h.
             const uint64_t a = s[(80 - step) % 8];
             const uint64_t b = s[(81 - step) % 8];
             const uint64_t c = s[(82 - step) % 8];
@@ -82,8 +82,8 @@ void CompressSha512(uint64_t (&chain)[8], const uint8_t *blocks, uint32_t count)
 
 } // namespace plain
 
-// A 32-bit processor needs pairs of registers and carries for each 64-bit word. The vector registers hold
-// such words whole: one in each round, and two at a time in the schedule.
+// In general registers, 32-bit code needs two registers and carries for each 64-bit word. A vector register
+// holds such words whole: one word in the rounds, two words in the schedule.
 
 namespace
 {
@@ -112,12 +112,13 @@ __m128i LoadBigPair(const uint8_t *bytes)
     return _mm_shufflehi_epi16(_mm_shufflelo_epi16(swapped, 0x1B), 0x1B);
 }
 
-/// One round on the lower words. s holds a to h, each in its turn.
+/// The element of s that has the role of `letter` (0 for a, up to 7 for h) in this step.
 __m128i *Turn(__m128i (&s)[8], uint32_t step, uint32_t letter)
 {
     return &s[(80 - step + letter) % 8];
 }
 
+/// One round, computed on the lower words.
 inline __attribute__((always_inline)) void Round(__m128i (&s)[8], uint32_t step, __m128i wordAndConstant)
 {
     const __m128i a = *Turn(s, step, 0);

@@ -1,4 +1,4 @@
-// The ways to take blocks into the chaining values of SHA-512. All give the same answer.
+// The compression function of SHA-512: adds blocks to the chaining values. Both versions give the same result.
 
 #pragma once
 
@@ -16,7 +16,7 @@ void CompressSha512(uint64_t (&chain)[8], const uint8_t *blocks, uint32_t count)
 
 } // namespace plain
 
-/// With 64-bit arithmetic in SSE2 registers, which every processor that runs this library has.
+/// Computes with 64-bit words in SSE2 registers; every processor that runs this library has SSE2.
 void CompressSha512InVectors(uint64_t (&chain)[8], const uint8_t *blocks, uint32_t count);
 
 } // namespace detail

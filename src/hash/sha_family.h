@@ -1,6 +1,6 @@
-// What the SHA classes share: how a message starts, how input is counted and buffered, and how it ends. What
-// differs is the compression function, the size of its words, and how many bits of the length the digest
-// takes in.
+// The part that the SHA classes share: the start of a message, counting and buffering of input, and the end.
+// The classes differ in the compression function, the size of its words, and how many bits of the length enter
+// the digest.
 
 #pragma once
 
@@ -11,7 +11,7 @@
 namespace detail
 {
 
-/// The state of one class, where it is kept.
+/// References to the state of a digest; its class owns it.
 template <typename Word, uint32_t words, uint32_t blockSize>
 struct ShaState {
     uint32_t &length;
@@ -29,8 +29,8 @@ struct ShaState {
             chain[i] = initial[i];
     }
 
-    /// The length stays within 32 bits. Behind the end of the message nothing is added: the chaining values
-    /// are the digest then.
+    /// Returns 0, or ORV_E_INVALID_DATA when the length of the message would exceed 32 bits. After Finish
+    /// nothing is added, because the chaining values are then the digest.
     OrvResult Add(const uint8_t *data, uint32_t count, Compress *compress) const
     {
         if (count > UINT32_MAX - length)
@@ -45,8 +45,8 @@ struct ShaState {
         return ORV_S_OK;
     }
 
-    /// Pads the message with 0x80, zeros and `bitLength`, takes the last blocks in, and makes the chaining
-    /// values the digest. The standard keeps a room of two words for the length.
+    /// Pads the message with 0x80, zeros and `bitLength`, compresses the last blocks, and turns the chaining
+    /// values into the digest. The standard reserves two words for the length.
     void Finish(uint64_t bitLength, Compress *compress) const
     {
         if (finalized)

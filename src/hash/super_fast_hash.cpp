@@ -1,4 +1,4 @@
-// SuperFastHash.
+// SuperFastHash, a fast 32-bit hash that is not cryptographic.
 
 #include "orv/hash/super_fast_hash.h"
 
@@ -29,7 +29,7 @@ uint32_t MixBlocks(uint32_t hash, const uint8_t *data, uint32_t blocks)
     return hash;
 }
 
-/// The last one to three bytes, and the final mixing.
+/// Mixes in the last bytes, up to three, and applies the final mixing.
 uint32_t Finish(uint32_t hash, const uint8_t *tail, uint32_t length)
 {
     switch (length) {

@@ -1,10 +1,10 @@
-// The platform as this library uses it: the types, structures and functions of the 32-bit NT native
-// interface.
+// Declarations of the platform: the types, structures and functions of the 32-bit NT native interface that
+// this library uses.
 //
 // Only what is used is declared. Names and tags are the platform's own, so that the public headers, which
-// name the structures by tag alone, agree with a caller's SDK. Layouts are checked below, because nothing
-// else would. A function declared here can be called only if ntdll.def lists it; the optional ones, whose
-// declarations give the entry-point tables their types, are reached through those tables.
+// refer to the structures by tag alone, agree with a caller's SDK. Layouts are checked below, because no
+// other code checks them. A function declared here can be called only if ntdll.def lists it; the optional
+// functions are reached through the entry-point tables, which take their types from these declarations.
 
 #pragma once
 
@@ -48,7 +48,7 @@ constexpr bool NT_SUCCESS(NTSTATUS status)
     return status >= 0;
 }
 
-/// The severity bits of a failure; warnings are below zero too.
+/// Whether the severity is that of an error. A test for values below zero would also accept warnings.
 constexpr bool NT_ERROR(NTSTATUS status)
 {
     return static_cast<ULONG>(status) >> 30 == 3;
@@ -57,7 +57,7 @@ constexpr bool NT_ERROR(NTSTATUS status)
 // Statuses.
 
 constexpr NTSTATUS STATUS_SUCCESS = 0;
-constexpr NTSTATUS STATUS_WAIT_0 = 0;       // and up to 63 above it: which of several objects
+constexpr NTSTATUS STATUS_WAIT_0 = 0;       // plus the index, up to 63, of the object that ended the wait
 constexpr NTSTATUS STATUS_ABANDONED = 0x80; // likewise
 constexpr NTSTATUS STATUS_TIMEOUT = 0x102;
 constexpr NTSTATUS STATUS_NOT_ALL_ASSIGNED = 0x106;
@@ -185,7 +185,7 @@ constexpr ACCESS_MASK GENERIC_READ = 0x80000000;
 constexpr ACCESS_MASK GENERIC_WRITE = 0x40000000;
 constexpr ULONG FILE_SHARE_READ = 0x1;
 constexpr ULONG FILE_SHARE_WRITE = 0x2;
-constexpr ULONG FILE_SHARE_ALL = 0x7; ///< to read, to write and to delete
+constexpr ULONG FILE_SHARE_ALL = 0x7; ///< read, write and delete
 constexpr ULONG FILE_OPEN = 1;
 constexpr ULONG FILE_CREATE = 2;
 constexpr ULONG FILE_OPEN_IF = 3;
@@ -209,7 +209,7 @@ struct FILE_BOTH_DIR_INFORMATION {
     LONGLONG EndOfFile;
     LONGLONG AllocationSize;
     ULONG FileAttributes;
-    ULONG FileNameLength; ///< in bytes, as the other lengths
+    ULONG FileNameLength; ///< in bytes, like the other lengths
     ULONG EaSize;
     char ShortNameLength;
     WCHAR ShortName[12];
@@ -280,34 +280,34 @@ typedef _EXCEPTION_POINTERS EXCEPTION_POINTERS;
 
 enum EXCEPTION_DISPOSITION : int { ExceptionContinueExecution, ExceptionContinueSearch };
 
-/// A handler of the chain that starts in the thread's block. It lies on the stack.
+/// A handler in the chain that starts in the thread's environment block. It must be on the stack.
 struct EXCEPTION_REGISTRATION_RECORD {
     EXCEPTION_REGISTRATION_RECORD *Next;
     EXCEPTION_DISPOSITION(__cdecl *Handler)
     (EXCEPTION_RECORD *record, EXCEPTION_REGISTRATION_RECORD *frame, PVOID context, PVOID dispatcher);
 };
 
-constexpr ULONG EXCEPTION_UNWIND = 0x6; ///< either flag of a record that is no question any more
+constexpr ULONG EXCEPTION_UNWIND = 0x6; ///< either unwinding flag: handlers are called only to clean up
 
-// What a filter answers.
+// The results of an exception filter.
 constexpr LONG EXCEPTION_EXECUTE_HANDLER = 1;
 constexpr LONG EXCEPTION_CONTINUE_SEARCH = 0;
 constexpr LONG EXCEPTION_CONTINUE_EXECUTION = -1;
 
-// Lists. An empty one is a head that points to itself.
+// Lists. The head of an empty list points to itself.
 
 struct LIST_ENTRY {
     LIST_ENTRY *Flink;
     LIST_ENTRY *Blink;
 };
 
-/// The words are the caller's.
+/// A bitmap. The caller owns its words.
 struct RTL_BITMAP {
     ULONG SizeOfBitMap; ///< in bits
     ULONG *Buffer;
 };
 
-// The environment blocks of the process and of the thread, as far as they are used.
+// The environment blocks of the process and of the thread; only the fields that are used are named.
 
 struct RTL_USER_PROCESS_PARAMETERS {
     uint8_t Reserved1[0x18];
@@ -345,7 +345,8 @@ struct PEB {
     ULONG SessionId;
 };
 
-/// The slots that every thread has, and those behind them that it gets when it first needs one.
+/// The numbers of thread-local slots: those that every thread has, and the expansion slots after them, which a
+/// thread gets when it first needs one.
 constexpr ULONG TLS_MINIMUM_AVAILABLE = 64;
 constexpr ULONG TLS_EXPANSION_SLOTS = 1024;
 
@@ -362,14 +363,14 @@ struct TEB {
     PEB *ProcessEnvironmentBlock;
     ULONG LastErrorValue;
     uint8_t Reserved2[0x88];
-    PVOID WOW32Reserved; ///< on 64-bit systems, the way into their kernel
+    PVOID WOW32Reserved; ///< on 64-bit systems: the entry into the 64-bit system
     uint8_t Reserved3[0xD48];
     PVOID DeallocationStack; ///< the lowest address that is reserved for the stack
     PVOID TlsSlots[TLS_MINIMUM_AVAILABLE];
     uint8_t Reserved4[0x65];
-    BOOLEAN FreeStackOnTermination; ///< before 6.0: whether the stack goes when the thread ends itself
+    BOOLEAN FreeStackOnTermination; ///< before 6.0: whether the stack is freed when the thread ends itself
     uint8_t Reserved5[0x1E];
-    PVOID *TlsExpansionSlots; ///< a block of the process heap; null until it is needed
+    PVOID *TlsExpansionSlots; ///< a block of the process heap; null until the thread needs one of the slots
 };
 
 /// A 64-bit count that the system updates while we read: High2Time is written first and High1Time last.
@@ -470,7 +471,7 @@ constexpr ULONG EventBasicInformation = 0;
 
 constexpr ACCESS_MASK SECTION_MAP_WRITE = 0x0002;
 constexpr ACCESS_MASK SECTION_MAP_READ = 0x0004;
-constexpr ACCESS_MASK SECTION_SHARED_ACCESS = 0xF0007; ///< all but to execute and to extend
+constexpr ACCESS_MASK SECTION_SHARED_ACCESS = 0xF0007; ///< all rights except execute and extend
 constexpr ULONG SEC_COMMIT = 0x8000000;
 constexpr ULONG PAGE_READONLY = 0x02;
 constexpr ULONG PAGE_READWRITE = 0x04;
@@ -498,7 +499,7 @@ struct THREAD_BASIC_INFORMATION {
 };
 static_assert(sizeof(THREAD_BASIC_INFORMATION) == 28);
 
-/// The registers of a thread: which are meant, and the rest as nobody here reads it.
+/// The registers of a thread. The flags select a part of them; the registers themselves are not used here.
 struct CONTEXT {
     ULONG ContextFlags;
     uint8_t Registers[0x2C8];
@@ -522,7 +523,8 @@ constexpr ACCESS_MASK THREAD_SUSPEND_RESUME = 0x0002;
 constexpr ACCESS_MASK THREAD_GET_CONTEXT = 0x0008;
 constexpr ACCESS_MASK THREAD_QUERY_INFORMATION = 0x0040;
 
-// Around a process's priority. The two ends are as far as the native scale goes, and saturate.
+// Thread priorities relative to the process's priority. The first and the last are the ends of the native
+// scale, and saturate.
 constexpr LONG THREAD_PRIORITY_TIME_CRITICAL = 16;
 constexpr LONG THREAD_PRIORITY_HIGHEST = 2;
 constexpr LONG THREAD_PRIORITY_NORMAL = 0;
@@ -531,7 +533,7 @@ constexpr LONG THREAD_PRIORITY_IDLE = -16;
 
 constexpr ULONG MEM_RELEASE = 0x8000;
 
-/// With it a thread tells a debugger its name.
+/// The exception by which a thread tells a debugger its name.
 constexpr ULONG MS_VC_EXCEPTION = 0x406D1388;
 
 // The system.
@@ -565,7 +567,7 @@ enum SYSTEM_INFORMATION_CLASS : ULONG { SystemBasicInformation = 0, SystemProces
 constexpr USHORT PROCESSOR_ARCHITECTURE_IA64 = 6;
 constexpr USHORT PROCESSOR_ARCHITECTURE_AMD64 = 9;
 
-// Registry. Lengths are in bytes, and no name is terminated.
+// Registry. Lengths are in bytes; names are not terminated.
 
 constexpr ACCESS_MASK MAXIMUM_ALLOWED = 0x02000000;
 constexpr ACCESS_MASK KEY_QUERY_VALUE = 0x0001;
@@ -578,7 +580,7 @@ constexpr ACCESS_MASK KEY_WOW64_32KEY = 0x0200;
 constexpr ULONG REG_OPENED_EXISTING_KEY = 2;
 constexpr ULONG REG_NOTIFY_CHANGE_NAME = 0x1;
 constexpr ULONG REG_NOTIFY_CHANGE_ATTRIBUTES = 0x2;
-constexpr ULONG REG_NOTIFY_CHANGE_LAST_SET = 0x4; ///< of values
+constexpr ULONG REG_NOTIFY_CHANGE_LAST_SET = 0x4; ///< changes of values
 constexpr ULONG REG_NOTIFY_CHANGE_SECURITY = 0x8;
 constexpr ULONG REG_NOTIFY_THREAD_AGNOSTIC = 0x10000000; ///< since 6.2
 constexpr ULONG KeyBasicInformation = 0;
@@ -628,7 +630,7 @@ struct KEY_VALUE_PARTIAL_INFORMATION {
     UCHAR Data[1];
 };
 
-/// With one privilege.
+/// With room for one privilege.
 struct TOKEN_PRIVILEGES {
     ULONG PrivilegeCount;
     ULONG Luid[2];
@@ -661,7 +663,7 @@ constexpr ULONG SECURITY_MAX_SID_SIZE = 68;
 constexpr UCHAR SYSTEM_MANDATORY_LABEL_ACE_TYPE = 0x11;
 constexpr ACCESS_MASK SYSTEM_MANDATORY_LABEL_NO_WRITE_UP = 1;
 
-// The last parts of well-known identifiers.
+// The last parts of well-known security identifiers.
 constexpr ULONG SECURITY_WORLD_RID = 0;
 constexpr ULONG SECURITY_ANONYMOUS_LOGON_RID = 7;
 constexpr ULONG SECURITY_AUTHENTICATED_USER_RID = 11;
@@ -669,7 +671,7 @@ constexpr ULONG SECURITY_LOCAL_SYSTEM_RID = 18;
 constexpr ULONG SECURITY_BUILTIN_DOMAIN_RID = 32;
 constexpr ULONG DOMAIN_ALIAS_RID_ADMINS = 544;
 
-/// The absolute form.
+/// The absolute form: with pointers, not with offsets.
 struct SECURITY_DESCRIPTOR {
     UCHAR Revision;
     UCHAR Sbz1;
@@ -703,7 +705,7 @@ NTSYSAPI BOOLEAN NTAPI RtlFreeHeap(HANDLE heap, ULONG flags, PVOID block);
 
 NTSYSAPI void NTAPI RtlInitUnicodeString(UNICODE_STRING *counted, const WCHAR *terminated);
 
-// Case mapping. The destination of the string forms is the caller's when `allocate` is false.
+// Case mapping. When `allocate` is false, the caller of a string form provides the destination.
 
 NTSYSAPI WCHAR NTAPI RtlUpcaseUnicodeChar(WCHAR character);
 NTSYSAPI NTSTATUS NTAPI RtlUpcaseUnicodeString(UNICODE_STRING *destination, const UNICODE_STRING *source,
@@ -718,8 +720,8 @@ NTSYSAPI BOOLEAN NTAPI RtlTimeFieldsToTime(TIME_FIELDS *fields, LONGLONG *time);
 NTSYSAPI NTSTATUS NTAPI RtlSystemTimeToLocalTime(const LONGLONG *systemTime, LONGLONG *localTime);
 NTSYSAPI NTSTATUS NTAPI RtlLocalTimeToSystemTime(const LONGLONG *localTime, LONGLONG *systemTime);
 
-// The ANSI and OEM pages. The string forms write a terminator, for which the destination must have room; it
-// is the caller's when `allocate` is false. Sizes are in bytes and count the terminator.
+// The ANSI and OEM pages. The string forms write a terminator, for which the destination must have room. When
+// `allocate` is false, the caller provides the destination. Sizes are in bytes and count the terminator.
 
 NTSYSAPI NTSTATUS NTAPI RtlAnsiStringToUnicodeString(UNICODE_STRING *destination, const ANSI_STRING *source,
                                                      BOOLEAN allocate);
@@ -786,7 +788,8 @@ NTSYSAPI NTSTATUS NTAPI ZwTerminateProcess(HANDLE process, NTSTATUS exitStatus);
 NTSYSAPI void NTAPI RtlRaiseException(EXCEPTION_RECORD *record);
 NTSYSAPI NTSTATUS NTAPI ZwFreeVirtualMemory(HANDLE process, PVOID *base, ULONG *size, ULONG type);
 
-/// Guards the process's block, the bits of its thread-local slots among the rest.
+/// Acquires the lock of the process's environment block. It also protects the bitmaps of the thread-local
+/// slots.
 NTSYSAPI void NTAPI RtlAcquirePebLock();
 NTSYSAPI void NTAPI RtlReleasePebLock();
 NTSYSAPI ULONG NTAPI RtlFindClearBitsAndSet(RTL_BITMAP *bitmap, ULONG count, ULONG hint);
@@ -804,7 +807,7 @@ NTSYSAPI NTSTATUS NTAPI ZwQueryPerformanceCounter(LONGLONG *counter, LONGLONG *f
 /// Allocates a range of times, in 100 ns; `node` receives six bytes.
 NTSYSAPI NTSTATUS NTAPI ZwAllocateUuids(ULONGLONG *time, ULONG *range, ULONG *sequence, UCHAR *node);
 
-// Security. The lists and the descriptor are the caller's; sizes are in bytes.
+// Security. The caller owns the lists and the descriptor; sizes are in bytes.
 
 NTSYSAPI NTSTATUS NTAPI RtlCreateAcl(_ACL *list, ULONG size, ULONG revision);
 NTSYSAPI NTSTATUS NTAPI ZwOpenThreadToken(HANDLE thread, ACCESS_MASK access, BOOLEAN openAsSelf,
@@ -846,8 +849,8 @@ NTSYSAPI NTSTATUS NTAPI ZwQueryDirectoryFile(HANDLE file, HANDLE event, PVOID ro
                                              ULONG informationClass, BOOLEAN singleEntry,
                                              const UNICODE_STRING *pattern, BOOLEAN restart);
 
-// Paths and the environment. What the platform makes is freed with RtlFreeUnicodeString; sizes are in bytes.
-// A null environment is the process's.
+// Paths and the environment. The caller frees strings that the platform allocates with RtlFreeUnicodeString;
+// sizes are in bytes. A null environment means that of the process.
 
 NTSYSAPI ULONG NTAPI RtlGetFullPathName_U(const WCHAR *path, ULONG size, WCHAR *fullPath, WCHAR **filePart);
 NTSYSAPI ULONG NTAPI RtlGetCurrentDirectory_U(ULONG size, WCHAR *directory);
@@ -887,7 +890,7 @@ NTSYSAPI NTSTATUS NTAPI ZwNotifyChangeKey(HANDLE key, HANDLE event, PVOID routin
                                           IO_STATUS_BLOCK *status, ULONG filter, BOOLEAN subtree,
                                           PVOID changes, ULONG size, BOOLEAN asynchronous);
 NTSYSAPI NTSTATUS NTAPI RtlOpenCurrentUser(ACCESS_MASK access, HANDLE *key);
-/// The path is freed with RtlFreeUnicodeString.
+/// The caller frees the path with RtlFreeUnicodeString.
 NTSYSAPI NTSTATUS NTAPI RtlFormatCurrentUserKeyPath(UNICODE_STRING *path);
 NTSYSAPI NTSTATUS NTAPI ZwAdjustPrivilegesToken(HANDLE token, BOOLEAN disableAll,
                                                 const TOKEN_PRIVILEGES *privileges, ULONG size,
@@ -916,7 +919,7 @@ NTSYSAPI int __cdecl iswxdigit(uint16_t character);
 NTSYSAPI int __cdecl iswspace(uint16_t character);
 NTSYSAPI int __cdecl islower(int character);
 
-// Optional: reached only through the ntdll table, in the order in which it looks them up.
+// Optional: reached only through the ntdll table, in the order in which the table looks them up.
 
 NTSTATUS NTAPI RtlGetVersion(_OSVERSIONINFOW *version);
 BOOLEAN NTAPI RtlGetProductInfo(ULONG osMajor, ULONG osMinor, ULONG servicePackMajor, ULONG servicePackMinor,
@@ -963,10 +966,10 @@ PVOID NTAPI RtlDecodePointer(PVOID pointer);
 
 // Optional: reached only through the internal table of optional functions.
 
-/// `message` starts with what the server's transport fills in.
+/// `message` starts with the header that the server's transport fills in.
 NTSTATUS NTAPI CsrClientCallServer(PVOID message, PVOID capture, ULONG api, ULONG argumentSize);
 
-// Optional: reached only through the kernel32 table, in the order in which it looks them up.
+// Optional: reached only through the kernel32 table, in the order in which the table looks them up.
 
 typedef LONG(NTAPI *PTOP_LEVEL_EXCEPTION_FILTER)(_EXCEPTION_POINTERS *exception);
 

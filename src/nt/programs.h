@@ -1,5 +1,5 @@
-// Further functions of ntdll.dll, for programs that stand on it (apps/ntdll_programs.def lists them). The
-// library itself uses none of them.
+// Further declarations of ntdll.dll, for programs that import only ntdll.dll (apps/ntdll_programs.def lists the
+// functions). The library itself uses none of them.
 
 #pragma once
 
@@ -40,7 +40,7 @@ constexpr ULONG FILE_CREATED = 2; ///< in IO_STATUS_BLOCK::Information
 constexpr NTSTATUS STATUS_OBJECT_NAME_COLLISION = static_cast<NTSTATUS>(0xC0000035);
 
 struct FILE_BASIC_INFORMATION {
-    LONGLONG CreationTime; ///< when it is set, 0 leaves a time as it is
+    LONGLONG CreationTime; ///< when setting, 0 leaves a time unchanged
     LONGLONG LastAccessTime;
     LONGLONG LastWriteTime;
     LONGLONG ChangeTime;
@@ -87,7 +87,7 @@ struct PROCESS_BASIC_INFORMATION {
 
 struct _STARTUPINFOW {
     ULONG cb;
-    PVOID Reserved[16]; ///< all zeros: the new process has the streams of this one
+    PVOID Reserved[16]; ///< all zeros: the new process gets the standard streams of this one
 };
 static_assert(sizeof(_STARTUPINFOW) == 68);
 
@@ -143,7 +143,7 @@ static_assert(sizeof(SYSTEM_HANDLE_TABLE_ENTRY_INFO) == 16);
 
 constexpr ULONG SystemHandleInformation = 16;
 
-/// All zeros is a free lock.
+/// A lock of all zeros is free.
 struct RTL_SRWLOCK {
     PVOID Ptr;
 };
@@ -165,7 +165,7 @@ struct MD5_CTX {
 };
 
 struct SHA_CTX {
-    ULONG state[6 + 5 + 2 + 16]; // more than any version of it takes
+    ULONG state[6 + 5 + 2 + 16]; // larger than the structure of any version
 };
 
 extern "C" {
@@ -181,9 +181,9 @@ NTSYSAPI void NTAPI A_SHAUpdate(SHA_CTX *context, const void *data, ULONG size);
 NTSYSAPI void NTAPI A_SHAFinal(SHA_CTX *context, ULONG *digest);
 
 NTSYSAPI NTSTATUS NTAPI NtTerminateProcess(HANDLE process, NTSTATUS exitStatus);
-/// Tells every DLL that the process ends. Only the calling thread may still run.
+/// Notifies every DLL that the process ends. Only the calling thread may still be running.
 NTSYSAPI void NTAPI LdrShutdownProcess();
-/// The parameters of a native process come with offsets where pointers belong; this puts the pointers there,
+/// The parameters of a native process contain offsets in place of pointers; this replaces them with pointers,
 /// once.
 NTSYSAPI RTL_USER_PROCESS_PARAMETERS *NTAPI
 RtlNormalizeProcessParams(RTL_USER_PROCESS_PARAMETERS *parameters);
@@ -250,14 +250,14 @@ NTSYSAPI NTSTATUS NTAPI RtlUnicodeToUTF8N(char *target, ULONG capacity, ULONG *w
 NTSYSAPI NTSTATUS NTAPI RtlUnicodeToOemN(char *target, ULONG capacity, ULONG *written, const WCHAR *source,
                                          ULONG size);
 
-// Locks to measure ours against.
+// Locks that ours are measured against.
 
 NTSYSAPI void NTAPI RtlAcquireSRWLockExclusive(RTL_SRWLOCK *lock);
 NTSYSAPI void NTAPI RtlReleaseSRWLockExclusive(RTL_SRWLOCK *lock);
 NTSYSAPI void NTAPI RtlAcquireSRWLockShared(RTL_SRWLOCK *lock);
 NTSYSAPI void NTAPI RtlReleaseSRWLockShared(RTL_SRWLOCK *lock);
 
-// C functions to measure ours against.
+// C functions that ours are measured against.
 
 NTSYSAPI WCHAR *__cdecl _i64tow(int64_t value, WCHAR *target, int radix);
 NTSYSAPI int __cdecl _snwprintf(WCHAR *target, size_t capacity, const WCHAR *format, ...);

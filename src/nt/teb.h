@@ -1,5 +1,5 @@
-// The calling thread's and process's own blocks, and the page that the system shares with every process.
-// Reading them costs a segment-relative load or a plain one, never a call.
+// Access to the environment blocks of the calling thread and process, and to the page that the system shares
+// with every process. A read costs one or two loads, never a call.
 
 #pragma once
 
@@ -11,7 +11,7 @@ inline TEB *NtCurrentTeb()
     return *reinterpret_cast<TEB *__attribute__((address_space(257))) *>(offsetof(TEB, Self));
 }
 
-/// Never 0.
+/// The identifier of the calling thread; never 0.
 inline uint32_t CurrentThreadId()
 {
     return reinterpret_cast<uintptr_t>(NtCurrentTeb()->ClientId.UniqueThread);
@@ -27,9 +27,9 @@ inline const volatile KUSER_SHARED_DATA &SharedUserData()
     return *reinterpret_cast<const volatile KUSER_SHARED_DATA *>(0x7FFE0000);
 }
 
-/// A 64-bit count of the shared page, whole. The system writes the second copy of the high half first, then
-/// the low half, then the first copy; read the other way round, equal copies belong to the low half between
-/// them.
+/// Reads a 64-bit count of the shared page consistently. The system writes the second copy of the high half
+/// first, then the low half, then the first copy. This reads in the reverse order: when the two copies are
+/// equal, they belong to the low half read between them.
 inline uint64_t ReadSharedTime(const volatile KSYSTEM_TIME &time)
 {
     for (;;) {

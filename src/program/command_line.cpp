@@ -1,4 +1,4 @@
-// Splitting a command line.
+// Splits a command line into its arguments, by the rules of the platform's CommandLineToArgvW.
 
 #include "program/command_line.h"
 
@@ -13,8 +13,8 @@ bool IsBlank(wchar_t character)
     return character == L' ' || character == L'\t';
 }
 
-/// Copies the program's name, in which a backslash means nothing: up to the next quotation mark when it
-/// starts with one, else up to a blank.
+/// Copies the program's name. It ends at the next quotation mark when it starts with one, else at a blank; a
+/// backslash in it has no special meaning.
 const wchar_t *CopyProgram(const wchar_t *next, const wchar_t *last, wchar_t *&out)
 {
     const bool quoted = next != last && *next == L'"';
@@ -26,10 +26,10 @@ const wchar_t *CopyProgram(const wchar_t *next, const wchar_t *last, wchar_t *&o
     return next != last && quoted ? next + 1 : next;
 }
 
-/// Copies one argument. Two backslashes in front of a quotation mark stand for one, and an odd one makes the
-/// mark a character of the argument; all others are what they are. Blanks count inside quotation marks. Of
-/// the marks in a run, with the one that is open, each three stand for one character; a single one that is
-/// left opens, two have opened and closed.
+/// Copies one argument. Before a quotation mark, two backslashes give one, and an odd one makes the mark a
+/// character of the argument; elsewhere a backslash is an ordinary character. Inside quotation marks, blanks
+/// belong to the argument. In a run of marks, counted together with a mark that is already open, every three
+/// give one character. If one mark is left over, quoting is on after the run; otherwise it is off.
 const wchar_t *CopyArgument(const wchar_t *next, const wchar_t *last, wchar_t *&out)
 {
     bool quoted = false;
@@ -61,8 +61,8 @@ const wchar_t *CopyArgument(const wchar_t *next, const wchar_t *last, wchar_t *&
 
 CommandLine::CommandLine(const wchar_t *line, uint32_t length)
 {
-    // No argument is longer than its text, and every second character at most starts one. The name comes on
-    // top, and the pointer that ends the array.
+    // No argument is longer than its text, and at most every second character starts an argument. The
+    // program's name and the null pointer that ends the array are added.
     const uint32_t mostArguments = length / 2 + 2;
     arguments_.Reset(static_cast<wchar_t **>(
         AllocateBytes((mostArguments + 1) * sizeof(wchar_t *) + (length + mostArguments) * sizeof(wchar_t))));

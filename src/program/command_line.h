@@ -7,19 +7,19 @@
 namespace detail
 {
 
-/// The program's name and the arguments behind it, which live as long as this.
+/// The program's name and the arguments after it. The texts live as long as this object.
 class CommandLine
 {
 public:
-    /// `length` characters. A line of none has one argument, the program's name, which is empty.
+    /// Splits `length` characters. An empty line has one argument: the program's name, which is empty.
     CommandLine(const wchar_t *line, uint32_t length);
 
-    /// False when there was no memory for them.
+    /// False when there was no memory for the arguments.
     bool IsValid() const { return count_ != 0; }
 
     uint32_t Count() const { return count_; }
 
-    /// Ends with a null pointer.
+    /// The array ends with a null pointer.
     wchar_t **Arguments() const { return arguments_.Get(); }
 
 private:

@@ -1,4 +1,5 @@
-// The entry of a program without a C runtime.
+// The entry of a program without a C runtime: it sets the stack cookie, splits the command line, runs the
+// constructors, OrvMain and the destructors, and ends the process.
 
 #include "crt/static_objects.h"
 #include "nt/programs.h"
@@ -11,10 +12,10 @@ extern "C" uintptr_t __security_cookie;
 namespace
 {
 
-/// The cookie that a module has in its file, and keeps where the loader is too old to draw one.
+/// The stack cookie as it is in a module's file. It keeps this value when the loader is too old to set one.
 constexpr uintptr_t kCookieOfTheFile = 0xBB40E64E;
 
-/// Where the loader draws none, a cookie of clocks and addresses.
+/// Makes a cookie from clocks and addresses, for loaders that set none.
 uintptr_t DrawCookie()
 {
     LONGLONG counter = 0;
@@ -24,7 +25,8 @@ uintptr_t DrawCookie()
     return mix ^ CurrentThreadId() ^ reinterpret_cast<uintptr_t>(&counter);
 }
 
-/// DLLs are told, as in every process that ends in good order; other threads end before that.
+/// Ends the other threads, then notifies the DLLs, as in every process that ends in good order, then ends the
+/// process.
 [[noreturn]] void EndProcess(NTSTATUS exitCode)
 {
     NtTerminateProcess(nullptr, exitCode);
@@ -58,7 +60,7 @@ int RunProgram()
 
 extern "C" {
 
-// The entry itself has no cookie, because that changes under it.
+// This function has no cookie check of its own, because it changes the cookie.
 [[noreturn]] __attribute__((no_stack_protector)) void __cdecl mainCRTStartup()
 {
     if (__security_cookie == kCookieOfTheFile)

@@ -1,4 +1,4 @@
-// OrvPrint and its sister.
+// OrvPrint and OrvPrintError: formatted output to the standard streams.
 
 #include "nt/teb.h"
 #include "orv/program/program.h"

@@ -1,4 +1,4 @@
-// Writing to the standard streams of a process.
+// Writes to the standard streams of a process.
 
 #include "program/standard_stream.h"
 
@@ -22,7 +22,7 @@ OrvResult WriteToStream(HANDLE stream, const char *bytes, uint32_t count)
 {
     while (count) {
         ULONG written = 0;
-        // Up to Windows 7 the handle of a console is no handle of the kernel's, and only Win32 knows it.
+        // Up to Windows 7 a console's handle is not a kernel handle: only Win32 functions accept it.
         if (OrvKernel32IsFnLoaded_WriteFile()) {
             const OrvResult result = OrvKernel32_WriteFile(stream, bytes, count, &written, nullptr);
             if (OrvFailed(result))

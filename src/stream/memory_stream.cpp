@@ -1,4 +1,4 @@
-// Streams over memory.
+// Streams over memory: one reads a caller's bytes, the other appends to a buffer of its own that grows.
 
 #include "orv/stream/memory_stream.h"
 
@@ -100,11 +100,11 @@ OrvResult OrvBufferStream::Write(const void *bytes, uint32_t size, uint32_t &wri
             return ORV_E_OUT_OF_MEMORY;
         const uintptr_t offset = reinterpret_cast<uintptr_t>(source) - reinterpret_cast<uintptr_t>(bytes_);
         if (offset < capacity_)
-            source = grown + offset; // the stream's own bytes have moved
+            source = grown + offset; // the source is part of the stream's own bytes, which have moved
         bytes_ = grown;
         capacity_ = capacity;
     }
-    if (size) // the bytes may be null when there are none
+    if (size) // `bytes` may be null when the size is 0
         memmove(bytes_ + size_, source, size);
     size_ += size;
     written = size;

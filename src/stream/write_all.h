@@ -1,4 +1,4 @@
-// Writing all of some bytes to a stream, which may take fewer at a time.
+// Writes all given bytes to a stream, which may take fewer at a time.
 
 #pragma once
 
@@ -7,8 +7,8 @@
 namespace detail
 {
 
-/// Returns 0; the stream's failure; ORV_E_WRITE_FAULT for a stream that claims to have written nothing, which
-/// would be asked for ever, or more than it was given.
+/// Returns 0; the stream's failure; ORV_E_WRITE_FAULT for a stream that reports more bytes written than it was
+/// given, or none: with such a stream the loop would never end.
 inline OrvResult WriteAll(IOrvStream &stream, const uint8_t *bytes, uint32_t size)
 {
     while (size) {

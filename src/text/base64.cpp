@@ -1,5 +1,5 @@
-// Base64: whole groups go through the block loops; what is irregular, the padded end and white space, is
-// taken character by character.
+// Base64: the block loops convert whole groups; the padded last group and groups with white space in them are
+// converted character by character.
 
 #include "orv/text/base64.h"
 
@@ -13,7 +13,8 @@ namespace
 using detail::kBase64GroupBytes;
 using detail::kBase64GroupCharacters;
 
-// What the formulas say before they are cut to 32 bits; a group begun is a whole one.
+// The sizes of the results. Unlike the public formulas, these do not wrap at 32 bits. An incomplete group counts
+// as a whole one.
 
 /// The length of the text, without a terminator.
 uint64_t EncodedLength(uint32_t byteCount)
@@ -22,14 +23,14 @@ uint64_t EncodedLength(uint32_t byteCount)
     return uint64_t(groups) * kBase64GroupCharacters;
 }
 
-/// The room that the decoder asks for, which always fits 32 bits.
+/// The room that the decoder requires; it always fits into 32 bits.
 uint32_t DecodedCapacity(uint32_t charCount)
 {
     const uint32_t groups = charCount / kBase64GroupCharacters + (charCount % kBase64GroupCharacters != 0);
     return groups * kBase64GroupBytes;
 }
 
-/// The one or two bytes of a last group, padded.
+/// Encodes a last group of one or two bytes, with padding.
 void EncodeLastGroup(wchar_t *text, const uint8_t *data, uint32_t count)
 {
     const uint32_t bits = uint32_t(data[0]) << 16 | (count > 1 ? uint32_t(data[1]) << 8 : 0);
@@ -90,7 +91,7 @@ public:
     const uint8_t *End() const { return out_; }
 
 private:
-    /// Takes the next character that is not skipped. False behind the last one.
+    /// Reads the next character that is not skipped. False at the end of the text.
     bool Take(wchar_t &character)
     {
         while (next_ != last_) {
@@ -101,7 +102,8 @@ private:
         return false;
     }
 
-    /// A group with white space in it, the padded one, or none at all because the text ends.
+    /// Decodes one group character by character: one with white space in it, the padded one, or none because
+    /// the text has ended.
     bool DecodeGroup()
     {
         uint32_t bits = 0;
@@ -126,7 +128,7 @@ private:
         return padding == 0 || IsAtEnd();
     }
 
-    /// Whether nothing follows that is not skipped; then the text has ended.
+    /// Whether only skipped characters follow; the text has then ended.
     bool IsAtEnd()
     {
         wchar_t character = 0;

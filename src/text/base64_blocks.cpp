@@ -1,12 +1,13 @@
-// Base64, group by group and four groups at a time.
+// The inner loops of Base64: plain code for one group at a time, SSSE3 code for four.
 //
-// The wide encoder spreads twelve bytes over sixteen lanes with one shuffle, moves the six bits of each lane
-// into place with two multiplications, which shift each lane by its own distance, and turns values into
-// characters by adding an offset that a second shuffle looks up for each range of the alphabet.
+// The SSSE3 encoder spreads twelve bytes over sixteen lanes with one shuffle. Two multiplications, which shift
+// each lane by its own distance, move the six bits of each lane into place. The values become characters by
+// adding an offset, which a second shuffle looks up for each range of the alphabet.
 //
-// The wide decoder goes the other way. A character is valid when the set of rows (high nibbles) that its low
-// nibble allows and the set that its high nibble stands for have a member in common; what packing UTF-16 into
-// bytes does to units beyond ASCII (0 or a byte from 0x80 on) is never valid.
+// The SSSE3 decoder does the reverse. It checks a character by its two nibbles: the low nibble (column) selects
+// a set of allowed rows and the high nibble (row) a set that contains it; the character is valid when the sets
+// have a common member. Packing UTF-16 into bytes turns units beyond ASCII into 0 or bytes from 0x80 on, which
+// are never valid.
 
 #include "text/base64_blocks.h"
 
@@ -67,10 +68,10 @@ constexpr uint32_t kBlockGroups = 4;
 constexpr uint32_t kBlockBytes = kBlockGroups * kBase64GroupBytes;
 constexpr uint32_t kBlockCharacters = kBlockGroups * kBase64GroupCharacters;
 
-/// Sixteen characters, one a byte, from the first twelve bytes of a vector.
+/// Encodes the first twelve bytes of a vector as sixteen characters, one per byte.
 ORV_SSSE3 inline __m128i EncodeBlock(__m128i bytes)
 {
-    // Each 32-bit lane gets a group's bytes as 1 0 2 1, so that every six bits lie within one 16-bit half.
+    // Each 32-bit lane gets the bytes 1 0 2 1 of a group, so that each six bits are within one 16-bit half.
     bytes = _mm_shuffle_epi8(bytes, _mm_setr_epi8(1, 0, 2, 1, 4, 3, 5, 4, 7, 6, 8, 7, 10, 9, 11, 10));
     const __m128i firstAndThird =
         _mm_mulhi_epu16(_mm_and_si128(bytes, _mm_set1_epi32(0x0FC0FC00)), _mm_set1_epi32(0x04000040));
@@ -88,13 +89,13 @@ ORV_SSSE3 inline __m128i EncodeBlock(__m128i bytes)
     return _mm_add_epi8(values, _mm_shuffle_epi8(offsets, range));
 }
 
-/// The values of sixteen characters. False when not all of them are of the alphabet.
+/// The values of sixteen characters. False when one of them is not in the alphabet.
 ORV_SSSE3 inline bool ValuesOf(__m128i characters, __m128i &values)
 {
     const __m128i low = _mm_and_si128(characters, _mm_set1_epi8(0x0F));
     const __m128i high = _mm_and_si128(_mm_srli_epi32(characters, 4), _mm_set1_epi8(0x0F));
-    // Which rows have a character in this column, and which of them this row is: 1 for row 2 (+ and /), 2 for
-    // row 3 (digits), 4 for rows 4 and 6 (A-O, a-o), 8 for rows 5 and 7 (P-Z, p-z), 0 for any other row.
+    // `columns`: the rows that have a character in this column. `rows`: the bit of this row, which is 1 for row 2
+    // (+ and /), 2 for row 3 (digits), 4 for rows 4 and 6 (A-O, a-o), 8 for rows 5 and 7 (P-Z, p-z), else 0.
     const __m128i columns = _mm_setr_epi8(0x0A, 0x0E, 0x0E, 0x0E, 0x0E, 0x0E, 0x0E, 0x0E, 0x0E, 0x0E, 0x0C,
                                           0x05, 0x04, 0x04, 0x04, 0x05);
     const __m128i rows = _mm_setr_epi8(0, 0, 1, 2, 4, 8, 4, 8, 0, 0, 0, 0, 0, 0, 0, 0);
@@ -102,7 +103,7 @@ ORV_SSSE3 inline bool ValuesOf(__m128i characters, __m128i &values)
     if (BitsOf(_mm_cmpeq_epi8(allowed, _mm_setzero_si128())) != 0)
         return false;
 
-    // One offset a row, except that "/" takes that of row 1, which has no character.
+    // One offset per row, except that "/" uses the offset of row 1, a row without characters.
     const __m128i isSlash = _mm_cmpeq_epi8(characters, _mm_set1_epi8('/'));
     const __m128i offsets = _mm_setr_epi8(0, 63 - '/', 62 - '+', 52 - '0', -'A', -'A', 26 - 'a', 26 - 'a', 0,
                                           0, 0, 0, 0, 0, 0, 0);
@@ -115,7 +116,7 @@ ORV_SSSE3 inline bool ValuesOf(__m128i characters, __m128i &values)
 ORV_SSSE3 void EncodeBase64Groups(wchar_t *text, const uint8_t *data, uint32_t groups)
 {
     for (; groups >= kBlockGroups; groups -= kBlockGroups) {
-        // No byte behind the twelve may be read.
+        // No byte after the twelve may be read.
         const __m128i bytes = _mm_unpacklo_epi64(
             _mm_loadl_epi64(reinterpret_cast<const __m128i *>(data)),
             _mm_cvtsi32_si128(LoadUnit(reinterpret_cast<const int *>(data + sizeof(uint64_t)))));
@@ -135,7 +136,7 @@ ORV_SSSE3 uint32_t DecodeBase64Groups(uint8_t *data, const wchar_t *text, uint32
         __m128i values;
         if (!ValuesOf(_mm_packus_epi16(LoadVector(text), LoadVector(text + kLanes<wchar_t>)), values))
             break;
-        // Pairs of six bits, then pairs of twelve, then the three bytes of each lane in their order.
+        // Joins pairs of six bits, then pairs of twelve; then puts the three bytes of each lane in order.
         const __m128i pairs = _mm_maddubs_epi16(values, _mm_set1_epi32(0x01400140));
         const __m128i lanes = _mm_madd_epi16(pairs, _mm_set1_epi32(0x00011000));
         const __m128i bytes =

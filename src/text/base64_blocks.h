@@ -1,5 +1,5 @@
-// The inner loops of Base64: whole groups, three bytes on one side and four characters on the other. Each
-// loop exists plainly and for SSSE3, and both must give the same answers. Text may stand at any address.
+// The inner loops of Base64. They convert whole groups: three bytes to four characters and back. Each loop
+// exists in plain code and for SSSE3; both must give the same results. Text may be at any address.
 
 #pragma once
 
@@ -17,7 +17,7 @@ constexpr char kBase64Alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqr
 
 constexpr uint8_t kNotBase64 = 0xFF;
 
-/// The value of each code unit; kNotBase64 outside the alphabet. No unit from 127 on has one.
+/// The value of each code unit; kNotBase64 outside the alphabet. Units from 127 on are outside.
 struct Base64Values {
     uint8_t of[127];
 
@@ -45,7 +45,7 @@ uint32_t DecodeBase64Groups(uint8_t *data, const wchar_t *text, uint32_t groups)
 
 } // namespace plain
 
-// Only where CpuHas(kCpuSsse3).
+// May be called only if CpuHas(kCpuSsse3).
 namespace ssse3
 {
 
@@ -63,8 +63,8 @@ inline void EncodeBase64Groups(wchar_t *text, const uint8_t *data, uint32_t grou
         plain::EncodeBase64Groups(text, data, groups);
 }
 
-/// Decodes whole groups as long as they have nothing but characters of the alphabet. Returns how many those
-/// are; nothing is written behind their bytes.
+/// Decodes whole groups up to the first one with a character that is not in the alphabet. Returns their number;
+/// nothing is written after their bytes.
 inline uint32_t DecodeBase64Groups(uint8_t *data, const wchar_t *text, uint32_t groups)
 {
     return CpuHas(kCpuSsse3) ? ssse3::DecodeBase64Groups(data, text, groups)

@@ -1,4 +1,4 @@
-// Arithmetic on big numbers.
+// Arithmetic on big numbers: multiplication by small numbers and powers of five, shifts, comparison.
 
 #include "text/big_number.h"
 

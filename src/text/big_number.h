@@ -1,4 +1,4 @@
-// Unsigned numbers of a fixed capacity, for the comparisons that rounding a decimal text may come down to.
+// Big unsigned numbers of a fixed capacity, for the exact comparisons that parsing a decimal text may need.
 
 #pragma once
 
@@ -7,8 +7,8 @@
 namespace detail
 {
 
-/// The capacity holds every number that parsing meets: 771 digits, or half-way mantissas times 5^1112, with
-/// the binary shift that goes with each.
+/// The capacity is enough for every number in parsing: 771 digits, or a half-way mantissa times 5^1112, each
+/// with the binary shift that it needs.
 class BigNumber
 {
 public:
@@ -18,7 +18,7 @@ public:
     void MultiplyByPowerOfFive(uint32_t exponent);
     void ShiftLeft(uint32_t bits);
 
-    /// Below zero, zero or above it, as this number is smaller, equal or larger.
+    /// Returns a number below, equal to or above zero when this number is smaller, equal or larger.
     int Compare(const BigNumber &other) const;
 
 private:
@@ -27,7 +27,7 @@ private:
     void Push(uint32_t limb) { limbs_[count_++] = limb; }
 
     uint32_t count_ = 0;
-    uint32_t limbs_[kLimbs]; // the lowest first; the highest that counts is not 0
+    uint32_t limbs_[kLimbs]; // the lowest first; the highest one in use is not 0
 };
 
 } // namespace detail

@@ -1,5 +1,5 @@
-// The character classes that ask the platform. It gives ASCII letters the case that everyone expects, so
-// those need no call.
+// Case mapping and character classes, by the platform's tables. ASCII letters are mapped without a call to the
+// platform, which maps them the same way.
 
 #include "orv/text/character.h"
 

@@ -1,4 +1,5 @@
-// The conversions: which way each page takes, and what a caller's array holds afterwards.
+// Conversions between code pages: they choose the library's own converter or the platform's, and define the
+// content of the caller's array afterwards.
 
 #include "orv/text/code_page.h"
 
@@ -28,7 +29,7 @@ bool IsNative(OrvCodePage page)
     return page == OrvCodePageDefault || page == OrvCodePageOem;
 }
 
-/// Stores a size that can still be counted with its terminator.
+/// Stores a size if it still fits into 32 bits together with a terminator.
 OrvResult StoreSize(uint32_t &size, uint64_t length)
 {
     if (length >= UINT32_MAX)
@@ -37,7 +38,7 @@ OrvResult StoreSize(uint32_t &size, uint64_t length)
     return ORV_S_OK;
 }
 
-/// What a conversion answers that found too little room.
+/// The result of a conversion that found too little room.
 OrvResult RequireSize(uint32_t *size, uint64_t length)
 {
     uint32_t counted = 0;
@@ -77,7 +78,7 @@ struct Bytes {
     uint32_t size;
 };
 
-/// No text is longer: it would not fit into the address space.
+/// The most units of a UTF-16 text: a longer one would not fit into the address space.
 constexpr uint32_t kMostUtf16 = UINT32_MAX / sizeof(wchar_t);
 
 Bytes BytesOf(const char *text, uint32_t count)
@@ -90,13 +91,14 @@ Bytes BytesOf(const wchar_t *text, uint32_t count)
     return {reinterpret_cast<const uint8_t *>(text), static_cast<uint32_t>(count * sizeof(wchar_t))};
 }
 
-/// Whether a converter has made whole units: a copy may have not.
+/// Runs a converter. ORV_E_INVALID_DATA also when the result does not consist of whole units, which can happen
+/// when bytes are copied.
 template <typename T>
 OrvResult RunConverter(CodePageConverter convert, Bytes source, T *target, uint32_t room, uint64_t &length)
 {
-    // A caller may name a capacity that goes on behind the end of the address space, and pointers must not go
-    // there: not to the end of the room when that is far behind all that the source can become.
-    constexpr uint64_t kMostGrowth = 8; // bytes for a byte; a single one is five in UTF-7
+    // A caller's capacity may reach beyond the end of the address space, but a pointer must not. So the room is
+    // limited to the address space, and to the most that the source can become.
+    constexpr uint64_t kMostGrowth = 8; // bytes per byte of the source; a single byte takes five in UTF-7
     const uint32_t mostRoom = (UINTPTR_MAX - reinterpret_cast<uintptr_t>(target)) / sizeof(T);
     const uint64_t largest = uint64_t{room < mostRoom ? room : mostRoom} * sizeof(T);
     const uint64_t enough = source.size * kMostGrowth;
@@ -193,8 +195,8 @@ OrvResult Convert(char *target, uint32_t capacity, const wchar_t *source, OrvCod
     return OrvConvertUtf162MbString(target, capacity, source, page, &size, count);
 }
 
-/// A short text is converted on the stack, so that a failure changes nothing. What is too long for that is
-/// known to be well formed before the buffer is touched.
+/// A short text is converted on the stack, so that a failure changes nothing. A text that is too long for the
+/// stack has been measured, and so checked, before the buffer is touched.
 template <typename T, typename Source>
 OrvResult ConvertInto(OrvCharHeapBuffer<T> &target, const Source *source, OrvCodePage page, uint32_t count)
 {
@@ -207,7 +209,7 @@ OrvResult ConvertInto(OrvCharHeapBuffer<T> &target, const Source *source, OrvCod
         return target.Assign(text, size);
     if (result != ORV_E_BUFFER_TOO_SMALL)
         return result;
-    result = target.ReserveElements(size); // one more than needed: Resize wants it and allocates no more then
+    result = target.ReserveElements(size); // reserves one more than needed, so that Resize does not allocate
     if (OrvFailed(result))
         return result;
     result = Convert(target.GetBuffer(), target.GetCapacity(), source, page, count, size);
@@ -274,7 +276,7 @@ OrvResult OrvGetMb2MbStringSize(uint32_t &size, const char *source, OrvCodePage 
     if (sourcePage == targetPage || (IsNativeTowardsUtf16(sourcePage) && IsNativeTowardsUtf16(targetPage)))
         return StoreSize(size, count);
     if (IsNativeTowardsUtf16(sourcePage) || IsNative(targetPage)) {
-        // The conversion would not ask for the page of an empty text.
+        // The conversion below would not check the page when the text is empty.
         if (!IsNativeTowardsUtf16(sourcePage) && !detail::FindCodePageConverter(sourcePage, OrvCodePageUtf16))
             return ORV_E_NOT_PROVIDED;
         detail::ConvertedText<wchar_t> text;
@@ -282,7 +284,7 @@ OrvResult OrvGetMb2MbStringSize(uint32_t &size, const char *source, OrvCodePage 
         return OrvFailed(result) ? result
                                  : OrvGetUtf162MbStringSize(size, text.Get(), targetPage, text.Length());
     }
-    // What the library itself converts is as long directly as it is through UTF-16.
+    // For the library's own pages, a direct conversion gives the same size as one through UTF-16.
     uint64_t length = 0;
     const OrvResult result = MeasureOwn<char>(length, BytesOf(source, count), sourcePage, targetPage);
     return OrvFailed(result) ? result : StoreSize(size, length);

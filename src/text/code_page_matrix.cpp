@@ -1,4 +1,5 @@
-// The table of converters: a row for each source, a column for each target. The first of both is empty.
+// The table of converters: a row for each source page, a column for each target page. The first row and the
+// first column are empty.
 
 #include "text/code_page_matrix.h"
 
@@ -22,7 +23,7 @@ OrvResult Convert(const uint8_t *source, uint32_t size, uint8_t *target, uint32_
                   : Measure<From, To>(source, size, converted);
 }
 
-/// From UTF-7 or to it.
+/// From UTF-7 or to UTF-7.
 template <typename Reader, typename Writer>
 OrvResult ConvertThrough(const uint8_t *source, uint32_t size, uint8_t *target, uint32_t room,
                          uint64_t &converted)
@@ -33,7 +34,7 @@ OrvResult ConvertThrough(const uint8_t *source, uint32_t size, uint8_t *target, 
     return TranscodeThrough(reader, typename Writer::template On<TargetCount>({}), converted);
 }
 
-/// From a page to itself, whatever the bytes mean.
+/// From a page to itself: copies the bytes without a check.
 OrvResult Copy(const uint8_t *source, uint32_t size, uint8_t *target, uint32_t room, uint64_t &converted)
 {
     if (target) {

@@ -8,16 +8,16 @@
 namespace detail
 {
 
-/// Converts `size` bytes at `source` into at most `room` bytes at `target`, or without a target only
-/// measures; `converted` is the size of the result. Nothing behind the room is written; on failure the room
-/// holds anything, and `converted` is as it was.
+/// Converts `size` bytes at `source` into at most `room` bytes at `target`; without a target it only measures.
+/// `converted` receives the size of the result. Nothing is written after the room. On failure the content of
+/// the room is undefined, and `converted` is unchanged.
 ///
-/// ORV_E_BUFFER_TOO_SMALL: the room does not hold the result. ORV_E_INVALID_DATA: the source is no text in
-/// its page.
+/// ORV_E_BUFFER_TOO_SMALL: the result does not fit into the room. ORV_E_INVALID_DATA: the source is not valid
+/// text in its page.
 typedef OrvResult (*CodePageConverter)(const uint8_t *source, uint32_t size, uint8_t *target, uint32_t room,
                                        uint64_t &converted);
 
-/// Null where the library has none: for the pages of the platform, and for values that are no page.
+/// Null when the library has no such converter: for the platform's pages, and for values that are no page.
 CodePageConverter FindCodePageConverter(OrvCodePage from, OrvCodePage to);
 
 } // namespace detail

@@ -1,5 +1,5 @@
-// A text in another page or width, for as long as a call needs it: on the stack when it is short, else on the
-// heap.
+// A text converted to another page or width for the time of a call: on the stack when it is short, else on
+// the heap.
 
 #pragma once
 
@@ -10,12 +10,12 @@
 namespace detail
 {
 
-/// T is the width of the result, the other width that of the source.
+/// T is the character type of the result; the source has the other one.
 template <typename T>
 class ConvertedText
 {
 public:
-    /// Results: as the conversion of a text, and ORV_E_OUT_OF_MEMORY.
+    /// Returns the results of the conversion of a text, and ORV_E_OUT_OF_MEMORY.
     template <typename Source>
     OrvResult Convert(const Source *source, OrvCodePage page, uint32_t count)
     {

@@ -1,10 +1,11 @@
 // Decimal text to double, correctly rounded for any length of input.
 //
-// The first 19 digits and the exponent are one pass over the text. Three steps then decide, each rarer than
-// the one before: small numbers whose mantissa and power of ten are both exact doubles take one
-// multiplication or division; others a multiplication by the leading bits of the power, which tells when its
-// error could matter; and what is left compares the whole text, as a big number, with the half-way point
-// between two neighbouring doubles.
+// One pass over the text reads the first 19 digits and the exponent. Then one of three methods is used, each
+// rarer than the one before:
+// - If the mantissa and the power of ten are both exact doubles, one multiplication or division.
+// - Else a multiplication by the leading bits of the power. It detects when its error could matter.
+// - In that case the whole text, as a big number, is compared with the point half-way between two neighbouring
+//   doubles.
 
 #include "text/decimal_to_double.h"
 
@@ -19,18 +20,18 @@ namespace
 {
 
 constexpr uint32_t kMostFastDigits = 19;   // 10^19 < 2^64
-constexpr uint32_t kMostExactDigits = 770; // more than any half-way point has
+constexpr uint32_t kMostExactDigits = 770; // more digits than any half-way point has
 constexpr uint64_t kInfinityBits = uint64_t{kLargestBiasedExponent} << kMantissaBits;
 constexpr uint64_t kLargestExactInteger = uint64_t{1} << (kMantissaBits + 1);
 
-/// The value is digits * 10^exponent, and a little more when `truncated`.
+/// The value is digits * 10^exponent, or slightly more when `truncated`.
 template <typename T>
 struct ParsedDecimal {
     uint64_t digits = 0;
     int32_t exponent = 0;
     bool truncated = false;
-    const T *firstDigit; // the first significant one
-    const T *digitsEnd;  // behind the last digit, the point may stand between
+    const T *firstDigit; // the first significant digit
+    const T *digitsEnd;  // after the last digit; the point may be between the two
 };
 
 bool IsDigit(uint32_t character)
@@ -38,7 +39,7 @@ bool IsDigit(uint32_t character)
     return character - '0' < 10;
 }
 
-/// Adds to an exponent without leaving the range in which it still decides something.
+/// Adds to an exponent and keeps the sum within the range in which its value still matters.
 int32_t AddClamped(int32_t exponent, int64_t change)
 {
     constexpr int64_t kMost = 0x40000000;
@@ -46,7 +47,8 @@ int32_t AddClamped(int32_t exponent, int64_t change)
     return static_cast<int32_t>(sum > kMost ? kMost : sum < -kMost ? -kMost : sum);
 }
 
-/// The decimal exponent behind the digits, if one is well formed; otherwise the text is left where it is.
+/// Adds the decimal exponent after the digits if it is well formed, and returns its end; otherwise returns
+/// `next`.
 template <typename T>
 const T *ParseExponent(const T *next, const T *last, int32_t &exponent)
 {
@@ -65,7 +67,7 @@ const T *ParseExponent(const T *next, const T *last, int32_t &exponent)
     return digit;
 }
 
-/// Returns behind the number, or `next` when there is no digit.
+/// Returns the end of the number, or `next` when there is no digit.
 template <typename T>
 const T *ParseParts(const T *next, const T *last, ParsedDecimal<T> &decimal)
 {
@@ -109,9 +111,8 @@ constexpr double kExactPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,
                                         1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 constexpr int32_t kLargestExactPowerOfTen = 22;
 
-/// digits * 10^exponent, where the exponent lies in the table of powers: the bits of the double that it
-/// rounds down to, and what was cut off. With an error in the power that double may be one too low, and the
-/// rest is then unknown.
+/// digits * 10^exponent, for an exponent in the table of powers: the bits of the double below or equal to it,
+/// and what was cut off. When the power is not exact, that double may be one too low; the rest is then unknown.
 struct ScaledBits {
     uint64_t lower;
     Remainder rest;
@@ -124,20 +125,21 @@ ScaledBits Scale(uint64_t digits, int32_t exponent)
     // The value is product * 2^scale; its leading bit is worth 2^top.
     const int scale = ScaleOfPowerOfFive(exponent) + exponent - zeros;
     const int top = scale + (product.limbs[5] >> 31 ? 191 : 190);
-    // The lowest mantissa bit of the result is worth 2^lowest: 52 below the top, or the subnormals' own.
+    // The lowest mantissa bit of the result is worth 2^lowest: 52 below the top, but not below that of
+    // subnormals.
     const int lowest =
         top - kMantissaBits > kSmallestBinaryExponent ? top - kMantissaBits : kSmallestBinaryExponent;
     const int shift = lowest - scale;
     if (shift > 192) // less than half of the smallest subnormal
         return {0, Remainder::kBelowHalf};
-    // The mantissa's own leading bit, which a subnormal lacks, carries into the exponent.
+    // The leading bit of the mantissa, which only normal numbers have, carries into the exponent.
     const auto biasedLessOne = static_cast<uint64_t>(lowest - kSmallestBinaryExponent);
     const bool exact = exponent >= 0 && exponent <= kLargestExactPower;
     return {(biasedLessOne << kMantissaBits) + product.ShiftRight(static_cast<uint32_t>(shift)),
             JudgeRemainder(product, static_cast<uint32_t>(shift), exact)};
 }
 
-/// Half to even; a mantissa that rounds up to 2^53 carries into the exponent by itself.
+/// Rounds half to even. A mantissa that rounds up to 2^53 carries into the exponent, as it should.
 uint64_t RoundKnown(const ScaledBits &scaled)
 {
     uint64_t bits = scaled.lower;
@@ -148,12 +150,12 @@ uint64_t RoundKnown(const ScaledBits &scaled)
     return bits < kInfinityBits ? bits : kInfinityBits;
 }
 
-/// Decides between the doubles of `lower` and `lower` + 1: compares text * 10^exponent with the point
-/// half-way.
+/// Chooses between the doubles with the bits `lower` and `lower` + 1: compares text * 10^exponent with the point
+/// half-way between them.
 uint64_t CompareWithHalfWay(BigNumber &text, int32_t exponent, uint64_t lower)
 {
-    // (2 * mantissa + 1) * 2^(binary exponent - 1) against text * 5^exponent * 2^exponent, brought to
-    // integers.
+    // Compares (2 * mantissa + 1) * 2^(binary exponent - 1) with text * 5^exponent * 2^exponent, both multiplied
+    // so that they are integers.
     const DoubleParts parts(MakeDouble(false, lower));
     BigNumber half(parts.Mantissa() * 2 + 1);
     const int shift = parts.Exponent() - 1 - exponent;
@@ -166,12 +168,12 @@ uint64_t CompareWithHalfWay(BigNumber &text, int32_t exponent, uint64_t lower)
     else
         text.ShiftLeft(static_cast<uint32_t>(-shift));
     const int order = text.Compare(half);
-    // The double above the largest one has the bits of infinity, which is where rounding up must lead.
+    // Rounding up the largest double gives the bits of infinity, as it must.
     return order > 0 || (order == 0 && (lower & 1)) ? lower + 1 : lower;
 }
 
-/// All significant digits of the text, as many as can matter; more that are not zero count as one more digit.
-/// Returns the power of ten that they are multiplied by.
+/// Collects the significant digits of the text, as many as can matter. If any digit after them is not zero, a
+/// single digit 1 replaces the rest. Returns the power of ten by which the number is multiplied.
 template <typename T>
 int32_t CollectDigits(const ParsedDecimal<T> &decimal, BigNumber &text)
 {
@@ -202,7 +204,7 @@ int32_t CollectDigits(const ParsedDecimal<T> &decimal, BigNumber &text)
 template <typename T>
 uint64_t NearestBits(const ParsedDecimal<T> &decimal)
 {
-    // With 19 digits and more, the value lies in [digits, digits + 1) * 10^exponent.
+    // For a text of more than 19 digits, the value is in [digits, digits + 1) * 10^exponent.
     if (decimal.digits == 0 || decimal.exponent < kSmallestPowerOfFive)
         return 0;
     if (decimal.exponent > kLargestPowerOfFive - 30)
@@ -240,7 +242,7 @@ const T *ParseDouble(const T *text, uint32_t length, double &value)
         return text;
     if (!decimal.truncated && decimal.digits <= kLargestExactInteger &&
         decimal.exponent >= -kLargestExactPowerOfTen && decimal.exponent <= kLargestExactPowerOfTen) {
-        // Both operands are exact, so the one operation rounds correctly.
+        // Both operands are exact, so this single operation rounds correctly.
         const auto number = static_cast<double>(static_cast<int64_t>(decimal.digits));
         value = decimal.exponent < 0 ? number / kExactPowersOfTen[-decimal.exponent]
                                      : number * kExactPowersOfTen[decimal.exponent];

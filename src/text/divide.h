@@ -1,5 +1,5 @@
-// Dividing 64 bits by 32 with the processor's own instruction. The compiler calls a function for it, because
-// the quotient might not fit; here it always does.
+// Division of 64 bits by 32 with the processor's instruction. For such a division the compiler calls a
+// function, because the quotient might not fit into 32 bits; here it always fits.
 
 #pragma once
 
@@ -8,7 +8,7 @@
 namespace detail
 {
 
-/// high:low divided by a divisor that is larger than `high`.
+/// high:low divided by `divisor`, which must be larger than `high`.
 inline uint32_t DivideWide(uint32_t high, uint32_t low, uint32_t divisor, uint32_t &remainder)
 {
     uint32_t quotient = 0;

@@ -1,4 +1,4 @@
-// The parts of an IEEE 754 double.
+// The parts of an IEEE 754 double: sign, exponent and mantissa.
 
 #pragma once
 
@@ -7,7 +7,7 @@
 namespace detail
 {
 
-constexpr int kMantissaBits = 52;              // stored ones
+constexpr int kMantissaBits = 52;              // the stored bits
 constexpr int kSmallestBinaryExponent = -1074; // of the lowest mantissa bit of a subnormal
 constexpr int kLargestBiasedExponent = 0x7FF;
 
@@ -40,7 +40,7 @@ struct DoubleParts {
     }
 };
 
-/// The double of a sign and the bits of its magnitude.
+/// The double with this sign and these bits of its magnitude.
 inline double MakeDouble(bool negative, uint64_t magnitudeBits)
 {
     const uint64_t bits = magnitudeBits | static_cast<uint64_t>(negative) << 63;
@@ -49,7 +49,7 @@ inline double MakeDouble(bool negative, uint64_t magnitudeBits)
     return value;
 }
 
-/// Leading zeros of a number that is not 0.
+/// The number of leading zero bits. The number must not be 0.
 inline int LeadingZeros(uint64_t number)
 {
     const auto high = static_cast<uint32_t>(number >> 32);

@@ -1,10 +1,12 @@
 // Doubles to decimal digits.
 //
-// The fast path multiplies the mantissa by the leading bits of a power of ten so that the wanted digits stand
-// above the binary point of a 192-bit product, and decides the rounding from the bits below it. That settles
-// up to 17 digits, except where the bits below lie so near to one half that the power's error could tip them:
-// halves that are exact, mostly. Everything else takes the exact path, which generates digits from a big
-// number until it has one more than is wanted, and knows whether anything is left behind them.
+// The fast path multiplies the mantissa by the leading bits of a power of ten, so that the requested digits are
+// above the binary point of a 192-bit product. The bits below the point decide the rounding. This works for up
+// to 17 digits, unless the bits below are so near to one half that the power's error could change the decision;
+// that happens mostly for exact halves.
+//
+// All other numbers take the exact path. It generates digits from a big number until it has one more than
+// requested, and knows whether a part that is not zero is left after them.
 
 #include "text/double_to_decimal.h"
 
@@ -57,8 +59,8 @@ int EstimateDecimalExponent(uint64_t mantissa, int exponent)
 
 enum class Scaled { kDone, kUnknown, kTooLarge };
 
-/// The magnitude times 10^power as an integer, rounded half to even. kUnknown when this path cannot tell;
-/// kTooLarge when the magnitude reaches `limit` before it is rounded.
+/// The magnitude times 10^power as an integer, rounded half to even. kUnknown when this path cannot decide the
+/// rounding; kTooLarge when the product reaches `limit` before it is rounded.
 Scaled ScaleAndRound(uint64_t mantissa, int exponent, int power, uint64_t limit, uint64_t &integer)
 {
     if (power < kSmallestPowerOfFive || power > kLargestPowerOfFive)
@@ -68,11 +70,11 @@ Scaled ScaleAndRound(uint64_t mantissa, int exponent, int power, uint64_t limit,
     // The product's lowest bit is worth 2^scale.
     const int scale = exponent - zeros + power + ScaleOfPowerOfFive(power);
     const int shift = -scale;
-    if (shift > 192) { // below one half of a unit by far
+    if (shift > 192) { // far below one half
         integer = 0;
         return Scaled::kDone;
     }
-    if (shift < 192 - 63) // too large for 64 bits, or for the error to be judged
+    if (shift < 192 - 63) // too large for 64 bits, or for judging the error
         return Scaled::kTooLarge;
     integer = product.ShiftRight(static_cast<uint32_t>(shift));
     if (integer >= limit)
@@ -93,7 +95,7 @@ Scaled ScaleAndRound(uint64_t mantissa, int exponent, int power, uint64_t limit,
     return Scaled::kDone;
 }
 
-/// Stores an integer's digits as a decimal whose last digit is worth 10^-power.
+/// Stores the digits of an integer as a decimal; its last digit is worth 10^-power.
 void StoreInteger(uint64_t integer, int power, Decimal &decimal)
 {
     char storage[kMostIntegerDigits];
@@ -112,7 +114,7 @@ class ExactDigits
 public:
     ExactDigits(uint64_t mantissa, int exponent)
     {
-        // The lowest limb starts at a multiple of 32 bits from the binary point.
+        // The lowest limb starts a multiple of 32 bits away from the binary point.
         fractionLimbs_ = exponent < 0 ? static_cast<uint32_t>(-exponent + 31) / 32 : 0;
         const uint32_t shift = static_cast<uint32_t>(exponent + static_cast<int>(fractionLimbs_ * 32));
         for (uint32_t &limb : limbs_)
@@ -126,8 +128,8 @@ public:
         TrimUsed();
     }
 
-    /// Digits from the first significant one on, at least until `significant` of them or `fraction` behind
-    /// the point are there, whichever comes first. True when something that is not zero is left.
+    /// Generates digits from the first significant one on, at least until there are `significant` digits or
+    /// `fraction` digits after the point, whichever comes first. True when a part that is not zero is left.
     bool Generate(uint32_t significant, uint32_t fraction, Decimal &decimal)
     {
         WriteIntegerDigits(decimal);
@@ -144,7 +146,7 @@ public:
     }
 
 private:
-    // 1074 bits of fraction or 1024 of integer, and the limbs that a shift touches beyond them.
+    // 1074 bits of fraction or 1024 bits of integer, and the further limbs that a shift touches.
     static constexpr uint32_t kLimbs = (1074 + 64 + 31) / 32 + 3;
     static constexpr uint32_t kChunkUnit = 1000000000;
 
@@ -161,7 +163,7 @@ private:
         return lowest_ < fractionLimbs_;
     }
 
-    /// Divides the integer part down, nine digits at a time, from its last digit to its first.
+    /// Divides the integer part repeatedly, nine digits at a time, from its last digit to its first.
     void WriteIntegerDigits(Decimal &decimal)
     {
         char *const end = decimal.digits + sizeof decimal.digits;
@@ -179,7 +181,7 @@ private:
             decimal.digits[i] = first[i];
     }
 
-    /// Multiplies the fraction by 10^9: what passes the point is the next nine digits.
+    /// Multiplies the fraction by 10^9: the part that passes the point is the next nine digits.
     uint32_t TakeFractionChunk()
     {
         uint64_t carry = 0;
@@ -206,15 +208,14 @@ private:
 
     uint32_t limbs_[kLimbs];
     uint32_t fractionLimbs_;
-    uint32_t lowest_ = 0; // limbs below it are zero
+    uint32_t lowest_ = 0; // the limbs below this one are zero
     uint32_t used_;
 };
 
-/// Cuts the digits behind `keep` and rounds half to even; `more` says that something not zero follows the
-/// digits.
+/// Keeps the first `keep` digits and rounds half to even. `more`: a part that is not zero follows the digits.
 void RoundDigits(Decimal &decimal, uint32_t keep, bool more)
 {
-    if (keep >= decimal.count) // nothing that is cut: the digits end, or the generator stopped behind them
+    if (keep >= decimal.count) // there are no digits to cut
         return TrimZeros(decimal);
     const char next = decimal.digits[keep];
     bool beyondHalf = next > '5' || (next == '5' && more);
@@ -261,7 +262,7 @@ void RoundToSignificantDigits(const DoubleParts &parts, uint32_t significant, De
             return StoreInteger(integer, power, decimal);
     }
     if (significant > Decimal::kMostDigits)
-        significant = Decimal::kMostDigits; // there are no more
+        significant = Decimal::kMostDigits; // no double has more
     const bool more = ExactDigits(mantissa, exponent).Generate(significant + 1, UINT32_MAX, decimal);
     RoundDigits(decimal, significant, more);
 }
@@ -281,9 +282,10 @@ void RoundToFractionDigits(const DoubleParts &parts, uint32_t fraction, Decimal 
         return StoreInteger(integer, static_cast<int>(fraction), decimal);
     }
     if (fraction > static_cast<uint32_t>(-kSmallestBinaryExponent))
-        fraction = static_cast<uint32_t>(-kSmallestBinaryExponent); // there are no more
+        fraction = static_cast<uint32_t>(-kSmallestBinaryExponent); // no double has more
     const bool more = ExactDigits(mantissa, exponent).Generate(UINT32_MAX, fraction + 1, decimal);
-    // How many of the digits stand before the last wanted place; below zero, not even the first does.
+    // How many digits to keep, up to the last requested place. Below zero, that place is more than one before
+    // the first digit.
     const int64_t keep = static_cast<int64_t>(decimal.pointPosition) + fraction;
     if (keep < 0)
         return SetZero(decimal);

@@ -1,4 +1,4 @@
-// The platform's calendar, with one check of our own.
+// The platform's calendar, with one check of our own: 29 February exists only in leap years.
 
 #include "time/calendar.h"
 
@@ -9,7 +9,7 @@ namespace detail
 
 OrvResult TimeFromFields(OrvTime &time, const TIME_FIELDS &fields)
 {
-    // Wine takes 29 February of any year.
+    // Wine accepts 29 February in any year.
     constexpr USHORT kLeapDay = 29;
     const bool leapYear = fields.Year % 4 == 0 && (fields.Year % 100 != 0 || fields.Year % 400 == 0);
     if (fields.Month == OrvFebruary && fields.Day == kLeapDay && !leapYear)

@@ -1,4 +1,4 @@
-// What the conversions share: the end marker, the 1970 floor, and the platform's calendar.
+// What the time conversions share: the end marker, the lower limit of 1970, and the platform's calendar.
 
 #pragma once
 
@@ -16,8 +16,8 @@ constexpr bool IsInstant(OrvTime time)
     return time >= OrvTimeFloor && time != OrvTimeEnd;
 }
 
-/// The instant of native fields, from 1601 on. Returns 0, or ORV_E_INVALID_ARGUMENT, and `time` is untouched,
-/// when they are no date and time of the calendar.
+/// Converts native fields, from 1601 on, to an instant. Returns 0, or ORV_E_INVALID_ARGUMENT when the fields
+/// are no date and time of the calendar; `time` is then untouched.
 OrvResult TimeFromFields(OrvTime &time, const TIME_FIELDS &fields);
 
 } // namespace detail

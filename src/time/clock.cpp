@@ -1,5 +1,5 @@
-// The clock and the counters, read from the page that the system shares with every process; and the
-// platform's zone.
+// The clock and the tick counters, read from the page that the system shares with every process; and the
+// conversions by the platform's time zone.
 
 #include "orv/time/clock.h"
 

@@ -1,5 +1,6 @@
-// The representations of others. Each is stated in units of 100 ns and an epoch; what is odd about one is odd
-// on purpose, and said in its public documentation.
+// Conversions to and from the time formats of others: FILETIME, time_t, timeval, tm, variant time, SYSTEMTIME,
+// DOS. Each is expressed in units of 100 ns from an epoch. Where a conversion is unusual, that is intended,
+// and its public documentation says so.
 
 #include "orv/time/foreign_time.h"
 
@@ -36,7 +37,7 @@ constexpr OrvTime kVariantEpoch = 94353120000000000; // 1899-12-30
 constexpr uint16_t kFirstSystemTimeYear = 1970;
 constexpr uint16_t kLastSystemTimeYear = 30827;
 
-/// The fields that both structures have.
+/// Checks the fields that SYSTEMTIME and OrvTimeStruct have in common.
 bool IsSystemTimeRange(uint32_t year, uint32_t month, uint32_t dayOfWeek, uint32_t day, uint32_t hour,
                        uint32_t minute, uint32_t second, uint32_t millisecond)
 {
@@ -97,8 +98,8 @@ OrvResult OrvConvertTimevalToOrvTime(OrvTime &time, const timeval &value)
 
 OrvResult OrvConvertTMToOrvTime(OrvTime &time, const tm &value)
 {
-    // The platform's fields are 16 bits wide; the low ones of each member are taken, and the sums wrap with
-    // them.
+    // The platform's fields are 16 bits wide: the low 16 bits of each member are used, and the sums wrap at
+    // 16 bits too.
     constexpr unsigned kFirstYear = 1900;
     return detail::TimeFromFields(
         time, {static_cast<USHORT>(kFirstYear + static_cast<unsigned>(value.tm_year)),
@@ -130,7 +131,7 @@ OrvResult OrvConvertVariantTimeToOrvTime(OrvTime &time, double days)
 {
     constexpr double kTwoTo63 = 9223372036854775808.0;
     const double units = days * static_cast<double>(OrvTimeUnitsPerDay) + static_cast<double>(kVariantEpoch);
-    if (!(units >= 0) || units >= 2 * kTwoTo63) // a NaN is in no range
+    if (!(units >= 0) || units >= 2 * kTwoTo63) // also true for a NaN
         time = 0;
     else if (units >= kTwoTo63) // the processor converts signed numbers only
         time = static_cast<uint64_t>(static_cast<int64_t>(units - kTwoTo63)) + (uint64_t{1} << 63);

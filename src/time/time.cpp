@@ -1,4 +1,4 @@
-// Instants, durations and the day of the week. The calendar itself is the platform's.
+// Instants, durations and the day of the week. The platform computes the calendar.
 
 #include "orv/time/time.h"
 
@@ -15,7 +15,8 @@ constexpr uint64_t kDaysPer400Years = 400 * 365 + 97; // a whole number of weeks
 constexpr uint64_t kUnitsPer400Years = kDaysPer400Years * OrvTimeUnitsPerDay;
 static_assert(kDaysPer400Years % 7 == 0);
 
-/// The fields of a magnitude up to the hours of its last day, and the number of all hours in it.
+/// Splits a magnitude in units of 100 ns. Stores the fields from nanoseconds to minutes and returns the total
+/// number of hours.
 uint64_t SplitDuration(OrvTimeDifferenceStruct &structure, uint64_t units)
 {
     structure.nanoseconds = static_cast<uint16_t>(units % 10 * 100);
@@ -40,8 +41,8 @@ OrvResult OrvConvertOrvTimeToStruct(OrvTimeStruct &structure, OrvTime time)
     }
     if (time < OrvTimeFloor)
         return ORV_E_TIME_OUT_OF_RANGE;
-    // The platform reads its time with a sign. The calendar repeats itself, weekdays included, every 400
-    // years: what lies beyond the sign is broken down as the same instant of the first 400 years.
+    // The platform takes its time as a signed number. The calendar, with its weekdays, repeats every 400
+    // years: a time whose top bit is set is therefore moved back into the first 400 years.
     const bool isBeyondPlatform = time >> 63;
     const uint64_t cycles = isBeyondPlatform ? time / kUnitsPer400Years : 0;
     const auto ticks = static_cast<LONGLONG>(time - cycles * kUnitsPer400Years);
@@ -64,7 +65,7 @@ OrvResult OrvConvertStructToOrvTime(OrvTime &time, const OrvTimeStruct &structur
     constexpr uint16_t kFirstYear = 1970;
     if (structure.year < kFirstYear)
         return ORV_E_TIME_OUT_OF_RANGE;
-    // A month is wider here than among the platform's fields; cut to their width it could become a valid one.
+    // A month is wider here than in the platform's fields: cut to their width, a wrong one could become valid.
     if (structure.month > OrvDecember)
         return ORV_E_INVALID_ARGUMENT;
     const OrvResult result = detail::TimeFromFields(
@@ -98,7 +99,7 @@ OrvResult OrvConvertOrvTimeDifferenceToStruct(OrvTimeDifferenceStruct &structure
         return ORV_W_NEGATIVE_DURATION;
     }
     const uint64_t hours = SplitDuration(structure, second - first);
-    // The hours complement the days as they are stored, not as they were.
+    // The hours complement the days as stored, which are cut to 16 bits.
     structure.days = static_cast<uint16_t>(hours / kHoursPerDay);
     structure.hours = static_cast<uint16_t>(hours - kHoursPerDay * structure.days);
     return ORV_S_OK;
@@ -131,9 +132,8 @@ OrvResult OrvTimeStructApplyDifference(OrvTimeStruct &structure, int64_t differe
 
 OrvResult OrvGetDayOfWeek(OrvDayOfWeek &dayOfWeek, uint16_t year, OrvMonth month, uint16_t day)
 {
-    // Within these bounds the rule of the Gregorian calendar is a sum: each year moves the day by one and
-    // each leap year by one more, where a year starts in March so that the leap day is its last; the table
-    // moves by months.
+    // Within these bounds the weekday is a sum: each year moves it by one day and each leap year by one more.
+    // A year starts in March here, so that the leap day is its last day. The table moves it by months.
     constexpr uint16_t kFirstYear = 1753;
     constexpr uint16_t kLastYear = 9999;
     if (year >= kFirstYear && year <= kLastYear && month >= OrvJanuary && month <= OrvDecember && day >= 1 &&

@@ -1,4 +1,4 @@
-// Broken-down instants and durations.
+// Broken-down instants and durations: setting and comparing their fields.
 
 #include "orv/time/time_struct.h"
 

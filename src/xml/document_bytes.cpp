@@ -1,3 +1,5 @@
+// Reads a document's bytes and replaces surrogates without their other half.
+
 #include "xml/document_bytes.h"
 
 #include "crt/memory.h"
@@ -20,19 +22,21 @@ OrvResult DocumentBytes::Read(uint8_t *bytes, uint32_t capacity, uint32_t &size,
         return ORV_E_READ_FAULT;
     more = read != 0;
     const uint32_t all = restSize_ + read;
-    size = more ? Screen(bytes, all) : all; // a document that ends in the middle is refused by expat itself
+    size = more ? Screen(bytes, all) : all; // expat itself refuses a document that ends inside a character
     restSize_ = all - size;
     memcpy(rest_, bytes + size, restSize_);
     return ORV_S_OK;
 }
 
-/// Replaces halves without their other one, and returns how many of the bytes need none that follow.
+/// Replaces halves without their other half. Returns how many of the bytes could be judged; the rest depend on
+/// bytes that follow.
 uint32_t DocumentBytes::Screen(uint8_t *bytes, uint32_t size)
 {
     if (encoding_ == Encoding::kUnknown) {
         if (size < 2)
             return 0;
-        // As expat tells them: by the mark, or by the zero beside the first character, which is ASCII.
+        // Detected as expat does it: by the byte order mark, or by the zero byte of the first character, which
+        // is ASCII.
         if ((bytes[0] == 0xFE && bytes[1] == 0xFF) || bytes[0] == 0)
             encoding_ = Encoding::kBigEndian;
         else if ((bytes[0] == 0xFF && bytes[1] == 0xFE) || bytes[1] == 0)

@@ -1,8 +1,8 @@
-// The bytes of a document on their way to expat.
+// The source of a document's bytes for expat; it checks UTF-16 documents for lone surrogates.
 //
-// Expat takes the unit behind the first half of a pair for the second one, whatever it is: in a document in
-// UTF-16 it would swallow markup, and hand out text that is none. A half that stands alone therefore goes to
-// it as U+FFFF, which no document may have, and is refused where it stands.
+// Expat takes the unit after the first half of a surrogate pair for the second half without a check: in a
+// UTF-16 document it would swallow markup and report malformed text. So a first half without its second half is
+// passed to expat as U+FFFF, which no document may contain: expat then refuses the document at that place.
 
 #pragma once
 
@@ -16,10 +16,10 @@ class DocumentBytes
 public:
     explicit DocumentBytes(IOrvStream &stream) : stream_(stream) {}
 
-    /// Reads the next bytes; there may be none of them yet. `more` is cleared behind the last ones.
+    /// Reads the next bytes; `size` may be 0 before the end. `more` becomes false at the end of the document.
     ///
-    /// Returns 0; the stream's failure; ORV_E_READ_FAULT for a stream that claims more than there is room
-    /// for.
+    /// Returns 0; the stream's failure; ORV_E_READ_FAULT for a stream that reports more bytes than there is
+    /// room for.
     OrvResult Read(uint8_t *bytes, uint32_t capacity, uint32_t &size, bool &more);
 
 private:
@@ -30,7 +30,7 @@ private:
     IOrvStream &stream_;
     Encoding encoding_ = Encoding::kUnknown;
     uint32_t restSize_ = 0;
-    uint8_t rest_[3]; // what needs the bytes that follow
+    uint8_t rest_[3]; // bytes read that cannot be judged before more follow
 };
 
 } // namespace detail

@@ -1,4 +1,4 @@
-// Finding what to escape.
+// Finds the characters to escape, a vector at a time.
 
 #include "xml/escape.h"
 
@@ -35,14 +35,15 @@ bool IsEscaped(uint32_t unit, bool attribute)
     }
 }
 
-/// One bit for each byte of a unit that may need an escape: all controls, and all from the surrogates on.
+/// A mask with the two bits set of each unit that may need an escape: the special characters, all controls, and
+/// everything from the first surrogate on.
 uint32_t Suspects(__m128i units, bool attribute)
 {
     const auto equals = [units](wchar_t unit) {
         return _mm_cmpeq_epi16(units, _mm_set1_epi16(static_cast<short>(unit)));
     };
     const __m128i zero = _mm_setzero_si128();
-    // Saturating subtraction leaves zero up to the limit.
+    // Saturating subtraction gives zero for units up to the limit.
     const __m128i control = _mm_cmpeq_epi16(_mm_subs_epu16(units, _mm_set1_epi16(kLastControl)), zero);
     const __m128i low =
         _mm_cmpeq_epi16(_mm_subs_epu16(units, _mm_set1_epi16(static_cast<short>(kFirstSurrogate - 1))), zero);
@@ -79,7 +80,7 @@ uint32_t CountUnescaped(const wchar_t *text, uint32_t count, bool attribute)
             at += kUnits;
             continue;
         }
-        // The first suspect decides, unless it is one of those that only look like one.
+        // The first suspect ends the run if it really needs an escape; tab or U+E000, for example, does not.
         at += static_cast<uint32_t>(__builtin_ctz(suspects)) / sizeof(wchar_t);
         if (IsEscaped(LoadUnit(text + at), attribute))
             return at;

@@ -1,7 +1,7 @@
-// What XML text and attribute values may not hold as it is.
+// Which characters must be escaped in XML text and attribute values, and how.
 //
-// Escaped are & < >, in attribute values quotes and apostrophes too, and what XML has no character for: units
-// below 0x20 but tab, line feed and carriage return, surrogates one by one, and the last two of the plane.
+// Escaped are: & < >; in attribute values also quotes and apostrophes; and units that are no XML characters:
+// below 0x20 except tab, line feed and carriage return; each surrogate; U+FFFE and U+FFFF.
 
 #pragma once
 
@@ -21,7 +21,7 @@ uint32_t CountUnescaped(const wchar_t *text, uint32_t count, bool attribute);
 
 } // namespace plain
 
-/// The named reference of a unit that is escaped; null when it has none and goes out by its number.
+/// The named reference of a unit that is escaped; null when it has none and is written as a number.
 const wchar_t *EntityOf(wchar_t unit);
 
 } // namespace detail

@@ -1,4 +1,4 @@
-// The names of the open elements.
+// Pushes, reads and pops the names of the open elements.
 
 #include "xml/name_stack.h"
 

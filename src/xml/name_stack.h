@@ -1,4 +1,4 @@
-// The names of the open elements.
+// The stack of the names of the open elements.
 
 #pragma once
 
@@ -7,8 +7,8 @@
 namespace detail
 {
 
-/// Copies of names, the innermost last, in one block that grows by doubling: opening an element seldom
-/// allocates. Behind each name stands its length.
+/// Copies of the names, the innermost last, in one block that grows by doubling, so that opening an element
+/// seldom allocates. Each name is followed by its length.
 class NameStack
 {
 public:
@@ -17,10 +17,10 @@ public:
     NameStack &operator=(const NameStack &) = delete;
     ~NameStack();
 
-    /// Returns 0, or ORV_E_OUT_OF_MEMORY, and the stack is as it was. The length is a count.
+    /// Copies a name whose length is a count. Returns 0, or ORV_E_OUT_OF_MEMORY and leaves the stack unchanged.
     OrvResult Push(const OrvStringRefBase<wchar_t> &name);
 
-    /// The innermost name; the stack must not be empty. It stands until the next Push.
+    /// The innermost name, valid until the next Push. The stack must not be empty.
     OrvStringRefBase<wchar_t> Top() const;
     void Pop();
 

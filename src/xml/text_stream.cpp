@@ -1,4 +1,4 @@
-// Encoding text into the buffer, and handing the buffer on.
+// Encodes text into the buffer, and writes the buffer to the stream of bytes.
 
 #include "xml/text_stream.h"
 
@@ -24,7 +24,7 @@ OrvResult OrvBasTextStreamImpl::Append(const wchar_t *first, const wchar_t *last
     }
     if (first != last && IsHighSurrogate(last[-1]))
         highSurrogate_ = *--last;
-    // A unit needs three bytes at most, so a piece of this size fits an empty buffer.
+    // A unit needs at most three bytes, so a piece of this size fits into an empty buffer.
     constexpr uint32_t kMostUnits = kCapacity / 3;
     while (first != last) {
         const auto left = static_cast<uint32_t>(last - first);
@@ -39,7 +39,8 @@ OrvResult OrvBasTextStreamImpl::Append(const wchar_t *first, const wchar_t *last
     return ORV_S_OK;
 }
 
-/// Encodes units that fit an empty buffer; in the common case they fit what is left of it, and one pass does.
+/// Encodes units that fit into an empty buffer. Usually they fit into its remaining room; else it is flushed
+/// first.
 OrvResult OrvBasTextStreamImpl::Encode(const wchar_t *units, uint32_t count)
 {
     for (;;) {

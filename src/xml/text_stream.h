@@ -9,7 +9,7 @@
 namespace detail
 {
 
-/// Its first failure is its last: whoever writes has to stop. The buffer is part of the object.
+/// After the first failure the caller must stop writing. The buffer is part of the object.
 class OrvBasTextStreamImpl final : public OrvBasAppendable<wchar_t>
 {
 public:
@@ -19,14 +19,16 @@ public:
 
     void SetLineEnd(LineEndSequence lineEnd) { lineEnd_ = lineEnd; }
 
-    /// Writes text, which may end between the halves of a pair: the next one goes on with it.
+    /// Writes text. It may end between the halves of a surrogate pair; the next text then starts with the other
+    /// half.
     ///
     /// Returns 0; ORV_E_INVALID_DATA for a surrogate without its other half; the stream's failure.
     OrvResult Append(const wchar_t *first, const wchar_t *last) override;
 
     OrvResult WriteLineEnd();
 
-    /// Hands everything to the stream. ORV_E_INVALID_DATA when half of a pair is left.
+    /// Writes everything to the stream. Returns 0; ORV_E_INVALID_DATA when half of a surrogate pair is left; the
+    /// stream's failure.
     OrvResult Flush();
 
 private:
@@ -37,7 +39,7 @@ private:
 
     IOrvStream &stream_;
     LineEndSequence lineEnd_ = LineEndCrLf;
-    wchar_t highSurrogate_ = 0; // waits for its other half; 0 when none does
+    wchar_t highSurrogate_ = 0; // a first half whose second half must follow; 0 when there is none
     uint32_t size_ = 0;
     uint8_t bytes_[kCapacity];
 };

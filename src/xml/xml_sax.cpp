@@ -1,10 +1,10 @@
 // The SAX reader: a thin layer over expat.
 //
-// Expat calls back while it takes a buffer in. The first failure of the handler is kept; the callbacks that
-// follow within the same buffer return at once, and the loop ends after it.
+// Expat calls back while it parses a buffer. The first failure of the handler is kept; later callbacks within
+// the same buffer return at once, and the loop ends after that buffer.
 //
-// What a document may ask for is bounded here, on purpose, and xml_sax.h promises these numbers: a stranger's
-// document must not decide how much memory and time its reader needs.
+// The limits below bound what a document may cost, and xml_sax.h promises their values: an untrusted document
+// must not decide how much memory and time its reader needs.
 
 #include "orv/xml/xml_sax.h"
 
@@ -15,7 +15,7 @@
 
 #include <expat.h>
 
-/// Where expat takes the salt of its hash tables from.
+/// Expat calls this for the salt of its hash tables.
 extern "C" void arc4random_buf(void *bytes, size_t size)
 {
     detail::FillWithEntropy(bytes, static_cast<uint32_t>(size));
@@ -31,9 +31,9 @@ typedef OrvBasXmlSaxHandlerBase::Text Text;
 constexpr int kPieceBytes = 4096;
 constexpr uint32_t kMostOpenElements = 250000;
 constexpr uint64_t kMostTokenBytes = 64 << 20;
-constexpr float kMostExpansion = 100; // of the bytes read, once there are kFreeExpansion of both
+constexpr float kMostExpansion = 100; // (bytes read + expanded) / bytes read, from kFreeExpansion of the sum on
 constexpr uint64_t kFreeExpansion = 8 << 20;
-constexpr float kMostMemory = 100; // of expat, likewise
+constexpr float kMostMemory = 100; // bytes that expat allocates / bytes read, from kFreeMemory allocated on
 constexpr uint64_t kFreeMemory = 64 << 20;
 
 Text Counted(const XML_Char *terminated)
@@ -44,7 +44,7 @@ Text Counted(const XML_Char *terminated)
 constexpr XML_Memory_Handling_Suite kProcessHeap = {detail::AllocateBytes, detail::ReallocateBytes,
                                                     detail::FreeBytes};
 
-/// One document on its way to the handler.
+/// The parsing of one document: expat's parser and the state of its callbacks.
 class Reading
 {
 public:
@@ -78,11 +78,11 @@ private:
     XML_Parser parser_;
     detail::DocumentBytes document_;
     OrvBasXmlSaxHandlerBase &handler_;
-    OrvResult handled_ = ORV_S_OK; // by the handler's last call
+    OrvResult handled_ = ORV_S_OK; // the result of the handler's last call
     uint32_t openElements_ = 0;
-    uint64_t bytesGiven_ = 0; // to expat
+    uint64_t bytesGiven_ = 0; // passed to expat so far
     uint64_t tokenStart_ = 0;
-    OrvBasXmlSaxError fault_; // when it is refused
+    OrvBasXmlSaxError fault_; // valid when isRefused_
     bool isRefused_ = false;
     bool hasMore_ = true;
     wchar_t firstHalf_ = 0;
@@ -136,8 +136,8 @@ void XMLCALL Reading::OnCharacterData(void *opaque, const XML_Char *text, int le
         self.handled_ = self.GiveText(Text(text, static_cast<uint32_t>(length)));
 }
 
-/// Expat converts a long run of text in pieces of a fixed size, and may part a pair between two of them. The
-/// first half waits for the second one then, with which the next piece starts.
+/// Expat converts a long run of text in pieces of a fixed size, and may split a surrogate pair between two
+/// pieces. The first half is then kept until the next piece, which starts with the second half.
 OrvResult Reading::GiveText(Text text)
 {
     if (firstHalf_) {
@@ -158,7 +158,7 @@ OrvResult Reading::GiveText(Text text)
     return text.length ? handler_.CharacterData(text) : handled_;
 }
 
-/// The first reason is the one that counts: expat reports one more after it was stopped.
+/// Keeps only the first reason, because expat reports one more error after it was stopped.
 OrvResult Reading::Refuse(OrvBasXmlSaxReason reason)
 {
     if (!isRefused_) {
@@ -170,9 +170,9 @@ OrvResult Reading::Refuse(OrvBasXmlSaxReason reason)
     return ORV_E_INVALID_DATA;
 }
 
-/// Whether expat holds the beginning of a name, tag, comment or the like that is longer than any may be.
-/// Where its last token starts it does not know after it has moved its buffer, until it looks at that token
-/// again.
+/// Whether expat holds the beginning of a token (a name, tag, comment or the like) that is longer than allowed.
+/// After expat has moved its buffer it does not know where its last token starts, until it looks at the token
+/// again; so the last known start is kept.
 bool Reading::IsTokenTooLong()
 {
     const XML_Index start = XML_GetCurrentByteIndex(parser_);
@@ -181,7 +181,7 @@ bool Reading::IsTokenTooLong()
     return bytesGiven_ - tokenStart_ > kMostTokenBytes;
 }
 
-/// Reads the next piece into expat's own buffer and hands it over.
+/// Reads the next piece into expat's own buffer and parses it.
 OrvResult Reading::ParsePiece()
 {
     void *const buffer = XML_GetBuffer(parser_, kPieceBytes);
@@ -211,14 +211,14 @@ OrvResult Reading::Run(OrvBasXmlSaxError *error)
     SetUp();
     while (hasMore_) {
         const OrvResult result = ParsePiece();
-        if (OrvFailed(handled_)) // the handler's came first, whatever expat found after it
+        if (OrvFailed(handled_)) // the handler's failure came first, whatever expat found after it
             return handled_;
         if (isRefused_ && error)
             *error = fault_;
         if (OrvFailed(result))
             return result;
     }
-    return handled_; // it may be a remark
+    return handled_; // may be a success code other than ORV_S_OK
 }
 
 } // namespace

@@ -1,8 +1,8 @@
 // The XML writer: a small state machine over a text stream.
 //
-// The state says what stands directly before the next piece. From it follow the one character that a start
-// tag still lacks, whether an end tag gets a line of its own, and how text is escaped. The first failed write
-// stays in result_ and turns every later operation into a return.
+// The state says what directly precedes the next piece. It decides whether a start tag must still be closed
+// with ">", whether an end tag gets a line of its own, and how text is escaped. The first failed write is kept
+// in result_; every later operation then returns at once.
 
 #include "orv/xml/xml_writer.h"
 
@@ -22,13 +22,13 @@ typedef OrvStringRefBase<wchar_t> Text;
 enum class State : uint8_t {
     kStart,     // nothing written
     kLineStart, // at the start of a line, no indentation written
-    kContent,   // behind the declaration, text, a fragment or indentation
-    kEndTag,    // behind an end tag
+    kContent,   // after the declaration, text, a fragment or indentation
+    kEndTag,    // after an end tag
     kStartTag,  // in a start tag: its > is not written
     kAttribute, // in an attribute's value: its closing quote is not written
 };
 
-/// A view whose length is a count.
+/// The view with its length as a count.
 Text Counted(const Text &text)
 {
     return text.length == OrvTerminated ? Text(text.characters, OrvGetStringSizeInElements(text.characters))
@@ -187,7 +187,7 @@ public:
         return result_;
     }
 
-    /// Runs that need no escape go out in one piece.
+    /// Writes text with its escapes. Runs that need no escape are written in one piece.
     OrvResult PutEscaped(const Text &text, bool attribute)
     {
         constexpr uint32_t kLengthBits = 0x7FFFFFFF;
@@ -264,7 +264,7 @@ OrvResult OrvBasXmlWriter::Impl::GetError() const
     return static_cast<const Writer *>(this)->Error();
 }
 
-// Each operation ends at once when an earlier one failed.
+// Each operation returns at once when an earlier one failed.
 
 OrvResult OrvBasXmlWriter::Impl::SetIndent(const Text &indent)
 {

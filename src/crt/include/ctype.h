@@ -1,2 +1,2 @@
-/* For the C libraries inside orvsys.dll: nothing of this header is used. */
+/* For the C libraries inside orvsys.dll: they include this header but use nothing of it. */
 #pragma once

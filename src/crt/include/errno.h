@@ -1,3 +1,3 @@
-/* For the C libraries inside orvsys.dll: nothing of theirs that is built sets it. */
+/* For the C libraries inside orvsys.dll: none of the code that is built sets errno. */
 #pragma once
 static int errno;

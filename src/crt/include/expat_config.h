@@ -1,3 +1,3 @@
-/* For expat: what its own configuration would have found. The rest stands in cmake/Dependencies.cmake. */
+/* For expat: what its own configuration step would detect. The rest is set in cmake/Dependencies.cmake. */
 #pragma once
 #define BYTEORDER 1234

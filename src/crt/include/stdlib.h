@@ -1,5 +1,5 @@
-/* For the C libraries inside orvsys.dll: memory from the process heap, random bytes, and an environment
-   without variables, so that no number is ever read from one. */
+/* For the C libraries inside orvsys.dll: memory from the process heap, random bytes, and an empty
+   environment, so that no setting is ever read from a variable. */
 #pragma once
 #include <errno.h>
 #include <stddef.h>

@@ -1,4 +1,4 @@
-/* For the C libraries inside orvsys.dll: what ntdll.dll exports of this header. */
+/* For the C libraries inside orvsys.dll: the functions of this header that ntdll.dll exports. */
 #pragma once
 #include <stddef.h>
 

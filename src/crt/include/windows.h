@@ -1,4 +1,4 @@
-/* For libbzip2, which wants one word of this header: the calling convention of its functions, which is our
- * own. */
+/* For libbzip2, which uses one name of this header: WINAPI, the calling convention of its functions. It is
+ * empty, so that they use our own convention. */
 #pragma once
 #define WINAPI
