@@ -1,6 +1,7 @@
 // The list of the threads' records, and the thread-local key under which each thread finds its own.
 
 #include "thread/thread_record.h"
+
 #include "nt/nt.h"
 #include "nt/teb.h"
 #include "orv/runtime/result.h"

@@ -1,6 +1,7 @@
 // Transactions of the kernel transaction manager, over the table of optional entry points.
 
 #include "orv/thread/transaction.h"
+
 #include "nt/nt.h"
 #include "orv/runtime/ntdll_entry_points.h"
 #include "orv/runtime/result.h"
