@@ -1,4 +1,5 @@
-// Environment variables are read where the platform keeps them, so the set-up only makes sure of the place.
+// The set-up of the process's environment. Environment variables are read in the platform's own block, so the
+// set-up only checks that the block exists.
 
 #include "orv/env/environment.h"
 

@@ -1,3 +1,5 @@
+// Enumerates a directory through its handle, several entries for each native call.
+
 #include "fs/directory_enumerator.h"
 
 #include "fs/nt_path.h"
@@ -20,7 +22,7 @@ OrvResult DirectoryEnumerator::Open(const PathText &pattern)
     TerminatedText directory;
     PathPieces pieces(pattern.UpTo(start));
     if (start == 0 || pattern[start - 1] == L':')
-        pieces.Add(PathText(L".", 1)); // the current directory, that of the drive behind "D:"
+        pieces.Add(PathText(L".", 1)); // the current directory; after "D:" that of the drive
     OrvResult result = directory.Set(pieces);
     if (OrvFailed(result))
         return result;

@@ -1,4 +1,4 @@
-// The entries of a directory whose names match a pattern, one after the other.
+// The entries of a directory whose names match a pattern, one after another.
 
 #pragma once
 
@@ -9,14 +9,14 @@
 namespace detail
 {
 
-/// Neither text is terminated; both stay valid until the next entry is asked for.
+/// Neither text is terminated. Both stay valid until the next call of Next.
 struct DirectoryEntry {
     PathText name;
     PathText shortName; ///< empty when the file system has none
     ULONG attributes;
 };
 
-/// Enumerates once. Nothing limits the length of the path but the platform.
+/// Enumerates once. Only the platform limits the length of the path.
 class DirectoryEnumerator
 {
 public:
@@ -24,13 +24,13 @@ public:
     DirectoryEnumerator(const DirectoryEnumerator &) = delete;
     DirectoryEnumerator &operator=(const DirectoryEnumerator &) = delete;
 
-    /// Opens the directory of `pattern`. What stands behind its last separator is the pattern of the names,
-    /// in which "*" and "?" stand for others; it has to live as long as the enumerator. Returns 0 or the
-    /// converted status.
+    /// Opens the directory of `pattern`. The text after the last separator is the pattern for the names, with
+    /// the wildcards "*" and "?". `pattern` must live as long as the enumerator. Returns 0 or the converted
+    /// status.
     OrvResult Open(const PathText &pattern);
 
-    /// Gives the next entry. Returns 0; ORV_E_NO_MORE_FILES behind the last; ORV_E_FILE_NOT_FOUND when there
-    /// is none at all; otherwise the converted status.
+    /// Gives the next entry. Returns 0; ORV_E_NO_MORE_FILES after the last entry; ORV_E_FILE_NOT_FOUND when
+    /// no entry matches; otherwise the converted status.
     OrvResult Next(DirectoryEntry &entry);
 
 private:

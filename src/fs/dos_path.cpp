@@ -1,3 +1,5 @@
+// Converts DOS paths to native paths, and expands environment variables in a text.
+
 #include "orv/fs/dos_path.h"
 
 #include "fs/platform_text.h"
@@ -35,7 +37,7 @@ bool StartsWithTwoSeparators(const PathText &path)
 
 constexpr uint32_t kPrefixLength = 4;
 
-/// "\\?\D:\..." or "\\?\UNC\...". The platform takes such a path to the letter.
+/// Whether the path is "\\?\D:\..." or "\\?\UNC\...". The platform takes such a path literally.
 bool IsLiteral(const PathText &path)
 {
     const bool isOnDrive = path.length > kPrefixLength + 2 && path[kPrefixLength + 1] == L':' &&
@@ -43,7 +45,7 @@ bool IsLiteral(const PathText &path)
     return StartsWith(path, detail::kLiteralServers) || (isOnDrive && StartsWith(path, L"\\\\?\\"));
 }
 
-/// Whether a literal path separates its names by anything but one "\".
+/// Whether a literal path contains a "/" or two adjacent "\" between its names.
 bool HasOtherSeparators(const PathText &path)
 {
     for (uint32_t i = kPrefixLength; i < path.length; i++) {
@@ -53,8 +55,8 @@ bool HasOtherSeparators(const PathText &path)
     return false;
 }
 
-/// Copies a literal path with one "\" for each run of separators: none of them stands in the name of a file.
-/// Returns 0 or ORV_E_OUT_OF_MEMORY.
+/// Copies a literal path with one "\" for each run of separators, because the name of a file contains none of
+/// them. Returns 0 or ORV_E_OUT_OF_MEMORY.
 OrvResult CollapseSeparators(const PathText &path, OrvUtf16CharHeapBuffer &buffer)
 {
     const OrvResult result = buffer.Assign(path.characters, path.length);
@@ -70,8 +72,8 @@ OrvResult CollapseSeparators(const PathText &path, OrvUtf16CharHeapBuffer &buffe
     return buffer.Resize(length);
 }
 
-/// Where the path goes on from its root for the last time: behind the last step ("..") that would lead out of
-/// the root, or behind the root itself.
+/// The position after the last ".." that would lead above the root; without such a step, the position after
+/// the root itself.
 uint32_t FindWayFromRoot(const PathText &path, uint32_t rootLength)
 {
     uint32_t way = rootLength;
@@ -97,9 +99,10 @@ uint32_t FindWayFromRoot(const PathText &path, uint32_t rootLength)
     return way;
 }
 
-/// Writes into the buffer what elimination and the platform would misread otherwise: behind the prefix that
-/// elimination puts first, a step out of the root would take the drive away, and doubled separators behind a
-/// prefix are an empty name to the platform. The buffer stays empty for all other paths.
+/// Rewrites into the buffer a path that the elimination of device names, or the platform, would misread. The
+/// elimination puts a prefix before the path, and after a prefix a ".." above the root would remove the
+/// drive. Two adjacent separators after a prefix are an empty name to the platform. For all other paths the
+/// buffer stays empty.
 ///
 /// Returns 0 or ORV_E_OUT_OF_MEMORY.
 OrvResult MakeReadable(const PathText &path, OrvUtf16CharHeapBuffer &buffer)
@@ -161,7 +164,8 @@ OrvResult OrvNtdll_RtlDosPathNameToNtPathName_U_EliminateDosDevice(const wchar_t
     OrvResult result = MakeReadable(path, readable);
     if (!readable.IsEmpty())
         dosPath = readable.GetValue();
-    // No name on a server is a device's, and elimination would take a path with "//" for one of a drive.
+    // No name on a server is a device's name, and the elimination would mistake a path with "//" for a path
+    // on a drive.
     OrvUtf16CharHeapBuffer eliminated;
     if (OrvSucceeded(result) && !StartsWithTwoSeparators(path))
         result = OrvBasPath::WinEliminateDosDeviceAliasPath(dosPath, eliminated);
@@ -178,7 +182,7 @@ OrvResult OrvNtdll_RtlExpandEnvironmentStrings_T(const wchar_t *source, OrvUtf16
     for (bool isFirst = true;; isFirst = false) {
         const uint32_t room = array.Capacity() * sizeof(WCHAR);
         UNICODE_STRING target = {0, detail::CountedRoom(room), array.Get()};
-        ULONG needed = 0; // bytes, the terminator included
+        ULONG needed = 0; // bytes, including the terminator
         const NTSTATUS status = RtlExpandEnvironmentStrings_U(nullptr, &counted, &target, &needed);
         if (NT_SUCCESS(status))
             return WritePath(out, PathPieces(PathText(array.Get(), target.Length / sizeof(WCHAR))));

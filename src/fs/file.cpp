@@ -1,3 +1,5 @@
+// The class that owns the handle of a file.
+
 #include "orv/fs/file.h"
 
 #include "nt/nt.h"

@@ -1,6 +1,6 @@
-// Identities come from the 64-bit volume number and the 128-bit file number where the system has them, as the
-// short numbers of old are not unique on the largest volumes, and from the short ones otherwise. Whichever it
-// is, it is the same for every process of the system.
+// Identities of files. An identity is made of the 64-bit volume number and the 128-bit file number if the
+// system has them, because the older short numbers are not unique on the largest volumes; otherwise of the
+// short numbers. Every process of the system gets the same identity.
 
 #include "orv/fs/file_id.h"
 
@@ -39,7 +39,7 @@ NTSTATUS QueryShortNumbers(HANDLE file, FILE_ID_INFORMATION &numbers)
         NtQueryInformationFile(file, &status, &internal, sizeof internal, FileInternalInformation);
     if (!NT_SUCCESS(result))
         return result;
-    // The label, which may be longer than the room for it, is of no use here: a warning says that it was cut.
+    // The label of the volume is not needed here. It may be cut; then the status is a warning.
     FILE_FS_VOLUME_INFORMATION volume = {};
     const NTSTATUS volumeResult =
         NtQueryVolumeInformationFile(file, &status, &volume, sizeof volume, FileFsVolumeInformation);

@@ -1,3 +1,5 @@
+// A lock on a file among all processes: a global mutex that is named after the file's identity.
+
 #include "orv/fs/lock_file.h"
 
 #include "orv/fs/file_id.h"
@@ -22,7 +24,7 @@ struct MutexName {
     }
 };
 
-/// What whoever may wait has to be allowed: as much as creating asks for.
+/// Rights granted to everyone: exactly those that creating asks for, so that a second creator can open it.
 constexpr OrvWinMutexRights kSharedRights =
     OrvWinMutexSynchronize | OrvWinMutexDelete | OrvWinMutexQueryState;
 

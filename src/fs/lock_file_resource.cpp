@@ -1,6 +1,6 @@
-// Locking through NtLockFile, which completes as any other operation on a file does: at once, or later
-// through an event. A platform that has no such completion answers STATUS_NOT_IMPLEMENTED to a call with a
-// status block; without one it locks at once or refuses, and waiting is ours.
+// Locks files through NtLockFile, which completes like any other operation on a file: at once, or later
+// through an event. A platform without such a completion returns STATUS_NOT_IMPLEMENTED for a call with a
+// status block. Without a status block it locks at once or refuses, and then the waiting is done here.
 
 #include "orv/fs/lock_file_resource.h"
 
@@ -13,14 +13,14 @@
 namespace
 {
 
-// The whole file, and whatever it may grow to.
+// The whole file, including all that it may grow to.
 constexpr LONGLONG kFirstByte = 0;
 constexpr LONGLONG kByteCount = 0x7FFFFFFFFFFFFFFF;
 
 constexpr int kForever = -1;
 
-/// Whether the lock of somebody else is in the way. Platforms, and the file systems of one, differ in how
-/// they say so.
+/// Whether another lock prevents this one. Platforms, and even the file systems of one platform, return
+/// different statuses for that.
 bool IsRefused(NTSTATUS status)
 {
     return status == STATUS_LOCK_NOT_GRANTED || status == STATUS_FILE_LOCK_CONFLICT;
@@ -31,10 +31,10 @@ OrvResult ResultOfLock(NTSTATUS status)
     return IsRefused(status) || status == STATUS_CANCELLED ? ORV_W_TIMEOUT : detail::ResultFromCall(status);
 }
 
-/// Asks at once, again and again, until the time is over.
+/// Tries to lock again and again until the time is over. No call waits.
 NTSTATUS LockByAsking(HANDLE file, bool exclusive, int timeoutMs)
 {
-    constexpr LONGLONG kMillisecond = -10000; // below zero: from now on
+    constexpr LONGLONG kMillisecond = -10000; // negative: relative to now
     constexpr uint32_t kLongestSleepMs = 16;
     const uint32_t start = OrvGetTimestamp();
     for (uint32_t sleepMs = 1;; sleepMs = sleepMs < kLongestSleepMs ? sleepMs * 2 : kLongestSleepMs) {
@@ -54,7 +54,7 @@ NTSTATUS LockByAsking(HANDLE file, bool exclusive, int timeoutMs)
     }
 }
 
-/// Asks once and waits for the answer, which is taken back when the time is over.
+/// Asks once for the lock and waits until it is granted. Cancels the request when the time is over.
 NTSTATUS LockByWaiting(HANDLE file, OrvBasEvent &completed, bool exclusive, int timeoutMs)
 {
     IO_STATUS_BLOCK answer = {};
@@ -63,7 +63,7 @@ NTSTATUS LockByWaiting(HANDLE file, OrvBasEvent &completed, bool exclusive, int 
     if (status != STATUS_PENDING)
         return status;
     if (completed.Wait(timeoutMs) != ORV_S_OK) {
-        // The lock may be granted meanwhile: the answer, not the cancelling, tells.
+        // The lock may be granted before the request is cancelled. The request's own status tells which.
         IO_STATUS_BLOCK cancelled = {};
         ZwCancelIoFile(file, &cancelled);
         completed.Wait(kForever);

@@ -1,3 +1,5 @@
+// Makes the native form of a path, and frees it.
+
 #include "fs/nt_path.h"
 
 #include "orv/fs/dos_path.h"

@@ -1,4 +1,4 @@
-// A DOS path as the native interface takes it.
+// A DOS path in its native form, as the native interface takes it.
 
 #pragma once
 
@@ -8,8 +8,8 @@
 namespace detail
 {
 
-/// Owns the native form of a path, which the platform makes against the current directory. No name in it is a
-/// device's when the path starts at a root; in a relative path one may be.
+/// Owns the native form of a path. The platform resolves the path against the current directory. If the path
+/// starts at a root, no name in it is taken for a device; in a relative path a name may be.
 class NtPath
 {
 public:
@@ -18,11 +18,11 @@ public:
     NtPath &operator=(const NtPath &) = delete;
     ~NtPath();
 
-    /// Makes the native form of a terminated path; an object makes one. Returns 0, or as
+    /// Makes the native form of a terminated path. Call it once for each object. Returns as
     /// OrvNtdll_RtlDosPathNameToNtPathName_U_EliminateDosDevice.
     OrvResult Build(const WCHAR *path);
 
-    /// Attributes to open the path with, in any letter case. They refer to this object.
+    /// Attributes for opening the path, by default in any letter case. They refer to this object.
     OBJECT_ATTRIBUTES Attributes(ULONG flags = OBJ_CASE_INSENSITIVE, PVOID securityDescriptor = nullptr)
     {
         return {sizeof(OBJECT_ATTRIBUTES), nullptr, &native_, flags, securityDescriptor, nullptr};

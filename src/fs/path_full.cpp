@@ -1,4 +1,5 @@
-// What the platform knows of paths: the current directory, the drives' directories, the environment.
+// The path operations that ask the platform: full paths, the current directory, the directory for temporary
+// files, paths without device names.
 
 #include "fs/platform_text.h"
 #include "orv/runtime/result.h"
@@ -18,18 +19,18 @@ using detail::WritePath;
 constexpr wchar_t kPrefix[] = L"\\\\?\\";
 constexpr uint32_t kPrefixLength = 4;
 
-/// Asks for the full path. `count` is its length, or, when that is not below the capacity, the capacity that
-/// it needs. Returns 0 or ORV_E_NOT_PRODUCED.
+/// Asks for the full path. `count` is its length if it fits; otherwise `count` is the capacity that it needs,
+/// which is not below `capacity`. Returns 0 or ORV_E_NOT_PRODUCED.
 OrvResult AskFullPath(const wchar_t *path, wchar_t *target, uint32_t capacity, uint32_t &count)
 {
-    constexpr uint32_t kLargest = 0x8000; // characters; more the platform does not write
+    constexpr uint32_t kLargest = 0x8000; // characters; the platform never writes more
     const uint32_t size = (capacity < kLargest ? capacity : kLargest) * sizeof(wchar_t);
     const uint32_t written = RtlGetFullPathName_U(path, size, target, nullptr);
     count = written / sizeof(wchar_t);
     return written < sizeof(wchar_t) ? ORV_E_NOT_PRODUCED : ORV_S_OK;
 }
 
-/// The full path in an array of ours.
+/// Writes the full path into the array, which grows if needed.
 OrvResult AskFullPath(const wchar_t *path, TextArray &array, uint32_t &length)
 {
     OrvResult result = AskFullPath(path, array.Get(), array.Capacity(), length);
@@ -77,7 +78,7 @@ OrvResult FullPath(Out &out, const wchar_t *path, uint32_t length, Required... r
     return OrvSucceeded(result) ? WriteFullPath(out, text.Get(), required...) : result;
 }
 
-/// The value of a variable of the process, terminated. Returns 0, ORV_E_OUT_OF_MEMORY or the converted
+/// Reads an environment variable of the process, terminated. Returns 0, ORV_E_OUT_OF_MEMORY or the converted
 /// status.
 OrvResult QueryVariable(const wchar_t *name, TextArray &value)
 {
@@ -91,7 +92,7 @@ OrvResult QueryVariable(const wchar_t *name, TextArray &value)
             value.Get()[target.Length / sizeof(wchar_t)] = 0;
             return ORV_S_OK;
         }
-        // The length is the one needed. Whoever grows the variable meanwhile makes it one more round.
+        // Length is now the size needed. Another thread may enlarge the variable in between, hence the loop.
         const uint32_t needed = target.Length / sizeof(wchar_t) + 2;
         if (status != STATUS_BUFFER_TOO_SMALL || needed <= value.Capacity())
             return detail::ResultFromStatus(status);
@@ -119,7 +120,7 @@ OrvResult TempDirPath(Out &out, Required... required)
     return OrvSucceeded(result) ? WriteFullPath(out, value.Get(), required...) : result;
 }
 
-/// The current directory in an array of ours.
+/// Writes the current directory into the array, which grows if needed.
 OrvResult AskCurrentDirectory(TextArray &array, uint32_t &length)
 {
     for (uint32_t attempt = 0; attempt < 2; attempt++) {
@@ -132,8 +133,9 @@ OrvResult AskCurrentDirectory(TextArray &array, uint32_t &length)
     return ORV_E_BUFFER_TOO_SMALL;
 }
 
-/// Gives what the prefix makes of a full path: with the prefix, nothing in it is a device's name any longer,
-/// and nothing but this resolves "/", "." and ".." in it.
+/// Puts the prefix before a full path and writes the full path of the result. With the prefix no name in the
+/// path is a device's name. "/", "." and ".." must be resolved here, because later they would be taken
+/// literally.
 OrvResult WritePrefixed(OrvUtf16CharHeapBuffer &buffer, const PathText &root, const PathText &path)
 {
     PathPieces pieces(PathText(kPrefix, kPrefixLength));
@@ -144,7 +146,8 @@ OrvResult WritePrefixed(OrvUtf16CharHeapBuffer &buffer, const PathText &root, co
     return OrvSucceeded(result) ? WriteFullPath(buffer, prefixed.Get()) : result;
 }
 
-/// A path from the root of the current drive. `isChanged` stays false when that drive is a server's share.
+/// Completes a path that starts at the root of the current drive. `isChanged` stays false when that drive is
+/// a server's share.
 OrvResult PrefixRoot(const PathText &path, OrvUtf16CharHeapBuffer &buffer, bool &isChanged)
 {
     TextArray array;

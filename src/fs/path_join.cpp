@@ -1,4 +1,4 @@
-// Putting paths together, and changing them.
+// Path operations that join two paths or change the extension of one.
 
 #include "fs/path_text.h"
 #include "orv/runtime/result.h"
@@ -13,7 +13,7 @@ using detail::PathPieces;
 using detail::PathText;
 using detail::WritePath;
 
-/// Both texts with one separator between, unless there is one or the first is empty.
+/// Joins the texts. Puts one separator between them, unless the first is empty or ends with one.
 PathPieces Join(const PathText &first, const PathText &second)
 {
     PathPieces pieces(first);
@@ -31,7 +31,7 @@ PathPieces Combine(const PathText &first, const PathText &second)
         return PathPieces(second);
     if (!IsSeparator(second[0]))
         return Join(first, second);
-    // At the root of the drive, which is the first path's.
+    // The second path starts at the root of the drive, and the first path names the drive.
     if (!IsAbsolute(first) || first[1] != L':')
         return PathPieces(second);
     PathPieces pieces(first.UpTo(2));
@@ -39,7 +39,7 @@ PathPieces Combine(const PathText &first, const PathText &second)
     return pieces;
 }
 
-/// For a path that is not empty.
+/// Replaces or adds the extension. The path must not be empty.
 PathPieces WithExtension(const PathText &path, const PathText &extension)
 {
     if (EndsName(path.Last()))

@@ -1,4 +1,4 @@
-// Paths with each of their names as the file system has it.
+// Path operations that write each name of a path as the file system stores it, long or short.
 
 #include "fs/directory_enumerator.h"
 #include "fs/path_text.h"
@@ -27,7 +27,7 @@ bool IsDots(const PathText &name)
     return name[0] == L'.' && (name.length == 1 || (name.length == 2 && name[1] == L'.'));
 }
 
-/// At most eight characters, or as many before the last "." and three behind it.
+/// Whether the name has at most eight characters, or at most eight before the last "." and three after it.
 bool CouldBeShortName(const PathText &name)
 {
     constexpr uint32_t kLongestBase = 8;
@@ -43,7 +43,8 @@ bool CouldBeShortName(const PathText &name)
     return false;
 }
 
-/// Whether the file system would take the name for a pattern. `<>"` are what "*?." become below Win32.
+/// Whether the file system would take the name for a pattern. Win32 converts "*?." to `<>"` for the native
+/// interface.
 bool HasWildcard(const PathText &name)
 {
     constexpr wchar_t kWildcards[] = {L'*', L'?', L'<', L'>', L'"'};
@@ -54,7 +55,7 @@ bool HasWildcard(const PathText &name)
     return false;
 }
 
-/// Appends the name that the last component of `path` has in the file system.
+/// Appends the last component of `path` as the file system stores it.
 OrvResult AppendFoundName(const PathText &path, bool alternate, OrvUtf16CharHeapBuffer &out)
 {
     DirectoryEnumerator enumerator;
@@ -68,7 +69,7 @@ OrvResult AppendFoundName(const PathText &path, bool alternate, OrvUtf16CharHeap
     return out.Append(name.characters, name.length);
 }
 
-/// Appends the component, the last of `path`.
+/// Appends `component`, which is the last one of `path`.
 OrvResult AppendName(const PathText &path, const PathText &component, Names names,
                      OrvUtf16CharHeapBuffer &out)
 {
@@ -78,7 +79,7 @@ OrvResult AppendName(const PathText &path, const PathText &component, Names name
                 return ORV_S_OK;
         } else {
             if (HasWildcard(component))
-                return ORV_E_INVALID_NAME; // it would find some name or other
+                return ORV_E_INVALID_NAME; // it would match some other name
             return AppendFoundName(path, names == Names::Alternate, out);
         }
     }
@@ -92,8 +93,8 @@ uint32_t EndOfName(const PathText &path, uint32_t start)
     return start;
 }
 
-/// The length of what is copied as it is. Behind "\\?\UNC\" that is the server and the share, too: no
-/// directory lists them.
+/// The length of the first part of the path, which is copied unchanged: the root. After "\\?\UNC\" it
+/// includes the server and the share, because no directory lists them.
 uint32_t FixedLength(const PathText &path, Names names)
 {
     const uint32_t rootLength = OrvBasPath::GetPathRootLength(path.characters, path.length);
@@ -104,16 +105,16 @@ uint32_t FixedLength(const PathText &path, Names names)
     return serverEnd == path.length ? serverEnd : EndOfName(path, serverEnd + 1);
 }
 
-/// Whether separators of the path become one behind what is built so far.
+/// Whether the next run of separators in the path adds one "\" to `built`.
 bool WantsSeparator(OrvUtf16CharHeapBuffer &built, uint32_t rootLength, bool isEnd, Names names)
 {
     const uint32_t length = built.GetInternal().length;
     const wchar_t last = built[length - 1];
     if (isEnd && names == Names::Normalized)
-        return last != L'\\'; // at the end "\" stands in any case
+        return last != L'\\'; // a final separator is always kept
     if (length > rootLength)
         return true;
-    return !IsSeparator(last); // a root ends with its own separator, but that of a share
+    return !IsSeparator(last); // every root but that of a share ends with a separator
 }
 
 OrvResult BuildPath(const PathText &path, Names names, OrvUtf16CharHeapBuffer &out)

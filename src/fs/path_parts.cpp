@@ -1,4 +1,4 @@
-// Roots, and taking paths apart.
+// Path operations that return a part of a path: root, directory, file name, extension, volume.
 
 #include "fs/path_text.h"
 #include "orv/text/character.h"
@@ -22,7 +22,7 @@ uint32_t RootLength(const PathText &path)
         return n > 2 && IsSeparator(path[2]) ? 3 : 2;
     if (n < 2 || !startsWithSeparator || !IsSeparator(path[1]))
         return startsWithSeparator ? 1 : 0;
-    // Two separators: the server's name, one separator, the share's name.
+    // After two separators: the server's name, one separator, the share's name.
     uint32_t i = 2;
     while (i < n && !IsSeparator(path[i]))
         i++;
@@ -36,7 +36,7 @@ PathPieces Root(const PathText &path)
     return PathPieces(path.UpTo(RootLength(path)));
 }
 
-/// Where the text behind the last character that `ends` a name starts.
+/// The position after the last character for which `ends` is true; 0 when there is none.
 template <typename Predicate>
 uint32_t StartOfName(const PathText &path, Predicate ends)
 {
@@ -46,7 +46,7 @@ uint32_t StartOfName(const PathText &path, Predicate ends)
     return start;
 }
 
-/// The position of the last "." at or behind `start`; the length of the path when there is none.
+/// The position of the last "." at or after `start`; the length of the path when there is none.
 uint32_t LastDot(const PathText &path, uint32_t start)
 {
     for (uint32_t i = path.length; i > start; i--) {
@@ -84,7 +84,7 @@ PathPieces DirectoryPath(const PathText &path)
     pieces.needsNoRoomWhenEmpty = true;
     if (path.IsEmpty())
         return pieces;
-    uint32_t end = path.length; // the separator's position plus 1; one at position 0 does not count here
+    uint32_t end = path.length; // the separator's position plus 1; a separator at position 0 does not count
     while (end > 1 && !IsSeparator(path[end - 1]))
         end--;
     while (end > 1 && IsSeparator(path[end - 2]))

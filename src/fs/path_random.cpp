@@ -1,4 +1,4 @@
-// Names that are not taken yet, most likely.
+// Random names for files, which very probably do not exist yet.
 
 #include "fs/path_text.h"
 #include "orv/random/create_guid.h"
@@ -14,7 +14,7 @@ constexpr uint32_t kGuidLength = 36;
 constexpr uint32_t kNameLength = 40;
 constexpr uint32_t kTempFileNameLength = 44;
 
-/// A random name, before it is written.
+/// The parts of a random name.
 class RandomName
 {
 public:
@@ -48,7 +48,7 @@ private:
     wchar_t guid_[kGuidLength + 1];
 };
 
-/// Puts a text behind what the owner holds.
+/// Appends a text to the owner's text.
 OrvResult Append(const OrvMutableStringRefBase2<wchar_t> &out, const PathText &text)
 {
     const uint32_t start = out.view.length;
@@ -97,7 +97,7 @@ OrvResult GetRandomTempFileName(_ORV_UTF16CHAR_STR &out, unsigned int *required)
 {
     const OrvResult result = WritePath(out, RandomName().TempFilePieces(), nullptr);
     if (result == ORV_E_BUFFER_TOO_SMALL && required)
-        *required = kTempFileNameLength; // callers have come to add the terminator themselves
+        *required = kTempFileNameLength; // without the terminator: callers rely on that and add it
     return result;
 }
 

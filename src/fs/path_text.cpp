@@ -1,3 +1,5 @@
+// Writes a result made of pieces into buffers that grow.
+
 #include "fs/path_text.h"
 #include "orv/runtime/result.h"
 
@@ -11,7 +13,7 @@ OrvResult WritePath(OrvUtf16CharHeapBuffer &out, const PathPieces &pieces)
     const auto length = static_cast<uint32_t>(pieces.Length());
     _ORV_UTF16CHAR_STR &text = out.GetInternal();
     if (length >= text.capacity || pieces.IsWithin(text.characters, text.capacity)) {
-        // The present array is freed when everything has been read.
+        // A piece may be in the present array, so that is freed only after all pieces have been read.
         OrvUtf16CharHeapBuffer larger;
         const OrvResult result = larger.ReserveElements(length);
         if (OrvFailed(result))

@@ -1,5 +1,5 @@
-// What all path operations share: the kinds of characters, a result made of pieces, and the three places that
-// a result may go to.
+// What all path operations share: the kinds of characters, a result made of pieces, and the three places to
+// which a result can be written.
 
 #pragma once
 
@@ -12,7 +12,7 @@
 namespace detail
 {
 
-/// A text to read, its length known.
+/// A text to read, with its length.
 struct PathText {
     const wchar_t *characters;
     uint32_t length;
@@ -33,7 +33,7 @@ inline bool IsSeparator(wchar_t character)
     return character == L'\\' || character == L'/';
 }
 
-/// Whether the text starts with an upper-case prefix, in any letter case.
+/// Whether the text starts with the prefix, in any letter case. The prefix must be in upper case.
 inline bool StartsWith(const PathText &text, const wchar_t *prefix)
 {
     uint32_t i = 0;
@@ -42,7 +42,7 @@ inline bool StartsWith(const PathText &text, const wchar_t *prefix)
     return !prefix[i];
 }
 
-/// What a path to a server starts with when the platform is to take it to the letter.
+/// The prefix of a path to a server that the platform takes literally.
 constexpr wchar_t kLiteralServers[] = L"\\\\?\\UNC\\";
 
 /// Whether a backward scan for the start of a name's extension stops here.
@@ -51,7 +51,7 @@ inline bool EndsName(wchar_t character)
     return IsSeparator(character) || character == L':';
 }
 
-/// "D:" alone, "D:\..." or "\\...".
+/// Whether the path is "D:" alone, "D:\..." or "\\...".
 inline bool IsAbsolute(const PathText &path)
 {
     if (path.length < 2)
@@ -61,7 +61,7 @@ inline bool IsAbsolute(const PathText &path)
     return IsSeparator(path[0]) && IsSeparator(path[1]);
 }
 
-/// A result before it is written: pieces of the inputs and constant texts, one behind the other.
+/// A result before it is written: pieces of the inputs and constant texts, one after another.
 class PathPieces
 {
 public:
@@ -75,12 +75,12 @@ public:
         length_ += piece.length;
     }
 
-    /// For the result that is written, when it is empty, wherever there is no room for a terminator.
+    /// Whether an empty result may be written where there is no room even for a terminator.
     bool needsNoRoomWhenEmpty = false;
 
     uint64_t Length() const { return length_; }
 
-    /// Writes the pieces and a terminator. The first may stand where it is written to.
+    /// Writes the pieces and a terminator. The first piece may already be at `target`.
     void WriteTo(wchar_t *target) const
     {
         for (uint32_t i = 0; i < count_; i++) {
@@ -90,7 +90,7 @@ public:
         StoreUnit(target, wchar_t(0));
     }
 
-    /// Whether a piece stands in this array, but for the first at its start.
+    /// Whether a piece starts inside the array. The first piece does not count if it is at the array's start.
     bool IsWithin(const wchar_t *array, uint32_t capacity) const
     {
         for (uint32_t i = 0; i < count_; i++) {

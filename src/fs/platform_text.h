@@ -1,5 +1,5 @@
-// Texts on their way to and from the platform: terminated, in an array that is on the stack while they are of
-// an ordinary length.
+// Texts that are passed to the platform or received from it: terminated, in an array that is on the stack
+// while the text has an ordinary length.
 
 #pragma once
 
@@ -14,14 +14,14 @@ namespace detail
 /// Room for a path of an ordinary length, terminated.
 using TextArray = SmallArray<wchar_t, 260>;
 
-/// A text with a terminator, copied only if it has none.
+/// A terminated text. The text is copied only if it is not known to be terminated.
 class TerminatedText
 {
 public:
     TerminatedText() = default;
 
-    /// Pieces are copied; so is a text whose length is given. Returns 0, ORV_E_NOT_PRODUCED when it is longer
-    /// than any path or has a zero in it, or ORV_E_OUT_OF_MEMORY.
+    /// Copies pieces, and a text whose length is given. Returns 0, ORV_E_NOT_PRODUCED when the text is longer
+    /// than any path or contains a zero, or ORV_E_OUT_OF_MEMORY.
     OrvResult Set(const PathPieces &pieces)
     {
         if (pieces.Length() > kLongestCounted)

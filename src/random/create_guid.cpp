@@ -1,9 +1,10 @@
-// Making GUIDs: from the times that the platform reserves or from the clock, and from the generator of random
-// numbers.
+// Creates GUIDs: time-based ones from the times that the platform reserves or from the clock, and random ones
+// from the generator of random numbers.
 //
-// A reservation is some thousand times, and the platform makes one for each step of the machine's clock. A
-// process that asked for one for each GUID would soon get none, and take them from all other programs. So it
-// keeps its range and asks for another when that is used up.
+// One reservation has some thousand times, and the platform makes one reservation for each step of the
+// machine's clock. A process that asked for a reservation for each GUID would soon get none, and would take
+// them from all other programs. So the process keeps its range and asks for another when the range is used
+// up.
 
 #include "orv/random/create_guid.h"
 
@@ -27,9 +28,9 @@ struct {
     GuidRange range;
     GuidClock clock; ///< this and the node are used when the platform reserves no times
     uint8_t node[6];
-} source = {{0, 1}, {}, {}, {}}; // waiters sleep 1 ms, so that a holder of a lower priority gets its turn
+} source = {{0, 1}, {}, {}, {}}; // waiters sleep 1 ms, so that a holder of lower priority can run
 
-/// Draws the sequence and the node that this process keeps.
+/// Draws the random sequence and node that this process keeps.
 void StartSource()
 {
     struct {
@@ -43,7 +44,7 @@ void StartSource()
     source.clock.Start(drawn.sequence);
 }
 
-/// Counts on from the system's clock, with the node and the sequence of this process.
+/// Takes a time from the system's clock, with the node and the sequence of this process.
 GuidParts TakeFromClock()
 {
     if (!source.clock.IsStarted())
@@ -63,12 +64,12 @@ bool IsZero(const uint8_t (&bytes)[6])
     return all == 0;
 }
 
-/// Has the platform reserve times; waits while it has none to reserve because its clock, which moves in
-/// steps, has not moved since the last time. The attempts take at least a tenth of a second, several such
-/// steps.
+/// Asks the platform to reserve times. The platform has none while its clock, which moves in steps, has not
+/// moved since the last reservation; then this waits and asks again. The attempts take at least a tenth of a
+/// second, which is several steps.
 NTSTATUS ReserveTimes(GuidParts &first, ULONG &count)
 {
-    constexpr LONGLONG kMillisecond = -10000; // below zero: from now on
+    constexpr LONGLONG kMillisecond = -10000; // negative: relative to now
     constexpr uint32_t kMostAttempts = 100;
     NTSTATUS status = STATUS_RETRY;
     for (uint32_t attempt = 0; attempt < kMostAttempts && status == STATUS_RETRY; attempt++) {
@@ -96,7 +97,7 @@ OrvResult TakeGuidParts(GuidParts &parts)
         const NTSTATUS status = ReserveTimes(first, count);
         if (!NT_SUCCESS(status))
             return ResultFromStatus(status);
-        // There are platforms that succeed and reserve nothing, or have no node.
+        // Some platforms report success but reserve nothing, or have no node.
         if (first.time == 0 || count == 0 || IsZero(first.node)) {
             parts = TakeFromClock();
             return ORV_S_OK;

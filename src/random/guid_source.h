@@ -1,8 +1,8 @@
-// Where time-based GUIDs come from: the range of times that the platform reserved for this process, or, on a
-// platform that reserves none, this process's own clock; and the layout that both share.
+// The sources of time-based GUIDs: the range of times that the platform reserved for this process, or, on a
+// platform that reserves none, this process's own clock. Both share one layout.
 //
-// All times count from 1601, as the platform's do. (A plain version 1 UUID counts from 1582. Nobody reads the
-// time in ours, which the mask hides.)
+// All times count from 1601, as the platform's do. (A plain version 1 UUID counts from 1582. Here nobody can
+// read the time, because the mask hides it.)
 
 #pragma once
 
@@ -11,20 +11,20 @@
 namespace detail
 {
 
-/// What makes one GUID: 100-ns units since 1601, a sequence of 14 bits, six bytes of node.
+/// The parts of one GUID: 100-ns units since 1601, a sequence of 14 bits, a node of six bytes.
 struct GuidParts {
     uint64_t time;
     uint32_t sequence;
     uint8_t node[6];
 };
 
-/// Gives each caller another time. The times of one sequence only grow: while the clock stands still they are
-/// counted on, perhaps ahead of it, and when it is set back another sequence begins. What is left to chance
-/// is only whether two processes draw the same node.
+/// Gives each caller a different time. The times of one sequence only grow: while the clock does not move,
+/// each time is one more than the last, perhaps ahead of the clock; when the clock is set back, the next
+/// sequence begins. Only one thing is left to chance: whether two processes draw the same node.
 class GuidClock
 {
 public:
-    /// The sequence to begin with; any number.
+    /// `sequence` is the first sequence; any number will do.
     void Start(uint32_t sequence)
     {
         sequence_ = sequence;
@@ -54,13 +54,12 @@ private:
     bool isStarted_ = false;
 };
 
-/// The times that the platform reserved at once, with their sequence and node, which are given out one by
-/// one. The platform keeps them apart from those of all other processes, so a range may be used up at any
-/// later time.
+/// The times of one reservation, with their sequence and node, given out one by one. The platform gives them
+/// to no other process, so a range may be used at any later time.
 class GuidRange
 {
 public:
-    /// `first` has the first time of `count`.
+    /// `first` contains the first of `count` times.
     void Start(const GuidParts &first, uint32_t count)
     {
         next_ = first;
@@ -82,15 +81,14 @@ private:
     uint32_t left_ = 0;
 };
 
-/// Takes the parts of a GUID that no other call gets, in whatever thread. Returns 0, or the converted status
-/// when the platform refuses; `parts` is then untouched.
+/// Takes the parts of a GUID that no other call gets, in any thread. Returns 0, or the converted status when
+/// the platform refuses; `parts` is then untouched.
 OrvResult TakeGuidParts(GuidParts &parts);
 
 /// Lays the parts out as a version 1 UUID and combines them with the mask.
 _OrvGuid MakeGuid(const GuidParts &parts);
 
-/// Keeps time and node from appearing in clear. It must never change: GUIDs that are stored were made with
-/// it.
+/// Hides the time and the node. It must never change: stored GUIDs were made with it.
 constexpr uint8_t kGuidMask[16] = {0x6B, 0xD1, 0x0E, 0x94, 0xA7, 0x3C, 0x58, 0xF2,
                                    0x1D, 0xE9, 0x75, 0x42, 0xBC, 0x8F, 0x36, 0xA0};
 

@@ -1,4 +1,5 @@
-// The process-wide generator. Its state is constant-initialised, so it needs no start-up code.
+// The process-wide generator of random numbers. Its state is constant-initialised, so it needs no start-up
+// code.
 
 #include "orv/random/random.h"
 
@@ -10,15 +11,15 @@ namespace
 
 constexpr uint64_t kMultiplier = 0x5DEECE66D;
 constexpr uint64_t kIncrement = 0xB;
-constexpr uint32_t kFirstUsedBit = 17; // the lower bits of such a generator repeat too soon
+constexpr uint32_t kFirstUsedBit = 17; // the lower bits of a linear congruential generator repeat too soon
 
 struct {
     OrvSpinLock lock;
     uint32_t low;
     uint16_t high;
-} generator = {{0, 1}, 0x1330E, 0}; // waiters sleep 1 ms, so that a holder of a lower priority gets its turn
+} generator = {{0, 1}, 0x1330E, 0}; // waiters sleep 1 ms, so that a holder of lower priority can run
 
-/// The shared state, for as long as this object lives.
+/// Exclusive use of the shared state while this object exists.
 class Steps
 {
 public:
@@ -31,7 +32,7 @@ public:
         generator.high = static_cast<uint16_t>(state_ >> 32);
     }
 
-    /// One step; the 31 bits that callers see.
+    /// Makes one step and returns the 31 bits that callers see.
     uint32_t Take()
     {
         constexpr uint64_t kMask = (uint64_t{1} << 48) - 1;
@@ -71,7 +72,7 @@ void OrvGenerateRandomBuffer(uint8_t *buffer, uint32_t length)
     if (length == 0)
         return;
     Steps steps;
-    // A step's four bytes are those of the number, lowest first.
+    // The four bytes of a step are the bytes of its number, lowest first.
     if (const uint32_t rest = length % 4) {
         uint32_t bytes = steps.Take() >> 8 * (4 - rest);
         for (uint32_t i = 0; i < rest; i++, bytes >>= 8)

@@ -1,3 +1,5 @@
+// Enumerates the names of a key's subkeys or values, one for each native call.
+
 #include "orv/registry/registry_enumerator.h"
 
 #include "nt/nt.h"
@@ -39,7 +41,7 @@ OrvResult OrvBasWinRegistryEnumerator::Next(OrvStringzRefBase<wchar_t> &name, bo
             return result;
     }
     for (;;) {
-        // Two bytes are left for a terminator.
+        // Leaves two bytes for a terminator.
         const ULONG room = buffer_.GetCapacity() - sizeof(WCHAR);
         ULONG needed = 0;
         const NTSTATUS status =
@@ -49,7 +51,7 @@ OrvResult OrvBasWinRegistryEnumerator::Next(OrvStringzRefBase<wchar_t> &name, bo
         if (status == STATUS_NO_MORE_ENTRIES)
             return ORV_S_OK;
         if ((status == STATUS_BUFFER_OVERFLOW || status == STATUS_BUFFER_TOO_SMALL) && needed > room) {
-            // Seldom, even where each name is longer than the one before.
+            // Doubling makes this rare, even if each name is longer than the one before.
             const OrvResult result = buffer_.ReserveElements(
                 detail::GrownCapacity(buffer_.GetCapacity(), needed + sizeof(WCHAR), kFirstSize));
             if (OrvFailed(result))

@@ -1,4 +1,4 @@
-// Parents, views, and opening.
+// The registry handle: its parents, its view, and opening keys.
 
 #include "orv/registry/registry_handle.h"
 
@@ -33,7 +33,7 @@ ACCESS_MASK ViewAccess(OrvBasWinRegistryHandle::ViewMode mode)
     }
 }
 
-/// Whether the path part "Wow6432Node" means something below this root.
+/// Whether the path part "Wow6432Node" has a meaning below this root.
 bool HasNodeView(OrvBasWinRegistryRootType root)
 {
     return root == OrvRegistryLocalMachine || root == OrvRegistryUsers || root == OrvRegistryNoRoot;
@@ -53,7 +53,7 @@ NTSTATUS CreateNative(const OBJECT_ATTRIBUTES &attributes, ACCESS_MASK access, H
                        : ZwCreateKey(&key, access, &attributes, 0, nullptr, 0, &disposition);
 }
 
-/// Makes the keys above the last one of the path.
+/// Creates the keys of the path except the last one.
 NTSTATUS CreateParents(const OBJECT_ATTRIBUTES &attributes, ACCESS_MASK viewAccess, HANDLE transaction)
 {
     const UNICODE_STRING &path = *attributes.ObjectName;
@@ -68,7 +68,7 @@ NTSTATUS CreateParents(const OBJECT_ATTRIBUTES &attributes, ACCESS_MASK viewAcce
         ULONG disposition = 0;
         const NTSTATUS status = CreateNative(parentAttributes, KEY_CREATE_SUB_KEY | viewAccess, transaction,
                                              *key.Receive(), disposition);
-        // One that exists need not let us create keys in it: only the last of them has to.
+        // An existing key may deny the right to create subkeys: only the last of these keys needs it.
         if (!NT_SUCCESS(status) && status != STATUS_ACCESS_DENIED)
             return status;
     }
@@ -152,7 +152,7 @@ OrvResult OrvBasWinRegistryHandle::GetCurrentKeyPath(IOrvString<wchar_t> &path) 
 bool OrvBasWinRegistryHandle::IsWow64ViewModeSupported()
 {
     enum : long { kUnknown, kYes, kNo };
-    static volatile long answer = kUnknown; // whoever comes first finds the same as the others
+    static volatile long answer = kUnknown; // every thread finds the same answer
     if (answer == kUnknown) {
         const auto processor = OrvEnvironment::OsInfo::GetFacts().processorArchitecture;
         answer = processor == OrvEnvironment::ProcessorX64 || processor == OrvEnvironment::ProcessorItanium
@@ -200,7 +200,7 @@ OrvResult OrvBasWinRegistryHandle::MakeState()
     return state_ ? ORV_S_OK : ORV_E_OUT_OF_MEMORY;
 }
 
-/// Gives the root and the path below it that the keys make up which are open between.
+/// Gives the root and the path below it, joined from the paths of the open keys between.
 OrvResult OrvBasWinRegistryHandle::FindWay(Origin origin, OrvBasWinRegistryRootType &root,
                                            OrvUtf16CharHeapBuffer &way) const
 {
@@ -216,7 +216,8 @@ OrvResult OrvBasWinRegistryHandle::FindWay(Origin origin, OrvBasWinRegistryRootT
     return OrvSucceeded(result) ? way.Append(path_) : result;
 }
 
-/// Puts the path part of the 32-bit view into `path` if that is where it belongs; `changed` then holds it.
+/// Inserts the path part of the 32-bit view into `path` if it belongs there. `changed` then owns the new
+/// path.
 OrvResult OrvBasWinRegistryHandle::ApplyView(Origin origin, Name &path, OrvUtf16CharHeapBuffer &changed) const
 {
     if (ViewOf(viewMode_) != OrvRegistryViewNode)
@@ -260,12 +261,12 @@ OrvResult OrvBasWinRegistryHandle::Open(Origin origin, const Name &path, uint32_
     return OrvSucceeded(result) ? OpenBelow(base, inView, access, transaction, creation, handle) : result;
 }
 
-/// Opens what the path says, to the letter.
+/// Opens the key at exactly this path, without the view's path part.
 OrvResult OrvBasWinRegistryHandle::OpenBelow(void *base, const Name &path, uint32_t access,
                                              OrvWinTransaction *transaction, Creation creation,
                                              void *&handle) const
 {
-    // Some systems have the functions for keys, as ordinary ones, without having transactions.
+    // Some systems export the transacted functions for keys but have no transactions.
     if (transaction &&
         !(OrvNtdll_FunctionExists("ZwCreateTransaction") && OrvNtdll_FunctionExists("ZwOpenKeyTransacted")))
         return ORV_E_NOT_SUPPORTED;
@@ -282,7 +283,8 @@ OrvResult OrvBasWinRegistryHandle::OpenBelow(void *base, const Name &path, uint3
     ULONG disposition = REG_OPENED_EXISTING_KEY;
     NTSTATUS status = 0;
     const bool creates = creation == kCreateLast || creation == kCreateAll;
-    // The empty path is the base itself, which exists. Not every platform says so when it is to be created.
+    // The empty path is the base itself, which exists. Not every platform reports that when it is asked to
+    // create the key.
     if (!creates || name.Get()->Length == 0) {
         status = OpenNative(attributes, access | viewAccess, inside, opened);
     } else {

@@ -1,4 +1,4 @@
-// Hives, privileges, and waiting for changes.
+// The registry handle's operations on hives, privileges, and waiting for changes.
 
 #include "fs/nt_path.h"
 #include "orv/env/os_info.h"
@@ -14,7 +14,7 @@ namespace
 
 typedef OrvBasWinRegistryHandle::Name Name;
 
-/// The key at `path` below `base`, as loading and unloading name it.
+/// Attributes for the key at `path` below `base`, as the calls that load and unload a hive take them.
 OBJECT_ATTRIBUTES KeyAttributes(HANDLE base, const detail::CountedName &path)
 {
     return {sizeof(OBJECT_ATTRIBUTES), base,    const_cast<UNICODE_STRING *>(path.Get()),
@@ -124,11 +124,11 @@ OrvResult OrvBasWinRegistryHandle::RestoreKey(const wchar_t *file, IOrvString<wc
 
 OrvResult OrvBasWinRegistryHandle::StartSingleWatchingKeyChange(OrvBasEvent &event, bool subtree)
 {
-    // The platform writes here when the change comes, be the handle long gone; nobody reads it.
+    // Static: the kernel writes it when the change fires, perhaps after this object is gone. Never read.
     static IO_STATUS_BLOCK status;
     constexpr ULONG kChanges = REG_NOTIFY_CHANGE_NAME | REG_NOTIFY_CHANGE_ATTRIBUTES |
                                REG_NOTIFY_CHANGE_LAST_SET | REG_NOTIFY_CHANGE_SECURITY;
-    // Whoever opened the key closes what watches it, too, when he goes on to another.
+    // The handle that owns the open key also owns its watch, so that its CloseKey ends the watch.
     if (!IsOpened() && parent_)
         return parent_->StartSingleWatchingKeyChange(event, subtree);
     OrvResult result = MakeState();
@@ -139,7 +139,8 @@ OrvResult OrvBasWinRegistryHandle::StartSingleWatchingKeyChange(OrvBasEvent &eve
         result = CreateHandleInternal(*key.Receive(), Name(), KEY_NOTIFY);
     if (OrvFailed(result))
         return result;
-    // Otherwise the watch ends with this thread, and its end sets the event. Older systems refuse the flag.
+    // Without the flag the watch ends with this thread, and its end sets the event. Older systems refuse the
+    // flag.
     const bool mayOutliveThread = OrvEnvironment::OsInfo::IsAtLeast(6, 2);
     const ULONG filter = mayOutliveThread ? kChanges | REG_NOTIFY_THREAD_AGNOSTIC : kChanges;
     return detail::ResultFromCall(ZwNotifyChangeKey(key.Get(), event.GetHandle(), nullptr, nullptr, &status,

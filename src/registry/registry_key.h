@@ -1,5 +1,5 @@
-// What the parts of the registry handle share: its working state, counted names, and the way to the key that
-// an operation works on.
+// What the parts of the registry handle share: its working state, counted names, and the access to the key
+// that an operation works on.
 
 #pragma once
 
@@ -13,20 +13,20 @@
 namespace detail
 {
 
-/// What a handle needs once it opens or watches a key.
+/// The state that a handle allocates when it first opens or watches a key.
 struct RegistryState : OrvHeapObject {
-    NativeHandle key; ///< null: none is open
+    NativeHandle key; ///< null: no key is open
 
-    /// The handles that changes are watched through, without and with what is below the key. The platform
-    /// takes what to watch from a handle's first watch, so each kind needs one of its own.
+    /// The handles for watching changes: first of the key alone, then of the key with its subtree. The
+    /// platform fixes what to watch with a handle's first watch, so each kind needs its own handle.
     NativeHandle watchKeys[2];
 };
 
-/// A name as the platform takes it.
+/// A name as a counted string, as the platform takes it.
 class CountedName
 {
 public:
-    /// False when it is too long to be counted.
+    /// False when the name is too long to be counted.
     bool Set(const OrvStringRefBase<wchar_t> &name)
     {
         return CountText(name.characters, ResolveLength(name.characters, name.length), counted_);
@@ -40,9 +40,9 @@ private:
 
 } // namespace detail
 
-/// Calls `operation` with the current key, or in a transaction with a handle of the transaction's own to it,
-/// which has the rights `access` and is closed afterwards. Returns why there is no such key, or what
-/// `operation` returns.
+/// Calls `operation` with the current key. In a transaction it opens another handle to the key within the
+/// transaction, with the rights `access`, and closes that afterwards. Returns the failure to get the key, or
+/// the result of `operation`.
 template <typename Operation>
 OrvResult OrvBasWinRegistryHandle::WithKey(uint32_t access, OrvWinTransaction *transaction,
                                            Operation operation) const

@@ -1,4 +1,4 @@
-// Making, deleting and describing keys.
+// The registry handle's operations on keys: create, delete, describe.
 
 #include "orv/registry/registry_handle.h"
 
@@ -13,8 +13,8 @@
 namespace
 {
 
-/// Owns the keys from the one to be deleted down to the one that is being emptied. On the heap when there are
-/// many, because nothing limits the depth but the platform.
+/// Owns the keys from the one to be deleted down to the one that is being emptied. Many keys are kept on the
+/// heap, because only the platform limits the depth.
 class KeyStack
 {
 public:
@@ -30,7 +30,7 @@ public:
     bool IsEmpty() const { return count_ == 0; }
     HANDLE Top() const { return keys_.Get()[count_ - 1]; }
 
-    /// Takes the key over, unless the heap refuses: then false.
+    /// Takes ownership of the key. False when the heap refuses; the caller then still owns the key.
     bool Push(detail::NativeHandle &key)
     {
         if (count_ == keys_.Capacity() &&
@@ -62,7 +62,7 @@ OrvResult QueryInfo(HANDLE key, OrvBasWinRegistryKeyInfo &info)
     KEY_FULL_INFORMATION full = {};
     ULONG needed = 0;
     const NTSTATUS status = ZwQueryKey(key, KeyFullInformation, &full, sizeof full, &needed);
-    // The class, which has no room here, is of no use.
+    // An overflow only means that the key's class did not fit, and the class is not needed.
     if (!NT_SUCCESS(status) && status != STATUS_BUFFER_OVERFLOW)
         return detail::ResultFromStatus(status);
     info.lastWriteTime = static_cast<uint64_t>(full.LastWriteTime);
@@ -130,7 +130,8 @@ OrvResult OrvBasWinRegistryHandle::Delete(const Name &path, bool recursive, OrvW
     return recursive ? DeleteTree(key, transaction) : detail::ResultFromCall(ZwDeleteKey(key.Get()));
 }
 
-/// Takes `top` over. A key that others delete meanwhile is as good as deleted, except the top one.
+/// Deletes the key `top`, which it takes ownership of, and all keys below it. If another thread or process
+/// deletes one of them first, that counts as success, except for `top` itself.
 OrvResult OrvBasWinRegistryHandle::DeleteTree(detail::NativeHandle &top, OrvWinTransaction *transaction) const
 {
     KeyStack keys;
@@ -156,12 +157,12 @@ OrvResult OrvBasWinRegistryHandle::DeleteTree(detail::NativeHandle &top, OrvWinT
     return ORV_S_OK;
 }
 
-/// The first child of a key that is being emptied: those before it are gone. Null when there is none, also
-/// because the key itself is gone.
+/// Opens the first child of a key that is being emptied. Null when there is none, or when the key itself no
+/// longer exists.
 OrvResult OrvBasWinRegistryHandle::OpenFirstChild(void *&child, OrvBasWinRegistryEnumerator &children,
                                                   OrvWinTransaction *transaction) const
 {
-    constexpr uint32_t kPatience = 100; // a name that is listed but not found would be listed for ever
+    constexpr uint32_t kPatience = 100; // a name that is listed but never found must not loop for ever
     OrvResult result = ORV_S_OK;
     for (uint32_t attempt = 0; attempt < kPatience; attempt++) {
         children.index_ = 0;

@@ -1,3 +1,5 @@
+// Key paths as text: split, combined, and with the path part of the 32-bit view.
+
 #include "registry/registry_path.h"
 
 #include "nt/nt.h"
@@ -20,7 +22,8 @@ constexpr uint32_t kNodePartLength = 12;
 constexpr wchar_t kClassesEnd[] = L"_CLASSES";
 constexpr uint32_t kClassesEndLength = 8;
 
-/// Whether `part`, in upper case, stands at the position, and what follows it does not belong to its name.
+/// Whether `part` is at the position, in any letter case, and its last name ends there. `part` must be in
+/// upper case.
 bool HasPartAt(const wchar_t *text, uint32_t length, uint32_t position, const wchar_t *part,
                uint32_t partLength)
 {
@@ -40,7 +43,7 @@ uint32_t FindSeparator(const wchar_t *text, uint32_t length, uint32_t position)
     return position;
 }
 
-/// The text behind a root's name: without the separator, if there is one.
+/// The text after a root's name, without the separator if there is one.
 struct Rest {
     Rest(const wchar_t *text, uint32_t length, uint32_t start)
     {
@@ -53,7 +56,7 @@ struct Rest {
     uint32_t count;
 };
 
-/// Sees to names under "\REGISTRY\USER". The name is in upper case.
+/// Splits a name under "\REGISTRY\USER". The name must be in upper case.
 OrvResult SplitUserKeyName(const wchar_t *name, uint32_t length, OrvBasWinRegistryRootType &root,
                            OrvUtf16CharHeapBuffer &path)
 {
@@ -119,7 +122,7 @@ uint32_t FindWow6432NodePosition(OrvBasWinRegistryRootType root, const wchar_t *
     constexpr uint32_t kSoftwareLength = 8;
     uint32_t position = 0;
     if (root == OrvRegistryUsers) {
-        // Behind the user: "S-1-5-...\Software", or "S-1-5-..._Classes".
+        // After the user's name: "S-1-5-...\Software" or "S-1-5-..._Classes".
         const uint32_t end = FindSeparator(path, length, 0);
         if (end >= kClassesEndLength &&
             HasPartAt(path, end, end - kClassesEndLength, kClassesEnd, kClassesEndLength))
@@ -151,7 +154,7 @@ OrvResult SplitNativeKeyName(const wchar_t *name, uint32_t length, OrvBasWinRegi
         return ORV_E_NOT_PROVIDED;
 
     uint32_t newAccess = access;
-    // Only the first place counts, even when a longer name starts there.
+    // Only the first match counts, even if it is the start of a longer name.
     const wchar_t *const part = OrvFindSubString(upper.GetValue(), kNodePart, length, kNodePartLength);
     const auto position = part ? static_cast<uint32_t>(part - upper.GetValue()) : length;
     if (HasPartAt(upper.GetBuffer(), length, position, kNodePart, kNodePartLength)) {

@@ -1,4 +1,5 @@
-// Key paths as text: where the 32-bit view's path part goes, and native names read back.
+// Key paths as text: the place of the 32-bit view's path part, and the conversion of native names to root and
+// path.
 
 #pragma once
 
@@ -12,12 +13,12 @@ namespace detail
 /// "Wow6432Node".
 extern const wchar_t kWow6432Node[12];
 
-/// The position in a key's path below `root` where "\Wow6432Node" belongs; 0 when the path is the same in
-/// both views, or has that part there. The path starts at the root itself.
+/// The position in a key's path below `root` at which "\Wow6432Node" belongs. 0 when the path is the same in
+/// both views, or already has that part. The path starts directly below the root.
 uint32_t FindWow6432NodePosition(OrvBasWinRegistryRootType root, const wchar_t *path, uint32_t length);
 
-/// Reads the native name of a key back. See OrvBasWinRegistryHandle::SplitCurrentKeyName, whose results these
-/// are.
+/// Splits the native name of a key into root and path. Returns as
+/// OrvBasWinRegistryHandle::SplitCurrentKeyName.
 OrvResult SplitNativeKeyName(const wchar_t *name, uint32_t length, OrvBasWinRegistryRootType &root,
                              OrvUtf16CharHeapBuffer &path, uint32_t &access);
 

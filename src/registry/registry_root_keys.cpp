@@ -1,5 +1,5 @@
-// Handles are cached without a lock: whoever opens a root that another thread has just opened closes his own
-// handle again.
+// Opens the predefined keys. Handles are cached without a lock: a thread that opens a root that another
+// thread has just opened closes its own handle again.
 
 #include "registry/registry_root_keys.h"
 
@@ -12,10 +12,10 @@
 namespace
 {
 
-/// As much as the caller may have: what is opened below a root asks for its own rights.
+/// All rights that the caller can get. Each key below a root is opened with the rights that it needs.
 constexpr ACCESS_MASK kRootAccess = MAXIMUM_ALLOWED;
 
-// One handle a root, in the order of the table; 0 until it is open.
+// One handle for each root, in the order of the table; 0 until it is open.
 volatile long rootKeys[detail::kRegistryRootCount];
 
 NTSTATUS OpenRoot(const detail::RegistryRoot &root, HANDLE &key)

@@ -9,7 +9,8 @@ namespace detail
 {
 
 /// The handle of a root, opened on first use and kept for the life of the process. Returns 0;
-/// ORV_E_INVALID_HANDLE for no root; ORV_E_INVALID_ARGUMENT for what is none; or the converted status.
+/// ORV_E_INVALID_HANDLE for OrvRegistryNoRoot; ORV_E_INVALID_ARGUMENT for a value that is not a root; else
+/// the converted status.
 OrvResult GetRegistryRootKey(OrvBasWinRegistryRootType type, HANDLE &key);
 
 } // namespace detail

@@ -1,3 +1,5 @@
+// The table of the predefined keys, and the search in it.
+
 #include "registry/registry_roots.h"
 
 #include "orv/text/character.h"
@@ -21,7 +23,7 @@ bool IsName(const wchar_t *text, uint32_t length, const wchar_t *name)
 #define PERFLIB L"\\REGISTRY\\MACHINE\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Perflib\\009"
 #define PROFILE L"\\REGISTRY\\MACHINE\\SYSTEM\\CurrentControlSet\\Hardware Profiles\\Current"
 
-// Names are looked for in this order. The roots with an object name that is no path exist in Win32 only.
+// Names are searched in this order. A root whose object name is not a path exists only in Win32.
 const RegistryRoot kRegistryRoots[kRegistryRootCount] = {
     {OrvRegistryClassesRoot, L"HKCR", L"HKEY_CLASSES_ROOT", L"\\REGISTRY\\MACHINE\\SOFTWARE\\Classes"},
     {OrvRegistryCurrentUser, L"HKCU", L"HKEY_CURRENT_USER", nullptr},

@@ -1,4 +1,4 @@
-// The predefined keys: what they are called.
+// The predefined keys and their names.
 
 #pragma once
 
@@ -18,11 +18,11 @@ constexpr uint32_t kRegistryRootCount = 9;
 
 extern const RegistryRoot kRegistryRoots[kRegistryRootCount];
 
-/// Null when the value is no root.
+/// The root with this type; null when the value is not a root.
 const RegistryRoot *FindRegistryRoot(OrvBasWinRegistryRootType type);
 
-/// The root whose short or long name the text of `length` characters is, in any letter case; null when it is
-/// none.
+/// The root whose short or long name equals the text of `length` characters, in any letter case; null when
+/// there is none.
 const RegistryRoot *FindRegistryRoot(const wchar_t *name, uint32_t length);
 
 } // namespace detail

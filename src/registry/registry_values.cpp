@@ -1,5 +1,5 @@
-// Reading and writing values. A value is read into an array on the stack, which almost every value fits, and
-// only when it does not is there another call and a block of the heap.
+// The registry handle's operations on values. A value is read into an array on the stack, which is large
+// enough for almost every value. Only a larger value needs a second call and a block of the heap.
 
 #include "orv/registry/registry_handle.h"
 
@@ -17,14 +17,14 @@ namespace
 typedef OrvBasWinRegistryHandle::Name Name;
 
 constexpr uint32_t kHeaderSize = offsetof(KEY_VALUE_PARTIAL_INFORMATION, Data);
-constexpr uint32_t kTerminatorRoom = 3 * sizeof(WCHAR) - 1; ///< a byte to make it even, and two terminators
+constexpr uint32_t kTerminatorRoom = 3 * sizeof(WCHAR) - 1; ///< a byte that makes the size even, and two terminators
 
 uint32_t TurnRound(uint32_t value)
 {
     return value >> 24 | (value >> 8 & 0xFF00) | (value << 8 & 0xFF0000) | value << 24;
 }
 
-/// A value as it is read: its type and its bytes, terminated as its type wants it.
+/// A value that was read: its type and its bytes, terminated as its type requires.
 class ReadValue
 {
 public:
@@ -42,7 +42,7 @@ public:
                 Terminate();
                 return ORV_S_OK;
             }
-            // It may grow between the calls; each round has more room than the one before.
+            // The value may grow between the calls. Each round has more room than the one before.
             if ((status != STATUS_BUFFER_OVERFLOW && status != STATUS_BUFFER_TOO_SMALL) || needed <= room)
                 return detail::ResultFromStatus(status);
             if (needed > UINT32_MAX - kTerminatorRoom || !bytes_.Reserve(needed + kTerminatorRoom))
@@ -95,7 +95,8 @@ private:
     detail::SmallArray<uint8_t, kHeaderSize + kOnStack + kTerminatorRoom> bytes_;
 };
 
-/// Gives the value as a number of this type, or with its bytes turned round if it is of the other one.
+/// Gives the value as a number of this type. A big-endian value is converted if a little-endian one is
+/// wanted.
 template <typename T>
 OrvResult ToNumber(T &number, ReadValue &value, OrvBasWinRegistryValueType type)
 {
@@ -264,7 +265,7 @@ OrvResult OrvBasWinRegistryHandle::SetStringValue(const Name &value, const Name 
     const uint32_t length = detail::ResolveLength(value.characters, value.length);
     if (length > kLongest)
         return ORV_E_INVALID_ARGUMENT;
-    // A text that is terminated can be stored as it stands.
+    // A terminated text can be stored without a copy.
     if (value.length == OrvTerminated && value.characters)
         return SetValue(type, value.characters, (length + 1) * sizeof(wchar_t), name);
     OrvUtf16CharHeapBuffer terminated;

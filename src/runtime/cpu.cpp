@@ -1,4 +1,4 @@
-// CPUID, read once.
+// Finding out what the processor can do: CPUID, read once.
 
 #include "runtime/cpu.h"
 
@@ -21,8 +21,8 @@ struct Leaf {
     explicit Leaf(uint32_t number) { __cpuid_count(number, 0, eax, ebx, ecx, edx); }
 };
 
-/// Whether the system saves the 256-bit registers when it switches threads. Only to be asked where the
-/// processor says that the instruction is enabled.
+/// Whether the system saves the 256-bit registers when it switches threads. May only be called if the
+/// processor reports OSXSAVE: the instruction faults otherwise.
 bool SavesWideRegisters()
 {
     constexpr uint32_t kSseAndAvxState = 0x6;

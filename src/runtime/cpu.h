@@ -1,5 +1,5 @@
-// What the processor can do beyond SSE2, which the library is compiled for. Whoever has a wide path asks
-// here, each time: after the first time the answer is one load.
+// What the processor can do beyond SSE2, which the library is compiled for. Code with a path for newer
+// instructions asks here on each call: after the first call the answer is one load.
 
 #pragma once
 
@@ -20,10 +20,10 @@ enum CpuFeature : uint32_t {
     kCpuKnown = 1u << 31,
 };
 
-/// 0 until somebody has asked. Threads that ask at once all find, and store, the same value.
+/// 0 until the first call. Threads that call at the same time all find, and store, the same value.
 extern volatile uint32_t cpuFeatures;
 
-/// Asks the processor, and remembers. Every answer has kCpuKnown.
+/// Asks the processor and stores the answer in cpuFeatures. Every answer contains kCpuKnown.
 uint32_t DetectCpuFeatures();
 
 /// Whether the processor has all of these features.

@@ -1,5 +1,5 @@
 // The sources of entropy: the kernel's generator through its device, the processor's instruction, and a mix
-// of circumstances.
+// of clocks, counters, ids and addresses.
 
 #include "runtime/entropy.h"
 
@@ -45,7 +45,7 @@ uint64_t Scramble(uint64_t value)
 
 constexpr uint64_t kGoldenRatio = 0x9E3779B97F4A7C15;
 
-/// Takes in numbers one after the other, then gives as many as wanted.
+/// Takes in numbers one after another, then gives out as many as the caller wants.
 class Mixer
 {
 public:
@@ -64,7 +64,7 @@ private:
 
 __attribute__((target("rdrnd"))) bool ReadProcessorWord(uint32_t &word)
 {
-    // It may be empty for a moment, when many threads ask at once.
+    // The processor's store may be empty for a moment when many threads ask at once.
     for (uint32_t attempts = 10; attempts; attempts--) {
         if (_rdrand32_step(&word))
             return true;
@@ -96,7 +96,7 @@ bool FillFromProcessor(void *bytes, uint32_t count)
     return Fill(bytes, count, [&last](uint64_t &piece) {
         uint32_t low = 0;
         uint32_t high = 0;
-        // There are faulty processors that report success and give the same word for ever.
+        // Some faulty processors report success and give the same word for ever.
         if (!ReadProcessorWord(low) || !ReadProcessorWord(high) || low == high || low == last)
             return false;
         last = high;
@@ -107,7 +107,7 @@ bool FillFromProcessor(void *bytes, uint32_t count)
 
 void FillFromCircumstances(void *bytes, uint32_t count)
 {
-    static uint32_t calls; // tells apart two calls within one tick of every clock
+    static uint32_t calls; // distinguishes two calls within one tick of every clock
     const uint32_t call = __atomic_add_fetch(&calls, 1, __ATOMIC_RELAXED);
 
     const TEB *const teb = NtCurrentTeb();

@@ -1,4 +1,4 @@
-// Filling a table of optional entry points.
+// Fills a table of optional entry points.
 
 #include "runtime/entry_table.h"
 

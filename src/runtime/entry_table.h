@@ -1,5 +1,5 @@
-// How a table of optional entry points is described and filled: a structure that starts with the module
-// handle and goes on with one function pointer for each name, in the order of the names.
+// How a table of optional entry points is described and filled. The table is a structure: first the module
+// handle, then one function pointer for each name, in the order of the names.
 
 #pragma once
 
@@ -8,8 +8,8 @@
 namespace detail
 {
 
-/// A counted string over a terminated one. No exported name comes near the longest that can be counted, so a
-/// longer one is cut.
+/// A counted string that refers to a terminated one. A name that is too long to be counted is cut; no
+/// exported name is nearly that long.
 constexpr ANSI_STRING CountedAnsi(const char *name)
 {
     USHORT length = 0;
@@ -24,7 +24,7 @@ consteval ANSI_STRING EntryName(const char *name)
     return CountedAnsi(name);
 }
 
-/// Looks `count` names up in `module`; what it lacks becomes null.
+/// Looks up `count` names in `module`. The entry of a name that the module does not export becomes null.
 void FillEntries(PVOID module, const ANSI_STRING *names, PVOID *entries, uint32_t count);
 
 template <typename Table, uint32_t count>

@@ -8,8 +8,9 @@
 namespace detail
 {
 
-/// The next capacity of an array that has `capacity` elements and needs `needed`, which is more. At least
-/// `first`, so that small arrays do not grow again and again; at most `most`, which `needed` must not exceed.
+/// The next capacity of an array with room for `capacity` elements that needs room for `needed`, which is
+/// more. The result is at least `first`, so that small arrays do not grow again and again, and at most
+/// `most`, which `needed` must not exceed.
 constexpr uint32_t GrownCapacity(uint32_t capacity, uint32_t needed, uint32_t first,
                                  uint32_t most = UINT32_MAX)
 {

@@ -8,20 +8,20 @@
 namespace detail
 {
 
-/// Null when the heap refuses.
+/// Returns null when the heap refuses.
 inline void *AllocateBytes(size_t size)
 {
     return RtlAllocateHeap(NtCurrentPeb()->ProcessHeap, 0, size);
 }
 
-/// Null is allowed.
+/// `block` may be null.
 inline void FreeBytes(void *block)
 {
     if (block)
         RtlFreeHeap(NtCurrentPeb()->ProcessHeap, 0, block);
 }
 
-/// Null, and the old block stays, when the heap refuses. A null block is a new one.
+/// Returns null when the heap refuses; the old block stays. Allocates a new block when `block` is null.
 inline void *ReallocateBytes(void *block, size_t size)
 {
     return block ? RtlReAllocateHeap(NtCurrentPeb()->ProcessHeap, 0, block, size) : AllocateBytes(size);
@@ -38,7 +38,7 @@ public:
     HeapArray &operator=(const HeapArray &) = delete;
     ~HeapArray() { FreeBytes(elements_); }
 
-    /// An array of `count` elements, not initialised; empty when the heap refuses or the size has no end.
+    /// An array of `count` elements, not initialised. Empty when the heap refuses or the size overflows.
     static HeapArray Allocate(uint32_t count)
     {
         if (count > SIZE_MAX / sizeof(T))
@@ -56,7 +56,7 @@ public:
         elements_ = elements;
     }
 
-    /// Gives the array up to the caller.
+    /// Passes the ownership of the array to the caller.
     T *Detach()
     {
         T *elements = elements_;

@@ -1,3 +1,5 @@
+// The allocation of objects on the process heap.
+
 #include "orv/runtime/heap_object.h"
 
 #include "runtime/heap.h"

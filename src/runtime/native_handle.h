@@ -22,7 +22,7 @@ public:
     explicit operator bool() const { return handle_ != nullptr; }
     HANDLE Get() const { return handle_; }
 
-    /// Where a native call stores the handle that it opens. Closes the present one first.
+    /// The address at which a native call stores the handle that it opens. Closes the present handle first.
     HANDLE *Receive()
     {
         Close();
@@ -36,7 +36,7 @@ public:
         handle_ = handle;
     }
 
-    /// Gives the handle up to the caller.
+    /// Passes the ownership of the handle to the caller.
     HANDLE Detach()
     {
         HANDLE handle = handle_;
@@ -44,7 +44,7 @@ public:
         return handle;
     }
 
-    /// Closes the handle if there is one. Owns nothing afterwards, also when the platform refuses.
+    /// Closes the handle if there is one. Owns nothing afterwards, even when the platform refuses.
     NTSTATUS Close()
     {
         HANDLE handle = Detach();

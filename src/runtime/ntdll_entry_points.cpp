@@ -1,8 +1,8 @@
 // The table of optional ntdll.dll entry points and its wrappers.
 //
-// The table's field types come from the declarations in nt.h, so a wrapper whose arguments do not fit its
-// platform function does not compile. It is written only while it is filled or emptied, and read without
-// locks.
+// The table's field types come from the declarations in nt.h, so a wrapper does not compile if its arguments
+// do not fit the platform's function. The table is written only while it is filled or emptied, and is read
+// without locks.
 
 #include "orv/runtime/ntdll_entry_points.h"
 
@@ -196,7 +196,7 @@ unsigned long OrvNtdll_NtGetTickCount()
 {
     if (table.NtGetTickCount)
         return table.NtGetTickCount();
-    // Systems without the function keep the low half of the count current in the shared page.
+    // Systems without the function keep the low half of the count up to date in the shared page.
     const volatile KUSER_SHARED_DATA &shared = SharedUserData();
     return static_cast<ULONG>(static_cast<ULONGLONG>(shared.TickCountLow) * shared.TickCountMultiplier >> 24);
 }

@@ -1,4 +1,4 @@
-// Looking optional functions up, once each.
+// Looks up each optional function once.
 
 #include "runtime/optional_functions.h"
 
@@ -19,8 +19,8 @@ constexpr ANSI_STRING kNames[kCount] = {
 #undef ORV_OPTIONAL_NAME
 };
 
-// Null: not looked up yet. Its own address: the system lacks the function. Threads that look up at the same
-// time find the same answer, so it does not matter which one of them stores it.
+// Null: not looked up yet. The address of the element itself: the system lacks the function. Threads that
+// look up at the same time find the same answer, so it does not matter which of them stores it.
 PVOID volatile found[kCount];
 
 } // namespace

@@ -1,6 +1,6 @@
-// Functions of ntdll.dll that the oldest supported system may lack, beside those of the exported table, whose
-// entries are fixed. A static import of such a function would keep the DLL from loading there. Each one is
-// looked up when it is first asked for: a process that does not need it does not pay for it.
+// Functions of ntdll.dll that the oldest supported system may lack and that are not in the exported table,
+// whose entries are fixed. With a static import of such a function the DLL would not load on that system.
+// Each function is looked up when it is first needed: a process that does not need it does not pay for it.
 
 #pragma once
 
@@ -21,11 +21,11 @@ enum class OptionalFunction : uint32_t {
         Count
 };
 
-/// The function's address, or null where the system lacks it and before the exported table is filled. Safe
-/// from any number of threads.
+/// The function's address. Null when the system lacks the function, or when the exported table is not filled
+/// yet. Any number of threads may call this at the same time.
 PVOID FindOptionalFunction(OptionalFunction function);
 
-/// A getter for each function, of the same name: null, or a pointer to it.
+/// For each function a getter of the same name, which returns null or a pointer to the function.
 namespace optional
 {
 #define ORV_OPTIONAL_GETTER(name)                                                                            \

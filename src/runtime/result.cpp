@@ -1,9 +1,10 @@
 // Result codes and their conversions.
 //
-// One table serves both directions. Its order matters: the first match wins, so rows near the end that repeat
-// an own code make a missing module read as a missing path and an existing file as an existing object, while
-// the way back still finds the general Win32 number first. ERROR_NOT_ENOUGH_MEMORY (8) has no row: it is
-// carried as a Win32 number, and only a heap of ours that refuses reads as out of memory.
+// One table serves both directions. Its order matters, because the first match is used. Some rows near the
+// end repeat an own code: they convert a missing module to a missing path, and an existing file to an
+// existing object; the conversion back still finds the general Win32 number first. ERROR_NOT_ENOUGH_MEMORY
+// (8) has no row: it is kept as a Win32 number, and ORV_E_OUT_OF_MEMORY means that the library's own heap
+// refused.
 
 #include "orv/runtime/result.h"
 
@@ -41,7 +42,7 @@ constexpr Win32Mapping kWin32Mappings[] = {
 constexpr uint32_t kOwnCodeFlag = 1u << 29;
 constexpr uint32_t kFacilityMask = 0xFFF;
 constexpr uint32_t kFacilityOwn = 1;
-constexpr uint32_t kFacilityOwnSecond = 3; // accepted on the way back, never made
+constexpr uint32_t kFacilityOwnSecond = 3; // accepted in the conversion back, never made
 constexpr uint32_t kFacilityWin32 = 7;
 
 constexpr OrvResult MakeResult(uint32_t severity, uint32_t ownFlag, uint32_t facility, uint32_t code)

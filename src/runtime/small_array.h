@@ -1,5 +1,5 @@
-// The one array for the length of a call: on the stack while it is small, on the heap otherwise. A call whose
-// data have an ordinary size allocates nothing.
+// The one array type for the data of a single call: on the stack while it is small, on the heap otherwise. A
+// call whose data have an ordinary size allocates nothing.
 
 #pragma once
 
@@ -9,8 +9,8 @@
 namespace detail
 {
 
-/// Room for elements of a plain type, not initialised; for `kSmall` of them in the object itself. Capacities
-/// only grow. Cannot be moved: the elements may be inside.
+/// Room for elements of a plain type, not initialised. The object itself has room for `kSmall` elements.
+/// Capacities only grow. Cannot be moved, because the elements may be inside the object.
 template <typename T, uint32_t kSmall>
 class SmallArray
 {
@@ -23,11 +23,11 @@ public:
     const T *Get() const { return large_ ? large_.Get() : small_; }
     uint32_t Capacity() const { return capacity_; }
 
-    /// Makes room for `capacity` elements. The present ones are lost if there was less. False when the heap
-    /// refuses: nothing is changed.
+    /// Makes room for `capacity` elements. If there was less room, the present elements are lost. False when
+    /// the heap refuses: nothing is changed.
     bool Reserve(uint32_t capacity) { return Grow(capacity, 0); }
 
-    /// The same, and the first `kept` elements stay.
+    /// The same, but the first `kept` elements are kept.
     bool ReserveKeeping(uint32_t capacity, uint32_t kept) { return Grow(capacity, kept); }
 
 private:

@@ -1,4 +1,5 @@
-// How the library's own files call the one conversion of a native status, OrvCreateErrorCodeFromNtStatus.
+// The conversion of a native status to a result, as the library's own files call it. The conversion itself is
+// OrvCreateErrorCodeFromNtStatus.
 
 #pragma once
 
@@ -8,10 +9,10 @@
 namespace detail
 {
 
-/// OrvCreateErrorCodeFromNtStatus, out of line: it is called in many places.
+/// Calls OrvCreateErrorCodeFromNtStatus. Not inline, because it is called in many places.
 OrvResult ResultFromStatus(NTSTATUS status);
 
-/// The common case: any success status is plain success.
+/// The common case: every success status becomes ORV_S_OK.
 inline OrvResult ResultFromCall(NTSTATUS status)
 {
     return NT_SUCCESS(status) ? ORV_S_OK : ResultFromStatus(status);

@@ -1,3 +1,5 @@
+// Builds security descriptors: who may access an object, and its mandatory level.
+
 #include "orv/security/security_context.h"
 
 #include "crt/memory.h"
@@ -19,25 +21,25 @@ constexpr detail::WellKnownSid kGroups[] = {
     detail::MakeSid(detail::kNtAuthority, SECURITY_BUILTIN_DOMAIN_RID, DOMAIN_ALIAS_RID_ADMINS),
 };
 
-/// The sub-authority of a level is its number times this.
+/// The sub-authority of a mandatory level is the level's number times this.
 constexpr ULONG kMandatoryStep = 0x1000;
 
-/// A mandatory label as a list holds it. It is added as it is, because platforms differ in the order of the
-/// arguments of their function for it.
+/// A mandatory label, laid out as an entry of an access control list. It is added as a ready entry, because
+/// the platform's own function for it has different orders of arguments on different platforms.
 struct LabelEntry {
     UCHAR type;
     UCHAR flags;
-    USHORT size; ///< of the whole entry, in bytes
+    USHORT size; ///< size of the whole entry, in bytes
     ACCESS_MASK policy;
     detail::WellKnownSid sid;
 };
 constexpr USHORT kLabelSize = offsetof(LabelEntry, sid) + 12; ///< one sub-authority
 static_assert(kLabelSize == 20);
 
-/// The token that the calling thread acts by.
+/// Opens the token that applies to the calling thread: the one it impersonates, else the process's.
 OrvResult OpenEffectiveToken(detail::NativeHandle &token)
 {
-    // As the process: the user that is impersonated need not have the right to look at its own token.
+    // With the rights of the process: an impersonated user may have no right to read its own token.
     const NTSTATUS status = ZwOpenThreadToken(NtCurrentThread(), TOKEN_QUERY, true, token.Receive());
     if (status != STATUS_NO_TOKEN)
         return detail::ResultFromCall(status);
@@ -47,7 +49,7 @@ OrvResult OpenEffectiveToken(detail::NativeHandle &token)
         OrvNtdll_ZwOpenProcessToken(NtCurrentProcess(), TOKEN_QUERY, token.Receive()));
 }
 
-/// Whom the calling thread acts for.
+/// The user for whom the calling thread acts.
 class CurrentUser
 {
 public:
@@ -67,7 +69,7 @@ public:
 private:
     struct {
         TOKEN_USER user;
-        UCHAR sid[SECURITY_MAX_SID_SIZE]; ///< where the platform puts what `user` points to
+        UCHAR sid[SECURITY_MAX_SID_SIZE]; ///< the platform stores the identifier that `user` points to here
     } information_;
 };
 

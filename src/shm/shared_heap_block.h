@@ -1,4 +1,4 @@
-// Heap storage: a counted block of the process heap.
+// The storage of shared memory within one process: a block of the heap that counts its holders.
 
 #pragma once
 
@@ -9,10 +9,10 @@
 namespace detail
 {
 
-/// The header in front of the storage. The last holder's release frees the block.
+/// The header, which precedes the storage in the block. The release by the last holder frees the block.
 struct SharedHeapBlock {
     volatile long holders;
-    uint32_t padding; ///< so that the storage is aligned as a block of the heap is
+    uint32_t padding; ///< aligns the storage as the heap aligns its blocks
 
     static SharedHeapBlock *Allocate(uint32_t size)
     {

@@ -1,4 +1,4 @@
-// Making and joining shared memory.
+// Shared memory: a server creates it, a client connects to it.
 
 #include "orv/shm/shared_memory.h"
 
@@ -15,8 +15,8 @@ namespace
 
 constexpr uint32_t kReadWrite = OrvAccessRead | OrvAccessWrite;
 
-/// Calls `make` with the object's attributes: with its name in the session's directory first, then with the
-/// one in the base directory when that is missing. An object without a name has one call.
+/// Calls `make` with the object's attributes: first with its name in the session's directory, and if that
+/// directory is missing, with its name in the base directory. An object without a name has one call.
 template <typename Make>
 NTSTATUS ByEitherName(OrvBasSyncNamed &naming, void *securityDescriptor, Make make)
 {
@@ -158,7 +158,7 @@ OrvResult OrvSharedMemoryClient::Connect(OrvSharedMemoryServer &server)
         heapSize_ = server.heapSize_;
         return ORV_S_OK;
     }
-    // The invalid handle is also the process's own, which could be duplicated.
+    // The value of an invalid handle is also the process's pseudo handle, which could be duplicated.
     if (!server.IsInitialized())
         return ORV_E_INVALID_HANDLE;
     HANDLE handle = nullptr;

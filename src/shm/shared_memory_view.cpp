@@ -1,3 +1,5 @@
+// Views of shared memory: mapped sections, or the storage of a heap block.
+
 #include "orv/shm/shared_memory_view.h"
 
 #include "nt/nt.h"
@@ -10,8 +12,8 @@
 
 OrvSharedMemoryView::OrvSharedMemoryView()
 {
-    // The 64-bit field aligns all of them: this interface puts the virtual table on a whole unit of
-    // alignment.
+    // The 64-bit field sets the alignment of the class to 8, and this interface gives the pointer to the
+    // virtual table a whole unit of alignment.
     static_assert(offsetof(OrvSharedMemoryView, memory_) == 8);
     static_assert(offsetof(OrvSharedMemoryView, offset_) == 16);
     static_assert(offsetof(OrvSharedMemoryView, pointer_) == 24);

@@ -12,11 +12,12 @@ namespace
 
 enum Reason : ULONG { kProcessDetach, kProcessAttach, kThreadAttach, kThreadDetach };
 
-/// There are no static objects that would have to be made and ended: the build refuses them.
+/// The runtime has nothing to do here: the build refuses static objects that need construction or
+/// destruction.
 constexpr detail::RuntimeWork kRuntime = {[]() -> OrvResult { return ORV_S_OK; }, [] {}, [] {}, [] {}, [] {}};
 
-/// A stack cookie that nobody can foresee. The loaders of older systems make theirs of clocks and counters,
-/// or leave the one of the file.
+/// Draws a stack cookie that cannot be predicted. The loaders of older systems make the cookie from clocks
+/// and counters, or leave the one in the file.
 __declspec(noinline) uintptr_t DrawCookie()
 {
     uintptr_t cookie = 0;
@@ -26,8 +27,8 @@ __declspec(noinline) uintptr_t DrawCookie()
 
 } // namespace
 
-// `isProcess` is not null when the library is attached with its process, not to one that runs, and when it is
-// detached because the process ends. Without a cookie of its own, which would not be the same at its end.
+// On attaching, `isProcess` is not null if the process is starting, and null if it already runs. On detaching
+// it is not null if the process ends. The function itself has no stack cookie, because it changes the cookie.
 extern "C" __attribute__((no_stack_protector)) BOOL NTAPI OrvSysEntry(PVOID, ULONG reason, PVOID isProcess)
 {
     switch (reason) {

@@ -1,7 +1,7 @@
-// Start-up: the roof over all subsystems. It may include everything, and nothing includes it.
+// Start-up: the top layer over all subsystems. It may include everything, and nothing includes it.
 //
-// A start-up that fails stops where it is and stays counted; whoever asked for it takes it back. Teardown
-// only counts, since code of other modules may still be using the tables and the facts.
+// A start-up that fails stops at the failing step and stays counted; its caller undoes the count. Teardown
+// only counts, because code of other modules may still use the tables and the facts.
 
 #include "startup/startup.h"
 
@@ -22,7 +22,7 @@
 namespace
 {
 
-OrvSpinLock startUpLock = {0, 1}; // waiters sleep 1 ms, so that a holder of a lower priority gets its turn
+OrvSpinLock startUpLock = {0, 1}; // waiters sleep 1 ms, so that a holder of lower priority can run
 int32_t startUpCount;
 bool isAttached;
 
@@ -37,7 +37,7 @@ OrvResult RecordMachineFacts()
     return ORV_S_OK;
 }
 
-/// Of the system, where this process may see the processor that a 64-bit system pretends to have.
+/// The architecture of the system itself. A 64-bit system shows a 32-bit process a different one.
 OrvResult QueryArchitecture(OrvEnvironment::ProcessorArchitecture &architecture)
 {
     architecture = OrvEnvironment::ProcessorX86;
@@ -90,10 +90,10 @@ OrvResult StartUp()
             return result;
     }
     if (!OrvKernel32IsTableInitialized())
-        OrvKernel32TableInitializeIfLoaded(); // a process without kernel32.dll is as good as one with it
+        OrvKernel32TableInitializeIfLoaded(); // may fail: a process may run without kernel32.dll
 
-    // The generator of random numbers would be next, but it starts alike in every process and so is
-    // initialised by the compiler.
+    // The generator of random numbers needs no step here: it starts with the same state in every process, so
+    // the compiler initialises it.
 
     const OrvResult result = RecordMachineFacts();
     return OrvFailed(result) ? result : RecordOsFacts();
@@ -105,7 +105,7 @@ void CountTeardown()
         startUpCount--;
 }
 
-/// The key, and the record of the thread that attaches the process.
+/// Creates the key, and the record of the thread that attaches the library.
 OrvResult CreateFirstThreadRecord()
 {
     OrvResult result = detail::AllocateThreadRecordKey();
@@ -117,7 +117,7 @@ OrvResult CreateFirstThreadRecord()
     return result;
 }
 
-/// The steps between the start-up and the runtime's own work.
+/// The steps of attaching that follow the start-up and precede the runtime's own work.
 OrvResult PrepareProcess()
 {
     OrvResult result = OrvEnvironment::InitializeEnvironment();
@@ -179,7 +179,7 @@ OrvResult AttachProcess(const RuntimeWork &runtime)
         InternalDestroyOrvSysDll();
         FreeThreadRecordKey();
         DeleteThreadRecordList();
-        InternalDestroyOrvSysDll(); // what the static objects may have started up, too
+        InternalDestroyOrvSysDll(); // and the start-up that the static objects may have counted
         runtime.terminate();
         return result;
     }
@@ -189,7 +189,7 @@ OrvResult AttachProcess(const RuntimeWork &runtime)
 
 void AttachThread(const RuntimeWork &runtime)
 {
-    EnsureThreadRecord(); // a thread without a record is as good as one with it
+    EnsureThreadRecord(); // may fail: a thread also works without a record
     runtime.attachThread();
 }
 

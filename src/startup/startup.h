@@ -1,4 +1,4 @@
-// What the library does when the loader tells it of a process or a thread.
+// What the library does when the loader attaches it to a process or a thread, or detaches it.
 
 #pragma once
 
@@ -7,16 +7,16 @@
 namespace detail
 {
 
-/// The work of the compiler's runtime around the library's own.
+/// The compiler runtime's part of the work, as calls between the library's own steps.
 struct RuntimeWork {
-    OrvResult (*attachProcess)(); ///< makes the static objects
+    OrvResult (*attachProcess)(); ///< constructs the static objects
     void (*attachThread)();
     void (*detachThread)();
-    void (*detachProcess)(); ///< ends the static objects
+    void (*detachProcess)(); ///< destroys the static objects
     void (*terminate)();     ///< after everything else, also when attaching failed
 };
 
-/// Makes the library usable. When it fails, which makes the load fail, all that was done is undone.
+/// Makes the library usable. On failure everything that was done is undone, and the load fails.
 OrvResult AttachProcess(const RuntimeWork &runtime);
 
 void AttachThread(const RuntimeWork &runtime);
@@ -24,13 +24,13 @@ void DetachThread(const RuntimeWork &runtime);
 
 /// Why the library is detached.
 enum class Detaching {
-    kModule, ///< it is unloaded, and the process goes on
-    kProcess ///< the process ends: all other threads are gone already, wherever they were
+    kModule, ///< the module is unloaded, and the process goes on
+    kProcess ///< the process ends: all other threads have already been ended, at any point of their code
 };
 
-/// Gives back what AttachProcess took; does nothing unless that succeeded. At the end of the process nothing
-/// is given back and no lock is taken: its holder may be among the threads that are gone, and the system
-/// takes everything back.
+/// Releases what AttachProcess acquired; does nothing unless that succeeded. At the end of the process it
+/// releases nothing and takes no lock: the lock's holder may be one of the ended threads, and the system
+/// releases everything.
 void DetachProcess(const RuntimeWork &runtime, Detaching detaching);
 
 } // namespace detail

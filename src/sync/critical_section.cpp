@@ -1,5 +1,5 @@
-// Critical sections over the native functions. Each call is refused before there is something to call them
-// with: on zeros the platform would wait for ever.
+// Critical sections over the native functions. Before Create every other call is refused: on a critical
+// section of zeros the platform would wait for ever.
 
 #include "orv/sync/critical_section.h"
 

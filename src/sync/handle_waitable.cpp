@@ -1,4 +1,4 @@
-// Foreign handles, owned or borrowed.
+// Waitables over handles that the caller opened, owned or borrowed.
 
 #include "orv/sync/handle_waitable.h"
 
@@ -14,15 +14,15 @@ OrvBasWinHandleWaitable::OrvBasWinHandleWaitable(void *handle, bool owning) : ow
 
 OrvBasWinHandleWaitable::~OrvBasWinHandleWaitable()
 {
-    // An owned handle is left to the base, so that it is closed once even when that fails: by a second
-    // attempt its number might name another object.
+    // The base class closes an owned handle, once, even if that fails: at a second attempt the handle's
+    // number might already belong to another object.
     if (!owning_)
         DetachResource();
 }
 
 OrvResult OrvBasWinHandleWaitable::Initialize(void *handle, bool owning)
 {
-    AttachHandle(handle); // the old handle goes by the old ownership
+    AttachHandle(handle); // closes the old handle only if it was owned
     owning_ = owning;
     return ORV_S_OK;
 }

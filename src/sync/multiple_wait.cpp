@@ -50,7 +50,7 @@ public:
     uint32_t Count() const { return count_; }
     uint32_t PlaceOf(uint32_t handle) const { return places_[handle]; }
 
-    /// How many handles stand before the first empty waitable.
+    /// How many handles precede the first empty waitable.
     uint32_t CountBeforeEmpty() const
     {
         uint32_t before = 0;
@@ -84,7 +84,7 @@ private:
     bool hasEmpty_ = false;
 };
 
-/// What a status says about `count` handles, and which of them it names.
+/// Converts the status of a wait for `count` handles. `handle` is the index of the handle that it refers to.
 OrvResult ResultFromWait(NTSTATUS status, uint32_t count, uint32_t &handle)
 {
     const auto number = static_cast<uint32_t>(status);
@@ -132,6 +132,6 @@ OrvResult OrvBasWaitForAll(OrvBasWaitable *const *objects, uint32_t count, int t
         return result;
     if (handles.HasTwins())
         return ORV_E_INVALID_ARGUMENT;
-    uint32_t handle = 0; // of no meaning: the platform names some abandoned mutex, if any
+    uint32_t handle = 0; // without meaning here: the platform names one of the abandoned mutexes, if any
     return ResultFromWait(handles.Wait(handles.Count(), WaitAll, timeoutMs), handles.Count(), handle);
 }

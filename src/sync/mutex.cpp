@@ -13,7 +13,7 @@
 namespace
 {
 
-// Not the full access to a mutex: no right to change its security comes with the handle.
+// Less than full access to a mutex: the handle has no right to change the mutex's security.
 constexpr ACCESS_MASK kMutexAccess = SYNCHRONIZE | DELETE | MUTANT_QUERY_STATE;
 static_assert(kMutexAccess == 0x110001);
 
@@ -32,7 +32,8 @@ OrvResult OrvBasMutex::Create(bool initialOwner)
 
 OrvResult OrvBasMutex::InternalCreate(bool initialOwner, const wchar_t *name, void *securityDescriptor)
 {
-    if (!OrvNtdllIsTableInitialized()) // it is not without the entry that is called below
+    // The table counts as initialised only if it has ZwCreateMutant, which is called below.
+    if (!OrvNtdllIsTableInitialized())
         return ORV_E_NOT_SUPPORTED;
     OBJECT_ATTRIBUTES attributes = detail::kUnnamedObject;
     attributes.SecurityDescriptor = securityDescriptor;

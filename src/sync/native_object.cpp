@@ -1,4 +1,4 @@
-// Storing the handle of an object that was just created.
+// Stores the handle of an object that was just created.
 
 #include "sync/native_object.h"
 

@@ -12,9 +12,9 @@ constexpr OBJECT_ATTRIBUTES kUnnamedObject = {
     sizeof(OBJECT_ATTRIBUTES), nullptr, nullptr, OBJ_KERNEL_HANDLE, nullptr, nullptr,
 };
 
-/// Ends a creation: on success the handle becomes the waitable's resource in place of any other, and the
-/// result is 0, or ORV_S_ALREADY_EXISTS when the object was opened because it existed. On failure the
-/// waitable is unchanged.
+/// The last step of a creation. On success the waitable owns the handle in place of its previous one, and the
+/// result is 0, or ORV_S_ALREADY_EXISTS when the object existed and was opened. On failure the waitable is
+/// unchanged.
 OrvResult AttachCreated(OrvBasWaitable &waitable, NTSTATUS status, HANDLE handle);
 
 } // namespace detail

@@ -1,5 +1,5 @@
-// What the waits for one object and for several share: where a chain of forwards ends, and the platform's
-// time limit.
+// What the waits for one object and for several share: finding the end of a chain of forwards, and the
+// platform's form of a time limit.
 
 #pragma once
 
@@ -9,8 +9,8 @@
 namespace detail
 {
 
-/// The waitable at the end of the chain that starts with `waitable`; null when a forward leads nowhere, or
-/// the first is null.
+/// The waitable at the end of the chain that starts with `waitable`. Null when `waitable` or a forward in the
+/// chain is null.
 inline OrvBasWaitable *FollowForwards(OrvBasWaitable *waitable)
 {
     while (waitable && waitable->GetResourceType() == OrvBasWaitableForward)
@@ -18,7 +18,8 @@ inline OrvBasWaitable *FollowForwards(OrvBasWaitable *waitable)
     return waitable;
 }
 
-/// A number of milliseconds from now on, read as unsigned, as the platform takes it; -1 is for ever.
+/// A time limit in milliseconds from now, in the platform's form. The number is read as unsigned, except that
+/// -1 is for ever.
 class TimeLimit
 {
 public:
@@ -33,7 +34,7 @@ private:
     static constexpr int kForEver = -1;
     static constexpr LONGLONG kIntervalsPerMs = 10000;
 
-    LONGLONG interval_; ///< takes up to 46 bits; negative means from now on
+    LONGLONG interval_; ///< takes up to 46 bits; negative means relative to now
     bool isForEver_;
 };
 

@@ -1,4 +1,4 @@
-// Making full native names.
+// Makes full native names of kernel objects, and opens objects by them.
 
 #include "sync/object_name.h"
 

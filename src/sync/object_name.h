@@ -1,7 +1,7 @@
 // Full native names of kernel objects, and opening by such a name.
 //
-// Creating matches letter case and opens what exists; opening disregards letter case. Other programs rely on
-// this difference.
+// Creation distinguishes letter case, and opens the object if it exists. Opening ignores letter case. Other
+// programs rely on this difference.
 
 #pragma once
 
@@ -15,8 +15,8 @@
 namespace detail
 {
 
-/// The full name made of a caller's name and its name space. Names of an ordinary length stand in the object
-/// itself, so that making one costs no allocation. Not to be moved: a counted name points into it.
+/// The full name, made of a caller's name and its name space. A name of ordinary length is stored in the
+/// object itself and needs no allocation. Must not be moved: a counted name points into it.
 class ObjectName
 {
 public:
@@ -24,7 +24,7 @@ public:
     ObjectName(const ObjectName &) = delete;
     ObjectName &operator=(const ObjectName &) = delete;
 
-    /// Null or an empty name gives the empty full name, whatever the name space. Returns 0,
+    /// In every name space, null or an empty name gives the empty full name. Returns 0,
     /// ORV_E_INVALID_ARGUMENT for a name space outside its enumeration, ORV_E_INVALID_NAME for a full name
     /// too long to be counted, or ORV_E_OUT_OF_MEMORY.
     OrvResult Build(const WCHAR *name, OrvBasWinSyncObjectNameSpace nameSpace,
@@ -33,12 +33,12 @@ public:
     bool IsEmpty() const { return counted_.Length == 0; }
     const WCHAR *GetText() const { return counted_.Buffer; }
 
-    /// Fills the attributes to create or open an event or a semaphore with, and returns their address: null
-    /// without a name.
+    /// Fills the attributes for the creation of an event or a semaphore and returns their address; returns
+    /// null if there is no name.
     const OBJECT_ATTRIBUTES *ForCreation(OBJECT_ATTRIBUTES &attributes,
                                          const OrvWinSecurityDescriptor *securityDescriptor);
 
-    /// Fills the attributes to open an object with.
+    /// Fills the attributes for opening an object and returns their address.
     const OBJECT_ATTRIBUTES *ForOpening(OBJECT_ATTRIBUTES &attributes);
 
 private:

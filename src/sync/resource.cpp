@@ -1,13 +1,13 @@
-// The reader/writer resource: counters and records of owners under one critical section, with an event on
-// which writers sleep and a semaphore on which readers do.
+// The reader/writer resource: counters and records of owners under one critical section, an event on which
+// writers sleep, and a semaphore on which readers sleep.
 //
-// It is free (no active thread), shared, or exclusive (one active thread). Whoever releases it for others
-// makes them its holders first and wakes them then, and does both before it leaves the critical section: a
-// waiter whose time is up comes back into the critical section before it gives up, and there it sees that it
-// was woken or that it was not chosen. So every signal finds its waiter, and none is left over.
+// The resource is free (no active thread), shared, or exclusive (one active thread). The thread that releases
+// it first makes the chosen waiters its holders and then wakes them, both inside the critical section. A
+// waiter whose time is over enters the critical section again before it returns, and sees there whether it
+// was chosen. So every signal reaches its waiter, and no signal is left over.
 //
-// A reader is recorded before it sleeps, because the record may need memory, and no failure may come to a
-// reader that has been let in.
+// A reader is recorded before it sleeps, because the record may need memory: a reader that has been admitted
+// must not fail.
 
 #include "orv/sync/resource.h"
 
@@ -22,8 +22,8 @@ constexpr int kMostReaders = 0x7FFFFFFF;
 
 } // namespace
 
-/// The scope inside the critical section, if there is one. Should the platform fail to enter or to leave,
-/// nothing could be done about it.
+/// A scope inside the critical section, if that was created. A failure of the platform to enter or to leave
+/// is ignored: nothing could be done about it.
 class OrvBasResource::Entered
 {
 public:
@@ -70,7 +70,8 @@ OrvBasResource::~OrvBasResource()
 
 OrvResult OrvBasResource::Create()
 {
-    // A second Create makes a new one, and deletes it below, when the event refuses to be created again.
+    // A second Create makes a new critical section here. The event refuses to be created again, and then the
+    // new critical section is deleted below.
     lock_.Destroy();
     OrvResult result = lock_.Create();
     if (OrvFailed(result))
@@ -128,7 +129,7 @@ OrvResult OrvBasResource::AcquireExclusive(int timeoutMs)
     exclusiveWaiterCount_--;
     if (OrvFailed(result))
         return result;
-    ownerA_ = {self, 1}; // whoever released has set the rest
+    ownerA_ = {self, 1}; // the thread that released has set the rest
     return ORV_S_OK;
 }
 
@@ -184,7 +185,7 @@ OrvResult OrvBasResource::Release()
         return ORV_E_INVALID_STATE;
     const uint32_t self = CurrentThreadId();
     const Entered entered(lock_);
-    // While a writer has the resource, the other records are of readers that sleep.
+    // While a writer holds the resource, all other records belong to readers that sleep.
     Owner *const own = FindOwner(self);
     if (!own)
         return ORV_E_NOT_OWNER;
@@ -251,7 +252,7 @@ bool OrvBasResource::IsWriter(uint32_t threadId) const
     return exclusive_ && ownerA_.threadId == threadId;
 }
 
-/// A thread has one record at most; null when it has none.
+/// The thread's record, or null. A thread has one record at most.
 OrvBasResource::Owner *OrvBasResource::FindOwner(uint32_t threadId)
 {
     if (ownerA_.threadId == threadId)
@@ -265,7 +266,7 @@ OrvBasResource::Owner *OrvBasResource::FindOwner(uint32_t threadId)
     return nullptr;
 }
 
-/// A record for a new reader; null when there is no memory for it. The writer's is never given away.
+/// A free record for a new reader; null when there is no memory for it. Never the writer's record.
 OrvBasResource::Owner *OrvBasResource::FindFreeOwner()
 {
     if (ownerB_.threadId == 0)
@@ -287,17 +288,17 @@ OrvBasResource::Owner *OrvBasResource::FindFreeOwner()
     return &ownerTable_[capacity];
 }
 
-/// Leaves the critical section while it waits.
+/// Waits outside the critical section, and enters it again before it returns.
 OrvResult OrvBasResource::WaitOutside(OrvBasWaitable &waitable, int timeoutMs)
 {
     lock_.Release();
     const OrvResult result = waitable.InternalWait(timeoutMs);
     lock_.Acquire();
-    // After the time was up, and before this thread came back, a release may still have chosen it.
+    // A release may still have chosen this thread between the end of the time and the Acquire above.
     return OrvFailed(result) ? waitable.InternalWait(0) : result;
 }
 
-/// Makes every waiting reader a holder, beside those that there are, and wakes it.
+/// Makes every waiting reader a holder, in addition to the present holders, and wakes it.
 void OrvBasResource::AdmitReaders()
 {
     const uint32_t count = sharedWaiterCount_;

@@ -1,13 +1,14 @@
-// The contended half of the sparse lock; the other half is in line.
+// The contended half of the sparse lock. The uncontended half is inline, in the header.
 //
-// A thread that finds the lock taken counts itself. From then on the holder cannot free the lock by the short
-// way: it comes into the manager's critical section and hands the lock over by taking off its own count and
-// setting the lock's event. The event stays on loan until the thread that wakes on it finds itself alone.
-// Both the waiter and the releaser borrow it when it is not there yet; the first of them does.
+// A thread that finds the lock taken increments the lock's count. From then on the holder cannot free the
+// lock by the short way: it enters the manager's critical section, decrements the count for itself, and
+// passes the lock on by setting the lock's event. The waiter or the releaser borrows the event, whichever
+// needs it first. The event stays on loan until a thread that was woken by it finds no other waiter.
 //
-// A count is taken back inside the critical section only. The holder decides there whether somebody waits: if
-// a waiter could leave after that, the event would be signalled for nobody, and the next thread would come in
-// beside the owner. So a thread looks at its manager before it counts itself.
+// A waiter withdraws its count only inside the critical section, where the holder also decides whether a
+// thread waits. If a waiter could leave after that decision, the event would be signalled with no waiter, and
+// the next thread would enter while the lock has an owner. So a thread checks its manager before it
+// increments the count.
 
 #include "orv/sync/sparse_lock.h"
 
@@ -38,7 +39,7 @@ OrvResult OrvBasSparseNonrecursiveLock::Contend(OrvBasSparseLockManager *manager
     if (OrvFailed(result))
         return result;
     if (_InterlockedIncrement(&contenders_) == 1)
-        return ORV_S_OK; // it was freed meanwhile
+        return ORV_S_OK; // the lock was freed meanwhile
     OrvBasCriticalSection &section = manager->lock_;
     result = section.Acquire();
     if (OrvFailed(result))
@@ -80,8 +81,8 @@ OrvResult OrvBasSparseNonrecursiveLock::ReleaseContended(OrvBasSparseLockManager
         if (OrvFailed(result))
             return result;
         void *event = manager->assigned_.Find(this);
-        // A claim may have been withdrawn. Taking the last count off and seeing that it is the last must be
-        // one step: who came in between would wait for a hand-over that never comes.
+        // A waiter may have withdrawn its count. The test for the last count and its removal must be one
+        // step: a thread that came in between would wait for a signal that never comes.
         if (_InterlockedCompareExchange(&contenders_, 0, 1) == 1) {
             if (event)
                 manager->TakeBack(this, event);
@@ -89,8 +90,8 @@ OrvResult OrvBasSparseNonrecursiveLock::ReleaseContended(OrvBasSparseLockManager
             return ORV_S_OK;
         }
         if (event || OrvSucceeded(manager->Lend(this, event))) {
-            // From here on the lock is another thread's, which may even free its memory once it is awake;
-            // the event stays on loan until then.
+            // After the decrement the lock belongs to another thread, which may even free the lock's memory
+            // once it is awake. The event stays on loan until then.
             _InterlockedDecrement(&contenders_);
             section.Release();
             ZwSetEvent(event, nullptr);

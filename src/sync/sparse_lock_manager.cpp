@@ -1,8 +1,8 @@
-// Events on loan and idle ones.
+// The manager of the sparse locks' events: those on loan, and idle ones.
 //
 // A lock has an event only while a thread is inside its Acquire or Release, so there are never more loans
-// than threads: a sorted array serves, and making room in it costs less than creating the event. Neither
-// array ever shrinks, for the same reason.
+// than threads. A sorted array is enough: making room in it costs less than creating an event. For the same
+// reason the two arrays never shrink.
 
 #include "orv/sync/sparse_lock_manager.h"
 
@@ -46,7 +46,7 @@ bool OrvBasSparseLockManager::IsInitialized()
     return lock_.IsInitialized();
 }
 
-/// Where the lock's loan is, or belongs.
+/// The index of the lock's loan, or the index at which it must be inserted.
 uint32_t OrvBasSparseLockManager::Loans::LowerBound(const OrvBasSparseNonrecursiveLock *lock) const
 {
     uint32_t first = 0;
@@ -62,14 +62,14 @@ uint32_t OrvBasSparseLockManager::Loans::LowerBound(const OrvBasSparseNonrecursi
     return first;
 }
 
-/// The lock's event, or null.
+/// The event on loan to the lock, or null.
 void *OrvBasSparseLockManager::Loans::Find(const OrvBasSparseNonrecursiveLock *lock) const
 {
     const uint32_t at = LowerBound(lock);
     return at < count && entries[at].lock == lock ? entries[at].event : nullptr;
 }
 
-/// False, and nothing is changed, when there is no memory. The lock must have no loan yet.
+/// The lock must have no loan yet. Returns false when there is no memory: nothing is changed.
 bool OrvBasSparseLockManager::Loans::Insert(const OrvBasSparseNonrecursiveLock *lock, void *event)
 {
     if (count == capacity) {
@@ -87,7 +87,7 @@ bool OrvBasSparseLockManager::Loans::Insert(const OrvBasSparseNonrecursiveLock *
     return true;
 }
 
-/// ORV_S_OBJECT_NOT_FOUND, and nothing is changed, when the lock has no loan.
+/// Returns ORV_S_OBJECT_NOT_FOUND when the lock has no loan: nothing is changed.
 OrvResult OrvBasSparseLockManager::Loans::Remove(const OrvBasSparseNonrecursiveLock *lock)
 {
     const uint32_t at = LowerBound(lock);
@@ -98,7 +98,7 @@ OrvResult OrvBasSparseLockManager::Loans::Remove(const OrvBasSparseNonrecursiveL
     return ORV_S_OK;
 }
 
-/// False, and nothing is changed, when there is no memory.
+/// Returns false when there is no memory: nothing is changed.
 bool OrvBasSparseLockManager::Queue::Append(void *event)
 {
     if (count == capacity) {
@@ -127,7 +127,7 @@ void *OrvBasSparseLockManager::Queue::TakeFirst()
     return event;
 }
 
-/// Gives the lock, which has none, an event: an idle one, else a new one.
+/// Lends an event to a lock that has none: an idle event, or else a new one.
 ///
 /// Returns 0; ORV_E_OUT_OF_MEMORY; the converted status when no event can be created. On failure `event`
 /// stays null.
@@ -149,7 +149,7 @@ OrvResult OrvBasSparseLockManager::Lend(const OrvBasSparseNonrecursiveLock *lock
     return ORV_S_OK;
 }
 
-/// Keeps an event that nobody uses among the idle ones, within their bounds.
+/// Keeps an unused event as an idle one if the limit on idle events allows it, and closes it otherwise.
 void OrvBasSparseLockManager::KeepOrClose(void *event)
 {
     const uint64_t share = uint64_t(assigned_.count) * idlePercent_ / 100;
@@ -167,7 +167,7 @@ void OrvBasSparseLockManager::CloseAllBut(uint64_t most)
         detail::NativeHandle(idle_.TakeFirst()).Close();
 }
 
-/// Ends the lock's loan. It still counts as one when the bounds of the idle events are worked out.
+/// Ends the lock's loan. The loan still counts when the limit on idle events is computed.
 void OrvBasSparseLockManager::TakeBack(const OrvBasSparseNonrecursiveLock *lock, void *event)
 {
     KeepOrClose(event);

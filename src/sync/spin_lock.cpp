@@ -1,4 +1,4 @@
-// The contended half of the spin lock; the other half is in line.
+// The contended half of the spin lock. The uncontended half is inline, in the header.
 
 #include "orv/sync/spin_lock.h"
 
@@ -9,7 +9,8 @@ void OrvSpinLockLocker::WaitAndLock(OrvSpinLock &spinLock)
     constexpr uint32_t kNoInterval = 0xFFFFFFFF;
     constexpr LONGLONG kMillisecond = 10000;
     do {
-        // Read anew each time: the owner may change it while threads wait. Below zero is from now on.
+        // Read again each time: the lock's owner may change it while threads wait. A negative interval is
+        // relative to now.
         const uint32_t sleepMs = *const_cast<const volatile uint32_t *>(&spinLock.sleepMs);
         const LONGLONG interval = -(sleepMs * kMillisecond);
         ZwDelayExecution(false, sleepMs == kNoInterval ? nullptr : &interval);

@@ -1,4 +1,4 @@
-// Names made of object ids.
+// Objects that are named by a number: the name is made of the object's id.
 
 #include "orv/sync/sync_named.h"
 

@@ -1,4 +1,5 @@
-// Holding a resource, letting go of it, and the one wait behind every Wait and Acquire.
+// The base of all waitables: it holds and releases the resource, and has the one wait that every Wait and
+// Acquire calls.
 
 #include "orv/sync/waitable.h"
 

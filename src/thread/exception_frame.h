@@ -11,7 +11,7 @@
 namespace detail
 {
 
-/// The handler stands in front of all others of the thread until the scope ends.
+/// Until the scope ends, the handler is the first in the thread's chain of handlers.
 class ExceptionFrame
 {
 public:

@@ -1,6 +1,6 @@
-// Two ways to the server. A 32-bit process on a 64-bit Windows XP or Windows Server 2003 asks for the service
-// of the 64-bit side that stands for the call, with the same arguments. Any other process sends the server
-// its message itself.
+// The two ways in which a thread is announced to the subsystem server. A 32-bit process on a 64-bit Windows
+// XP or Windows Server 2003 calls the service of the 64-bit side that makes the announcement, with the same
+// arguments. Any other process sends the message to the server itself.
 
 #include "thread/subsystem_registration.h"
 
@@ -17,7 +17,7 @@ namespace
 
 volatile bool isEnabled; // one byte that is only ever stored and loaded
 
-/// A message to the server: what its transport fills in, then the arguments.
+/// A message to the server: first the part that the transport fills in, then the arguments.
 struct CreateThreadMessage {
     uint8_t transport[40];
     HANDLE thread;
@@ -38,7 +38,8 @@ void SendToServer(HANDLE thread, const CLIENT_ID &clientId)
     callServer(&message, nullptr, kCreateThreadApi, kArgumentSize);
 }
 
-/// The service's convention: its number in eax, no shortcut in ecx, the address of the arguments in edx.
+/// The service's calling convention: its number in eax, 0 (no shortcut) in ecx, the address of the arguments
+/// in edx.
 __attribute__((naked)) NTSTATUS NTAPI CallSixtyFourBitService(HANDLE, HANDLE, HANDLE)
 {
     __asm__("movl $0x300A, %eax\n\t"

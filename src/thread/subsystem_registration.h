@@ -1,5 +1,5 @@
-// Announcing threads to the Windows subsystem server, as systems before Windows 8 expect it of whoever starts
-// threads beneath their kernel32.dll.
+// Announces threads to the Windows subsystem server. Systems before Windows 8 expect this of code that starts
+// threads without kernel32.dll.
 
 #pragma once
 
@@ -8,11 +8,11 @@
 namespace detail
 {
 
-/// Whether threads are announced where that is a matter of choice.
+/// Sets whether threads are announced on systems where that is optional.
 void EnableSubsystemRegistration(bool enabled);
 
-/// Announces the thread where the system takes announcements, and the switch allows it. The thread runs
-/// without one too, so there is no result.
+/// Announces the thread if the system takes announcements and the switch above allows it. There is no result,
+/// because the thread also runs without an announcement.
 void RegisterWithSubsystem(HANDLE thread, const CLIENT_ID &clientId);
 
 } // namespace detail

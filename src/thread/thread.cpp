@@ -1,4 +1,4 @@
-// Threads over the native interface: created suspended, set up, then let go.
+// Threads over the native interface: a thread is created suspended, set up, and then resumed.
 
 #include "orv/thread/thread.h"
 
@@ -22,7 +22,7 @@ namespace
 constexpr size_t kMaximumStack = 0x100000;
 constexpr size_t kCommittedStack = 0x1000;
 
-/// Of the platform's scale around a process's priority.
+/// The priority relative to the process's, on the platform's scale.
 LONG PriorityIncrement(OrvPriority priority)
 {
     switch (priority) {
@@ -39,7 +39,7 @@ LONG PriorityIncrement(OrvPriority priority)
     }
 }
 
-/// A failure becomes a remark.
+/// Returns a failure with informational severity, because the thread also runs without the priority.
 OrvResult SetPriority(HANDLE thread, OrvPriority priority)
 {
     if (priority == OrvPriorityNormal)
@@ -63,11 +63,11 @@ void SetUpThread(OrvFlags<OrvBasThread::ThreadFlag> flags)
     ZwSetInformationThread(NtCurrentThread(), ThreadIoPriority, &priority, sizeof priority);
 }
 
-/// Frees the room that the platform gave the thread for thread-local keys beyond the first. The lock keeps
-/// out whoever empties a key in every thread.
+/// Frees the calling thread's expansion array of thread-local keys. The lock keeps out other threads that
+/// empty a key in every thread.
 ///
-/// Only for a thread that ends unannounced: any other still needs it, since the modules that are told of its
-/// end find there what they keep for it, and the platform frees it after them.
+/// Only for a thread that ends unannounced. Any other thread still needs the array: the modules that are told
+/// of its end read their own values there, and afterwards the platform frees the array.
 void FreeExpansionSlots()
 {
     TEB *const teb = NtCurrentTeb();
@@ -79,8 +79,8 @@ void FreeExpansionSlots()
     RtlReleasePebLock();
 }
 
-/// Whether freeing a thread's stack is left to those who end the thread: before Windows Vista. Later systems
-/// free all of it with the thread.
+/// Whether the code that ends a thread must free its stack: on systems before Windows Vista. Later systems
+/// free all of the stack with the thread.
 bool SystemLeavesStacks()
 {
     return OrvEnvironment::OsInfo::IsAtLeast(5, 0) && !OrvEnvironment::OsInfo::IsAtLeast(6, 0);
@@ -110,8 +110,8 @@ bool HasEnded(HANDLE thread)
     return OrvSucceeded(QueryThread(thread, information)) && information.ExitStatus != STATUS_PENDING;
 }
 
-/// A thread that was just suspended, or made so, may still be on its way to where it halts, on its stack.
-/// Asking for its registers waits for it.
+/// A thread that was just suspended, or created suspended, may still run on its stack for a moment before it
+/// halts. The query of its registers waits for that.
 void WaitUntilItHalts(HANDLE thread)
 {
     CONTEXT context;
@@ -135,14 +135,14 @@ void WaitUntilItHalts(unsigned long threadId)
         WaitUntilItHalts(thread.Get());
 }
 
-/// Gives the stack back, ends the thread and waits for its end. The thread is suspended.
+/// Frees the stack, ends the thread and waits for its end. The thread must be suspended.
 OrvResult Terminate(HANDLE thread, const TEB &teb, int exitCode)
 {
     PVOID stack = teb.StackLimit;
     ULONG size = static_cast<uint8_t *>(teb.StackBase) - static_cast<uint8_t *>(stack);
-    if (SystemLeavesStacks()) { // what is reserved below the limit, too
+    if (SystemLeavesStacks()) { // free what is reserved below the limit, too
         stack = teb.DeallocationStack;
-        size = 0; // all that was reserved from there on
+        size = 0; // 0 means all that was reserved at this address
     }
     ZwFreeVirtualMemory(NtCurrentProcess(), &stack, &size, MEM_RELEASE);
     const NTSTATUS status = ZwTerminateThread(thread, exitCode);
@@ -151,13 +151,13 @@ OrvResult Terminate(HANDLE thread, const TEB &teb, int exitCode)
     return detail::ResultFromCall(status);
 }
 
-/// Suspends the thread and ends it, unless it has ended.
+/// Suspends the thread and ends it. Does nothing if it has already ended.
 OrvResult SuspendAndTerminate(HANDLE thread, unsigned long threadId, int exitCode)
 {
     const NTSTATUS status = ZwSuspendThread(thread, nullptr);
     if (status == STATUS_THREAD_IS_TERMINATING)
         return ORV_S_OK;
-    if (!NT_SUCCESS(status)) // platforms differ in what they answer for an ended thread
+    if (!NT_SUCCESS(status)) // platforms return different statuses for an ended thread
         return HasEnded(thread) ? ORV_S_OK : detail::ResultFromStatus(status);
     WaitUntilItHalts(threadId);
     THREAD_BASIC_INFORMATION information = {};
@@ -168,7 +168,7 @@ OrvResult SuspendAndTerminate(HANDLE thread, unsigned long threadId, int exitCod
     return ORV_S_OK;
 }
 
-/// What debuggers read of that exception.
+/// The exception's arguments, as debuggers read them.
 struct ThreadNameInformation {
     ULONG type;
     const char *name;
@@ -179,13 +179,13 @@ constexpr ULONG kThreadNameType = 0x1000;
 
 } // namespace
 
-// The handlers, as the dispatcher knows them.
+// Lists the handlers in the image, so that the dispatcher calls them.
 __asm__(".safeseh _OrvUnhandledInRun");
 __asm__(".safeseh _OrvIgnoreThreadName");
 
-/// Nobody on the thread handled it, so it is the system's, as it would be for a thread that kernel32.dll
-/// started. Where that is absent, what the platform put around the thread comes next, and then the second
-/// chance.
+/// The thread itself did not handle the exception, so this passes it to the system's filter, as kernel32.dll
+/// does for the threads that it starts. Without kernel32.dll the search goes on to the platform's own handler
+/// around the thread, and then to the second chance.
 extern "C" EXCEPTION_DISPOSITION __cdecl OrvUnhandledInRun(EXCEPTION_RECORD *record,
                                                            EXCEPTION_REGISTRATION_RECORD *, PVOID context,
                                                            PVOID)
@@ -204,7 +204,7 @@ extern "C" EXCEPTION_DISPOSITION __cdecl OrvUnhandledInRun(EXCEPTION_RECORD *rec
     }
 }
 
-/// A debugger has seen the name by now, if there is one.
+/// Continues after the exception that names a thread: a debugger, if there is one, has already read the name.
 extern "C" EXCEPTION_DISPOSITION __cdecl OrvIgnoreThreadName(EXCEPTION_RECORD *record,
                                                              EXCEPTION_REGISTRATION_RECORD *, PVOID, PVOID)
 {
@@ -292,7 +292,8 @@ OrvResult OrvBasThread::StartThread(OrvPriority priority, OrvSecurityCtx *securi
             return detail::ResultFromStatus(status);
         }
     }
-    // The thread may have ended and its Cleanup deleted this object: nothing of it is used from here on.
+    // From here on no member is used: the thread may have ended, and its Cleanup may have deleted this
+    // object.
     if (name)
         SetThreadName(reinterpret_cast<uintptr_t>(clientId.UniqueThread), name);
     return result;
@@ -302,7 +303,7 @@ unsigned long __stdcall OrvBasThread::RealThreadProc(void *thread)
 {
     auto *const self = static_cast<OrvBasThread *>(thread);
     const bool announced = !self->flags_.Has(ThreadEndsUnannounced);
-    detail::EnsureThreadRecord(); // the loader has made it, if it knows the library
+    detail::EnsureThreadRecord(); // already done if the loader attached the library
     SetUpThread(self->flags_);
     int exitCode = 0;
     {
@@ -312,7 +313,7 @@ unsigned long __stdcall OrvBasThread::RealThreadProc(void *thread)
     detail::RemoveThreadRecord();
     if (!announced)
         FreeExpansionSlots();
-    self->Cleanup(); // and then the object may be gone
+    self->Cleanup(); // may delete the object
     EndThread(exitCode, announced);
     return 0;
 }
@@ -369,7 +370,7 @@ OrvResult OrvBasThread::SuspendThread()
 OrvResult OrvBasThread::ForcefullyTerminate(int exitCode)
 {
     if (threadId_ == GetCurrentThreadId())
-        return ORV_E_INVALID_OPERATION; // it would suspend itself, and that for ever
+        return ORV_E_INVALID_OPERATION; // the thread would suspend itself for ever
     constexpr ACCESS_MASK kToTerminate =
         SYNCHRONIZE | THREAD_TERMINATE | THREAD_SUSPEND_RESUME | THREAD_QUERY_INFORMATION;
     detail::NativeHandle thread;
@@ -401,7 +402,7 @@ OrvResult OrvBasThread::WaitForStopRequest(int timeoutMs)
 
 bool OrvBasThread::IsStopRequested()
 {
-    // Waiting on an event that was never created succeeds, but nobody can have asked through it.
+    // A wait for an event that was never created succeeds, but then nobody can have requested the stop.
     return initialized_ && WaitForStopRequest(0) != ORV_W_TIMEOUT;
 }
 

@@ -1,3 +1,5 @@
+// The list of the threads' records, and the thread-local key under which each thread finds its own.
+
 #include "thread/thread_record.h"
 
 #include "nt/nt.h"
@@ -19,7 +21,7 @@ struct ThreadRecord {
 };
 static_assert(offsetof(ThreadRecord, data) == 8 && offsetof(ThreadData, threadId) == 0);
 
-// The process's end releases the key better than a destructor could.
+// No destructor: FreeThreadRecordKey releases the key, or else the end of the process does.
 [[clang::no_destroy]] OrvTls key;
 RTL_CRITICAL_SECTION lock;
 LIST_ENTRY head;
@@ -55,7 +57,7 @@ void DeleteThreadRecordList()
     while (head.Flink != &head) {
         LIST_ENTRY *const first = head.Flink;
         head.Flink = first->Flink;
-        FreeBytes(first); // the links stand first in a record
+        FreeBytes(first); // the links are the first member of a record
     }
     head.Blink = &head;
 }

@@ -1,7 +1,7 @@
-// The record that the library keeps for every thread that touches it.
+// The record that the library keeps for every thread that uses it.
 //
-// A record is in the list and under its thread's key, or it does not exist. There are none unless the loader
-// attached the library to the process: a program that starts it up by itself goes without.
+// Every record is both in the list and under its thread's key. Records exist only if the loader attached the
+// library to the process: a program that calls the start-up itself has none.
 
 #pragma once
 
@@ -10,7 +10,7 @@
 namespace detail
 {
 
-/// What a thread finds under the key.
+/// The data that a thread finds under the key.
 struct ThreadData {
     uint32_t threadId;
 };
@@ -18,10 +18,10 @@ struct ThreadData {
 /// Makes the list, and its lock. Returns 0 or the converted status.
 OrvResult CreateThreadRecordList();
 
-/// Frees every record that is left, and the lock. The key must be gone by then.
+/// Frees all remaining records, and the lock. The key must have been freed before.
 void DeleteThreadRecordList();
 
-/// Returns 0 or what OrvTls::Create returns.
+/// Allocates the key. Returns 0 or what OrvTls::Create returns.
 OrvResult AllocateThreadRecordKey();
 
 void FreeThreadRecordKey();
@@ -29,7 +29,7 @@ void FreeThreadRecordKey();
 /// The calling thread's data, or null.
 ThreadData *GetThreadData();
 
-/// Makes the calling thread's record when it has none.
+/// Makes the calling thread's record if it has none.
 ///
 /// Returns 0; ORV_E_INVALID_STATE when there is no key; ORV_E_OUT_OF_MEMORY.
 OrvResult EnsureThreadRecord();

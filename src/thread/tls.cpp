@@ -1,8 +1,8 @@
-// Keys over the slots in the thread's block: the first 64 lie in it, the others in an array that a thread
-// gets when it first sets one of them, and that the platform frees with the thread.
+// Thread-local keys over the slots of the thread's block. The first 64 slots are in the block. The others are
+// in an array that a thread gets when it first sets one of them, and that the platform frees with the thread.
 //
-// Whoever gives a key back empties it in every thread first, kernel32.dll like us; so a key that is free is
-// empty everywhere, and taking one costs no pass over the threads.
+// Before a key is freed, here as in kernel32.dll, its slot is emptied in every thread. So a free key is empty
+// in every thread, and taking a key costs no pass over the threads.
 
 #include "orv/thread/tls.h"
 
@@ -25,7 +25,7 @@ public:
     ~PebLock() { RtlReleasePebLock(); }
 };
 
-/// Null when the calling thread has no room for the key.
+/// The calling thread's slot for the key. Null when the thread has no slot for it yet.
 PVOID *FindSlot(ULONG key)
 {
     TEB *const teb = NtCurrentTeb();
@@ -34,7 +34,7 @@ PVOID *FindSlot(ULONG key)
     return teb->TlsExpansionSlots ? &teb->TlsExpansionSlots[key - TLS_MINIMUM_AVAILABLE] : nullptr;
 }
 
-/// Zero-filled room for the keys beyond the first.
+/// Gives the calling thread zero-filled slots for the keys after the first 64. False when the heap refuses.
 bool MakeExpansionSlots()
 {
     TEB *const teb = NtCurrentTeb();
@@ -47,8 +47,8 @@ ULONG TakeKey()
 {
     const PebLock lock;
     const PEB *const peb = NtCurrentPeb();
-    // The first key is never given out: there are programs that take it for none. The search comes to it when
-    // it is the only one left, and then it stays taken.
+    // Key 0 is never given out, because some programs take it for no key. The search finds it when it is the
+    // only free key; then it stays taken.
     const ULONG key = RtlFindClearBitsAndSet(peb->TlsBitmap, 1, 1);
     if (key != kNoBit && key != 0)
         return key;
@@ -79,7 +79,7 @@ OrvResult OrvTls::Destroy()
     const ULONG key = key_;
     key_ = kNone;
     const PebLock lock;
-    // With the key in it, the next owner would find our values: rather nobody gets it.
+    // If the slots cannot be emptied, the key stays taken: its next owner would find our values in them.
     const NTSTATUS status = ZwSetInformationThread(NtCurrentThread(), ThreadZeroTlsCell, &key, sizeof key);
     if (!NT_SUCCESS(status))
         return detail::ResultFromStatus(status);
@@ -105,7 +105,7 @@ OrvResult OrvTls::SetValue(void *value)
     PVOID *slot = FindSlot(key_);
     if (!slot) {
         if (!value)
-            return ORV_S_OK; // it is null
+            return ORV_S_OK; // a missing slot already reads as null
         if (!MakeExpansionSlots())
             return ORV_E_OUT_OF_MEMORY;
         slot = FindSlot(key_);

@@ -1,3 +1,5 @@
+// Transactions of the kernel transaction manager, over the table of optional entry points.
+
 #include "orv/thread/transaction.h"
 
 #include "nt/nt.h"
