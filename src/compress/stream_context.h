@@ -95,7 +95,7 @@ Stream *AllocateStream()
     return stream;
 }
 
-/// The libraries' allocation function. The product of both numbers may not fit 32 bits.
+/// The libraries' allocation function. The product of both numbers may not fit into 32 bits.
 template <typename Count>
 void *AllocateForLibrary(void *, Count items, Count size)
 {

@@ -31,7 +31,7 @@ void Compress(uint32_t (&chain)[4], const uint8_t *blocks, uint32_t count)
         uint32_t s[4] = {chain[0], chain[1], chain[2], chain[3]};
 #pragma clang loop unroll(full)
         for (uint32_t step = 0; step < 64; step++) {
-            // In each step the four words change roles: which of them is a, b, c and d.
+            // The four words change their roles (a, b, c and d) with each step.
             uint32_t &a = s[(64 - step) % 4];
             const uint32_t b = s[(65 - step) % 4];
             const uint32_t c = s[(66 - step) % 4];

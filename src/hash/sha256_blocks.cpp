@@ -47,7 +47,7 @@ void CompressSha256(uint32_t (&chain)[8], const uint8_t *blocks, uint32_t count)
                         schedule[(step + 9) % 16] +
                         (RotateRight(late, 17) ^ RotateRight(late, 19) ^ late >> 10);
             }
-            // In each step the eight words change roles: which of them is a to h.
+            // The eight words change their roles (a to h) with each step.
             const uint32_t a = s[(64 - step) % 8];
             const uint32_t b = s[(65 - step) % 8];
             const uint32_t c = s[(66 - step) % 8];

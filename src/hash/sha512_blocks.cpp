@@ -60,7 +60,7 @@ void CompressSha512(uint64_t (&chain)[8], const uint8_t *blocks, uint32_t count)
                         schedule[(step + 9) % 16] +
                         (RotateRight64(late, 19) ^ RotateRight64(late, 61) ^ late >> 6);
             }
-            // In each step the eight words change roles: which of them is a to h.
+            // The eight words change their roles (a to h) with each step.
             const uint64_t a = s[(80 - step) % 8];
             const uint64_t b = s[(81 - step) % 8];
             const uint64_t c = s[(82 - step) % 8];

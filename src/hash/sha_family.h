@@ -1,4 +1,4 @@
-// The part that the SHA classes share: the start of a message, counting and buffering of input, and the end.
+// The part that the SHA classes share: the start and the end of a message, counting and buffering of input.
 // The classes differ in the compression function, the size of its words, and how many bits of the length enter
 // the digest.
 

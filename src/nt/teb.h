@@ -1,5 +1,5 @@
 // Access to the environment blocks of the calling thread and process, and to the page that the system shares
-// with every process. A read costs one or two loads, never a call.
+// with every process. Reading them costs a few loads, never a call.
 
 #pragma once
 

@@ -1,5 +1,5 @@
-// The format engine's entry points: each makes a sink of its target, and keeps the promises about what a
-// failure leaves behind.
+// The public formatting functions: each makes a sink for its target, runs the format engine, and after a failure
+// leaves the target in the promised state.
 
 #include "orv/text/format.h"
 
@@ -12,7 +12,7 @@ namespace
 
 using detail::FormatCodePage;
 
-// Entry points without a code page convert counted strings through the platform's own.
+// Functions without a code page convert counted strings with the platform's own page.
 constexpr FormatCodePage kNoCodePage = {OrvCodePageDefault, false};
 
 template <typename Sink>
@@ -85,7 +85,7 @@ OrvResult OrvFormatStringV(OrvCodePage codePage, OrvUtf16CharHeapBuffer &target,
     if (!format)
         return ORV_E_INVALID_ARGUMENT;
     constexpr uint32_t kFirstSize = 256;
-    constexpr uint32_t kLargestSize = 0x40000000; // twice as many characters are more than the address space
+    constexpr uint32_t kLargestSize = 0x40000000; // twice as many characters exceed the address space
     uint32_t size = target.GetCapacity() <= kFirstSize ? kFirstSize : target.GetCapacity() - 1;
     OrvResult result = target.ReserveElements(size + 1);
     if (OrvFailed(result))
@@ -102,7 +102,7 @@ OrvResult OrvFormatStringV(OrvCodePage codePage, OrvUtf16CharHeapBuffer &target,
             result = size > kLargestSize ? ORV_E_OUT_OF_MEMORY : target.ReserveElements(size + 1);
         }
         if (OrvFailed(result)) {
-            target.Resize(0); // what was there is overwritten
+            target.Resize(0); // the previous text is already overwritten
             return result;
         }
     }

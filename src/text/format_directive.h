@@ -1,4 +1,4 @@
-// The grammar of a format directive.
+// The grammar of a format directive: flags, width, precision, size modifier and conversion, and their parser.
 
 #pragma once
 
@@ -40,14 +40,14 @@ struct SizeModifierText {
     SizeModifier modifier;
 };
 
-/// In the order in which they are tried: longer texts stand before their own beginnings.
+/// In the order in which they are tried: a longer modifier precedes one that is its beginning.
 constexpr SizeModifierText kSizeModifiers[] = {
     {"I32", SizeModifier::kInt32}, {"I64", SizeModifier::kInt64}, {"ll", SizeModifier::kLongLong},
     {"hh", SizeModifier::kByte},   {"l", SizeModifier::kLong},    {"h", SizeModifier::kShort},
     {"w", SizeModifier::kWide},    {"I", SizeModifier::kPointer}, {"z", SizeModifier::kPointer},
 };
 
-/// Decimal digits; a value beyond 32 bits stays at the largest.
+/// Parses decimal digits. A value beyond 32 bits becomes the largest one.
 template <typename T>
 const T *ParseDecimal(const T *next, uint32_t &value)
 {
@@ -61,7 +61,7 @@ const T *ParseDecimal(const T *next, uint32_t &value)
     return next;
 }
 
-/// A number, or a star that stands for an argument.
+/// Parses a number, or a star, which takes the number from an argument.
 template <typename T>
 const T *ParseCount(const T *next, uint32_t &value, bool &fromArgument)
 {
@@ -97,7 +97,8 @@ const T *ParseFlags(const T *next, FormatDirective &directive)
     }
 }
 
-/// A modifier counts only when a character follows it; otherwise its first character may be the conversion.
+/// Parses a size modifier. It counts only when a character follows it; otherwise its first character may be the
+/// conversion.
 template <typename T>
 const T *ParseModifier(const T *next, FormatDirective &directive)
 {
@@ -113,8 +114,8 @@ const T *ParseModifier(const T *next, FormatDirective &directive)
     return next;
 }
 
-/// Parses what follows a percent sign in a terminated format. Returns the first character behind the
-/// directive, or null when there is no directive.
+/// Parses the directive after a percent sign in a terminated format. Returns the end of the directive, or null
+/// when there is no directive.
 template <typename T>
 __declspec(noinline) const T *ParseDirective(const T *next, FormatDirective &directive)
 {
@@ -126,7 +127,7 @@ __declspec(noinline) const T *ParseDirective(const T *next, FormatDirective &dir
         next = ParseCount(next + 1, directive.precision, directive.precisionFromArgument);
     }
     next = ParseModifier(next, directive);
-    // The terminator is among these, and so is every byte above 127 as a signed char.
+    // This includes the terminator, and every byte above 127, which is negative as a signed char.
     if (*next < 32 || *next > 127)
         return nullptr;
     directive.conversion = static_cast<char>(*next);

@@ -1,8 +1,8 @@
-// The format engine: one loop for every target and both widths, a template over the sink.
+// The format engine: one loop for every target and both character types, as a template over the sink.
 //
-// A piece of output is written as soon as it is known: literal runs and strings straight from where they
-// stand, numbers from a small array on the stack. Nothing is measured twice, and nothing is allocated but for
-// a text of the other width that is longer than an array on the stack.
+// Each piece of output is written as soon as it is known: literal runs and strings directly from their own
+// memory, numbers from a small array on the stack. Nothing is measured twice. Memory is allocated only for a
+// text of the other character type that is too long for an array on the stack.
 
 #pragma once
 
@@ -22,14 +22,14 @@
 namespace detail
 {
 
-/// The page of byte strings, and whether the entry point takes one: the modifiers l and h have a meaning only
-/// where it does.
+/// The page of byte strings, and whether the caller gave one: only then do the modifiers l and h of strings
+/// have a meaning.
 struct FormatCodePage {
     OrvCodePage page;
     bool given;
 };
 
-/// The platform's counted string of a width.
+/// The platform's counted string for a character type.
 template <typename T>
 struct CountedStringOf;
 template <>
@@ -77,7 +77,7 @@ public:
             if (OrvFailed(result))
                 return result;
             if (!*percent)
-                return ORV_S_OK; // also where the target answered with a remark
+                return ORV_S_OK; // also when the target returned another success code
             FormatDirective directive;
             const T *const next = ParseDirective(percent + 1, directive);
             result = next ? WriteDirective(directive, percent, next) : Write(percent, percent + 1);
@@ -156,7 +156,7 @@ private:
         return modifier == (kUtf16 ? SizeModifier::kShort : SizeModifier::kLong);
     }
 
-    /// Takes width and precision from the arguments, where a star stands for them.
+    /// Takes width and precision from the arguments when they were given as stars.
     void TakeCounts(FormatDirective &directive)
     {
         if (directive.widthFromArgument) {
@@ -253,7 +253,7 @@ private:
         const T *const text = va_arg(arguments_, const T *);
         if (!text)
             return WriteNull(directive);
-        // A precision bounds how far the text is read: it need not be terminated behind it.
+        // The text is read only up to the precision; it need not be terminated there.
         const uint32_t length = directive.precisionGiven
                                     ? OrvGetStringSizeInElements(text, directive.precision)
                                     : OrvGetStringSizeInElements(text);
@@ -289,8 +289,8 @@ private:
         return WriteConverted(directive, string->Buffer, string->Length / sizeof(Other));
     }
 
-    /// Text of the other width. The precision counts characters of the output: a cut of the source could fall
-    /// inside a character. An empty text prints nothing, not even padding.
+    /// Writes text of the other character type. The precision counts characters of the output, because a cut in
+    /// the source could be inside a character. An empty text prints nothing, not even padding.
     __declspec(noinline) OrvResult
         WriteConverted(const FormatDirective &directive, const Other *text, uint32_t length)
     {
@@ -313,7 +313,7 @@ private:
         return WritePadded(directive, kNull, length);
     }
 
-    /// Text in a field of spaces.
+    /// Writes text padded with spaces.
     __declspec(noinline) OrvResult
         WritePadded(const FormatDirective &directive, const T *text, uint32_t length)
     {

@@ -1,5 +1,5 @@
-// The output of one directive: sign, padding, digits, text, put together so that the target sees one piece.
-// Only what is longer than most fields reaches the target in several.
+// Collects the output of one directive (sign, padding, digits, text), so that the sink gets it in one piece.
+// Only an output longer than the collecting array reaches the sink in several pieces.
 
 #pragma once
 
@@ -9,7 +9,7 @@
 namespace detail
 {
 
-/// The first failure of the sink is kept, and ends the writing.
+/// After the first failure of the sink nothing more is written; Finish returns that failure.
 template <typename Sink>
 class FormatField
 {
@@ -44,7 +44,7 @@ public:
             room_[used_++] = static_cast<T>(character);
     }
 
-    /// ASCII text.
+    /// Writes ASCII text.
     void WriteNarrow(const char *text, uint32_t count)
     {
         for (; count; count--) {
@@ -54,7 +54,7 @@ public:
         }
     }
 
-    /// Hands over what is left. Returns 0 or the first failure.
+    /// Writes the rest to the sink. Returns 0 or the first failure.
     OrvResult Finish()
     {
         Flush();

@@ -1,4 +1,4 @@
-// Laying out the digits of a double for %e, %f and %g.
+// Arranges the digits of a double as %e, %f and %g require.
 
 #include "text/format_float.h"
 
@@ -41,7 +41,7 @@ void FloatText::Add(const char *text, uint32_t count)
     length += count;
 }
 
-/// The digits in places `first` and up of the decimal, where every digit that is not stored is a zero.
+/// Adds `count` digits of the decimal from the index `first` on. Digits that are not stored are zeros.
 void FloatText::AddDigits(uint32_t first, uint32_t count)
 {
     const uint32_t stored = first < decimal.count ? decimal.count - first : 0;
@@ -93,8 +93,8 @@ void FloatText::AddExponent(int value, bool upperCase)
     Add(exponent, count);
 }
 
-/// The exponent that the rounded value has decides the form; trailing zeros go unless the directive wants
-/// them.
+/// Adds the text for %g. The exponent of the rounded value decides between the two forms. Trailing zeros are
+/// removed unless the directive asks for them.
 void FloatText::AddGeneral(const DoubleParts &parts, uint32_t precision, const FormatDirective &directive)
 {
     if (precision == 0)
@@ -103,7 +103,7 @@ void FloatText::AddGeneral(const DoubleParts &parts, uint32_t precision, const F
     const int rounded = decimal.pointPosition - 1;
     const bool fixed = rounded >= -4 && static_cast<int64_t>(rounded) < precision;
     if (!directive.alternate && precision > decimal.count)
-        precision = decimal.count ? decimal.count : 1; // the digits that are stored end with no zero
+        precision = decimal.count ? decimal.count : 1; // the stored digits have no trailing zeros
     if (!fixed)
         return AddExponential(precision - 1, directive.alternate, directive.upperCase);
     const int64_t behindPoint = static_cast<int64_t>(precision) - 1 - rounded;

@@ -1,5 +1,5 @@
-// The text of a double as a directive asks for it, in pieces that the engine places in the field: stored
-// digits, and runs of zeros that are counted, not stored, so that no precision is too large.
+// The text of a double for a directive, as pieces that the format engine writes one after another. A piece is
+// either stored digits or a run of zeros that is only counted, so that no precision is too large.
 
 #pragma once
 
@@ -16,10 +16,10 @@ struct FloatText {
     };
     static constexpr uint32_t kMostPieces = 7;
 
-    char sign;     // none when 0
+    char sign;     // 0: no sign
     bool isNumber; // neither infinite nor NaN
     uint32_t pieceCount = 0;
-    uint64_t length = 0; // of all pieces, the sign not counted
+    uint64_t length = 0; // of all pieces together, without the sign
     Piece pieces[kMostPieces];
     Decimal decimal;
     char exponent[5]; // at most e+308 or e-324

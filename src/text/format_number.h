@@ -1,5 +1,5 @@
-// The parts of an integer as a directive asks for them: sign or radix prefix, leading zeros, digits. The
-// engine places them in the field.
+// The parts of an integer's text for a directive: sign or radix prefix, leading zeros, digits. The format engine
+// writes them one after another.
 
 #pragma once
 
@@ -12,17 +12,17 @@ namespace detail
 template <typename T>
 struct NumberText {
     uint32_t prefixLength = 0;
-    uint32_t zeros = 0; // between prefix and digits
+    uint32_t zeros = 0; // written between prefix and digits
     uint32_t digitCount = 0;
     T prefix[2];
-    T storage[kMostIntegerDigits]; // the digits stand at its end
+    T storage[kMostIntegerDigits]; // the digits are at its end
 
     const T *Digits() const { return storage + kMostIntegerDigits - digitCount; }
     void AddPrefix(char character) { prefix[prefixLength++] = static_cast<T>(character); }
 };
 
-/// Digits, and zeros up to the precision. A value of 0 has no digits of its own: the precision, 1 where none
-/// is given, makes its zero.
+/// Stores the digits and the number of zeros up to the precision. A value of 0 has no digits of its own; its
+/// zero comes from the precision, which is 1 when none is given.
 template <typename T>
 __declspec(noinline) void WriteMagnitude(NumberText<T> &number, FormatDirective &directive, uint64_t value,
                                          uint32_t radix)

@@ -1,6 +1,6 @@
-// Where formatted text goes. A sink is a type with a Character, and two operations that return a result code:
-// Write(characters, count) and Fill(character, count). Those are not inlined into the engine, which calls
-// them from many places and for pieces that are longer than a call.
+// The sinks: the targets of formatted text. A sink is a type with a Character and two operations that return a
+// result code: Write(characters, count) and Fill(character, count). They are not inlined into the engine, which
+// calls them from many places; for its pieces, the cost of a call is small.
 
 #pragma once
 
@@ -19,14 +19,14 @@ __declspec(noinline) void FillCharacters(T *target, T character, uint32_t count)
         target[i] = character;
 }
 
-/// A caller's array. What does not fit is cut, and is a failure.
+/// A caller's array. Text that does not fit is cut, and the operation fails.
 template <typename T>
 class ArraySink
 {
 public:
     typedef T Character;
 
-    /// `room` does not include the place of the terminator.
+    /// `room` does not include the terminator.
     ArraySink(T *characters, uint32_t room) : characters_(characters), room_(room) {}
 
     __declspec(noinline) OrvResult Write(const T *characters, uint32_t count)
@@ -60,7 +60,7 @@ private:
     uint32_t written_ = 0;
 };
 
-/// The owner behind a writable reference, grown for every piece.
+/// The owner of the text that a writable reference refers to. It is resized for every piece.
 template <typename T>
 class ReferenceSink
 {
@@ -102,7 +102,7 @@ private:
     const OrvMutableStringRefBase2<T, 0> &reference_;
 };
 
-/// A caller's sink.
+/// A caller's appendable object.
 template <typename T>
 class AppendableSink
 {

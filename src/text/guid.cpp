@@ -1,4 +1,5 @@
-// GUIDs as bytes and as text. Making them stands in src/random/create_guid.cpp, with the generators.
+// GUIDs as bytes and as text. The function that creates them is in src/random/create_guid.cpp, with the
+// generators.
 
 #include "orv/text/guid.h"
 
@@ -15,7 +16,7 @@ namespace
 constexpr uint32_t kTextLength = 36;
 constexpr uint32_t kDashes[] = {8, 13, 18, 23};
 
-/// The text on its own, so that an owner is resized once and not for every digit.
+/// The complete text, so that an owner is resized once and not for every digit.
 struct GuidText {
     wchar_t characters[kTextLength + 1];
 
@@ -29,7 +30,8 @@ struct GuidText {
     }
 };
 
-/// Reads the groups behind the first, leniently; remembers whether one of them started with a dash.
+/// Reads the groups after the first one. A group may have a 0x prefix and ends at the first character that is no
+/// digit. Remembers whether a group started with a dash.
 class GroupReader
 {
 public:

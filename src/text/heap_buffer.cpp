@@ -1,7 +1,7 @@
 // Growable strings on the process heap.
 //
-// An operation that replaces the array frees the old one last: the characters that it was given may stand
-// there.
+// An operation that replaces the array frees the old one last, because the characters that the caller passed
+// may be in it.
 
 #include "orv/text/heap_buffer.h"
 
@@ -14,8 +14,8 @@
 namespace
 {
 
-/// Puts an array of `capacity` characters in place of the present one and gives that to the caller. The first
-/// `kept` characters move along, with a terminator behind them; the new array's last character is one too.
+/// Replaces the present array by one of `capacity` characters; `previous` receives the old array. The first
+/// `kept` characters are copied and terminated; the last character of the new array is a terminator too.
 template <typename T, typename Descriptor>
 OrvResult Replace(Descriptor &text, uint64_t capacity, uint32_t kept, T *&previous)
 {
@@ -34,7 +34,7 @@ OrvResult Replace(Descriptor &text, uint64_t capacity, uint32_t kept, T *&previo
     return ORV_S_OK;
 }
 
-/// Sets the length and terminates the text. `previous` becomes the array that was replaced, if it was.
+/// Sets the length and terminates the text. If the array is replaced, `previous` receives the old one.
 template <typename T, typename Descriptor>
 OrvResult SetLength(Descriptor &text, uint64_t length, T *&previous)
 {
@@ -48,8 +48,8 @@ OrvResult SetLength(Descriptor &text, uint64_t length, T *&previous)
     return ORV_S_OK;
 }
 
-/// Replaces the text. Nothing is written to the present array before the characters, which may be a part of
-/// it, have moved.
+/// Replaces the text. The new characters may be a part of the present array; they are copied before anything
+/// else is written to it.
 template <typename T, typename Descriptor>
 OrvResult SetText(Descriptor &text, const T *characters, uint32_t count)
 {

@@ -1,5 +1,5 @@
-// Bytes and hexadecimal digits. What is read is looked through before anything is written, so that a text
-// that is none changes nothing.
+// Conversion between bytes and hexadecimal digits. A text is checked before anything is written, so that a
+// malformed text changes nothing.
 
 #include "orv/text/hexadecimal.h"
 
@@ -11,10 +11,10 @@
 namespace
 {
 
-/// Whether the bytes and the case can be what they are said to be.
+/// Checks the arguments: the bytes, their number and the case of the letters.
 OrvResult CheckBytes(const void *bytes, uint32_t count, OrvHexCase letters)
 {
-    constexpr uint32_t kMostBytes = 0x7FFFFFFE; // their digits and a terminator can be counted
+    constexpr uint32_t kMostBytes = 0x7FFFFFFE; // the number of digits and a terminator fits into 32 bits
     if ((!bytes && count) || letters > OrvHexUpperCase)
         return ORV_E_INVALID_ARGUMENT;
     return count > kMostBytes ? ORV_E_BAD_LENGTH : ORV_S_OK;
@@ -84,7 +84,7 @@ OrvResult OrvConvertBytes2HexString(const OrvMutableStringRefBase2<wchar_t> &tar
     OrvResult result = CheckBytes(bytes, count, letters);
     if (OrvSucceeded(result))
         result = target.operations->resize(target.view, 2 * count, target.owner);
-    if (OrvSucceeded(result) && count) // an owner of nothing may have no array
+    if (OrvSucceeded(result) && count) // the owner of an empty text may have no array
         WriteDigits(target.view.characters, bytes, count, letters);
     return result;
 }

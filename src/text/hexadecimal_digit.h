@@ -1,4 +1,4 @@
-// The value of a hexadecimal digit.
+// The value of a single hexadecimal digit.
 
 #pragma once
 
@@ -7,7 +7,7 @@
 namespace detail
 {
 
-/// 0 to 15 for a digit in either case; anything above for another character.
+/// 0 to 15 for a digit in either case; a number above 15 for another character.
 inline uint32_t HexadecimalDigit(wchar_t character)
 {
     if (character >= L'0' && character <= L'9')

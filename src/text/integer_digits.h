@@ -26,7 +26,7 @@ struct DigitPairs {
 
 inline constexpr DigitPairs kDigitPairs;
 
-/// At least `least` decimal digits, written backwards from `end`. Returns the first one.
+/// Writes at least `least` decimal digits backwards from `end`. Returns the first digit.
 template <typename T>
 T *WriteDecimal(T *end, uint32_t value, uint32_t least)
 {
@@ -48,13 +48,13 @@ T *WriteDecimal(T *end, uint32_t value, uint32_t least)
     return end;
 }
 
-/// The digits of `value`, written backwards from `end`, which has room for kMostIntegerDigits before it; none
-/// for 0. Returns the first one.
+/// Writes the digits of `value` backwards from `end`, before which there is room for kMostIntegerDigits; no digit
+/// for 0. Returns the first digit.
 template <typename T>
 T *WriteDigits(T *end, uint64_t value, uint32_t radix, bool upperCase)
 {
     if (radix == 10) {
-        // Nine digits at a time, so that a long division is needed twice at most.
+        // Nine digits at a time, so that at most two 64-bit divisions are needed.
         constexpr uint32_t kNineDigits = 1000000000;
         while (value > UINT32_MAX)
             end = WriteDecimal(end, DivideInPlace(value, kNineDigits), 9);

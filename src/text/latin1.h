@@ -1,4 +1,4 @@
-// Latin-1: each byte is the code point of the same value. What lies beyond is written as a question mark.
+// Latin-1: each byte is the code point of the same value. Other code points are written as a question mark.
 
 #pragma once
 

@@ -1,4 +1,4 @@
-// Lengths as callers give them, and sizes as they are reported to them.
+// Resolves the lengths that callers pass, and computes the sizes that are reported to them.
 
 #pragma once
 
@@ -7,7 +7,8 @@
 namespace detail
 {
 
-/// The length of a text that was given with `count`. A null text is empty, whatever its count.
+/// The length of a text passed with `count`, which may be OrvTerminated. A null text is empty, whatever the
+/// count.
 template <typename T>
 uint32_t ResolveLength(const T *text, uint32_t count)
 {
@@ -16,7 +17,7 @@ uint32_t ResolveLength(const T *text, uint32_t count)
     return count == OrvTerminated ? OrvGetStringSizeInElements(text) : count;
 }
 
-/// The same where only a length up to `limit` matters: a longer text may be given as `limit`.
+/// The same when only lengths up to `limit` matter: for a longer text the result may be `limit`.
 template <typename T>
 uint32_t ResolveLengthUpTo(const T *text, uint32_t count, uint32_t limit)
 {
@@ -25,7 +26,7 @@ uint32_t ResolveLengthUpTo(const T *text, uint32_t count, uint32_t limit)
     return count == OrvTerminated ? OrvGetStringSizeInElements(text, limit) : count;
 }
 
-/// The capacity that `length` characters and a terminator need; at most what can be said in 32 bits.
+/// The capacity that `length` characters and a terminator need, limited to 32 bits.
 inline uint32_t SizeWithTerminator(uint64_t length)
 {
     return length < UINT32_MAX ? static_cast<uint32_t>(length) + 1 : UINT32_MAX;

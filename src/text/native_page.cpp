@@ -1,4 +1,4 @@
-// Pieces of text for the platform's conversions, and where to cut them.
+// The platform's page conversions, and where a text is cut into pieces for them.
 
 #include "text/native_page.h"
 
@@ -13,10 +13,10 @@ namespace
 constexpr uint32_t kLongestPiece = 32766;
 constexpr uint32_t kMostUtf16Bytes = 65534;
 constexpr uint32_t kMostBytes = 65535;
-/// What fits into kMostBytes with its terminator when each unit becomes three bytes, the most that it can.
+/// The units that always fit into kMostBytes with a terminator: a unit becomes at most three bytes.
 constexpr uint32_t kLongestWidePiece = (kMostBytes - 1) / 3;
 
-// The counted strings only lend their buffers, which these functions do not write through.
+// These counted strings refer to the caller's text, which the platform's functions only read.
 
 ANSI_STRING Describe(const char *text, uint32_t count)
 {
@@ -30,7 +30,7 @@ UNICODE_STRING Describe(const wchar_t *text, uint32_t count)
     return {size, size, const_cast<wchar_t *>(text)};
 }
 
-/// The place at or before `end` where a character of UTF-8 begins.
+/// The position at or before `end` where a character of UTF-8 begins.
 uint32_t Utf8Boundary(const char *text, uint32_t end)
 {
     constexpr uint32_t kLongestTail = 3;
@@ -38,7 +38,7 @@ uint32_t Utf8Boundary(const char *text, uint32_t end)
         if ((static_cast<uint8_t>(text[at]) & 0xC0) != 0x80)
             return at;
     }
-    return end; // no character is that long: these bytes continue nothing
+    return end; // no character has that many continuation bytes: the text is malformed here
 }
 
 uint32_t SurrogateBoundary(const wchar_t *text, uint32_t end)
@@ -59,9 +59,9 @@ uint32_t NativePageReader::PieceLength(const char *source, uint32_t count) const
     if (count <= kLongestPiece)
         return count;
     const char kEuroSign[] = {'\xE2', '\x82', '\xAC'};
-    if (Measure(kEuroSign, sizeof kEuroSign) == 1) // no other page takes more than two bytes together
+    if (Measure(kEuroSign, sizeof kEuroSign) == 1) // UTF-8: no other page has characters of three bytes
         return Utf8Boundary(source, kLongestPiece);
-    // The byte behind the piece belongs to its last character when it does not make the text longer.
+    // The byte after the piece belongs to the piece's last character if it does not make the text longer.
     const bool cutsCharacter = Measure(source, kLongestPiece + 1) == Measure(source, kLongestPiece);
     return cutsCharacter ? kLongestPiece - 1 : kLongestPiece;
 }

@@ -1,10 +1,10 @@
-// The platform's ANSI and OEM pages.
+// Conversions between UTF-16 and the platform's ANSI and OEM pages.
 //
-// The platform describes a text in 16 bits' worth of bytes, so a longer one is converted piece by piece, at
-// most 32766 characters each. No piece ends inside a character: not between surrogates, and not between the
-// bytes of a multi-byte page. The platform's size functions know for themselves whether the page is a
-// multi-byte one, and answer at once where it is not; its flags for that are not asked, because they do not
-// speak of UTF-8 everywhere.
+// The platform counts the bytes of a text in 16 bits, so a longer text is converted in pieces of at most 32766
+// characters. No piece ends inside a character: not between surrogates, and not between the bytes of a
+// multi-byte character. The platform's size functions know whether the page is a multi-byte one, and return at
+// once when it is not. The platform's flags for multi-byte pages are not used, because on some systems they do
+// not include UTF-8.
 
 #pragma once
 
@@ -21,15 +21,15 @@ public:
     typedef char Source;
     typedef wchar_t Target;
 
-    /// Any page but OrvCodePageOem is the ANSI page.
+    /// OrvCodePageOem selects the OEM page, any other value the ANSI page.
     explicit NativePageReader(OrvCodePage page);
 
-    /// How much of a text of `count` bytes the next piece takes.
+    /// The length of the next piece of a text of `count` bytes.
     uint32_t PieceLength(const char *source, uint32_t count) const;
 
     uint32_t Measure(const char *source, uint32_t count) const;
 
-    /// Converts a piece, and writes a terminator; `written` does not count it.
+    /// Converts a piece and writes a terminator, which `written` does not count.
     NTSTATUS Convert(wchar_t *target, uint32_t capacity, const char *source, uint32_t count,
                      uint32_t &written) const;
 

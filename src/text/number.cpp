@@ -1,4 +1,5 @@
-// Numbers to text and back: one worker a direction for all value types and both widths.
+// Conversion of numbers to text and back: for each direction one worker for all value types and both character
+// types.
 
 #include "orv/text/number.h"
 
@@ -16,11 +17,11 @@ namespace
 constexpr int kLeastRadix = 2;
 constexpr int kMostRadix = 36;
 
-/// What the parser has to know of a value type.
+/// The limits of a value type that the parser needs.
 struct Limits {
     uint64_t positive;
-    uint64_t positiveHexadecimal; // hexadecimal text may spell the bits of a negative value
-    uint64_t negative;            // a magnitude
+    uint64_t positiveHexadecimal; // hexadecimal text may contain the bits of a negative value
+    uint64_t negative;            // the magnitude of the lowest value
 };
 
 template <typename V>
@@ -31,7 +32,7 @@ constexpr Limits LimitsOf()
     return kSigned ? Limits{kAllBits >> 1, kAllBits, (kAllBits >> 1) + 1} : Limits{kAllBits, kAllBits, 0};
 }
 
-/// Characters into a caller's array: as many as fit, and a terminator if there is room.
+/// Writes characters to a caller's array: as many as fit, and a terminator if there is room.
 template <typename T>
 class Target
 {
@@ -95,7 +96,7 @@ OrvResult NumberToString(T *target, uint32_t capacity, V value, int radix, unsig
     return WriteNumber(target, capacity, negative, negative ? 0 - bits : bits, radix, written);
 }
 
-/// The value of a digit or letter, 36 and more for anything else.
+/// The value of a digit or letter; at least 36 for any other character.
 template <typename T>
 uint32_t DigitValue(T character)
 {
@@ -106,7 +107,8 @@ uint32_t DigitValue(T character)
     return letter < 26 && code < 0x80 ? letter + 10 : UINT32_MAX;
 }
 
-/// A text of digits from left to right. A terminated one is not measured first: its end is no digit.
+/// Reads a text of digits from left to right. A terminated text is not measured first, because its terminator
+/// is no digit.
 template <typename T>
 struct DigitText {
     DigitText(const T *text, uint32_t length)
@@ -118,14 +120,14 @@ struct DigitText {
 
     bool IsAtEnd() const { return next == last || (!last && *next == 0); }
 
-    /// The digit that stands next, or something not below `radix`.
+    /// The value of the next digit, or a number that is not below any radix.
     uint32_t Peek() const { return next == last ? UINT32_MAX : DigitValue(*next); }
 
     const T *next;
-    const T *last; ///< null in a terminated text, and in none
+    const T *last; ///< null for a terminated text and for a null text
 };
 
-/// Reports where reading stopped, which is a failure only to a caller that asks for it.
+/// Reports where reading stopped. To stop before the end is a failure only if the caller asks for the position.
 template <typename T>
 OrvResult Finish(const T *next, bool isAtEnd, const T **end)
 {
@@ -135,14 +137,14 @@ OrvResult Finish(const T *next, bool isAtEnd, const T **end)
     return ORV_E_INVALID_ARGUMENT;
 }
 
-/// The digits of a number below 2^64, as far as they belong to it. Most numbers fit 32 bits, and a 64-bit
-/// multiplication costs three, so the sum is widened only when it has to be; only its last digits can be too
-/// many.
+/// Reads the digits of a number, and stops before a digit that would take it above `limit`. Most numbers fit into
+/// 32 bits, and a 64-bit multiplication costs three of 32 bits, so the sum is widened only when needed. Only the
+/// last digits have to be compared with the limit.
 template <typename T>
 uint64_t ReadDigits(DigitText<T> &text, uint32_t radix, uint64_t limit)
 {
-    // While the sum is below a 64th of the limit, another digit of any radix keeps it within. The limit of
-    // negative numbers, for an unsigned type, is none.
+    // While the sum is below a 64th of the limit, another digit of any radix keeps it within the limit. For
+    // negative numbers of an unsigned type the limit is 0.
     const auto narrowLimit = static_cast<uint32_t>(limit > UINT32_MAX ? UINT32_MAX : limit) / 64;
     uint32_t narrow = 0;
     uint32_t digit = text.Peek();
@@ -151,7 +153,7 @@ uint64_t ReadDigits(DigitText<T> &text, uint32_t radix, uint64_t limit)
         text.next++;
     }
     uint64_t value = narrow;
-    const auto wideLimit = static_cast<uint32_t>(limit >> 38); // of the upper half, for the same reason
+    const auto wideLimit = static_cast<uint32_t>(limit >> 38); // a 64th of the limit's upper half
     for (; digit < radix && value >> 32 < wideLimit; digit = text.Peek()) {
         value = value * radix + digit;
         text.next++;
@@ -167,7 +169,7 @@ uint64_t ReadDigits(DigitText<T> &text, uint32_t radix, uint64_t limit)
     return value;
 }
 
-/// Reads any value type: its bits, to be cut to its width.
+/// Reads a number of any value type. The caller cuts `bits` to the type's width.
 template <typename T>
 __declspec(noinline) OrvResult ReadNumber(uint64_t &bits, const Limits &limits, const T *characters,
                                           uint32_t length, int radix, const T **end)
@@ -249,7 +251,7 @@ OrvResult StringToDouble(double &value, const T *text, uint32_t length, const T 
 
 } // namespace
 
-// The overloads, a value type at a time.
+// The public overloads, one value type after another.
 
 #define ORV_DEFINE_NUMBER(T, V)                                                                              \
     OrvResult OrvConvertNumber2String(T *target, uint32_t capacity, V value, int radix,                      \
@@ -312,7 +314,7 @@ double OrvModf(double value, double &integral)
         integral = value;
         return parts.IsNan() ? value : detail::MakeDouble(parts.negative, 0);
     }
-    // The fraction's bits are those worth less than 1.
+    // The bits of the fraction are those worth less than 1.
     const int fractionBits = -parts.Exponent();
     if (fractionBits <= 0) {
         integral = value;
@@ -325,6 +327,6 @@ double OrvModf(double value, double &integral)
     uint64_t bits = 0;
     __builtin_memcpy(&bits, &value, sizeof bits);
     integral = detail::MakeDouble(parts.negative, bits & ~((uint64_t{1} << fractionBits) - 1));
-    const double fraction = value - integral; // exact: both have the same exponent or the result is smaller
+    const double fraction = value - integral; // exact: the difference needs no bit that `value` does not have
     return fraction == 0 ? detail::MakeDouble(parts.negative, 0) : fraction;
 }

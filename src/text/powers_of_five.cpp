@@ -1,4 +1,4 @@
-// The table of powers of five, computed by the compiler.
+// The table of powers of five, computed by the compiler, and the judgement of what a product's rounding cuts off.
 
 #include "text/powers_of_five.h"
 
@@ -8,9 +8,9 @@ namespace detail
 namespace
 {
 
-/// 1280 bits, the lowest limb first: enough for 5^342 above 128 further bits, and for 2^1279 / 5^342 with all
-/// of its leading 128 bits exact, because a chain of floored divisions by five is the floored division by
-/// their product.
+/// A number of 1280 bits, the lowest limb first. That is enough for 5^342 with 128 further bits, and for the
+/// exact leading 128 bits of 2^1279 / 5^342: repeated floored divisions by five give the same as one floored
+/// division by their product.
 struct Wide {
     static constexpr uint32_t kLimbs = 40;
     uint32_t limbs[kLimbs];
@@ -35,7 +35,7 @@ struct Wide {
         }
     }
 
-    /// The 128 bits from the highest set one downwards.
+    /// The 128 bits that start with the highest set bit.
     constexpr PowerOfFive Leading() const
     {
         uint32_t top = kLimbs - 1;
@@ -87,7 +87,7 @@ const PowerOfFive &PowerOfFiveFor(int exponent)
 
 Remainder JudgeRemainder(const Product192 &product, uint32_t shift, bool exact)
 {
-    constexpr uint32_t kErrorLimb = 2; // the first limb that the error does not cover
+    constexpr uint32_t kErrorLimb = 2; // the error is within the limbs below this one
     const uint32_t halfBit = shift - 1;
     bool lowZero = true;
     bool highOnes = true;

@@ -1,10 +1,9 @@
 // The leading 128 bits of every power of five that a double can meet, for the conversions between doubles and
 // text.
 //
-// 5^q lies in [c, c + 1) * 2^s where c is the entry, its top bit set, and s the scale below. Between 0 and
-// kLargestExactPower the entry is the power itself. A 64-bit number times an entry is then known to 192 bits
-// with an error below 2^64, which decides all roundings but a few; the exact big-integer paths decide the
-// rest.
+// 5^q is in [c, c + 1) * 2^s, where c is the entry, with its top bit set, and s the scale below. From 0 to
+// kLargestExactPower the entry is exact. So the product of a 64-bit number and an entry is known to 192 bits with
+// an error below 2^64. That decides all roundings except a few; the exact big-integer paths decide those.
 
 #pragma once
 
@@ -30,7 +29,7 @@ constexpr int ScaleOfPowerOfFive(int exponent)
     return (exponent * 152170 >> 16) - 127;
 }
 
-/// A 64-bit number times a power's entry: 192 bits, the lowest limb first.
+/// The product of a 64-bit number and a power's entry: 192 bits, the lowest limb first.
 struct Product192 {
     uint32_t limbs[6];
 
@@ -54,7 +53,7 @@ struct Product192 {
         limbs[5] = static_cast<uint32_t>(carry);
     }
 
-    /// The bits from `shift` upwards, which must fit 64; `shift` may lie beyond the top.
+    /// The bits from `shift` upwards, which must fit into 64 bits; `shift` may be above the highest bit.
     uint64_t ShiftRight(uint32_t shift) const
     {
         uint64_t bits = 0;
@@ -71,11 +70,11 @@ struct Product192 {
     }
 };
 
-/// How what was cut off at a bit of a product compares with half of that bit.
+/// Compares the part of a product that was cut off below a bit with half of that bit.
 enum class Remainder { kBelowHalf, kHalf, kAboveHalf, kUnknown };
 
-/// Judges the bits of `product` below `shift`, knowing that the true number is the product itself, when
-/// `exact`, or lies less than 2^64 above it. `shift` is larger than 64.
+/// Judges the bits of `product` below `shift`. The true number is the product itself if `exact`; otherwise it
+/// may be above it by less than 2^64. `shift` must be larger than 64.
 Remainder JudgeRemainder(const Product192 &product, uint32_t shift, bool exact);
 
 } // namespace detail

@@ -1,4 +1,4 @@
-// Changing case: ASCII letters in place, and UTF-16 text through the platform's tables.
+// Changes case: of ASCII letters in place, and of UTF-16 text with the platform's tables.
 
 #include "orv/runtime/result.h"
 #include "orv/text/character.h"
@@ -12,7 +12,7 @@
 namespace
 {
 
-/// Changes the case of the letters that begin with `first`, 'a' or 'A'.
+/// Changes the case of the 26 letters that start with `first`, 'a' or 'A'.
 template <typename T>
 void ChangeInPlace(T *text, uint32_t length, T first)
 {
@@ -33,11 +33,11 @@ typedef NTSTATUS NTAPI MapString(UNICODE_STRING *destination, const UNICODE_STRI
 
 constexpr uint32_t kTooLong = 0xFFFF;
 
-/// The most characters that a counted string of the platform describes. Mapping goes unit by unit, so a
-/// longer text can be mapped in pieces.
+/// The most characters of a counted string of the platform. Each unit is mapped on its own, so a longer text
+/// can be mapped in pieces.
 constexpr uint32_t kPiece = 0x7FFF;
 
-/// Maps the text and sets `length`; leaves the destination as it was when the result does not fit.
+/// Maps the text and sets `length`. When the result does not fit, the destination is unchanged.
 OrvResult Map(MapString *map, wchar_t *destination, uint32_t capacity, const wchar_t *source, uint32_t count,
               uint32_t *length)
 {
@@ -63,7 +63,7 @@ OrvResult Map(MapString *map, wchar_t *destination, uint32_t capacity, const wch
     return ORV_S_OK;
 }
 
-/// The same; leaves an empty string when the result does not fit.
+/// The same, but when the result does not fit, the destination becomes an empty string.
 OrvResult MapToArray(MapString *map, wchar_t *destination, uint32_t capacity, const wchar_t *source,
                      uint32_t count, uint32_t *length)
 {

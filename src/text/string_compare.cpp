@@ -1,8 +1,8 @@
-// Comparing, exactly and without regard to case.
+// Compares strings, exactly and ignoring case.
 //
-// Both look for the first unit that differs, a vector at a time, and then put that one unit in order. Two
-// terminated texts are compared and measured in the same pass; where only one is terminated it is measured no
-// further than decides which is longer.
+// Both comparisons look for the first unit that differs, a vector at a time, and then order the texts by that
+// unit. Two terminated texts are compared and measured in the same pass. When only one is terminated, it is
+// measured only until it is known which text is longer.
 
 #include "orv/text/string.h"
 
@@ -19,7 +19,7 @@ int OrderOfNumbers(uint32_t a, uint32_t b)
     return static_cast<int>(a > b) - static_cast<int>(a < b);
 }
 
-/// The exact comparison: the bytes in the order in which they lie in memory.
+/// The exact comparison: by the bytes, in their order in memory.
 template <typename T>
 struct Exact {
     typedef detail::AreEqual<T> Same;
@@ -34,7 +34,8 @@ struct Exact {
     }
 };
 
-/// The case-blind comparison. ASCII letters are folded here; what still differs is the platform's to map.
+/// The comparison that ignores case. ASCII letters are folded here; units that still differ are mapped by the
+/// platform.
 struct NoCase {
     struct Same {
         bool operator()(wchar_t a, wchar_t b) const { return OrvToASCIIUpper(a) == OrvToASCIIUpper(b); }
@@ -77,7 +78,7 @@ int CompareTerminated(const T *a, const T *b, uint32_t n)
     return 0;
 }
 
-/// The length of a text cut to `n`, and no more than just greater than `other` when it is to be counted.
+/// The length of a text, at most `n`. A terminated text is measured only up to one unit more than `other`.
 template <typename T>
 uint32_t ResolveCutLength(const T *text, uint32_t length, uint32_t n, uint32_t other)
 {
@@ -86,7 +87,7 @@ uint32_t ResolveCutLength(const T *text, uint32_t length, uint32_t n, uint32_t o
     return length < n ? length : n;
 }
 
-/// In line in each exported function: a call between them would cost as much as comparing short names.
+/// Inlined into each exported function, because a call would cost as much as comparing short names.
 template <typename Rule, typename T>
 __attribute__((always_inline)) inline int Compare(const T *a, const T *b, uint32_t n, uint32_t lengthA,
                                                   uint32_t lengthB)

@@ -1,5 +1,5 @@
-// Copying and appending. The terminator is written last, so that a source that overlaps the destination is
-// read before anything is written over it.
+// Copies and appends strings. The terminator is written last, so that a source that overlaps the destination
+// is read before it is overwritten.
 
 #include "orv/runtime/result.h"
 #include "orv/text/string.h"
@@ -58,7 +58,7 @@ OrvResult Append(T *destination, uint32_t capacity, const T *source, uint32_t *l
     return ORV_S_OK;
 }
 
-/// What a descriptor form answers when the result does not fit.
+/// The result of a function with a descriptor when the text does not fit.
 OrvResult RequireSize(uint64_t length, uint32_t *requiredSize)
 {
     if (requiredSize)

@@ -1,10 +1,9 @@
-// Finding a character or a substring, from either end.
+// Finds a character or a substring, from either end.
 //
-// The substring searches look at a vector of places at once: a place is worth a comparison when both the
-// needle's first and its last character match there. That leaves few places in text as people and programs
-// write it, and needs no table and no memory. Where comparisons in vain come to more than the text that was
-// passed, it repeats itself and the needle almost everywhere; what is left is then searched in a way that no
-// text can make slow.
+// The substring searches check a vector of places at once: only a place where both the first and the last
+// character of the needle match is compared in full. In ordinary text few places are left, and the check needs
+// no table and no memory. When failed comparisons cost more than the text passed so far, text and needle are
+// very repetitive; the rest is then searched by the two-way algorithm, which no text can make slow.
 
 #include "orv/text/string.h"
 
@@ -22,7 +21,7 @@ const T *FindUnit(const T *text, T unit, uint32_t length)
         return nullptr;
     if (length != OrvTerminated)
         return detail::FindFirst(text, length, detail::IsUnit<T>(unit));
-    // One pass looks for both, so that the rest of the text behind the match is not even measured.
+    // One pass looks for the unit and the terminator, so that the text after a match is not measured.
     const uint32_t at = detail::ScanTerminated(text, UINT32_MAX, detail::IsUnitOrTerminator<T>(unit));
     return detail::LoadUnit(text + at) != 0 ? text + at : nullptr;
 }
@@ -39,8 +38,8 @@ struct Needle {
     const T *units;
     uint32_t last; ///< the position of its last unit
 
-    /// How many of its units stand at a place where its first and its last one do, up to the last one. Out of
-    /// line, so that the loops over places keep the registers.
+    /// For a place where the first and the last unit match: the number of matching units from the first one on,
+    /// at most `last`. Not inlined, so that the loops over places keep the registers.
     __declspec(noinline) uint32_t CountAtCandidate(const T *at) const
     {
         return detail::FirstDifference(at, units, 1, last, detail::AreEqual<T>());
@@ -53,14 +52,16 @@ struct Needle {
     }
 };
 
-/// Bears as many units compared in vain as the needle has, and one for each place that was passed.
+/// Limits the units compared in failed comparisons to as many as the needle has, plus one for each place that
+/// was passed.
 template <typename T>
 class Patience
 {
 public:
     explicit Patience(const Needle<T> &needle) : allowance_(needle.last) {}
 
-    /// The first unit was compared with those of its vector, and costs nothing.
+    /// False when the limit is exceeded. The first unit was already compared by the vector check and is not
+    /// counted.
     bool Bears(uint32_t compared, uint32_t passed)
     {
         spent_ += compared - 1;
@@ -72,7 +73,7 @@ private:
     uint32_t spent_ = 0;
 };
 
-/// The two searches for what a needle repeats, out of line: nearly no text gets here.
+/// The searches for repetitive text, one for each direction. Not inlined, because they are rarely needed.
 template <typename T>
 __declspec(noinline) const T *FindRepetitive(const T *text, uint32_t places, const Needle<T> &needle)
 {
@@ -88,7 +89,7 @@ __declspec(noinline) const T *FindRepetitiveFromRight(const T *text, uint32_t pl
     return place < places ? text + (places - 1 - place) : nullptr;
 }
 
-/// Picks those places of a vector of them where the needle's first and last unit stand.
+/// Finds the places in a vector of places where the needle's first and last unit match.
 template <typename T>
 class Candidates
 {
@@ -101,7 +102,7 @@ public:
 
     uint32_t operator()(const T *at) const { return detail::BitsOf(Matches(at)); }
 
-    /// Whether there are any in two vectors.
+    /// Whether there is such a place in the two vectors from `at` on.
     bool InBlock(const T *at) const
     {
         return detail::BitsOf(_mm_or_si128(Matches(at), Matches(at + detail::kLanes<T>))) != 0;
@@ -118,7 +119,7 @@ private:
     detail::IsUnit<T> isLast_;
 };
 
-/// The bits of one unit in a mask of bytes.
+/// The bits of one unit in a mask with a bit for each byte.
 template <typename T>
 uint32_t LaneBits(uint32_t lane)
 {
@@ -137,7 +138,7 @@ const T *FindNeedle(const T *text, uint32_t places, const Needle<T> &needle)
     }
     const Candidates<T> candidates(needle);
     Patience<T> patience(needle);
-    const uint32_t lastStart = places - detail::kLanes<T>; // of the vector that covers what is left
+    const uint32_t lastStart = places - detail::kLanes<T>; // where the last vector starts
     for (uint32_t at = 0;; at = at + detail::kLanes<T> < lastStart ? at + detail::kLanes<T> : lastStart) {
         while (lastStart - at > 2 * detail::kLanes<T> && !candidates.InBlock(text + at))
             at += 2 * detail::kLanes<T>;

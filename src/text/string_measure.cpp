@@ -1,4 +1,4 @@
-// Measuring. Everything that takes a terminated text counts it here.
+// Measures terminated text. All functions that take a terminated text measure it here.
 
 #include "orv/text/string.h"
 #include "text/vector.h"

@@ -1,4 +1,4 @@
-// Trimming.
+// Trims white space from the left, the right or both sides of a string.
 
 #include "orv/runtime/result.h"
 #include "orv/text/character.h"
@@ -12,11 +12,11 @@ namespace
 
 enum class Sides { kLeft, kRight, kBoth };
 
-/// What is left of a text.
+/// The part of a text that is left after trimming.
 struct Kept {
     uint32_t start;
     uint32_t length;
-    uint32_t room; ///< the length that has to fit: on both sides the right one is trimmed in the destination
+    uint32_t room; ///< the length that must fit; for both sides it includes the white space on the right
 };
 
 template <typename T>

@@ -1,20 +1,20 @@
 // Conversion from one encoding to another, code point by code point.
 //
-// Most encodings have no state: a code point takes one to four units, whatever stands around it. Such an
-// encoding is a type with
+// Most encodings have no state: a code point takes one to four units, independent of the units around it. Such
+// an encoding is a type with
 //   Unit            uint8_t or wchar_t
-//   kPlainLimit     units below it are the code points of the same value, and the other way round
-//   Decode(at, c)   reads the code point at a place and gives the place behind it, or null where the units
-//                   are no text; it may look at kLongest units
-//   Encode(at, c)   writes the code point and gives the place behind it; it may write over kLongest units
-//   Length(c)       the number of units that Encode gives
-// Decode never gives a surrogate. Between two such encodings Transcode and Measure go as fast as they can: as
-// long as a block of units can be read and written on both sides nothing is checked but the text, and what is
-// plain on both sides is carried over a block at a time.
+//   kPlainLimit     a unit below it is the code point of the same value, and such a code point is that unit
+//   Decode(at, c)   reads the code point at a place and returns the place after it, or null when the units
+//                   are malformed; it may read kLongest units
+//   Encode(at, c)   writes the code point and returns the place after it; it may overwrite kLongest units
+//   Length(c)       the number of units of the encoded code point
+// Decode never gives a surrogate. Transcode and Measure convert between two such encodings as fast as possible:
+// while there is a block of units to read and room for a block to write, only the text is checked; and units
+// that are plain in both encodings are copied a block at a time.
 //
-// UTF-7 has a state, and comes as a reader and a writer. A PlainReader or PlainWriter makes the same of an
-// encoding without state, so that one loop joins any two. A writer stands on a target, an array or a mere
-// count, so what a text needs is measured by the very code that writes it.
+// UTF-7 has a state, and consists of a reader and a writer. PlainReader and PlainWriter provide the same for an
+// encoding without state, so that one loop connects any two. A writer writes to a target, which is an array or
+// only a count: so the same code that writes a text also measures it.
 
 #pragma once
 
@@ -24,12 +24,12 @@
 namespace detail
 {
 
-constexpr uint32_t kBlockUnits = 8; ///< what is carried over at once
+constexpr uint32_t kBlockUnits = 8; ///< the units copied at once
 
 constexpr uint32_t kFirstSupplementary = 0x10000;
 constexpr uint32_t kLastCodePoint = 0x10FFFF;
 
-/// Of either half.
+/// Whether the unit is either half of a surrogate pair.
 constexpr bool IsSurrogate(uint32_t unit)
 {
     return (unit & 0xFFFFF800) == 0xD800;
@@ -50,7 +50,7 @@ constexpr uint32_t CombineSurrogates(uint32_t high, uint32_t low)
     return kFirstSupplementary + ((high & 0x3FF) << 10 | (low & 0x3FF));
 }
 
-/// Also where half of the address space lies between two pointers.
+/// The number of units between two pointers, also when they are more than half of the address space apart.
 template <typename T>
 uint32_t UnitsBetween(const T *first, const T *last)
 {
@@ -60,7 +60,7 @@ uint32_t UnitsBetween(const T *first, const T *last)
 template <typename From, typename To>
 constexpr uint32_t kCommonLimit = From::kPlainLimit < To::kPlainLimit ? From::kPlainLimit : To::kPlainLimit;
 
-/// Decodes near the end of a text, as if zeros stood behind it: those complete nothing.
+/// Decodes near the end of a text as if zeros followed it; a zero never completes a code point.
 template <typename From>
 __declspec(noinline) const
     typename From::Unit *DecodeLast(const typename From::Unit *at, uint32_t left, uint32_t &codePoint)
@@ -79,7 +79,7 @@ __forceinline const typename From::Unit *DecodeWithin(const typename From::Unit 
     const uint32_t left = UnitsBetween(at, end);
     if (left >= From::kLongest)
         return From::Decode(at, codePoint);
-    uint32_t last = 0; // apart, so that the code point itself can stay in a register
+    uint32_t last = 0; // a separate variable, so that `codePoint` can stay in a register
     at = DecodeLast<From>(at, left, last);
     codePoint = last;
     return at;
@@ -108,7 +108,7 @@ __forceinline typename To::Unit *EncodeWithin(typename To::Unit *at, const typen
     return room >= To::kLongest ? To::Encode(at, codePoint) : EncodeLast<To>(at, room, codePoint);
 }
 
-/// Carries over what is plain at a place where both sides have a block, and gives its length.
+/// Copies the plain units at a place where a block can be read and written. Returns their number.
 template <uint32_t kLimit, typename From, typename To>
 uint32_t CopyPlain(const From *from, uint32_t left, To *to, uint32_t room)
 {
@@ -120,8 +120,8 @@ uint32_t CopyPlain(const From *from, uint32_t left, To *to, uint32_t room)
     return kBlockUnits + CopyBlocks<kLimit>(from + kBlockUnits, to + kBlockUnits, count);
 }
 
-/// A faster way over a run of what is not plain, for pairs of encodings that have one: it moves both places
-/// and is true when it got anywhere.
+/// A faster conversion of a run of units that are not plain, for pairs of encodings that have one. It advances
+/// both pointers, and returns true when it has converted any unit.
 template <typename From, typename To>
 struct RunEncoder {
     static bool Encode(const typename From::Unit *&, const typename From::Unit *, typename To::Unit *&,
@@ -148,7 +148,7 @@ OrvResult Transcode(const uint8_t *source, uint32_t size, uint8_t *target, uint3
         if (codePoint < kLimit) {
             const uint32_t left = UnitsBetween(from, fromEnd);
             const uint32_t places = UnitsBetween<ToUnit>(to, toEnd);
-            // A single one, as the space between words, is not worth a block.
+            // For a single plain unit, such as a space between words, a block does not pay.
             if (left >= kBlockUnits && places >= kBlockUnits && LoadUnit(from + 1) < kLimit) {
                 const uint32_t length = CopyPlain<kLimit>(from, left, to, places);
                 from += length;
@@ -205,7 +205,7 @@ OrvResult Measure(const uint8_t *source, uint32_t size, uint64_t &converted)
 
 // The loop for readers and writers.
 
-/// A target that is written.
+/// A target that is written: an array.
 template <typename T>
 class TargetArray
 {
@@ -224,7 +224,7 @@ public:
         return true;
     }
 
-    /// In bytes.
+    /// The size of the written units, in bytes.
     uint64_t Size() const { return UnitsBetween(first_, next_) * sizeof(T); }
 
 private:
@@ -233,7 +233,7 @@ private:
     T *end_;
 };
 
-/// A target that is only measured, and never full.
+/// A target that only counts, and is never full.
 template <typename T>
 class TargetCount
 {
@@ -300,7 +300,7 @@ struct PlainWriter {
             return true;
         }
 
-        /// Writes what is still to be written; false when the target is full.
+        /// Writes any pending output; there is none here. False when the target is full.
         bool Finish() { return true; }
 
         uint64_t Size() const { return target_.Size(); }

@@ -1,12 +1,13 @@
-// Substring search whose time grows with the sum of both lengths, whatever they hold, and that needs no
-// memory: the two-way algorithm of Crochemore and Perrin (1991).
+// Substring search whose time is linear in the sum of both lengths, for any content, and that needs no memory:
+// the two-way algorithm of Crochemore and Perrin (1991).
 //
-// The needle is cut in two where the part behind the cut is the greatest of its suffixes. That part is
-// compared forwards, and a difference there moves the needle on by as much as was compared; only then is the
-// part before the cut compared, and a difference there moves the needle on by its period, of which what
-// overlaps need not be compared again.
+// The needle is cut into two parts, so that the second part is its greatest suffix. The second part is compared
+// first, forwards. A difference in it moves the needle on by the number of units compared. If there is none, the
+// first part is compared, backwards. A difference in it moves the needle on by its period; if the needle is
+// periodic, the overlap with the previous place is known to match and is not compared again.
 //
-// It serves both directions: read from its end, a text is another text whose first match is the last one.
+// It serves both directions: a text read from its end is another text, whose first match is the last match of
+// the original.
 
 #pragma once
 
@@ -15,7 +16,7 @@
 namespace detail
 {
 
-/// A text as it is read from one of its ends.
+/// A text that is read from one of its ends.
 template <typename T>
 struct DirectedText {
     const T *first;
@@ -24,19 +25,19 @@ struct DirectedText {
     T operator[](uint32_t at) const { return LoadUnit(first + static_cast<ptrdiff_t>(at) * step); }
 };
 
-/// Where a needle is cut.
+/// The place where a needle is cut.
 struct NeedleCut {
     uint32_t position;
-    uint32_t period; ///< of what stands behind the cut
+    uint32_t period; ///< of the part after the cut
 };
 
-/// The needle's greatest suffix, under one order of units or the other one.
+/// The needle's greatest suffix, under the order of the units or the reversed order.
 template <typename T>
 NeedleCut GreatestSuffix(const DirectedText<T> &needle, uint32_t length, bool isReversed)
 {
     NeedleCut greatest = {0, 1};
     uint32_t candidate = 1;
-    uint32_t same = 0; // units of the candidate that are those of the greatest so far
+    uint32_t same = 0; // how many units of the candidate equal those of the greatest suffix so far
     while (candidate + same < length) {
         const T ours = needle[candidate + same];
         const T best = needle[greatest.position + same];
@@ -59,7 +60,7 @@ NeedleCut GreatestSuffix(const DirectedText<T> &needle, uint32_t length, bool is
     return greatest;
 }
 
-/// The first of `places` at which the needle, of at least one unit, stands in the text; or `places`.
+/// The first of `places` at which the needle matches the text, or `places`. The needle has at least one unit.
 template <typename T>
 uint32_t TwoWaySearch(const DirectedText<T> &text, uint32_t places, const DirectedText<T> &needle,
                       uint32_t length)
@@ -73,10 +74,10 @@ uint32_t TwoWaySearch(const DirectedText<T> &text, uint32_t places, const Direct
     while (repeated < cut && needle[repeated] == needle[period + repeated])
         repeated++;
     const bool isPeriodic = repeated == cut;
-    if (!isPeriodic) // any period of the whole needle is longer than either part
+    if (!isPeriodic) // then any period of the whole needle is longer than both parts
         period = (cut > length - cut ? cut : length - cut) + 1;
 
-    uint32_t known = 0; // units at the needle's start that are known to stand at this place
+    uint32_t known = 0; // units at the needle's start that are known to match at this place
     for (uint32_t place = 0; place < places;) {
         uint32_t at = known > cut ? known : cut;
         while (at < length && needle[at] == text[place + at])

@@ -1,8 +1,8 @@
-// Runs of units that mean the same in two encodings, so that they are carried over a vector at a time: ASCII
-// among UTF-8, Latin-1 and UTF-16, and bytes of Latin-1 to and from UTF-16.
+// Counts and copies runs of units that mean the same in two encodings, a vector at a time: ASCII between UTF-8,
+// Latin-1 and UTF-16, and all of Latin-1 to and from UTF-16.
 //
 // A run ends at the first unit that is not below the limit, 0x80 or 0x100. Units are uint8_t or wchar_t, at
-// any address. A function that takes a count reads and writes no unit behind it.
+// any address. A function that takes a count reads and writes no unit beyond it.
 
 #pragma once
 
@@ -26,7 +26,7 @@ uint32_t CountRun(const Source *source, uint32_t count)
 
 } // namespace plain
 
-/// Some units of a text in one or two vectors.
+/// A block of 8 or 16 units of a text, held in one or two vectors.
 template <typename T, uint32_t kUnits>
 struct UnitBlock;
 
@@ -67,7 +67,7 @@ struct UnitBlock<uint8_t, 16> {
     }
 };
 
-/// All bits of the units that are below the limit.
+/// A mask with all bits set of the units that are below the limit.
 template <uint32_t kLimit>
 __m128i UnitsBelow(__m128i units)
 {
@@ -109,7 +109,7 @@ struct UnitBlock<wchar_t, 16> {
     void Store(uint8_t *target) const { StoreVector(target, _mm_packus_epi16(first, last)); }
 };
 
-/// Copies whole blocks of a run, as many as there are in `count` units; gives the number of units.
+/// Copies the whole blocks of a run within `count` units. Returns the number of units copied.
 template <uint32_t kLimit, typename Source, typename Target>
 __declspec(noinline) uint32_t CopyBlocks(const Source *source, Target *target, uint32_t count)
 {

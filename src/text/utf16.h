@@ -1,4 +1,4 @@
-// UTF-16, little-endian, at any address. A surrogate without its other half is no text.
+// UTF-16, little-endian, at any address. A surrogate without its other half is malformed.
 
 #pragma once
 
@@ -7,7 +7,7 @@
 namespace detail
 {
 
-/// Two units in one number, the low half first.
+/// The surrogate pair of a code point: the first unit is in the lower 16 bits, the second one in the upper.
 constexpr uint32_t SurrogatePair(uint32_t codePoint)
 {
     const uint32_t offset = codePoint - kFirstSupplementary;

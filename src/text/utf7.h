@@ -1,12 +1,14 @@
-// UTF-7 (RFC 2152): ASCII in which a plus sign opens a shift, 16-bit units in base64 up to the first
-// character that is none.
+// UTF-7 (RFC 2152): ASCII text in which a plus sign opens a shift: 16-bit units in base64, up to the first
+// character that is not base64.
 //
-// The writer takes little for direct: letters, digits, white space and the marks ' ( ) , - . / : ? stand as
-// they are; "+" is written as "+-"; everything else goes into a shift, and every shift is closed by a minus
-// sign. The reader takes what the standard lets a reader take: any ASCII character outside a shift, but "+"
-// only before a minus sign; any code point inside; a shift that ends at any other character or with the text.
-// Malformed is a byte above 127, a shift that opens onto neither base64 nor a minus sign, one whose last unit
-// is cut short or padded with other bits than zeros, and a surrogate without its other half.
+// The writer writes few characters directly: letters, digits, white space and the marks ' ( ) , - . / : ? The
+// plus sign is written as "+-". All other characters are written in a shift, and every shift is closed by a
+// minus sign.
+//
+// The reader accepts all that the standard allows: outside a shift any ASCII character, but "+" only before a
+// minus sign; inside a shift any code point; a shift ends at any character that is not base64 or at the end of
+// the text. Malformed are: a byte above 127; a plus sign followed neither by base64 nor by a minus sign; a shift
+// whose last unit is incomplete or padded with bits other than zeros; a surrogate without its other half.
 
 #pragma once
 
@@ -30,7 +32,7 @@ struct Utf7Alphabet {
         AddRange('0', 10, 52);
         Add('+', 62);
         Add('/', 63);
-        for (const char c : "\t\n\r '(),-.:?") // and its terminator
+        for (const char c : "\t\n\r '(),-.:?") // the terminator is included
             direct[static_cast<uint8_t>(c)] = true;
     }
 
@@ -45,7 +47,7 @@ private:
     {
         digits[value] = digit;
         values[static_cast<uint8_t>(digit)] = static_cast<int8_t>(value);
-        direct[static_cast<uint8_t>(digit)] = true; // every digit is a direct character too
+        direct[static_cast<uint8_t>(digit)] = true; // every base64 digit is also a direct character
     }
 };
 
@@ -109,7 +111,7 @@ private:
         return inShift_;
     }
 
-    /// Whether the digit completes a unit.
+    /// Adds a digit. Returns whether it completes a unit.
     bool TakeDigit(uint32_t value, uint32_t &unit)
     {
         bits_ = bits_ << 6 | value;
@@ -122,7 +124,7 @@ private:
         return true;
     }
 
-    /// Whether what is left is padding: less than a digit, and zeros.
+    /// Ends the shift. Returns whether the bits left are only padding: fewer than a digit, all zeros.
     bool CloseShift()
     {
         const bool padding = bitCount_ < 6 && bits_ == 0;
@@ -135,7 +137,7 @@ private:
     const uint8_t *next_;
     const uint8_t *end_;
     bool inShift_ = false;
-    uint32_t bits_ = 0; ///< of the unit in the making, `bitCount_` of them
+    uint32_t bits_ = 0; ///< the first `bitCount_` bits of the next unit
     uint32_t bitCount_ = 0;
 };
 
@@ -159,7 +161,7 @@ struct Utf7Writer {
             return PutUnit(pair & 0xFFFF) && PutUnit(pair >> 16);
         }
 
-        /// Closes the shift that is open.
+        /// Closes an open shift.
         bool Finish()
         {
             if (!inShift_)
@@ -192,7 +194,7 @@ struct Utf7Writer {
 
         TargetOf<uint8_t> target_;
         bool inShift_ = false;
-        uint32_t bits_ = 0; ///< the lowest `bitCount_` of them are still to be written
+        uint32_t bits_ = 0; ///< the lowest `bitCount_` bits are still to be written
         uint32_t bitCount_ = 0;
     };
 };

@@ -1,5 +1,5 @@
-// UTF-8 (RFC 3629). Only the shortest form of a code point is text, surrogates and values above U+10FFFF are
-// not: what is read can always be written again, byte for byte.
+// UTF-8 (RFC 3629). Only the shortest form of a code point is accepted; surrogates and values above U+10FFFF are
+// malformed. So text that was read can always be written again, byte for byte.
 
 #pragma once
 
@@ -16,12 +16,12 @@ struct Utf8 {
     static __forceinline const uint8_t *Decode(const uint8_t *at, uint32_t &codePoint)
     {
         const uint32_t lead = at[0];
-        const uint32_t second = at[1] ^ 0x80u; // a continuation byte is its six bits now, any other more
+        const uint32_t second = at[1] ^ 0x80u; // below 0x40 for a continuation byte only: its six bits
         if (lead < 0xE0) {
             codePoint = lead < 0x80 ? lead : (lead & 0x1F) << 6 | second;
             if (lead < 0x80)
                 return at + 1;
-            // A continuation byte, or the lead of an overlong form, leads nothing.
+            // A lead below 0xC2 is a continuation byte or starts an overlong form: malformed.
             return lead >= 0xC2 && second < 0x40 ? at + 2 : nullptr;
         }
         const uint32_t third = at[2] ^ 0x80u;
@@ -39,7 +39,7 @@ struct Utf8 {
 
     static __forceinline uint8_t *Encode(uint8_t *at, uint32_t codePoint)
     {
-        // Six bits of the code point, where the byte that carries them stands.
+        // Six bits of the code point from bit `from` on, shifted to the place of their byte.
         const auto bits = [codePoint](uint32_t from, uint32_t byte) {
             return (codePoint >> from & 0x3F) << 8 * byte;
         };

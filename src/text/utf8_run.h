@@ -1,5 +1,5 @@
-// Runs of UTF-16 beyond ASCII to UTF-8, where a word or more needs no decision: units below 0x800 eight at a
-// time, and others of one unit without a look at either end for each of them.
+// Converts runs of UTF-16 beyond ASCII to UTF-8 without a decision for each unit: units below 0x800 eight at a
+// time; other code points of one unit without checking for the end of text or room each time.
 
 #pragma once
 
@@ -12,7 +12,8 @@ namespace detail
 namespace plain
 {
 
-/// Two bytes for each unit of a run from 0x80 to 0x7FF, of eight at most; gives the length of the run.
+/// Writes two bytes for each unit of a run of at most eight units from 0x80 to 0x7FF. Returns the length of the
+/// run.
 inline uint32_t EncodeTwoByteUnits(const wchar_t *from, uint8_t *to)
 {
     uint32_t at = 0;
@@ -28,7 +29,7 @@ inline uint32_t EncodeTwoByteUnits(const wchar_t *from, uint8_t *to)
 
 } // namespace plain
 
-/// The same at once. All eight units are read and sixteen bytes written.
+/// The same with vectors. It always reads eight units and writes sixteen bytes.
 inline uint32_t EncodeTwoByteUnits(const wchar_t *from, uint8_t *to)
 {
     const __m128i units = LoadVector(from);
@@ -36,7 +37,7 @@ inline uint32_t EncodeTwoByteUnits(const wchar_t *from, uint8_t *to)
     const __m128i continuation = _mm_slli_epi16(_mm_and_si128(units, _mm_set1_epi16(0x3F)), 8);
     StoreVector(to,
                 _mm_or_si128(_mm_or_si128(lead, continuation), _mm_set1_epi16(static_cast<short>(0x80C0))));
-    // In the run exactly when the unit less 0x80 is at most 0x77F, unsigned.
+    // A unit is in the run exactly if the unit minus 0x80, unsigned, is at most 0x77F.
     const __m128i offset = _mm_sub_epi16(units, _mm_set1_epi16(0x80));
     const __m128i within =
         _mm_cmpeq_epi16(_mm_subs_epu16(offset, _mm_set1_epi16(0x77F)), _mm_setzero_si128());
@@ -54,7 +55,7 @@ struct RunEncoder<Utf16, Utf8> {
             const uint32_t unit = LoadUnit(from);
             if (unit < 0x80 || IsSurrogate(unit))
                 break;
-            // A single one, as an accented letter within a word, is not worth a block.
+            // For a single such unit, like an accented letter within a word, a block does not pay.
             if (unit < 0x800 && count >= kBlockUnits && LoadUnit(from + 1) >= 0x80) {
                 const uint32_t run = EncodeTwoByteUnits(from, to);
                 from += run;

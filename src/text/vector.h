@@ -1,17 +1,17 @@
 // A vector at a time: the inner loops of measuring, finding, comparing and moving text.
 //
-// SSE2 is always there: the library is compiled for it. A loop must stay correct when the text ends just
-// before a page that cannot be read, so it matters which vectors it loads:
-//   counted text      only vectors that lie inside the count; what is left of a vector at the end is
-//                     covered by one that overlaps the one before, or unit by unit;
-//   terminated text   vectors that lie in one page with a unit that is known to belong to the text: aligned
-//                     ones, or others after a look at the address.
-// Text may stand at any address, UTF-16 text at an odd one too, so single units are loaded and stored through
-// LoadUnit and StoreUnit. Each loop has its twin in `plain`, which does the same unit by unit; it serves text
-// that is too short or too oddly placed, and the tests hold both to the same answers.
+// SSE2 is always available: the library is compiled for it. The text may end just before a page that cannot be
+// read, so a loop may load only these vectors:
+//   counted text      vectors that are completely inside the count; the rest at the end, shorter than a vector,
+//                     is covered by a vector that overlaps the previous one, or unit by unit;
+//   terminated text   vectors that are in the same page as a unit known to belong to the text: aligned vectors,
+//                     or others after a check of the address.
+// Text may be at any address, UTF-16 text also at an odd one, so single units are loaded and stored with
+// LoadUnit and StoreUnit. Each loop has a twin in `plain`, which does the same unit by unit. It is used for text
+// that is too short or not aligned to its units, and the tests check that both give the same results.
 //
-// Matches are called with a unit or with a vector of them; for a vector they set all bits of a unit that
-// matches. Positions and counts are in units of the text.
+// A match is a function object that is called with a unit or with a vector of units; for a vector it sets all
+// bits of each unit that matches. Positions and counts are in units of the text.
 
 #pragma once
 
@@ -56,7 +56,7 @@ inline void StoreVector(void *at, __m128i vector)
     _mm_storeu_si128(static_cast<__m128i *>(at), vector);
 }
 
-// The two loads that may take in bytes beside the text. The address sanitizer would object to those.
+// The two loads that may read bytes outside the text. The address sanitizer would report them.
 
 __attribute__((no_sanitize("address"))) inline __m128i LoadAlignedVector(uintptr_t at)
 {
@@ -68,7 +68,7 @@ __attribute__((no_sanitize("address"))) inline __m128i LoadVectorInPage(const vo
     return _mm_loadu_si128(static_cast<const __m128i *>(at));
 }
 
-/// Whether the vector at an address lies in one page.
+/// Whether the vector at an address is within one page.
 inline bool StaysInPage(const void *at)
 {
     return reinterpret_cast<uintptr_t>(at) % kPageSize <= kPageSize - kVectorSize;
@@ -92,7 +92,7 @@ uint32_t LastLane(uint32_t bits)
     return (31 - static_cast<uint32_t>(__builtin_clz(bits))) / sizeof(T);
 }
 
-// What differs between the two widths.
+// The operations that differ between the two character types.
 
 inline __m128i Splat(char unit)
 {
@@ -114,7 +114,8 @@ __m128i EqualUnits(__m128i a, __m128i b)
 template <typename T>
 __m128i ChangeAsciiCase(__m128i units, T first)
 {
-    // Moved so that the letters are the lowest signed numbers, one comparison separates them from the rest.
+    // The values are shifted so that the letters become the lowest signed numbers: then one comparison separates
+    // them from all others.
     constexpr auto kLowest = static_cast<T>(sizeof(T) == 1 ? 0x80 : 0x8000);
     const __m128i distance = Splat(static_cast<T>(kLowest - first));
     const __m128i behind = Splat(static_cast<T>(kLowest + 26));
@@ -203,8 +204,8 @@ uint32_t FirstDifference(const T *a, const T *b, uint32_t at, uint32_t end, cons
 
 } // namespace plain
 
-/// The first match of a terminated text, or `limit` when there is none before it. The match must include the
-/// terminator unless the limit is the text's own length.
+/// The position of the first match in a terminated text, or `limit` when there is none before it. The terminator
+/// must match too, unless the limit is the length of the text.
 template <typename T, typename Match>
 uint32_t ScanTerminated(const T *text, uint32_t limit, const Match &match)
 {
@@ -237,7 +238,7 @@ uint32_t ScanTerminated(const T *text, uint32_t limit, const Match &match)
     return found < limit ? found : limit;
 }
 
-/// Whether four vectors of counted text hold no match.
+/// Whether four vectors of counted text contain no match.
 template <typename T, typename Match>
 bool NoneInBlock(const T *text, const Match &match)
 {
@@ -283,7 +284,7 @@ const T *FindLast(const T *text, uint32_t count, const Match &match)
     return bits ? text + LastLane<T>(bits) : nullptr;
 }
 
-/// The first position from `at` on at which two counted texts are not the same, or `end`.
+/// The first position from `at` on at which two counted texts differ, or `end`.
 template <typename T, typename Same>
 uint32_t FirstDifference(const T *a, const T *b, uint32_t at, uint32_t end, const Same &same)
 {
@@ -312,8 +313,7 @@ uint32_t FirstDifference(const T *a, const T *b, uint32_t at, uint32_t end, cons
     return plain::FirstDifference(a, b, at, end, same);
 }
 
-/// The first position from `at` on at which two terminated texts are not the same or both end; or `limit`
-/// when that comes first.
+/// The first position from `at` on at which two terminated texts differ or both end, but at most `limit`.
 template <typename T, typename Same>
 uint32_t FirstDifferenceTerminated(const T *a, const T *b, uint32_t at, uint32_t limit, const Same &same)
 {
@@ -321,7 +321,7 @@ uint32_t FirstDifferenceTerminated(const T *a, const T *b, uint32_t at, uint32_t
         if (StaysInPage(a + at) && StaysInPage(b + at)) {
             const __m128i units = LoadVectorInPage(a + at);
             const __m128i equal = same(units, LoadVectorInPage(b + at));
-            // Nothing is left of a unit that differs, nor of a terminator.
+            // The conjunction is zero for a unit that differs and for a terminator.
             if (const uint32_t bits = BitsOf(IsTerminator<T>()(_mm_and_si128(units, equal)))) {
                 const uint32_t found = at + FirstLane<T>(bits);
                 return found < limit ? found : limit;
@@ -337,8 +337,8 @@ uint32_t FirstDifferenceTerminated(const T *a, const T *b, uint32_t at, uint32_t
     return limit;
 }
 
-/// More than two vectors, at whatever distance from each other. Out of line, because beside it a call is
-/// cheap.
+/// Moves more than two vectors of bytes; source and destination may overlap. Not inlined, because for so many
+/// bytes a call is cheap.
 __attribute__((noinline)) inline void MoveLong(uint8_t *to, const uint8_t *from, size_t size)
 {
     constexpr size_t kBlock = 4 * kVectorSize;
@@ -349,8 +349,8 @@ __attribute__((noinline)) inline void MoveLong(uint8_t *to, const uint8_t *from,
         for (size_t i = 0; i < 4; i++)
             StoreVector(to + at + i * kVectorSize, units[i]);
     };
-    // Upwards, unless the place to write begins inside the source. The vector at the far end overlaps the one
-    // before it; it is loaded first, before anything is stored over it.
+    // Upwards, unless the destination begins inside the source. The vector at the far end overlaps the previous
+    // one; it is loaded first, before it can be overwritten.
     if (reinterpret_cast<uintptr_t>(to) - reinterpret_cast<uintptr_t>(from) >= size) {
         const __m128i last = LoadVector(from + size - kVectorSize);
         size_t at = 0;
@@ -370,8 +370,8 @@ __attribute__((noinline)) inline void MoveLong(uint8_t *to, const uint8_t *from,
     }
 }
 
-/// Copies `size` bytes; the two places may overlap, and be null when there is nothing to copy. Everything is
-/// loaded before anything is stored, in pieces that overlap, so that a short text takes no loop.
+/// Copies `size` bytes. The two places may overlap; they may be null when the size is 0. A short text needs no
+/// loop: two pieces that may overlap cover it, and both are loaded before one is stored.
 inline void MoveBytes(void *destination, const void *source, size_t size)
 {
     auto *const to = static_cast<uint8_t *>(destination);

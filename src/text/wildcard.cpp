@@ -1,11 +1,10 @@
-// Matching of names against patterns.
+// Matches names against patterns with the wildcards * and ?.
 //
-// When a path fails, only the star that was met last has to swallow one more character: what stands between
-// two stars has no star itself, so if the later star was reached at all, it was reached at the earliest place
-// of the name at which that could be. Whatever the earlier star would do differently, the later one would be
-// reached at the same place or further on, and since it may swallow any run, it would find there no match
-// that it does not find from here. So one retry point is enough, and each of the name's characters is tried
-// against each of the pattern's at most once for the last star in force.
+// After a mismatch only the last star is extended by one more character; earlier stars need no retry. The part
+// between two stars contains no star, so the last star was reached at the earliest possible place of the name.
+// If an earlier star took more characters, the last star would be reached at the same place or later; and since
+// it can take any run of characters, every match found from there is also found from here. So one retry point is
+// enough. For each last star, a character of the name is compared at most once with a character of the pattern.
 
 #include "orv/text/wildcard.h"
 
@@ -55,8 +54,8 @@ bool Matches(const Text &pattern, const Text &name, const Same &same)
     constexpr uint32_t kNone = UINT32_MAX;
     uint32_t atPattern = 0;
     uint32_t atName = 0;
-    uint32_t behindStar = kNone; // in the pattern
-    uint32_t retry = 0;          // in the name: where what stands behind the star is tried next
+    uint32_t behindStar = kNone; // the place in the pattern after the last star
+    uint32_t retry = 0;          // the place in the name where the pattern after that star is tried next
     while (atName < name.Length()) {
         const bool isAtEnd = atPattern == pattern.Length();
         const wchar_t wanted = isAtEnd ? wchar_t{0} : pattern[atPattern];
