@@ -1,7 +1,7 @@
-# Front door. Every target sets up what it needs; nothing here is clever, the work is in CMake and in tools/.
+# The commands for users and developers. Every target sets up what it needs; CMake and the scripts in tools/ do the work.
 
 .DEFAULT_GOAL := build
-# Which NT interface programs run on: wine10, or wine8, which reports Windows 7.
+# The NT interface that programs run on: wine10, or wine8, which reports Windows 7.
 export ORV_PLATFORM := $(or $(PLATFORM),wine10)
 .PHONY: build platform demo test lint audit bench fuzz coverage docs install package reference clean help
 
@@ -26,7 +26,7 @@ build:
 demo: platform build
 	@tools/demo.sh
 
-# Asked for first where it is needed, so that a missing Wine is known before anything is built.
+# The first prerequisite of targets that run programs, so that a missing Wine is reported before anything is built.
 platform:
 	@tools/setup.sh
 	@tools/get_wine.sh >/dev/null
@@ -58,7 +58,7 @@ coverage:
 docs:
 	@tools/docs.sh
 
-# CMake puts DESTDIR in front of the prefix by itself.
+# CMake itself puts DESTDIR before the prefix.
 install: export DESTDIR := $(DESTDIR)
 install: export ORV_PREFIX := $(or $(PREFIX),/usr/local/orvsys)
 install: build

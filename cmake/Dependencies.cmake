@@ -1,10 +1,9 @@
 # The C libraries inside orvsys.dll: zlib, libbzip2 and expat, from the distribution's source packages, which the
-# set-up puts into the cache folder (dependencies.txt says which). They are built with our flags against the few C
-# headers of src/crt/include, and only the units that use them see them. The host build has them too, against the host's
-# own C headers.
+# set-up puts into the cache folder (dependencies.txt names them). They are built with our flags and with the few C headers
+# of src/crt/include, and only the units that use them see them. The host build has them too, with the host's own C headers.
 #
-# orv_dependencies is what those units link. Of orv_zlib, orv_bzip2 and orv_expat the property ORV_FOLDER is
-# where the sources are, ORV_VERSION and ORV_PACKAGE are what its sources and the distribution call the version that is built.
+# Those units link orv_dependencies. orv_zlib, orv_bzip2 and orv_expat have these properties: ORV_FOLDER, the folder of the
+# sources; ORV_VERSION, the version as the sources name it; ORV_PACKAGE, the same as the distribution names it.
 
 set(ORV_SOURCES "" CACHE PATH "A folder with the sources in zlib, bzip2 and expat, instead of those that are fetched")
 if(ORV_SOURCES)
@@ -25,7 +24,7 @@ endif()
 set_property(DIRECTORY ${PROJECT_SOURCE_DIR} APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS
   ${PROJECT_SOURCE_DIR}/cmake/dependencies.txt)
 
-# By way of the build folder they have the same names wherever they are. Windows lets few users make such a link.
+# A link in the build folder gives the sources the same names wherever they are. Windows lets few users make such a link.
 if(NOT CMAKE_HOST_WIN32)
   file(CREATE_LINK ${sources} ${PROJECT_BINARY_DIR}/sources SYMBOLIC)
   set(sources ${PROJECT_BINARY_DIR}/sources)
@@ -38,7 +37,7 @@ add_library(orv_zlib STATIC
 # Without the convenience functions that allocate by themselves or open files.
 target_compile_definitions(orv_zlib PUBLIC Z_SOLO)
 
-# Two tables of bzip2 lack a const, without which whoever can write could change what is constant.
+# Two tables of bzip2 lack a const. Without it they would be in writable memory.
 set(bzip2 ${PROJECT_BINARY_DIR}/bzip2)
 set(files blocksort.c bzlib.c bzlib.h bzlib_private.h compress.c crctable.c decompress.c huffman.c randtable.c)
 foreach(file ${files})
@@ -50,14 +49,14 @@ list(TRANSFORM files PREPEND ${bzip2}/)
 add_library(orv_bzip2 STATIC ${files})
 target_compile_definitions(orv_bzip2 PUBLIC BZ_NO_STDIO)
 
-# It knows nothing of namespaces, which the reader leaves to its caller. To itself its characters are 16-bit numbers,
-# because the host's functions take wchar_t for a wider one, and the DLL has none of them.
+# Built without namespaces, which the reader leaves to its caller. Inside expat characters are 16-bit numbers: on the
+# host wchar_t is wider, and the DLL has no wchar_t functions.
 set(expat ${sources}/expat/expat/lib)
 add_library(orv_expat STATIC
   ${expat}/random_arc4random_buf.c ${expat}/xmlparse.c ${expat}/xmlrole.c ${expat}/xmltok.c)
 set(definitions XML_CONTEXT_BYTES=1024 XML_DTD XML_GE=1 XML_LARGE_SIZE XML_STATIC HAVE_ARC4RANDOM_BUF)
 target_compile_definitions(orv_expat PUBLIC ${definitions} XML_UNICODE INTERFACE XML_UNICODE_WCHAR_T)
-set_target_properties(orv_expat PROPERTIES ORV_COMMON_DEFINITIONS "${definitions}") # whatever its characters are
+set_target_properties(orv_expat PROPERTIES ORV_COMMON_DEFINITIONS "${definitions}") # for characters of any width
 
 # Those that are no slower as small code.
 set(small_files blocksort.c bzlib.c compress.c decompress.c huffman.c deflate.c trees.c xmlrole.c)
@@ -74,7 +73,7 @@ foreach(library zlib bzip2 expat)
     get_target_property(files orv_${library} SOURCES)
     foreach(file ${files})
       get_filename_component(name ${file} NAME)
-      set(options /clang:-falign-functions=32 /clang:-falign-loops=32) # loops run alike wherever the linker puts them
+      set(options /clang:-falign-functions=32 /clang:-falign-loops=32) # aligned loops run at the same speed at any address
       if(name IN_LIST small_files AND CMAKE_BUILD_TYPE STREQUAL Release)
         set(options /O1)
       elseif(name STREQUAL xmlparse.c)
@@ -83,13 +82,13 @@ foreach(library zlib bzip2 expat)
       set_source_files_properties(${file} PROPERTIES COMPILE_OPTIONS "${options}")
     endforeach()
   else()
-    # Ours stand behind the host's, where expat's configuration alone is missing.
+    # Our headers are searched after the host's, which lack only expat's configuration.
     target_compile_options(orv_${library} PRIVATE -w -idirafter ${PROJECT_SOURCE_DIR}/src/crt/include)
   endif()
 endforeach()
 
-# orv_find_version(library header expression): the groups of its first match in that header of its sources are the
-# parts of its version.
+# orv_find_version(library header expression): the groups of the expression's first match in that header of the library are
+# the parts of the version.
 function(orv_find_version library header expression)
   file(READ ${sources}/${library}/${header} text)
   if(NOT text MATCHES "${expression}")

@@ -1,6 +1,6 @@
-# orv_fetch_sources(folder dependencies.txt): puts the sources of the libraries that the file names into subfolders, by
-# CMake alone: the archives as their authors published them, which the file has the digests of, without the
-# distribution's patches. ORV_DEBIAN_MIRROR is where they come from.
+# orv_fetch_sources(folder dependencies.txt): puts the sources of the libraries that the file names into subfolders, with
+# CMake alone. It fetches the archives from ORV_DEBIAN_MIRROR as their authors published them, without the distribution's
+# patches, and verifies them by the digests in the file.
 set(ORV_DEBIAN_MIRROR "" CACHE STRING "The address of a mirror of Debian, from which the sources are fetched")
 
 function(orv_fetch_sources folder dependencies)

@@ -1,20 +1,20 @@
 # The computations, built for this host as 32-bit code with 16-bit characters, under the address and
-# undefined-behaviour sanitizers, against a stand-in for the few functions of ntdll.dll that they call; or, with
-# ORV_COVERAGE, counting which lines are reached. The C libraries inside are clean of both sanitizers, too.
+# undefined-behaviour sanitizers; with ORV_COVERAGE, built to count which lines are reached instead. tests/host replaces the
+# few functions of ntdll.dll that they call. The C libraries inside pass both sanitizers, too.
 
 if(ORV_COVERAGE)
   set(instrumentation -fprofile-instr-generate -fcoverage-mapping)
 else()
-  # C calls back C++ functions whose characters have another name there, so types of functions are not compared.
+  # Types of functions are not compared: C calls back C++ functions, and the two name the character type differently.
   set(instrumentation -fsanitize=address,undefined -fno-sanitize=function -fno-sanitize-recover=all)
-  # The same objects serve the tests, which they slow down little, and the fuzz targets.
+  # The tests and the fuzz targets share these objects; the instrumentation slows the tests down only a little.
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 add_compile_options(-m32 -msse2 -fshort-wchar -fms-extensions -fno-exceptions -fno-rtti -Wall -Wextra -Werror
   -Wno-ignored-attributes -Wno-unused-private-field ${instrumentation})
 add_link_options(-m32 ${instrumentation})
 add_compile_definitions(ORV_HOST ORV_STATIC)
-# tests/host stands first: its nt/teb.h takes the place of the real one.
+# tests/host comes first: its nt/teb.h replaces the real one.
 include_directories(${PROJECT_SOURCE_DIR}/tests/host ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include
   ${PROJECT_SOURCE_DIR}/tests)
 

@@ -1,5 +1,5 @@
-# orv_find_llvm(VARIABLE program ...): where the programs are of the LLVM that tools/llvm.sh chooses. A configured build
-# keeps to them.
+# orv_find_llvm(VARIABLE program ...): sets each variable to the path of that program of the LLVM that tools/llvm.sh chooses.
+# A configured build keeps using these paths.
 function(orv_find_llvm)
   while(ARGN)
     list(POP_FRONT ARGN variable program)

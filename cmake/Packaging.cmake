@@ -1,6 +1,6 @@
-# What `cmake --install` lays out, and `make package` puts into archives: the DLL with its PDB, the import libraries, the
-# start code of programs, the headers, how a debugger shows their types, a package that find_package(orvsys) finds, the licences, and the bill of
-# materials.
+# Installs, for `cmake --install` and for the archives of `make package`: the DLL with its PDB, the import libraries, the
+# start code of programs, the headers, the .natvis file for debuggers, a package that find_package(orvsys) finds, the
+# licences, and the bill of materials.
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
@@ -15,7 +15,7 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/orv DESTINATION include)
 install(FILES ${PROJECT_SOURCE_DIR}/src/orvsys.natvis DESTINATION share/orvsys)
 add_subdirectory(${PROJECT_SOURCE_DIR}/docs)
 
-# The licences of what the DLL contains, and a list of that, in CycloneDX, which Python makes.
+# The licences of the libraries in the DLL, and their list in CycloneDX, which needs Python.
 set(contents "")
 foreach(library zlib bzip2 expat)
   get_target_property(folder orv_${library} ORV_FOLDER)

@@ -1,5 +1,5 @@
-# orv_version_resource(target file description type): says in the binary what it is. The type is 1 for a program and 2
-# for a DLL. The compiler gets bare file names in its working folder: a path that begins with "/c" is an option to it.
+# orv_version_resource(target file description type): adds a version resource to the binary. The type is 1 for a program and
+# 2 for a DLL. The compiler gets bare file names in its working folder: it takes a path that begins with "/c" for an option.
 function(orv_version_resource target file description type)
   set(script ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
   set(resource ${CMAKE_CURRENT_BINARY_DIR}/${target}.res)

@@ -1,8 +1,8 @@
-# Toolchain: 32-bit Windows in the Microsoft C++ ABI, with clang-cl and lld-link, without an SDK and a C runtime. It is
-# installed for users: it says which tools and which target, and no flag of anybody's taste.
+# Toolchain for 32-bit Windows in the Microsoft C++ ABI, with clang-cl and lld-link, without an SDK and a C runtime. It is
+# installed for users, so it names the tools and the target and sets no further flags.
 #
-# Tools are the newest of LLVM that this machine has, from version 14 on, all of one version. -DORV_LLVM_VERSION=NUMBER
-# asks for another; where programs have no version in their names, as on Windows, it is the one in the PATH.
+# The tools are those of the newest LLVM on this machine, from version 14 on, all of one version. -DORV_LLVM_VERSION=NUMBER
+# asks for another; where programs have no version in their names, as on Windows, the tools are those in the PATH.
 
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86)
@@ -36,7 +36,7 @@ foreach(tool ORV_CLANG_CL:clang-cl ORV_LLD_LINK:lld-link ORV_LLVM_LIB:llvm-lib)
   find_program(${variable} ${program}${suffix} DOC "LLVM's ${program}" REQUIRED)
   mark_as_advanced(${variable})
 endforeach()
-# For resources and manifests, which not every program has.
+# For resources and manifests, which only some programs have.
 find_program(ORV_LLVM_RC NAMES llvm-rc${suffix} DOC "LLVM's llvm-rc")
 find_program(ORV_LLVM_MT NAMES llvm-mt${suffix} DOC "LLVM's llvm-mt")
 mark_as_advanced(ORV_LLVM_RC ORV_LLVM_MT)
@@ -54,7 +54,7 @@ if(ORV_LLVM_MT)
   set(CMAKE_MT ${ORV_LLVM_MT})
 endif()
 
-# There is neither a runtime nor an import library of Win32 to link by default, and no tool that a manifest needs.
+# There is no runtime and no import library of Win32 to link by default, and no tool for manifests.
 set(CMAKE_C_STANDARD_LIBRARIES "" CACHE STRING "")
 set(CMAKE_CXX_STANDARD_LIBRARIES "" CACHE STRING "")
 set(CMAKE_MSVC_RUNTIME_LIBRARY "")

@@ -5,8 +5,8 @@ namespace
 
 typedef detail::OrvDeflateContext Context;
 
-/// Takes steps until the stream is complete, and hands what each one makes to `out`. The context's own buffer
-/// is the output range.
+/// Takes steps until the stream is complete, and writes the output of each step to `out`. The context's own
+/// buffer is the output range.
 OrvResult Run(Context &context, OrvResult (Context::*step)(), OrvMbCharHeapBuffer &out)
 {
     OrvResult result = ORV_S_OK;
@@ -32,7 +32,7 @@ int OrvMain(int, wchar_t **)
             return 1;
     }
 
-    // Compression: all of the input is there, so the first step asks for the end already.
+    // Compression: all of the input is there, so the first step already asks for the end.
     Context context;
     OrvMbCharHeapBuffer packed;
     OrvResult result = context.Initialize(256, true, Context::kDefaultLevel);
@@ -42,7 +42,7 @@ int OrvMain(int, wchar_t **)
         result = Run(context, &Context::CompressFinish, packed);
     OrvPrint(L"%u bytes, compressed: fewer than 100: %s, %08X\n", text.GetInternal().length,
              packed.GetInternal().length < 100 ? L"yes" : L"no", result);
-    if (OrvFailed(result) || OrvFailed(context.Destroy())) // a context is emptied before it is used again
+    if (OrvFailed(result) || OrvFailed(context.Destroy())) // empty a context before you use it again
         return 1;
 
     OrvMbCharHeapBuffer unpacked;
@@ -56,7 +56,7 @@ int OrvMain(int, wchar_t **)
     if (OrvFailed(result))
         return 1;
 
-    // The same through streams, which hide the steps: into whatever stream the packed bytes go, and back.
+    // The same through streams, which take the steps themselves: into any stream, and back.
     OrvBufferStream file;
     OrvBZ2WriteStream writer;
     uint32_t count = 0;

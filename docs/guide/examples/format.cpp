@@ -3,7 +3,7 @@
 namespace
 {
 
-/// A sink: takes a text piece by piece, wherever that goes. This one only counts.
+/// A sink receives a text piece by piece. This one only counts the characters.
 class Counter final : public OrvBasAppendable<wchar_t>
 {
 public:
@@ -20,13 +20,13 @@ public:
 
 int OrvMain(int, wchar_t **)
 {
-    // An array of the caller. A text that does not fit is cut, terminated, and reported.
+    // An array of the caller. A text that does not fit is cut and terminated, and the result says so.
     wchar_t line[12];
     uint32_t written = 0;
     OrvResult result = OrvFormatString(OrvCodePageUtf8, line, 12, &written, L"%s=%08X", L"mask", 0xBEEFu);
     OrvPrint(L"%08X: %s (%u)\n", result, line, written);
 
-    // A heap buffer grows. %hs is byte text, read by the code page of the call.
+    // A heap buffer grows. %hs is byte text in the code page of the call.
     OrvUtf16CharHeapBuffer text;
     result = OrvFormatString(OrvCodePageUtf8, text, L"%5d|%-5d|%+.3f|%hs", -7, 7, 2.0 / 3, "na\xC3\xAFve");
     OrvPrint(L"%08X: %s\n", result, text.GetValue());
@@ -36,12 +36,12 @@ int OrvMain(int, wchar_t **)
     result = OrvAppendFormatString(OrvMakeMutableStringRef(text), L", %u more", 3u);
     OrvPrint(L"%08X: %s\n", result, text.GetValue());
 
-    // A sink takes any length without memory.
+    // A sink takes text of any length and needs no memory.
     Counter counter;
     OrvBasAppendFormat(counter, L"%I64u bytes, %g%%", 1ull << 40, 12.5);
     OrvPrint(L"%u characters\n", counter.characters);
 
-    // One number alone, without a format. `end` tells where reading stopped; without it the rest is ignored.
+    // One number, without a format. `end` says where reading stopped; without `end` the rest is ignored.
     wchar_t digits[33];
     OrvConvertNumber2String(digits, 33, 48879, 16, nullptr);
     int value = 0;

@@ -2,7 +2,7 @@
 
 int OrvMain(int, wchar_t **)
 {
-    // Into an array of the caller: nothing is allocated, and what does not fit is refused.
+    // Into an array of the caller: nothing is allocated, and a text that does not fit is refused.
     wchar_t characters[16];
     _ORV_UTF16CHAR_STR name = {0, 16, characters};
     OrvResult result = OrvBasPath::GetFilename(name, L"D:\\data/report.txt");
@@ -28,7 +28,7 @@ int OrvMain(int, wchar_t **)
     if (OrvSucceeded(result))
         result = OrvBasPath::AppendPath(path, L"orv-guide.lock");
     OrvBasWinLockFileResource writer;
-    OrvBasWinLockFileResource reader; // as another process would have it
+    OrvBasWinLockFileResource reader; // this could be in another process
     if (OrvSucceeded(result))
         result = writer.OpenOrCreate(path.GetValue(), nullptr, true);
     if (OrvSucceeded(result))
@@ -40,7 +40,7 @@ int OrvMain(int, wchar_t **)
     writer.Release();
     OrvPrint(L"afterwards: %08X\n", reader.AcquireShared(0));
 
-    // A mutex of the same file, by whatever path one names it.
+    // A mutex of the same file, whatever path names the file.
     OrvBasWinLockFile lockFile;
     result = lockFile.Create(path.GetValue(), false);
     const OrvBasWinLockFileHolder holder(&lockFile, -1);

@@ -22,7 +22,7 @@ int OrvMain(int, wchar_t **)
 {
     const auto *const message = reinterpret_cast<const uint8_t *>("123456789");
 
-    // A digest is fed in pieces of any size. The first Get ends the message.
+    // Add a message in pieces of any size. The first Get ends it.
     OrvMiniHashSha256 sha256;
     OrvResult result = sha256.Add(message, 4);
     if (OrvSucceeded(result))
@@ -31,12 +31,12 @@ int OrvMain(int, wchar_t **)
     sha256.Get(digest);
     PrintDigest(L"SHA-256", digest.bytes);
 
-    // The same object again: only Initialize makes it new.
+    // The same object again: only Initialize starts a new message.
     sha256.Initialize();
     sha256.Get(digest);
     PrintDigest(L"SHA-256 of nothing", digest.bytes);
 
-    // A checksum goes on after Get, and from where another one stopped.
+    // A checksum can continue after Get, and can continue from another one's value.
     OrvMiniHashCrc32 crc;
     crc.Add(message, 4);
     const uint32_t soFar = crc.Get();

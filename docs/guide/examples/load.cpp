@@ -1,4 +1,4 @@
-// Loads orvsys.dll while it runs, by the native loader alone: nothing of this program is linked to the DLL.
+// Loads orvsys.dll at run time with the native loader: this program does not import the DLL.
 
 #include "orv/program/program.h"
 
@@ -20,7 +20,7 @@ long __stdcall LdrUnloadDll(void *module);
 
 int OrvMain(int, wchar_t **)
 {
-    // A name without a path is looked for where the process looks for its modules, beside the program first.
+    // The loader searches for a name without a path as for any module: first in the program's folder.
     const wchar_t dll[] = L"orvsys.dll";
     const CountedText dllName = {sizeof dll - sizeof *dll, sizeof dll, dll};
     // The decorated name: unsigned int OrvGetStringSizeInElements(const wchar_t *).

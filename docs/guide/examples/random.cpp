@@ -2,19 +2,19 @@
 
 int OrvMain(int, wchar_t **)
 {
-    // Every process draws the same numbers: good for tests that can be repeated, useless for secrets.
+    // Every process gets the same numbers: good for tests that can be repeated, useless for secrets.
     const uint32_t first = OrvGenerateRandomDWord();
     const uint32_t second = OrvGenerateRandomDWord();
     OrvPrint(L"%u %u\n", first, second);
 
-    // Weights stand below one half of the whole: an event behind 0.5 never comes.
+    // Weights are compared with a number below 0.5: an event that follows a sum of 0.5 never comes.
     const double weights[] = {0.1, 0.2, 0.2};
     uint32_t counts[4] = {};
     for (uint32_t i = 0; i < 1000; i++)
         counts[OrvChooseRandomEvent(3, weights)]++;
     OrvPrint(L"%u + %u + %u = 1000\n", counts[0], counts[1], counts[2]);
 
-    // An identifier that is never equal to another one, in whatever process.
+    // An identifier that differs from every other one, of any process.
     _OrvGuid a;
     _OrvGuid b;
     OrvResult result = OrvGuidUtils::CreateGuid(a);

@@ -2,7 +2,7 @@
 
 int OrvMain(int, wchar_t **)
 {
-    // A handle stands for its root until it opens a key below it. What is missing on the way is made.
+    // A handle refers to its root until it opens a key below it. Missing keys on the path are created.
     OrvBasWinRegistryHandle key(OrvRegistryCurrentUser);
     OrvResult result = key.OpenOrCreateKey(L"Software\\OrvGuide\\Settings");
     if (OrvSucceeded(result))
@@ -12,7 +12,7 @@ int OrvMain(int, wchar_t **)
     if (OrvFailed(result))
         return 1;
 
-    // A value that is not there is no failure when there is a default for it.
+    // If there is a default, a missing value is not a failure.
     uint32_t port = 0;
     uint32_t limit = 0;
     result = key.GetDWordValue(port, L"port"); // in any letter case
@@ -22,7 +22,7 @@ int OrvMain(int, wchar_t **)
     OrvPrint(L"%u, %u (%08X)\n", port, limit, defaulted);
     OrvPrint(L"as a number: %08X\n", key.GetDWordValue(limit, L"Log"));
 
-    // Strings go into the caller's own container. Expanding puts the variables' values in.
+    // Strings go into the caller's own container. Expanding replaces variables by their values.
     OrvUtf16HeapString log;
     result = key.GetStringValue(log, L"Log");
     OrvPrint(L"%s\n", log.GetCharacters());
@@ -41,7 +41,7 @@ int OrvMain(int, wchar_t **)
         count++;
     OrvPrint(L"%u values\n", count);
 
-    // Opening goes from the parent; everything else goes from the current key.
+    // Opening starts from the parent; every other operation starts from the current key.
     key.CloseKey();
     result = key.DeleteKey(L"Software\\OrvGuide", true);
     OrvPrint(L"deleted: %08X, then %08X\n", result, key.OpenKeyIfExists(L"Software\\OrvGuide"));

@@ -18,7 +18,7 @@ int OrvMain(int, wchar_t **)
     for (const OrvResult result : results)
         OrvPrint(L"%08X, %s, is %s\n", result, OrvGetResultName(result), Kind(result));
 
-    // Win32 error numbers travel as result codes: those that have a code of their own, and all others.
+    // Win32 error numbers become result codes: some have a code of their own, all others keep their number.
     uint32_t win32Error = 0;
     const OrvResult denied = OrvCreateErrorCodeFromWin32(5);
     OrvPrint(L"5 is %08X", denied);

@@ -2,15 +2,15 @@
 
 int OrvMain(int, wchar_t **)
 {
-    // Everyone may wait for the event and ask for its state. Whoever is not named has no right.
+    // Everyone may wait for the event and query its state. An account that is not named has no rights.
     const OrvWinEventRights toWait = OrvWinEventSynchronize | OrvWinEventQueryState;
     OrvSecurityCtx context;
     OrvResult result = context.Allow(OrvGroupEveryone, toWait);
-    // Labels came with Windows Vista. Before that this is a success with a remark, and nothing has been done.
+    // Integrity levels exist since Windows Vista. Before, this is a success with a remark and changes nothing.
     if (OrvSucceeded(result))
         result = context.SetMandatoryLevel(OrvMandatoryMedium);
 
-    // What the context says becomes the descriptor that creation takes. It lives as long as the context.
+    // The context makes the descriptor that Create takes, and owns it.
     OrvWinSecurityDescriptor *descriptor = nullptr;
     if (OrvSucceeded(result))
         result = context.GetSecurityDescriptor(descriptor);
@@ -29,7 +29,7 @@ int OrvMain(int, wchar_t **)
     if (OrvFailed(result))
         return 1;
 
-    // What belongs to the user who runs this: others but the system and administrators have no right to it.
+    // An object of the user who runs this: only this user, the system and administrators have rights to it.
     OrvSecurityCtx onlyMine;
     OrvBasWinMutex mutex;
     result = onlyMine.AllowPrivate(OrvWinMutexAllAccess);

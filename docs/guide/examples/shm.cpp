@@ -3,7 +3,7 @@
 namespace
 {
 
-/// What stands in the memory is agreed on by those who share it. Its bytes start as zeros.
+/// The layout of the memory, on which all its users agree. A new section contains zeros.
 struct Board {
     long visitors;
     wchar_t message[32];
@@ -15,7 +15,7 @@ constexpr unsigned long kBoardId = 0x0B0A4D;
 
 int OrvMain(int, wchar_t **)
 {
-    // The server makes the section by an id, and shows it to itself through a view.
+    // The server creates the section under an id, and maps it for itself through a view.
     OrvSharedMemoryServer server;
     OrvSharedMemoryView serverView;
     OrvResult result = server.Create(sizeof(Board), kBoardId, OrvBasSyncSession, nullptr);
@@ -26,7 +26,7 @@ int OrvMain(int, wchar_t **)
     auto *const board = static_cast<Board *>(serverView.GetPointer());
     OrvCopyString(board->message, 32, L"Welcome");
 
-    // A client, here in the same process, knows the id and nothing else.
+    // A client, here in the same process, needs only the id.
     OrvSharedMemoryClient client;
     OrvSharedMemoryView clientView;
     OrvFlags<OrvAccessFlagsValues> access = OrvAccessRead;
@@ -44,7 +44,7 @@ int OrvMain(int, wchar_t **)
     clientView.GetSize(size);
     OrvPrint(L"%u bytes shown\n", size);
 
-    // Another id: nothing there.
+    // With another id there is no section.
     OrvPrint(L"%08X\n", client.Open(kBoardId + 1, OrvBasSyncSession, access));
     return 0;
 }

@@ -3,7 +3,7 @@
 namespace
 {
 
-/// Ready before any code has run: all zeros is a free lock.
+/// Can be used before any code has run: a lock of zeros is free.
 OrvSpinLock countLock;
 uint32_t count;
 
@@ -32,7 +32,7 @@ private:
 
 int OrvMain(int, wchar_t **)
 {
-    // An event releases two threads at once, and their ends are waited for: a thread is a waitable, too.
+    // An event releases two threads at once. Then the program waits for their ends: a thread is a waitable, too.
     OrvBasEvent go;
     if (OrvFailed(go.Create(OrvBasEvent::ManualReset, false)))
         return 1;
@@ -47,7 +47,7 @@ int OrvMain(int, wchar_t **)
         return 1;
     OrvPrint(L"%u\n", count);
 
-    // For whichever comes first: the index says which of them it was.
+    // Waits for the first of several: the index says which one it was.
     OrvBasEvent late;
     if (OrvFailed(late.Create(OrvBasEvent::ManualReset, false)))
         return 1;
@@ -56,13 +56,13 @@ int OrvMain(int, wchar_t **)
     const OrvResult any = OrvBasWaitForAny(index, events, 2, 1000);
     OrvPrint(L"%08X: number %u\n", any, index);
 
-    // A wait that takes too long is a failure by its sign. An object that is not there counts as signalled.
+    // A wait that times out is a failure by its sign. An empty waitable counts as signalled.
     OrvBasEvent never;
     OrvPrint(L"without an event: %08X\n", never.Wait(0));
     never.Create(OrvBasEvent::AutoReset, false);
     OrvPrint(L"in vain: %08X (%s)\n", never.Wait(10), never.Wait(0) == ORV_W_TIMEOUT ? L"timeout" : L"?");
 
-    // Readers and a writer. The holder gives back at the end of its scope what it got.
+    // Readers and a writer. The holder releases the lock at the end of its scope.
     OrvBasResource resource;
     if (OrvFailed(resource.Create()))
         return 1;
@@ -71,7 +71,7 @@ int OrvMain(int, wchar_t **)
              resource.AcquireExclusive(-1));
     holder.Release();
 
-    // By name, across processes: the first one creates, every other opens.
+    // By name, across processes: the first process creates the object, all others open it.
     OrvBasWinMutex ours;
     OrvBasWinMutex theirs;
     const OrvResult made = ours.Create(true, L"OrvGuideMutex", OrvBasWinSyncSession, nullptr);

@@ -2,7 +2,7 @@
 
 int OrvMain(int, wchar_t **)
 {
-    // Bytes in some code page become UTF-16 at the border of the program.
+    // Convert bytes of any code page to UTF-16 where they come in.
     const char name[] = "  M\xC3\xBCnchen\t";
     OrvUtf16CharHeapBuffer city;
     OrvResult result = OrvConvertMb2TString(city, name, OrvCodePageUtf8);
@@ -15,7 +15,7 @@ int OrvMain(int, wchar_t **)
     const bool same = OrvCompareStringNoCase(OrvCodePageDefault, city.GetValue(), L"M\u00DCNCHEN") == 0;
     OrvPrint(L"in any case it is the same: %s\n", same ? L"yes" : L"no");
 
-    // A text is built in one buffer; who knows its length reserves it at once.
+    // Build a text in one buffer; if you know its length, reserve it first.
     OrvUtf16CharHeapBuffer line;
     result = line.ReserveElements(64);
     const wchar_t *const parts[] = {L"to ", city.GetValue(), L" by train"};
@@ -28,14 +28,14 @@ int OrvMain(int, wchar_t **)
         return 1;
     OrvPrint(L"%s: ' by ' stands at %u\n", line.GetValue(), static_cast<uint32_t>(by - line.GetValue()));
 
-    // An array of the caller: what does not fit is refused, and the size that would do is told.
+    // An array of the caller: a text that does not fit is refused, and the required size is returned.
     wchar_t characters[8];
     _ORV_UTF16CHAR_STR small = {0, 8, characters};
     uint32_t required = 0;
     result = OrvCopyString(small, line.GetValue(), OrvTerminated, &required);
     OrvPrint(L"%08X, %u characters are required\n", result, required);
 
-    // Bytes as digits, and back.
+    // Bytes to hexadecimal digits, and back.
     const uint8_t key[] = {0x0F, 0xA5};
     uint8_t read[2];
     OrvUtf16CharHeapBuffer digits;

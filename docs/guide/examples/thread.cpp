@@ -11,7 +11,7 @@ public:
     uint32_t GetRounds() const { return rounds_; }
 
 protected:
-    /// Works until somebody asks it to stop: the wait for the request is the pause between two rounds.
+    /// Works until another thread asks it to stop: the wait for the request is the pause between two rounds.
     int Run() override
     {
         perThread_.SetValue(&rounds_);
@@ -46,7 +46,7 @@ int OrvMain(int, wchar_t **)
     int exitCode = 0;
     OrvPrint(L"running: %08X\n", poller.GetThreadExitCode(exitCode));
 
-    // Ask, wait for the end, and only then let the object go: its destructor stops nothing.
+    // Ask, wait for the end, and only then destroy the object: its destructor stops nothing.
     result = poller.StopThread(-1);
     if (OrvSucceeded(result))
         result = poller.GetThreadExitCode(exitCode);

@@ -16,7 +16,7 @@ void PrintTime(const wchar_t *what, OrvTime time)
 
 int OrvMain(int, wchar_t **)
 {
-    // A date and time as fields, then as one number: arithmetic is that of 100-ns units.
+    // A date and time as fields, then as one number, in units of 100 ns.
     const OrvTimeStruct noon(2024, OrvFebruary, 28, OrvSunday, 12, 0, 0, 0, 0, 0);
     OrvTime time = 0;
     OrvResult result = OrvConvertStructToOrvTime(time, noon);
@@ -38,13 +38,13 @@ int OrvMain(int, wchar_t **)
     result = OrvConvertOrvTimeToDosDateTime(dosDate, dosTime, time);
     OrvPrint(L"MS-DOS: %04X %04X\n", dosDate, dosTime);
 
-    // The calendar starts in 1970, and an order that is wrong is a warning: a failure by its sign.
+    // The calendar starts in 1970. Times in the wrong order give a warning, which is a failure by its sign.
     OrvTimeStruct fields;
     OrvPrint(L"1969: %08X\n", OrvConvertOrvTimeToStruct(fields, OrvTimeFloor - 1));
     OrvTimeDifferenceStruct difference;
     OrvPrint(L"backwards: %08X\n", OrvConvertOrvTimeDifferenceToStruct(difference, time, time - 1));
 
-    // The clock costs no native call.
+    // Reading the clock makes no native call.
     OrvTime now = 0;
     OrvGetSystemTime(now);
     OrvPrint(L"it is later than that: %s\n", now > time ? L"yes" : L"no");

@@ -3,7 +3,7 @@
 namespace
 {
 
-/// Prints what the parser reports. Views last for their call only, and are counted, not terminated.
+/// Prints what the parser reports. The views are valid during the call only, and are counted, not terminated.
 struct Printer final : OrvBasXmlSaxHandlerBase {
     OrvResult StartElement(const Text &element) override
     {
@@ -34,8 +34,8 @@ private:
 
 int OrvMain(int, wchar_t **)
 {
-    // The writer remembers the first failure of its stream, so one look at the end is enough. An element that
-    // there is no memory for is another matter.
+    // The writer remembers the first failure of its stream, so one check at the end is enough. It does not
+    // remember that there was no memory for an element's name.
     OrvBufferStream document;
     OrvBasXmlWriter::Holder writer(document);
     if (!writer)
