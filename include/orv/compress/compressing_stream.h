@@ -8,8 +8,8 @@
 //         result = packed.Finish();
 //
 // Without Finish the compressed stream has no end, and whoever reads it is told so. After the first failure,
-// of the target or of the compression, every operation but Destroy returns that failure. A stream belongs to
-// one thread at a time.
+// of the target or of the compression, Write, Flush, Finish and Close return that failure. A stream belongs
+// to one thread at a time.
 
 #pragma once
 
@@ -42,7 +42,7 @@ public:
     ORV_API OrvResult Write(const void *bytes, uint32_t size, uint32_t &written) override;
 
     /// Ends the compressed stream and writes all that is left of it to the target, which is neither flushed
-    /// nor closed. Another call does nothing.
+    /// nor closed. Another call does nothing and returns 0.
     ///
     /// Returns as Write.
     ORV_API OrvResult Finish();
@@ -51,7 +51,7 @@ public:
     ORV_API OrvResult Close() override;
 
     /// Writes to the target what the compression has yielded so far; it keeps back what it may still pack
-    /// closer together with what follows.
+    /// closer together with what follows. After Finish there is nothing to write, and 0 is returned.
     ///
     /// Returns as Write.
     ORV_API OrvResult Flush() override;
