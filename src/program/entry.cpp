@@ -43,17 +43,19 @@ int RunProgram(int argc, wchar_t **argv)
     return exitCode;
 }
 
-int RunProgram()
+/// Ends the process itself: until then threads of the program's may read the arguments.
+[[noreturn]] void RunProcess()
 {
     const RTL_USER_PROCESS_PARAMETERS &parameters =
         *RtlNormalizeProcessParams(NtCurrentPeb()->ProcessParameters);
     if (parameters.CommandLine.Length == 0) {
         wchar_t *image[] = {parameters.ImagePathName.Buffer, nullptr};
-        return RunProgram(1, image);
+        EndProcess(RunProgram(1, image));
     }
     const detail::CommandLine line(parameters.CommandLine.Buffer,
                                    parameters.CommandLine.Length / sizeof(wchar_t));
-    return line.IsValid() ? RunProgram(static_cast<int>(line.Count()), line.Arguments()) : STATUS_NO_MEMORY;
+    EndProcess(line.IsValid() ? RunProgram(static_cast<int>(line.Count()), line.Arguments())
+                              : STATUS_NO_MEMORY);
 }
 
 } // namespace
@@ -65,7 +67,7 @@ extern "C" {
 {
     if (__security_cookie == kCookieOfTheFile)
         __security_cookie = DrawCookie();
-    EndProcess(RunProgram());
+    RunProcess();
 }
 
 [[noreturn]] void __cdecl WinMainCRTStartup()

@@ -17,16 +17,11 @@ OrvResult PrintTo(HANDLE stream, const wchar_t *format, va_list arguments)
     if (OrvFailed(result))
         return result;
     const OrvCodePage page = detail::IsConsole(stream) ? OrvCodePageOem : OrvCodePageUtf8;
-    const uint32_t length = text.GetInternal().length;
-    uint32_t size = 0;
     OrvMbCharHeapBuffer bytes;
-    result = OrvGetUtf162MbStringSize(size, text.GetValue(), page, length);
-    if (OrvSucceeded(result))
-        result = bytes.ReserveElements(size);
-    if (OrvSucceeded(result))
-        result = OrvConvertUtf162MbString(bytes.GetBuffer(), bytes.GetCapacity(), text.GetValue(), page,
-                                          &size, length);
-    return OrvFailed(result) ? result : detail::WriteToStream(stream, bytes.GetBuffer(), size);
+    result = OrvConvertT2MbString(bytes, text.GetValue(), page, text.GetInternal().length);
+    return OrvFailed(result)
+               ? result
+               : detail::WriteToStream(stream, bytes.GetValue(), bytes.GetInternal().length);
 }
 
 } // namespace

@@ -106,13 +106,14 @@ TEST_CASE(IndentationBreaksLines)
 
 TEST_CASE(AttributesComeFromNumbersAndFormats)
 {
-    CheckDocument("<a i=\"-5\" u=\"4294967295\" l=\"-1\" s=\"-9223372036854775808\" "
+    CheckDocument("<a i=\"-5\" u=\"4294967295\" l=\"-1\" n=\"4294967295\" s=\"-9223372036854775808\" "
                   "m=\"18446744073709551615\" f=\"&lt;00FF&gt; \xC3\xBC\" e=\"\"/>",
                   [](Impl &writer) {
                       writer.WriteStartElement(L"a");
                       writer.WriteAttribute(L"i", -5);
                       writer.WriteAttribute(L"u", UINT32_MAX);
                       writer.WriteAttribute(L"l", -1L);
+                      writer.WriteAttribute(L"n", static_cast<unsigned long>(UINT32_MAX));
                       writer.WriteAttribute(L"s", INT64_MIN);
                       writer.WriteAttribute(L"m", UINT64_MAX);
                       writer.WriteFormattedAttribute(L"f", L"<%04X> %hs", 255, "\xC3\xBC");

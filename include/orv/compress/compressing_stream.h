@@ -43,7 +43,7 @@ public:
     ORV_API OrvResult Write(const void *bytes, uint32_t size, uint32_t &written) override;
 
     /// Ends the compressed stream and writes the rest of it to the target, which is neither flushed nor
-    /// closed. Another call does nothing.
+    /// closed. Another call does nothing and returns 0.
     ///
     /// Returns as Write.
     ORV_API OrvResult Finish();

@@ -58,7 +58,7 @@ public:
     ORV_API OrvResult AllowCurrentUser(uint32_t rights);
 
     /// Makes a private object: grants `rights` to the current user, to the local system and to the
-    /// administrators; everybody else has none.
+    /// administrators. Nobody else has any, except whom other calls on this context name.
     ///
     /// Returns as AllowCurrentUser. On failure the context is as it was.
     ORV_API OrvResult AllowPrivate(uint32_t rights);
