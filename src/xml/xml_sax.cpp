@@ -170,9 +170,9 @@ OrvResult Reading::Refuse(OrvBasXmlSaxReason reason)
     return ORV_E_INVALID_DATA;
 }
 
-/// Whether expat holds the beginning of a token (a name, tag, comment or the like) that is longer than allowed.
-/// After expat has moved its buffer it does not know where its last token starts, until it looks at the token
-/// again; so the last known start is kept.
+/// Whether expat holds the beginning of a token (a name, tag, comment or the like) that is longer than
+/// allowed. After expat has moved its buffer it does not know where its last token starts, until it looks at
+/// the token again; so the last known start is kept.
 bool Reading::IsTokenTooLong()
 {
     const XML_Index start = XML_GetCurrentByteIndex(parser_);
