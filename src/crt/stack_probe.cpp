@@ -1,7 +1,7 @@
 // Microsoft's compiler calls these functions to allocate aligned memory on the stack (_alloca). eax is the
 // size. It is increased so that the new top of the stack is aligned; then ntdll.dll's own probe touches every
-// page on the way and moves the stack pointer. If the increase overflows 32 bits, the size becomes the largest
-// one, for which no stack has room.
+// page on the way and moves the stack pointer. If the increase overflows 32 bits, the size becomes the
+// largest one, for which no stack has room.
 
 extern "C" {
 

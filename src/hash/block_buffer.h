@@ -1,6 +1,6 @@
-// How a digest takes its input: the compression function reads whole blocks directly from the caller's memory;
-// only bytes that do not fill a block are copied. Also the loads and stores of little-endian and big-endian
-// words.
+// How a digest takes its input: the compression function reads whole blocks directly from the caller's
+// memory; only bytes that do not fill a block are copied. Also the loads and stores of little-endian and
+// big-endian words.
 
 #pragma once
 
@@ -11,8 +11,8 @@
 namespace detail
 {
 
-/// Adds `length` bytes to a message of which `index` bytes are already in the buffer. `compress` is called with
-/// a pointer to whole blocks and their number.
+/// Adds `length` bytes to a message of which `index` bytes are already in the buffer. `compress` is called
+/// with a pointer to whole blocks and their number.
 template <uint32_t blockSize, typename Compress>
 void AddToBlocks(uint8_t (&buffer)[blockSize], uint32_t index, const uint8_t *data, uint32_t length,
                  Compress compress)

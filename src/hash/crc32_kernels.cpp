@@ -1,8 +1,8 @@
 // The implementations of CRC-32 and CRC-32C: by a table, one byte at a time, and by the processor's
 // instructions, many bytes at a time.
 //
-// Both polynomials are reflected: bit 31 of a word is the coefficient of x^0. The compiler computes all tables
-// and constants here from the polynomials.
+// Both polynomials are reflected: bit 31 of a word is the coefficient of x^0. The compiler computes all
+// tables and constants here from the polynomials.
 
 #include "hash/crc32_kernels.h"
 
@@ -133,8 +133,8 @@ __attribute__((target("pclmul"))) uint32_t UpdateCrc32ByFolding(uint32_t crc, co
 
 // The CRC instruction takes four bytes and can start in every cycle, but its result is ready only after three
 // cycles; so three streams are computed in parallel. To join a stream with the n bytes of the next one, its
-// register is moved on by n zero bytes. That is a linear map of the register: four tables, one for each of its
-// bytes, hold the map.
+// register is moved on by n zero bytes. That is a linear map of the register: four tables, one for each of
+// its bytes, hold the map.
 
 namespace
 {

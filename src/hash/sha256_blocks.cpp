@@ -70,8 +70,8 @@ void CompressSha256(uint32_t (&chain)[8], const uint8_t *blocks, uint32_t count)
 } // namespace plain
 
 // The instructions compute two rounds at a time. One register holds a, b, e, f and another c, d, g, h; the
-// lower half of a third holds the sums of words and constants for the two rounds. The schedule is computed four
-// words at a time, each group of four from the four groups before it.
+// lower half of a third holds the sums of words and constants for the two rounds. The schedule is computed
+// four words at a time, each group of four from the four groups before it.
 
 __attribute__((target("sha,ssse3,sse4.1"))) void CompressSha256ByInstruction(uint32_t (&chain)[8],
                                                                              const uint8_t *blocks,

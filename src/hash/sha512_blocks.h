@@ -1,4 +1,5 @@
-// The compression function of SHA-512: adds blocks to the chaining values. Both versions give the same result.
+// The compression function of SHA-512: adds blocks to the chaining values. Both versions give the same
+// result.
 
 #pragma once
 

@@ -1,6 +1,6 @@
 // The part that the SHA classes share: the start and the end of a message, counting and buffering of input.
-// The classes differ in the compression function, the size of its words, and how many bits of the length enter
-// the digest.
+// The classes differ in the compression function, the size of its words, and how many bits of the length
+// enter the digest.
 
 #pragma once
 

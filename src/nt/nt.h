@@ -345,8 +345,8 @@ struct PEB {
     ULONG SessionId;
 };
 
-/// The numbers of thread-local slots: those that every thread has, and the expansion slots after them, which a
-/// thread gets when it first needs one.
+/// The numbers of thread-local slots: those that every thread has, and the expansion slots after them, which
+/// a thread gets when it first needs one.
 constexpr ULONG TLS_MINIMUM_AVAILABLE = 64;
 constexpr ULONG TLS_EXPANSION_SLOTS = 1024;
 

@@ -1,5 +1,5 @@
-// Further declarations of ntdll.dll, for programs that import only ntdll.dll (apps/ntdll_programs.def lists the
-// functions). The library itself uses none of them.
+// Further declarations of ntdll.dll, for programs that import only ntdll.dll (apps/ntdll_programs.def lists
+// the functions). The library itself uses none of them.
 
 #pragma once
 

@@ -7,8 +7,8 @@
 namespace detail
 {
 
-/// Returns 0; the stream's failure; ORV_E_WRITE_FAULT for a stream that reports more bytes written than it was
-/// given, or none: with such a stream the loop would never end.
+/// Returns 0; the stream's failure; ORV_E_WRITE_FAULT for a stream that reports more bytes written than it
+/// was given, or none: with such a stream the loop would never end.
 inline OrvResult WriteAll(IOrvStream &stream, const uint8_t *bytes, uint32_t size)
 {
     while (size) {

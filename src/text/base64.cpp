@@ -13,8 +13,8 @@ namespace
 using detail::kBase64GroupBytes;
 using detail::kBase64GroupCharacters;
 
-// The sizes of the results. Unlike the public formulas, these do not wrap at 32 bits. An incomplete group counts
-// as a whole one.
+// The sizes of the results. Unlike the public formulas, these do not wrap at 32 bits. An incomplete group
+// counts as a whole one.
 
 /// The length of the text, without a terminator.
 uint64_t EncodedLength(uint32_t byteCount)

@@ -1,13 +1,13 @@
 // The inner loops of Base64: plain code for one group at a time, SSSE3 code for four.
 //
-// The SSSE3 encoder spreads twelve bytes over sixteen lanes with one shuffle. Two multiplications, which shift
-// each lane by its own distance, move the six bits of each lane into place. The values become characters by
-// adding an offset, which a second shuffle looks up for each range of the alphabet.
+// The SSSE3 encoder spreads twelve bytes over sixteen lanes with one shuffle. Two multiplications, which
+// shift each lane by its own distance, move the six bits of each lane into place. The values become
+// characters by adding an offset, which a second shuffle looks up for each range of the alphabet.
 //
-// The SSSE3 decoder does the reverse. It checks a character by its two nibbles: the low nibble (column) selects
-// a set of allowed rows and the high nibble (row) a set that contains it; the character is valid when the sets
-// have a common member. Packing UTF-16 into bytes turns units beyond ASCII into 0 or bytes from 0x80 on, which
-// are never valid.
+// The SSSE3 decoder does the reverse. It checks a character by its two nibbles: the low nibble (column)
+// selects a set of allowed rows and the high nibble (row) a set that contains it; the character is valid when
+// the sets have a common member. Packing UTF-16 into bytes turns units beyond ASCII into 0 or bytes from 0x80
+// on, which are never valid.
 
 #include "text/base64_blocks.h"
 
@@ -94,8 +94,9 @@ ORV_SSSE3 inline bool ValuesOf(__m128i characters, __m128i &values)
 {
     const __m128i low = _mm_and_si128(characters, _mm_set1_epi8(0x0F));
     const __m128i high = _mm_and_si128(_mm_srli_epi32(characters, 4), _mm_set1_epi8(0x0F));
-    // `columns`: the rows that have a character in this column. `rows`: the bit of this row, which is 1 for row 2
-    // (+ and /), 2 for row 3 (digits), 4 for rows 4 and 6 (A-O, a-o), 8 for rows 5 and 7 (P-Z, p-z), else 0.
+    // `columns`: the rows that have a character in this column. `rows`: the bit of this row, which is 1 for
+    // row 2 (+ and /), 2 for row 3 (digits), 4 for rows 4 and 6 (A-O, a-o), 8 for rows 5 and 7 (P-Z, p-z),
+    // else 0.
     const __m128i columns = _mm_setr_epi8(0x0A, 0x0E, 0x0E, 0x0E, 0x0E, 0x0E, 0x0E, 0x0E, 0x0E, 0x0E, 0x0C,
                                           0x05, 0x04, 0x04, 0x04, 0x05);
     const __m128i rows = _mm_setr_epi8(0, 0, 1, 2, 4, 8, 4, 8, 0, 0, 0, 0, 0, 0, 0, 0);

@@ -63,8 +63,8 @@ inline void EncodeBase64Groups(wchar_t *text, const uint8_t *data, uint32_t grou
         plain::EncodeBase64Groups(text, data, groups);
 }
 
-/// Decodes whole groups up to the first one with a character that is not in the alphabet. Returns their number;
-/// nothing is written after their bytes.
+/// Decodes whole groups up to the first one with a character that is not in the alphabet. Returns their
+/// number; nothing is written after their bytes.
 inline uint32_t DecodeBase64Groups(uint8_t *data, const wchar_t *text, uint32_t groups)
 {
     return CpuHas(kCpuSsse3) ? ssse3::DecodeBase64Groups(data, text, groups)

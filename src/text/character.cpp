@@ -1,5 +1,5 @@
-// Case mapping and character classes, by the platform's tables. ASCII letters are mapped without a call to the
-// platform, which maps them the same way.
+// Case mapping and character classes, by the platform's tables. ASCII letters are mapped without a call to
+// the platform, which maps them the same way.
 
 #include "orv/text/character.h"
 

@@ -91,13 +91,13 @@ Bytes BytesOf(const wchar_t *text, uint32_t count)
     return {reinterpret_cast<const uint8_t *>(text), static_cast<uint32_t>(count * sizeof(wchar_t))};
 }
 
-/// Runs a converter. ORV_E_INVALID_DATA also when the result does not consist of whole units, which can happen
-/// when bytes are copied.
+/// Runs a converter. ORV_E_INVALID_DATA also when the result does not consist of whole units, which can
+/// happen when bytes are copied.
 template <typename T>
 OrvResult RunConverter(CodePageConverter convert, Bytes source, T *target, uint32_t room, uint64_t &length)
 {
-    // A caller's capacity may reach beyond the end of the address space, but a pointer must not. So the room is
-    // limited to the address space, and to the most that the source can become.
+    // A caller's capacity may reach beyond the end of the address space, but a pointer must not. So the room
+    // is limited to the address space, and to the most that the source can become.
     constexpr uint64_t kMostGrowth = 8; // bytes per byte of the source; a single byte takes five in UTF-7
     const uint32_t mostRoom = (UINTPTR_MAX - reinterpret_cast<uintptr_t>(target)) / sizeof(T);
     const uint64_t largest = uint64_t{room < mostRoom ? room : mostRoom} * sizeof(T);

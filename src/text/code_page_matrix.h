@@ -8,9 +8,9 @@
 namespace detail
 {
 
-/// Converts `size` bytes at `source` into at most `room` bytes at `target`; without a target it only measures.
-/// `converted` receives the size of the result. Nothing is written after the room. On failure the content of
-/// the room is undefined, and `converted` is unchanged.
+/// Converts `size` bytes at `source` into at most `room` bytes at `target`; without a target it only
+/// measures. `converted` receives the size of the result. Nothing is written after the room. On failure the
+/// content of the room is undefined, and `converted` is unchanged.
 ///
 /// ORV_E_BUFFER_TOO_SMALL: the result does not fit into the room. ORV_E_INVALID_DATA: the source is not valid
 /// text in its page.

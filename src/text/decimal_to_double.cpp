@@ -4,8 +4,8 @@
 // rarer than the one before:
 // - If the mantissa and the power of ten are both exact doubles, one multiplication or division.
 // - Else a multiplication by the leading bits of the power. It detects when its error could matter.
-// - In that case the whole text, as a big number, is compared with the point half-way between two neighbouring
-//   doubles.
+// - In that case the whole text, as a big number, is compared with the point half-way between two
+//   neighbouring doubles.
 
 #include "text/decimal_to_double.h"
 
@@ -112,7 +112,8 @@ constexpr double kExactPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,
 constexpr int32_t kLargestExactPowerOfTen = 22;
 
 /// digits * 10^exponent, for an exponent in the table of powers: the bits of the double below or equal to it,
-/// and what was cut off. When the power is not exact, that double may be one too low; the rest is then unknown.
+/// and what was cut off. When the power is not exact, that double may be one too low; the rest is then
+/// unknown.
 struct ScaledBits {
     uint64_t lower;
     Remainder rest;
@@ -150,12 +151,12 @@ uint64_t RoundKnown(const ScaledBits &scaled)
     return bits < kInfinityBits ? bits : kInfinityBits;
 }
 
-/// Chooses between the doubles with the bits `lower` and `lower` + 1: compares text * 10^exponent with the point
-/// half-way between them.
+/// Chooses between the doubles with the bits `lower` and `lower` + 1: compares text * 10^exponent with the
+/// point half-way between them.
 uint64_t CompareWithHalfWay(BigNumber &text, int32_t exponent, uint64_t lower)
 {
-    // Compares (2 * mantissa + 1) * 2^(binary exponent - 1) with text * 5^exponent * 2^exponent, both multiplied
-    // so that they are integers.
+    // Compares (2 * mantissa + 1) * 2^(binary exponent - 1) with text * 5^exponent * 2^exponent, both
+    // multiplied so that they are integers.
     const DoubleParts parts(MakeDouble(false, lower));
     BigNumber half(parts.Mantissa() * 2 + 1);
     const int shift = parts.Exponent() - 1 - exponent;

@@ -1,9 +1,9 @@
 // Doubles to decimal digits.
 //
-// The fast path multiplies the mantissa by the leading bits of a power of ten, so that the requested digits are
-// above the binary point of a 192-bit product. The bits below the point decide the rounding. This works for up
-// to 17 digits, unless the bits below are so near to one half that the power's error could change the decision;
-// that happens mostly for exact halves.
+// The fast path multiplies the mantissa by the leading bits of a power of ten, so that the requested digits
+// are above the binary point of a 192-bit product. The bits below the point decide the rounding. This works
+// for up to 17 digits, unless the bits below are so near to one half that the power's error could change the
+// decision; that happens mostly for exact halves.
 //
 // All other numbers take the exact path. It generates digits from a big number until it has one more than
 // requested, and knows whether a part that is not zero is left after them.
@@ -59,8 +59,8 @@ int EstimateDecimalExponent(uint64_t mantissa, int exponent)
 
 enum class Scaled { kDone, kUnknown, kTooLarge };
 
-/// The magnitude times 10^power as an integer, rounded half to even. kUnknown when this path cannot decide the
-/// rounding; kTooLarge when the product reaches `limit` before it is rounded.
+/// The magnitude times 10^power as an integer, rounded half to even. kUnknown when this path cannot decide
+/// the rounding; kTooLarge when the product reaches `limit` before it is rounded.
 Scaled ScaleAndRound(uint64_t mantissa, int exponent, int power, uint64_t limit, uint64_t &integer)
 {
     if (power < kSmallestPowerOfFive || power > kLargestPowerOfFive)

@@ -1,5 +1,5 @@
-// The public formatting functions: each makes a sink for its target, runs the format engine, and after a failure
-// leaves the target in the promised state.
+// The public formatting functions: each makes a sink for its target, runs the format engine, and after a
+// failure leaves the target in the promised state.
 
 #include "orv/text/format.h"
 

@@ -97,8 +97,8 @@ const T *ParseFlags(const T *next, FormatDirective &directive)
     }
 }
 
-/// Parses a size modifier. It counts only when a character follows it; otherwise its first character may be the
-/// conversion.
+/// Parses a size modifier. It counts only when a character follows it; otherwise its first character may be
+/// the conversion.
 template <typename T>
 const T *ParseModifier(const T *next, FormatDirective &directive)
 {
@@ -114,8 +114,8 @@ const T *ParseModifier(const T *next, FormatDirective &directive)
     return next;
 }
 
-/// Parses the directive after a percent sign in a terminated format. Returns the end of the directive, or null
-/// when there is no directive.
+/// Parses the directive after a percent sign in a terminated format. Returns the end of the directive, or
+/// null when there is no directive.
 template <typename T>
 __declspec(noinline) const T *ParseDirective(const T *next, FormatDirective &directive)
 {

@@ -289,8 +289,8 @@ private:
         return WriteConverted(directive, string->Buffer, string->Length / sizeof(Other));
     }
 
-    /// Writes text of the other character type. The precision counts characters of the output, because a cut in
-    /// the source could be inside a character. An empty text prints nothing, not even padding.
+    /// Writes text of the other character type. The precision counts characters of the output, because a cut
+    /// in the source could be inside a character. An empty text prints nothing, not even padding.
     __declspec(noinline) OrvResult
         WriteConverted(const FormatDirective &directive, const Other *text, uint32_t length)
     {

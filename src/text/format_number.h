@@ -1,5 +1,5 @@
-// The parts of an integer's text for a directive: sign or radix prefix, leading zeros, digits. The format engine
-// writes them one after another.
+// The parts of an integer's text for a directive: sign or radix prefix, leading zeros, digits. The format
+// engine writes them one after another.
 
 #pragma once
 

@@ -1,6 +1,6 @@
-// The sinks: the targets of formatted text. A sink is a type with a Character and two operations that return a
-// result code: Write(characters, count) and Fill(character, count). They are not inlined into the engine, which
-// calls them from many places; for its pieces, the cost of a call is small.
+// The sinks: the targets of formatted text. A sink is a type with a Character and two operations that return
+// a result code: Write(characters, count) and Fill(character, count). They are not inlined into the engine,
+// which calls them from many places; for its pieces, the cost of a call is small.
 
 #pragma once
 

@@ -30,8 +30,8 @@ struct GuidText {
     }
 };
 
-/// Reads the groups after the first one. A group may have a 0x prefix and ends at the first character that is no
-/// digit. Remembers whether a group started with a dash.
+/// Reads the groups after the first one. A group may have a 0x prefix and ends at the first character that is
+/// no digit. Remembers whether a group started with a dash.
 class GroupReader
 {
 public:

@@ -48,8 +48,8 @@ T *WriteDecimal(T *end, uint32_t value, uint32_t least)
     return end;
 }
 
-/// Writes the digits of `value` backwards from `end`, before which there is room for kMostIntegerDigits; no digit
-/// for 0. Returns the first digit.
+/// Writes the digits of `value` backwards from `end`, before which there is room for kMostIntegerDigits; no
+/// digit for 0. Returns the first digit.
 template <typename T>
 T *WriteDigits(T *end, uint64_t value, uint32_t radix, bool upperCase)
 {

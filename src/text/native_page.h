@@ -1,10 +1,10 @@
 // Conversions between UTF-16 and the platform's ANSI and OEM pages.
 //
-// The platform counts the bytes of a text in 16 bits, so a longer text is converted in pieces of at most 32766
-// characters. No piece ends inside a character: not between surrogates, and not between the bytes of a
-// multi-byte character. The platform's size functions know whether the page is a multi-byte one, and return at
-// once when it is not. The platform's flags for multi-byte pages are not used, because on some systems they do
-// not include UTF-8.
+// The platform counts the bytes of a text in 16 bits, so a longer text is converted in pieces of at most
+// 32766 characters. No piece ends inside a character: not between surrogates, and not between the bytes of a
+// multi-byte character. The platform's size functions know whether the page is a multi-byte one, and return
+// at once when it is not. The platform's flags for multi-byte pages are not used, because on some systems
+// they do not include UTF-8.
 
 #pragma once
 

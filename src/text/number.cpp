@@ -1,5 +1,5 @@
-// Conversion of numbers to text and back: for each direction one worker for all value types and both character
-// types.
+// Conversion of numbers to text and back: for each direction one worker for all value types and both
+// character types.
 
 #include "orv/text/number.h"
 
@@ -127,7 +127,8 @@ struct DigitText {
     const T *last; ///< null for a terminated text and for a null text
 };
 
-/// Reports where reading stopped. To stop before the end is a failure only if the caller asks for the position.
+/// Reports where reading stopped. To stop before the end is a failure only if the caller asks for the
+/// position.
 template <typename T>
 OrvResult Finish(const T *next, bool isAtEnd, const T **end)
 {
@@ -137,9 +138,9 @@ OrvResult Finish(const T *next, bool isAtEnd, const T **end)
     return ORV_E_INVALID_ARGUMENT;
 }
 
-/// Reads the digits of a number, and stops before a digit that would take it above `limit`. Most numbers fit into
-/// 32 bits, and a 64-bit multiplication costs three of 32 bits, so the sum is widened only when needed. Only the
-/// last digits have to be compared with the limit.
+/// Reads the digits of a number, and stops before a digit that would take it above `limit`. Most numbers fit
+/// into 32 bits, and a 64-bit multiplication costs three of 32 bits, so the sum is widened only when needed.
+/// Only the last digits have to be compared with the limit.
 template <typename T>
 uint64_t ReadDigits(DigitText<T> &text, uint32_t radix, uint64_t limit)
 {

@@ -1,4 +1,5 @@
-// The table of powers of five, computed by the compiler, and the judgement of what a product's rounding cuts off.
+// The table of powers of five, computed by the compiler, and the judgement of what a product's rounding cuts
+// off.
 
 #include "text/powers_of_five.h"
 

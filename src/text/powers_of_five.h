@@ -2,8 +2,9 @@
 // text.
 //
 // 5^q is in [c, c + 1) * 2^s, where c is the entry, with its top bit set, and s the scale below. From 0 to
-// kLargestExactPower the entry is exact. So the product of a 64-bit number and an entry is known to 192 bits with
-// an error below 2^64. That decides all roundings except a few; the exact big-integer paths decide those.
+// kLargestExactPower the entry is exact. So the product of a 64-bit number and an entry is known to 192 bits
+// with an error below 2^64. That decides all roundings except a few; the exact big-integer paths decide
+// those.
 
 #pragma once
 

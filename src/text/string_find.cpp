@@ -1,9 +1,10 @@
 // Finds a character or a substring, from either end.
 //
 // The substring searches check a vector of places at once: only a place where both the first and the last
-// character of the needle match is compared in full. In ordinary text few places are left, and the check needs
-// no table and no memory. When failed comparisons cost more than the text passed so far, text and needle are
-// very repetitive; the rest is then searched by the two-way algorithm, which no text can make slow.
+// character of the needle match is compared in full. In ordinary text few places are left, and the check
+// needs no table and no memory. When failed comparisons cost more than the text passed so far, text and
+// needle are very repetitive; the rest is then searched by the two-way algorithm, which no text can make
+// slow.
 
 #include "orv/text/string.h"
 
@@ -38,8 +39,8 @@ struct Needle {
     const T *units;
     uint32_t last; ///< the position of its last unit
 
-    /// For a place where the first and the last unit match: the number of matching units from the first one on,
-    /// at most `last`. Not inlined, so that the loops over places keep the registers.
+    /// For a place where the first and the last unit match: the number of matching units from the first one
+    /// on, at most `last`. Not inlined, so that the loops over places keep the registers.
     __declspec(noinline) uint32_t CountAtCandidate(const T *at) const
     {
         return detail::FirstDifference(at, units, 1, last, detail::AreEqual<T>());

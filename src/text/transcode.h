@@ -1,20 +1,20 @@
 // Conversion from one encoding to another, code point by code point.
 //
-// Most encodings have no state: a code point takes one to four units, independent of the units around it. Such
-// an encoding is a type with
+// Most encodings have no state: a code point takes one to four units, independent of the units around it.
+// Such an encoding is a type with
 //   Unit            uint8_t or wchar_t
 //   kPlainLimit     a unit below it is the code point of the same value, and such a code point is that unit
 //   Decode(at, c)   reads the code point at a place and returns the place after it, or null when the units
 //                   are malformed; it may read kLongest units
 //   Encode(at, c)   writes the code point and returns the place after it; it may overwrite kLongest units
 //   Length(c)       the number of units of the encoded code point
-// Decode never gives a surrogate. Transcode and Measure convert between two such encodings as fast as possible:
-// while there is a block of units to read and room for a block to write, only the text is checked; and units
-// that are plain in both encodings are copied a block at a time.
+// Decode never gives a surrogate. Transcode and Measure convert between two such encodings as fast as
+// possible: while there is a block of units to read and room for a block to write, only the text is checked;
+// and units that are plain in both encodings are copied a block at a time.
 //
-// UTF-7 has a state, and consists of a reader and a writer. PlainReader and PlainWriter provide the same for an
-// encoding without state, so that one loop connects any two. A writer writes to a target, which is an array or
-// only a count: so the same code that writes a text also measures it.
+// UTF-7 has a state, and consists of a reader and a writer. PlainReader and PlainWriter provide the same for
+// an encoding without state, so that one loop connects any two. A writer writes to a target, which is an
+// array or only a count: so the same code that writes a text also measures it.
 
 #pragma once
 
@@ -120,8 +120,8 @@ uint32_t CopyPlain(const From *from, uint32_t left, To *to, uint32_t room)
     return kBlockUnits + CopyBlocks<kLimit>(from + kBlockUnits, to + kBlockUnits, count);
 }
 
-/// A faster conversion of a run of units that are not plain, for pairs of encodings that have one. It advances
-/// both pointers, and returns true when it has converted any unit.
+/// A faster conversion of a run of units that are not plain, for pairs of encodings that have one. It
+/// advances both pointers, and returns true when it has converted any unit.
 template <typename From, typename To>
 struct RunEncoder {
     static bool Encode(const typename From::Unit *&, const typename From::Unit *, typename To::Unit *&,

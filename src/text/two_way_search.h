@@ -1,10 +1,10 @@
-// Substring search whose time is linear in the sum of both lengths, for any content, and that needs no memory:
-// the two-way algorithm of Crochemore and Perrin (1991).
+// Substring search whose time is linear in the sum of both lengths, for any content, and that needs no
+// memory: the two-way algorithm of Crochemore and Perrin (1991).
 //
-// The needle is cut into two parts, so that the second part is its greatest suffix. The second part is compared
-// first, forwards. A difference in it moves the needle on by the number of units compared. If there is none, the
-// first part is compared, backwards. A difference in it moves the needle on by its period; if the needle is
-// periodic, the overlap with the previous place is known to match and is not compared again.
+// The needle is cut into two parts, so that the second part is its greatest suffix. The second part is
+// compared first, forwards. A difference in it moves the needle on by the number of units compared. If there
+// is none, the first part is compared, backwards. A difference in it moves the needle on by its period; if
+// the needle is periodic, the overlap with the previous place is known to match and is not compared again.
 //
 // It serves both directions: a text read from its end is another text, whose first match is the last match of
 // the original.

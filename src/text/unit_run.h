@@ -1,5 +1,5 @@
-// Counts and copies runs of units that mean the same in two encodings, a vector at a time: ASCII between UTF-8,
-// Latin-1 and UTF-16, and all of Latin-1 to and from UTF-16.
+// Counts and copies runs of units that mean the same in two encodings, a vector at a time: ASCII between
+// UTF-8, Latin-1 and UTF-16, and all of Latin-1 to and from UTF-16.
 //
 // A run ends at the first unit that is not below the limit, 0x80 or 0x100. Units are uint8_t or wchar_t, at
 // any address. A function that takes a count reads and writes no unit beyond it.

@@ -6,9 +6,10 @@
 // minus sign.
 //
 // The reader accepts all that the standard allows: outside a shift any ASCII character, but "+" only before a
-// minus sign; inside a shift any code point; a shift ends at any character that is not base64 or at the end of
-// the text. Malformed are: a byte above 127; a plus sign followed neither by base64 nor by a minus sign; a shift
-// whose last unit is incomplete or padded with bits other than zeros; a surrogate without its other half.
+// minus sign; inside a shift any code point; a shift ends at any character that is not base64 or at the end
+// of the text. Malformed are: a byte above 127; a plus sign followed neither by base64 nor by a minus sign; a
+// shift whose last unit is incomplete or padded with bits other than zeros; a surrogate without its other
+// half.
 
 #pragma once
 

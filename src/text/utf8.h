@@ -1,5 +1,5 @@
-// UTF-8 (RFC 3629). Only the shortest form of a code point is accepted; surrogates and values above U+10FFFF are
-// malformed. So text that was read can always be written again, byte for byte.
+// UTF-8 (RFC 3629). Only the shortest form of a code point is accepted; surrogates and values above U+10FFFF
+// are malformed. So text that was read can always be written again, byte for byte.
 
 #pragma once
 

@@ -1,5 +1,5 @@
-// Converts runs of UTF-16 beyond ASCII to UTF-8 without a decision for each unit: units below 0x800 eight at a
-// time; other code points of one unit without checking for the end of text or room each time.
+// Converts runs of UTF-16 beyond ASCII to UTF-8 without a decision for each unit: units below 0x800 eight at
+// a time; other code points of one unit without checking for the end of text or room each time.
 
 #pragma once
 
@@ -12,8 +12,8 @@ namespace detail
 namespace plain
 {
 
-/// Writes two bytes for each unit of a run of at most eight units from 0x80 to 0x7FF. Returns the length of the
-/// run.
+/// Writes two bytes for each unit of a run of at most eight units from 0x80 to 0x7FF. Returns the length of
+/// the run.
 inline uint32_t EncodeTwoByteUnits(const wchar_t *from, uint8_t *to)
 {
     uint32_t at = 0;

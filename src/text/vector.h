@@ -1,14 +1,14 @@
 // A vector at a time: the inner loops of measuring, finding, comparing and moving text.
 //
-// SSE2 is always available: the library is compiled for it. The text may end just before a page that cannot be
-// read, so a loop may load only these vectors:
-//   counted text      vectors that are completely inside the count; the rest at the end, shorter than a vector,
-//                     is covered by a vector that overlaps the previous one, or unit by unit;
-//   terminated text   vectors that are in the same page as a unit known to belong to the text: aligned vectors,
-//                     or others after a check of the address.
+// SSE2 is always available: the library is compiled for it. The text may end just before a page that cannot
+// be read, so a loop may load only these vectors:
+//   counted text      vectors that are completely inside the count; the rest at the end, shorter than a
+//                     vector, is covered by a vector that overlaps the previous one, or unit by unit;
+//   terminated text   vectors that are in the same page as a unit known to belong to the text: aligned
+//                     vectors, or others after a check of the address.
 // Text may be at any address, UTF-16 text also at an odd one, so single units are loaded and stored with
-// LoadUnit and StoreUnit. Each loop has a twin in `plain`, which does the same unit by unit. It is used for text
-// that is too short or not aligned to its units, and the tests check that both give the same results.
+// LoadUnit and StoreUnit. Each loop has a twin in `plain`, which does the same unit by unit. It is used for
+// text that is too short or not aligned to its units, and the tests check that both give the same results.
 //
 // A match is a function object that is called with a unit or with a vector of units; for a vector it sets all
 // bits of each unit that matches. Positions and counts are in units of the text.
@@ -114,8 +114,8 @@ __m128i EqualUnits(__m128i a, __m128i b)
 template <typename T>
 __m128i ChangeAsciiCase(__m128i units, T first)
 {
-    // The values are shifted so that the letters become the lowest signed numbers: then one comparison separates
-    // them from all others.
+    // The values are shifted so that the letters become the lowest signed numbers: then one comparison
+    // separates them from all others.
     constexpr auto kLowest = static_cast<T>(sizeof(T) == 1 ? 0x80 : 0x8000);
     const __m128i distance = Splat(static_cast<T>(kLowest - first));
     const __m128i behind = Splat(static_cast<T>(kLowest + 26));
@@ -204,8 +204,8 @@ uint32_t FirstDifference(const T *a, const T *b, uint32_t at, uint32_t end, cons
 
 } // namespace plain
 
-/// The position of the first match in a terminated text, or `limit` when there is none before it. The terminator
-/// must match too, unless the limit is the length of the text.
+/// The position of the first match in a terminated text, or `limit` when there is none before it. The
+/// terminator must match too, unless the limit is the length of the text.
 template <typename T, typename Match>
 uint32_t ScanTerminated(const T *text, uint32_t limit, const Match &match)
 {
@@ -349,8 +349,8 @@ __attribute__((noinline)) inline void MoveLong(uint8_t *to, const uint8_t *from,
         for (size_t i = 0; i < 4; i++)
             StoreVector(to + at + i * kVectorSize, units[i]);
     };
-    // Upwards, unless the destination begins inside the source. The vector at the far end overlaps the previous
-    // one; it is loaded first, before it can be overwritten.
+    // Upwards, unless the destination begins inside the source. The vector at the far end overlaps the
+    // previous one; it is loaded first, before it can be overwritten.
     if (reinterpret_cast<uintptr_t>(to) - reinterpret_cast<uintptr_t>(from) >= size) {
         const __m128i last = LoadVector(from + size - kVectorSize);
         size_t at = 0;
@@ -370,8 +370,8 @@ __attribute__((noinline)) inline void MoveLong(uint8_t *to, const uint8_t *from,
     }
 }
 
-/// Copies `size` bytes. The two places may overlap; they may be null when the size is 0. A short text needs no
-/// loop: two pieces that may overlap cover it, and both are loaded before one is stored.
+/// Copies `size` bytes. The two places may overlap; they may be null when the size is 0. A short text needs
+/// no loop: two pieces that may overlap cover it, and both are loaded before one is stored.
 inline void MoveBytes(void *destination, const void *source, size_t size)
 {
     auto *const to = static_cast<uint8_t *>(destination);

@@ -1,10 +1,11 @@
 // Matches names against patterns with the wildcards * and ?.
 //
-// After a mismatch only the last star is extended by one more character; earlier stars need no retry. The part
-// between two stars contains no star, so the last star was reached at the earliest possible place of the name.
-// If an earlier star took more characters, the last star would be reached at the same place or later; and since
-// it can take any run of characters, every match found from there is also found from here. So one retry point is
-// enough. For each last star, a character of the name is compared at most once with a character of the pattern.
+// After a mismatch only the last star is extended by one more character; earlier stars need no retry. The
+// part between two stars contains no star, so the last star was reached at the earliest possible place of the
+// name. If an earlier star took more characters, the last star would be reached at the same place or later;
+// and since it can take any run of characters, every match found from there is also found from here. So one
+// retry point is enough. For each last star, a character of the name is compared at most once with a
+// character of the pattern.
 
 #include "orv/text/wildcard.h"
 

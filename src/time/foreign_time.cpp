@@ -1,6 +1,6 @@
-// Conversions to and from the time formats of others: FILETIME, time_t, timeval, tm, variant time, SYSTEMTIME,
-// DOS. Each is expressed in units of 100 ns from an epoch. Where a conversion is unusual, that is intended,
-// and its public documentation says so.
+// Conversions to and from the time formats of others: FILETIME, time_t, timeval, tm, variant time,
+// SYSTEMTIME, DOS. Each is expressed in units of 100 ns from an epoch. Where a conversion is unusual, that is
+// intended, and its public documentation says so.
 
 #include "orv/time/foreign_time.h"
 

@@ -65,7 +65,8 @@ OrvResult OrvConvertStructToOrvTime(OrvTime &time, const OrvTimeStruct &structur
     constexpr uint16_t kFirstYear = 1970;
     if (structure.year < kFirstYear)
         return ORV_E_TIME_OUT_OF_RANGE;
-    // A month is wider here than in the platform's fields: cut to their width, a wrong one could become valid.
+    // A month is wider here than in the platform's fields: cut to their width, a wrong one could become
+    // valid.
     if (structure.month > OrvDecember)
         return ORV_E_INVALID_ARGUMENT;
     const OrvResult result = detail::TimeFromFields(

@@ -28,15 +28,15 @@ OrvResult DocumentBytes::Read(uint8_t *bytes, uint32_t capacity, uint32_t &size,
     return ORV_S_OK;
 }
 
-/// Replaces halves without their other half. Returns how many of the bytes could be judged; the rest depend on
-/// bytes that follow.
+/// Replaces halves without their other half. Returns how many of the bytes could be judged; the rest depend
+/// on bytes that follow.
 uint32_t DocumentBytes::Screen(uint8_t *bytes, uint32_t size)
 {
     if (encoding_ == Encoding::kUnknown) {
         if (size < 2)
             return 0;
-        // Detected as expat does it: by the byte order mark, or by the zero byte of the first character, which
-        // is ASCII.
+        // Detected as expat does it: by the byte order mark, or by the zero byte of the first character,
+        // which is ASCII.
         if ((bytes[0] == 0xFE && bytes[1] == 0xFF) || bytes[0] == 0)
             encoding_ = Encoding::kBigEndian;
         else if ((bytes[0] == 0xFF && bytes[1] == 0xFE) || bytes[1] == 0)

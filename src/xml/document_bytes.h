@@ -1,8 +1,8 @@
 // The source of a document's bytes for expat; it checks UTF-16 documents for lone surrogates.
 //
 // Expat takes the unit after the first half of a surrogate pair for the second half without a check: in a
-// UTF-16 document it would swallow markup and report malformed text. So a first half without its second half is
-// passed to expat as U+FFFF, which no document may contain: expat then refuses the document at that place.
+// UTF-16 document it would swallow markup and report malformed text. So a first half without its second half
+// is passed to expat as U+FFFF, which no document may contain: expat then refuses the document at that place.
 
 #pragma once
 

@@ -35,8 +35,8 @@ bool IsEscaped(uint32_t unit, bool attribute)
     }
 }
 
-/// A mask with the two bits set of each unit that may need an escape: the special characters, all controls, and
-/// everything from the first surrogate on.
+/// A mask with the two bits set of each unit that may need an escape: the special characters, all controls,
+/// and everything from the first surrogate on.
 uint32_t Suspects(__m128i units, bool attribute)
 {
     const auto equals = [units](wchar_t unit) {

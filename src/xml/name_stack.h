@@ -17,7 +17,8 @@ public:
     NameStack &operator=(const NameStack &) = delete;
     ~NameStack();
 
-    /// Copies a name whose length is a count. Returns 0, or ORV_E_OUT_OF_MEMORY and leaves the stack unchanged.
+    /// Copies a name whose length is a count. Returns 0, or ORV_E_OUT_OF_MEMORY and leaves the stack
+    /// unchanged.
     OrvResult Push(const OrvStringRefBase<wchar_t> &name);
 
     /// The innermost name, valid until the next Push. The stack must not be empty.

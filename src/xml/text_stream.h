@@ -19,16 +19,16 @@ public:
 
     void SetLineEnd(LineEndSequence lineEnd) { lineEnd_ = lineEnd; }
 
-    /// Writes text. It may end between the halves of a surrogate pair; the next text then starts with the other
-    /// half.
+    /// Writes text. It may end between the halves of a surrogate pair; the next text then starts with the
+    /// other half.
     ///
     /// Returns 0; ORV_E_INVALID_DATA for a surrogate without its other half; the stream's failure.
     OrvResult Append(const wchar_t *first, const wchar_t *last) override;
 
     OrvResult WriteLineEnd();
 
-    /// Writes everything to the stream. Returns 0; ORV_E_INVALID_DATA when half of a surrogate pair is left; the
-    /// stream's failure.
+    /// Writes everything to the stream. Returns 0; ORV_E_INVALID_DATA when half of a surrogate pair is left;
+    /// the stream's failure.
     OrvResult Flush();
 
 private:

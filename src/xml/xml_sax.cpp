@@ -31,8 +31,7 @@ typedef OrvBasXmlSaxHandlerBase::Text Text;
 constexpr int kPieceBytes = 4096;
 constexpr uint32_t kMostOpenElements = 250000;
 constexpr uint64_t kMostTokenBytes = 64 << 20;
-constexpr float kMostExpansion =
-    100; // (bytes read + expanded) / bytes read, from kFreeExpansion of the sum on
+constexpr float kMostExpansion = 100; // (bytes read + expanded) / read, from kFreeExpansion of the sum on
 constexpr uint64_t kFreeExpansion = 8 << 20;
 constexpr float kMostMemory = 100; // bytes that expat allocates / bytes read, from kFreeMemory allocated on
 constexpr uint64_t kFreeMemory = 64 << 20;
@@ -171,9 +170,9 @@ OrvResult Reading::Refuse(OrvBasXmlSaxReason reason)
     return ORV_E_INVALID_DATA;
 }
 
-/// Whether expat holds the beginning of a token (a name, tag, comment or the like) that is longer than allowed.
-/// After expat has moved its buffer it does not know where its last token starts, until it looks at the token
-/// again; so the last known start is kept.
+/// Whether expat holds the beginning of a token (a name, tag, comment or the like) that is longer than
+/// allowed. After expat has moved its buffer it does not know where its last token starts, until it looks at
+/// the token again; so the last known start is kept.
 bool Reading::IsTokenTooLong()
 {
     const XML_Index start = XML_GetCurrentByteIndex(parser_);

@@ -1,8 +1,8 @@
 // The XML writer: a small state machine over a text stream.
 //
 // The state says what directly precedes the next piece. It decides whether a start tag must still be closed
-// with ">", whether an end tag gets a line of its own, and how text is escaped. The first failed write is kept
-// in result_; every later operation then returns at once.
+// with ">", whether an end tag gets a line of its own, and how text is escaped. The first failed write is
+// kept in result_; every later operation then returns at once.
 
 #include "orv/xml/xml_writer.h"
 

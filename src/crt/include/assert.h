@@ -1,3 +1,3 @@
-/* For the C libraries inside orvsys.dll: their assertions are left to their authors and compile to nothing. */
+/* For the C libraries inside orvsys.dll: their assertions are left to their authors and do nothing here. */
 #pragma once
 #define assert(condition) ((void)0)
