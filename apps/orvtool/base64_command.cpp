@@ -1,4 +1,4 @@
-// orvtool base64: bytes to Base64 text and back.
+// orvtool base64: encodes bytes as Base64 text, and decodes them.
 
 #include "command.h"
 #include "input.h"
@@ -19,7 +19,7 @@ constexpr uint32_t kPieceGroups = 4096;
 
 ExitCode Encode(const Command &command, Console &console, Input &input)
 {
-    // Pieces of whole groups, so that their texts make one.
+    // Each piece has whole groups of bytes, so that the texts of the pieces together are one text.
     constexpr uint32_t kPiece = kPieceGroups * kGroupBytes;
     uint8_t bytes[kPiece];
     wchar_t room[kPieceGroups * kGroupCharacters + 1];
@@ -38,8 +38,8 @@ ExitCode Encode(const Command &command, Console &console, Input &input)
     return kExitSuccess;
 }
 
-/// Text on its way to bytes. It is taken character by character, which shows where the first fault is; whole
-/// groups are collected for the library to decode.
+/// Decodes text. The text is taken character by character, which shows where the first fault is. Whole groups
+/// are collected, and the library decodes them.
 class Decoder
 {
 public:
@@ -48,7 +48,7 @@ public:
     {
     }
 
-    /// False when the character has no place where it stands.
+    /// Takes the next character. False when that character is not allowed at its position.
     bool Take(char character)
     {
         if (skipsWhiteSpace_ && IsWhiteSpace(character))
@@ -66,7 +66,7 @@ public:
     bool IsFull() const { return length_ == kCapacity; }
     bool IsInsideGroup() const { return length_ % kGroupCharacters != 0; }
 
-    /// Decodes and writes the groups that are complete. Returns 0, or why that failed.
+    /// Decodes and writes the complete groups. Returns 0 or the failure.
     OrvResult Write()
     {
         uint8_t bytes[kPieceGroups * kGroupBytes];
@@ -87,8 +87,8 @@ private:
 
     Stream &out_;
     const bool skipsWhiteSpace_;
-    bool isPadded_ = false; ///< the character before was a padding one
-    bool hasEnded_ = false; ///< the padded group is complete, and nothing may follow
+    bool isPadded_ = false; ///< the previous character was a padding character
+    bool hasEnded_ = false; ///< the group with padding is complete, and nothing may follow
     uint32_t length_ = 0;
     wchar_t text_[kCapacity];
 };
@@ -118,7 +118,7 @@ ExitCode Decode(const Command &command, Console &console, Input &input, OrvBase6
     if (!problem && decoder.IsInsideGroup())
         problem = L"the text ends inside a group";
     if (OrvSucceeded(result))
-        result = decoder.Write(); // what stands before a fault is still good
+        result = decoder.Write(); // the groups before a fault are good
     if (console.out.HasFailed())
         return kExitFailed;
     if (OrvFailed(result))
@@ -163,11 +163,11 @@ const Command kBase64Command = {
     L"\n"
     L"Encodes the bytes of FILE, or of standard input, as one line of text. Without FILE, or when it is "
     L"'-',\n"
-    L"standard input is read. Where text ceases to be Base64, decoding ends: the groups before are written,\n"
-    L"and the offset is printed.\n"
+    L"standard input is read. Decoding ends at the first character that is not Base64: the groups before it\n"
+    L"are written, and the offset is printed.\n"
     L"\n"
     L"  -d, --decode   decodes; white space is skipped\n"
-    L"  --strict       white space is a fault too, line ends among it\n",
+    L"  --strict       white space is a fault too, including line ends\n",
     Run,
 };
 

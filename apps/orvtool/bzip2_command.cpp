@@ -72,8 +72,8 @@ const Command kBunzip2Command = {
     L"Usage: orvtool bunzip2 [FILE]\n"
     L"\n"
     L"Decompresses FILE, or standard input without FILE or when it is '-', to standard output; streams that\n"
-    L"follow each other become one output. When the data is corrupt, ends too early, or goes on behind its\n"
-    L"streams with something else, what is good is written, and the offset is printed.\n",
+    L"follow each other become one output. When the data is corrupt, ends too early, or is followed by\n"
+    L"other data, the good part is written, and the offset is printed.\n",
     RunBunzip2,
 };
 

@@ -1,3 +1,5 @@
+// Runs another program, and quotes the arguments for its command line.
+
 #include "child_process.h"
 
 #include "nt/programs.h"
@@ -21,7 +23,8 @@ OrvResult AppendArgument(OrvUtf16CharHeapBuffer &line, const wchar_t *argument)
         result = line.Append(L'"');
     uint32_t backslashes = 0;
     for (const wchar_t *next = argument; OrvSucceeded(result); next++) {
-        // Those before a quote, also before the closing one, are doubled; the quote itself gets one more.
+        // Backslashes before a quotation mark, including the closing one, are doubled. The mark itself gets
+        // one more backslash.
         const bool atQuote = *next == L'"' || !*next;
         for (; atQuote && backslashes && OrvSucceeded(result); backslashes--)
             result = line.Append(L'\\');

@@ -1,4 +1,4 @@
-// What a command is, and the words that all commands share: exit codes, usage errors, failed results.
+// What a command is, and what all commands share: exit codes, usage errors, and reports of failed results.
 
 #pragma once
 
@@ -20,7 +20,7 @@ struct Command {
     const wchar_t *summary; ///< one line
     const wchar_t *help;    ///< what --help prints
     ExitCode (*run)(const Command &command, Console &console, ArgumentReader &arguments);
-    bool readsHelp = false; ///< looks for --help itself, since arguments of another program are among its own
+    bool readsHelp = false; ///< looks for --help itself: some arguments belong to another program
 };
 
 extern const Command kInfoCommand;
@@ -46,33 +46,33 @@ extern const Command kBunzip2Command;
 extern const Command kXmlCommand;
 extern const Command kTimeCommand;
 
-/// Prints what --help says of a command. Always kExitSuccess.
+/// Prints the help text of a command. Always returns kExitSuccess.
 ExitCode PrintHelp(const Command &command, Console &console);
 
 /// The last lines of every help text.
 extern const wchar_t kExitCodes[];
 
-/// Says on standard error what is wrong with the arguments and where help is. `what` may be null.
+/// Prints on standard error what is wrong with the arguments and how to get help. `what` may be null.
 ExitCode UsageError(const Command &command, Console &console, const wchar_t *problem, const wchar_t *what);
 
-/// The same of the argument that stands next and has no place there.
+/// The same for the next argument, which is not allowed there.
 ExitCode UnwantedArgument(const Command &command, Console &console, const ArgumentReader &arguments);
 
-/// The same of an option's value, null when there is none. `option` is as it stands there, with "=VALUE" or
-/// not.
+/// The same for the value of an option; null when the value is missing. `option` is the argument as the user
+/// wrote it, with or without "=VALUE".
 ExitCode WrongValue(const Command &command, Console &console, const wchar_t *option, const wchar_t *value);
 
-/// Says on standard error what failed and with which result, and gives the exit code for it. `what`, such as
-/// a file's name, may be null.
+/// Prints on standard error what failed and with which result. Returns the exit code for that. `what`, such
+/// as the name of a file, may be null.
 ExitCode ReportFailure(const Command &command, Console &console, const wchar_t *action, OrvResult result,
                        const wchar_t *what = nullptr);
 
-/// Flushes standard output at the end of the program, and says on standard error why not all of it could be
-/// written: no command says that itself. Nobody misses what a closed pipe did not take, so that this is not
-/// said. Returns `code`, or kExitFailed in place of a success when something was not written.
+/// Flushes standard output at the end of the program. If not all of it could be written, prints why on
+/// standard error: no command does that itself. A closed pipe is not reported, because its reader wants no
+/// more. Returns `code`, or kExitFailed in place of a success when something was not written.
 ExitCode FinishOutput(Console &console, ExitCode code);
 
-/// A line "action: 0x6001004F (ORV_S_ALREADY_EXISTS)" on standard output.
+/// Prints a line "action: 0x6001004F (ORV_S_ALREADY_EXISTS)" on standard output.
 void PrintResult(Console &console, const wchar_t *action, OrvResult result);
 
 } // namespace orvtool

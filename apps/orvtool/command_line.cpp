@@ -1,4 +1,4 @@
-// Reading the command line.
+// Reads the command line, and numbers in it.
 
 #include "command_line.h"
 

@@ -1,5 +1,5 @@
-// What the compression commands share: input through a context of the library to standard output, with two
-// buffers of a fixed size.
+// What the compression commands share: they pass the input through a context of the library to standard
+// output, with two buffers of a fixed size.
 
 #pragma once
 
@@ -11,7 +11,7 @@
 namespace orvtool
 {
 
-/// The level that an option asks for, "-1" to "-9"; 0 when it is none.
+/// Takes an option from "-1" to "-9" and returns its level; 0 when the next argument is not such an option.
 inline int TakeLevel(ArgumentReader &arguments)
 {
     const wchar_t *const option = arguments.Peek();
@@ -21,7 +21,7 @@ inline int TakeLevel(ArgumentReader &arguments)
     return option[1] - L'0';
 }
 
-/// Whether a compressed input may be several streams, one behind the other, that become one output.
+/// Whether a compressed input may have several streams, one after another, which become one output.
 enum class Streams { kOne, kSeveral };
 
 /// Context is OrvDeflateContext or OrvBZ2Context. Begin, called with the context and the size of its buffer,
@@ -49,11 +49,11 @@ public:
 private:
     static constexpr uint32_t kBufferSize = 64 * 1024;
 
-    /// How far the work has come, and what stopped it.
+    /// The result of a step: whether the work can go on, and what stopped it.
     struct Outcome {
         OrvResult result = ORV_S_OK;      ///< ORV_S_END_OF_DATA when a stream is complete
-        const wchar_t *action = nullptr;  ///< what gave the result
-        const wchar_t *problem = nullptr; ///< what is wrong with the input; null when nothing is
+        const wchar_t *action = nullptr;  ///< the action that returned the result
+        const wchar_t *problem = nullptr; ///< what is wrong with the input; null when nothing is wrong
         uint64_t offset = 0;              ///< of the problem
 
         bool IsGood() const { return OrvSucceeded(result) && !problem; }
@@ -67,7 +67,7 @@ private:
         {
             Progress progress(console_.error, input_.Size());
             outcome = work(progress);
-            Write(); // behind a fault too: what came before it is still good
+            Write(); // after a fault too: the output before it is good
         }
         if (console_.out.HasFailed())
             return kExitFailed;
@@ -108,7 +108,7 @@ private:
             if (streams == Streams::kOne)
                 return OtherDataAt(end);
             outcome = DecompressStream(progress);
-            // Bytes that do not even start like a stream are none.
+            // Bytes that do not even have a stream's signature are other data.
             constexpr uint32_t kSignature = 4;
             if (outcome.problem && outcome.offset - end <= kSignature)
                 return OtherDataAt(end);
@@ -147,7 +147,7 @@ private:
         return {ORV_S_OK, nullptr, L"other data follows the stream, at offset %I64u", offset};
     }
 
-    /// Begins a stream; what the one before it left in the buffer is written.
+    /// Begins a stream. First writes what the previous stream left in the buffer.
     Outcome Start()
     {
         OrvResult result = Write();
@@ -159,7 +159,7 @@ private:
         return {result, L"starting"};
     }
 
-    /// Takes a step, and writes the buffer when it is full. The result is the step's, unless writing failed.
+    /// Makes a step, and writes the buffer if it is full. Returns the step's result, unless writing fails.
     Outcome Step(const wchar_t *action, OrvResult (Context::*step)())
     {
         const OrvResult result = (context_.*step)();
@@ -182,7 +182,7 @@ private:
 
     OrvResult Write()
     {
-        if (!context_.GetNextOut()) // no stream
+        if (!context_.GetNextOut()) // no stream has begun
             return ORV_S_OK;
         const uint32_t count = BufferedOutput();
         written_ += count;
@@ -199,10 +199,10 @@ private:
     bool IsInputEmpty() const { return context_.GetAvailIn() == 0; }
     uint32_t BufferedOutput() const { return context_.GetBufferSize() - context_.GetAvailOut(); }
 
-    /// How far the context has read.
+    /// The number of bytes that the context has read.
     uint64_t Offset() const { return read_ - context_.GetAvailIn(); }
 
-    /// How much the contexts have given so far.
+    /// The number of bytes of output so far, of all streams.
     uint64_t Given() const { return written_ + BufferedOutput(); }
 
     const Command &command_;

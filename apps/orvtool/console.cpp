@@ -1,4 +1,4 @@
-// Standard streams without a C runtime.
+// Writes text to the standard streams and to files, without a C runtime.
 
 #include "console.h"
 
@@ -44,7 +44,7 @@ OrvResult Stream::Flush()
     char bytes[kCapacity * 3 + 1];
     uint32_t size = 0;
     result_ = OrvConvertUtf162MbString(bytes, sizeof bytes, characters_, page, &size, count);
-    if (result_ == ORV_E_INVALID_DATA) { // names of files may be no text
+    if (result_ == ORV_E_INVALID_DATA) { // names of files may contain lone surrogates
         ReplaceLoneSurrogates(count);
         result_ = OrvConvertUtf162MbString(bytes, sizeof bytes, characters_, page, &size, count);
     }

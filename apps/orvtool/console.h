@@ -1,6 +1,6 @@
-// The program's standard output and error, and files of text: UTF-16 text in, bytes out. A console gets the
-// OEM page that it shows; a pipe or a file gets UTF-8, in which a surrogate without its other half is the
-// replacement character, or UTF-16 as it is.
+// The program's standard output and error, and files of text: they take UTF-16 text and write bytes. A
+// console gets the OEM page that it shows. A pipe or a file gets UTF-8, in which a surrogate without its
+// other half becomes the replacement character, or unchanged UTF-16.
 
 #pragma once
 
@@ -12,8 +12,8 @@
 namespace orvtool
 {
 
-/// A buffered stream over a handle that it does not own. A failed write is remembered; everything after it is
-/// dropped.
+/// A buffered stream over a handle that it does not own. It keeps the first failure of a write, and drops
+/// everything after it.
 class Stream final : public OrvBasAppendable<wchar_t>
 {
 public:
@@ -24,23 +24,23 @@ public:
 
     OrvResult Append(const wchar_t *first, const wchar_t *last) override;
 
-    /// Formats as the library does, then flushes complete lines when the stream is a console. Returns 0 or
-    /// the first failure of the stream, for those who print much.
+    /// Formats as the library does, and flushes complete lines if the stream is a console. Returns 0 or the
+    /// first failure of the stream, so that a caller that prints much can stop.
     OrvResult Print(const wchar_t *format, ...);
 
-    /// Bytes as they are, behind the text so far. Returns 0 or the first failure of the stream.
+    /// Writes bytes unchanged after the text so far. Returns 0 or the first failure of the stream.
     OrvResult WriteBytes(const void *bytes, uint32_t count);
 
     /// Returns 0 or the first failure of the stream.
     OrvResult Flush();
 
-    /// Whether something could not be written. Work for this stream alone is of no use any more then.
+    /// Whether something could not be written. Then work only for this stream is useless.
     bool HasFailed() const { return OrvFailed(result_); }
 
     bool IsConsole() const { return isConsole_; }
 
-    /// From now on text goes out as UTF-16, little-endian, with a byte order mark before it; a console still
-    /// gets what it shows. Returns 0 or the first failure of the stream.
+    /// Writes text as UTF-16 from now on, little-endian, after a byte order mark. A console still gets its
+    /// OEM page. Returns 0 or the first failure of the stream.
     OrvResult UseUtf16();
 
 private:
@@ -56,7 +56,7 @@ private:
     wchar_t characters_[kCapacity];
 };
 
-/// Both streams of the process, handed to every command.
+/// Both streams of the process, passed to every command.
 struct Console {
     Stream &out;
     Stream &error;

@@ -1,7 +1,7 @@
-// orvtool convert: bytes of one code page to bytes of another.
+// orvtool convert: converts bytes of one code page to bytes of another.
 //
-// The input is converted in pieces of whole lines, or of whole characters where a page knows them, so that
-// the output is what one conversion of everything would give.
+// The input is converted in pieces of whole lines, or of whole characters if the page shows where they end.
+// So the output is the same as that of a single conversion of everything.
 
 #include "command.h"
 #include "input.h"
@@ -44,7 +44,8 @@ struct Direction {
     OrvCodePage from;
     OrvCodePage to;
 
-    /// Whether the conversion takes text that is none: a plain copy, and the platform's pages behind UTF-16.
+    /// Whether the conversion accepts malformed text: a plain copy does, and one from UTF-16 to a page of the
+    /// platform.
     bool IsLenient() const
     {
         const bool isNative = to == OrvCodePageDefault || to == OrvCodePageOem;
@@ -58,7 +59,7 @@ class Pieces
 public:
     Pieces(Input &input, Direction direction) : input_(input), direction_(direction) {}
 
-    /// Goes on to the next piece, which is empty behind the last one. Returns 0, ORV_E_OUT_OF_MEMORY, or the
+    /// Moves to the next piece. After the last one the piece is empty. Returns 0, ORV_E_OUT_OF_MEMORY, or the
     /// input's failure.
     OrvResult Next()
     {
@@ -89,7 +90,7 @@ private:
     static constexpr uint32_t kInitialCapacity = 64 * 1024;
     static constexpr uint32_t kLargestCapacity = 1u << 30;
 
-    /// Makes room behind the bytes: there is none at first, and when a line is as long as the array.
+    /// Makes room after the bytes if there is none: at first, and when a line is as long as the array.
     OrvResult Grow()
     {
         if (count_ < capacity_)
@@ -109,7 +110,7 @@ private:
     uint32_t Cut() const
     {
         const uint32_t line = CutBehindLine(bytes_.Get(), count_, direction_.from);
-        // A shift of UTF-7 goes on over the end of a piece.
+        // In UTF-7 output a shift may continue over the end of a piece, so only a line end is a good cut.
         if (line || direction_.to == OrvCodePageUtf7)
             return line;
         return CutBehindCharacter(bytes_.Get(), count_, direction_.from);
@@ -125,7 +126,7 @@ private:
     bool isAtEnd_ = false;
 };
 
-/// Converts text, and keeps the array for the next one.
+/// Converts text, and keeps its array for the next text.
 class Converter
 {
 public:
@@ -175,7 +176,7 @@ ExitCode Convert(const Command &command, Console &console, Input &input, Directi
             action = L"converting";
             result = converter.Convert(pieces.Bytes(), pieces.Length());
             const bool isMalformed = result == ORV_E_INVALID_DATA;
-            if (isMalformed) { // what stands before the fault is still text
+            if (isMalformed) { // the part before the fault is good
                 const uint32_t valid = FindFault(pieces.Bytes(), pieces.Length(), direction.from);
                 fault = pieces.Offset() + valid;
                 result = converter.Convert(pieces.Bytes(), valid);
@@ -228,10 +229,10 @@ const Command kConvertCommand = {
     L"Usage: orvtool convert --from PAGE --to PAGE [FILE]\n"
     L"\n"
     L"Converts the bytes of FILE, or of standard input. Without FILE, or when it is '-', standard input is\n"
-    L"read. Line ends and byte order marks are characters like others. At the first byte sequence that is\n"
-    L"malformed the conversion ends, with what stands before it written, and its offset is printed; in "
-    L"UTF-7\n"
-    L"that of the shift.\n"
+    L"read. Line ends and byte order marks are characters like others. The conversion ends at the first\n"
+    L"malformed byte sequence: the text before it is written, and its offset is printed, in UTF-7 the "
+    L"offset\n"
+    L"of the shift.\n"
     L"\n"
     L"PAGE is one of\n"
     L"  default   the platform's ANSI page\n"
@@ -241,7 +242,8 @@ const Command kConvertCommand = {
     L"  utf-8     RFC 3629\n"
     L"  utf-16    little-endian\n"
     L"\n"
-    L"A character that the first three lack becomes what the platform puts there, in Latin-1 a '?'.\n",
+    L"A character that is missing in one of the first three pages becomes the platform's replacement, in\n"
+    L"Latin-1 a '?'.\n",
     Run,
 };
 

@@ -13,14 +13,14 @@ namespace
 
 using detail::OrvDeflateContext;
 
-/// What both commands take.
+/// The options of both commands.
 struct Options {
     int level = OrvDeflateContext::kDefaultLevel;
     bool isRaw = false;
     const wchar_t *path = nullptr;
 };
 
-/// Takes the level if it stands next. kExitSuccess, or the usage error has been reported.
+/// Takes the level if the next argument is one. Returns kExitSuccess, or reports the usage error.
 ExitCode TakeLevelOption(const Command &command, Console &console, ArgumentReader &arguments, int &level,
                          bool &isTaken)
 {
@@ -52,7 +52,7 @@ ExitCode ReadOptions(const Command &command, Console &console, ArgumentReader &a
     return usage;
 }
 
-/// What initializes a context.
+/// The function that initializes a context.
 auto BeginOf(const Options &options, bool compresses)
 {
     return [options, compresses](OrvDeflateContext &context, uint32_t bufferSize) {
@@ -100,7 +100,7 @@ const Command kInflateCommand = {
     L"\n"
     L"Decompresses FILE, or standard input without FILE or when it is '-', to standard output. When the "
     L"data\n"
-    L"is corrupt, ends too early, or goes on behind its stream, what is good is written, and the offset is\n"
+    L"is corrupt, ends too early, or is followed by other data, the good part is written, and the offset is\n"
     L"printed.\n"
     L"\n"
     L"  --raw   the data has neither header nor checksum (RFC 1951)\n",

@@ -1,4 +1,4 @@
-// One loop for every algorithm; they differ in how they hand out what they found.
+// Computes digests: one loop for every algorithm. The algorithms differ only in how they return the digest.
 
 #include "digest.h"
 
@@ -44,8 +44,8 @@ void Finish(OrvMiniHashMd4 &hash, uint8_t *digest)
         *digest++ = byte;
 }
 
-/// Adds a piece. Some algorithms take any length, and their Add returns nothing; the others refuse a message
-/// that becomes too long.
+/// Adds a piece. Some algorithms take a message of any length, and their Add returns nothing. The others
+/// refuse a message that becomes too long.
 template <typename Hash>
 OrvResult Add(Hash &hash, const uint8_t *piece, uint32_t count)
 {
@@ -80,7 +80,7 @@ constexpr LengthLimit kBitsIn32Bits = {(512u << 20) - 1, L"512 MiB",
                                        L"sha512 for less than 4 GiB, or md5 for any length"};
 constexpr LengthLimit kBytesIn32Bits = {UINT32_MAX, L"4 GiB", L"md5, which takes any length"};
 
-/// Among those with digests of one size the best known comes first.
+/// Of several algorithms with the same size of digest the best known comes first.
 constexpr Algorithm kAlgorithms[] = {
     {L"crc32", 4, kNoLimit, DigestInput<OrvMiniHashCrc32>},
     {L"crc32c", 4, kNoLimit, DigestInput<OrvMiniHashCrc32C>},

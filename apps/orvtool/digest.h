@@ -1,4 +1,4 @@
-// The library's checksums and digests by their names, and what one says of a whole input.
+// The library's checksums and digests by their names, and the digest of a whole input.
 
 #pragma once
 
@@ -12,11 +12,11 @@ namespace orvtool
 
 constexpr uint32_t kLongestDigest = 64;
 
-/// The longest input that an algorithm of the library gives the standard digest of.
+/// The longest input of which an algorithm of the library gives the standard digest.
 struct LengthLimit {
     uint64_t mostBytes;
-    const wchar_t *below;       ///< the least that is too long, as people write it
-    const wchar_t *takeInstead; ///< which algorithm a longer input should be given to
+    const wchar_t *below;       ///< the smallest length that is too long, as text for a message
+    const wchar_t *takeInstead; ///< which algorithm to use for a longer input
 };
 
 /// An algorithm, and how it digests an input in pieces.
@@ -28,22 +28,22 @@ struct Algorithm {
                         uint8_t *digest);
 };
 
-/// Null when there is none by that name.
+/// The algorithm with this name; null when there is none.
 const Algorithm *FindAlgorithm(const wchar_t *name);
 
-/// The best known one with digests of so many bytes; null when there is none.
+/// The best known algorithm with digests of this many bytes; null when there is none.
 const Algorithm *FindAlgorithm(uint32_t digestSize);
 
-/// Digests inputs with one buffer for all.
+/// Computes digests of inputs, with one buffer for all of them.
 class Digester
 {
 public:
     Digester() : piece_(detail::HeapArray<uint8_t>::Allocate(kPieceSize)) {}
 
-    /// Stores the digest of everything in the input; a checksum is stored with its high byte first.
+    /// Stores the digest of the whole input. A checksum is stored with its high byte first.
     ///
-    /// Returns 0; ORV_E_OUT_OF_MEMORY; ORV_E_BAD_LENGTH when the input is too long for the algorithm, which
-    /// is known without reading when the input says its size; the input's failure.
+    /// Returns 0; ORV_E_OUT_OF_MEMORY; ORV_E_BAD_LENGTH when the input is too long for the algorithm, without
+    /// reading it if its size is known; otherwise the input's failure.
     OrvResult Digest(const Algorithm &algorithm, Stream &error, Input &input,
                      uint8_t (&digest)[kLongestDigest]);
 

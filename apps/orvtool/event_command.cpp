@@ -1,4 +1,4 @@
-// orvtool event: named events.
+// orvtool event: creates, opens, sets and waits for named events.
 
 #include "object_options.h"
 

@@ -48,7 +48,7 @@ const Command kGuidCommand = {
     L"\n"
     L"Prints COUNT GUIDs (1) that no other call gives.\n"
     L"\n"
-    L"  --random   random ones from the library's generator, which starts alike in every process\n",
+    L"  --random   random ones; the library's generator gives the same in every process\n",
     Run,
 };
 

@@ -1,8 +1,8 @@
-// orvtool hash: digests of files, and lists of them checked.
+// orvtool hash: prints digests of files, and checks lists of digests.
 //
-// Both are in the format of the sum tools of other systems: hexadecimal digits, a blank, a blank or an
-// asterisk, a name. A line that starts with a backslash has \\ for each backslash and \n and \r for line ends
-// in its name; those are read, and need not be written, since no name on this platform holds a line end.
+// Lists have the format of the sum tools of other systems: hexadecimal digits, a blank, a blank or an
+// asterisk, a name. In a line that starts with a backslash, the name has \\ for each backslash, and \n and \r
+// for line ends. Such lines are read but never written, because no name on this platform contains a line end.
 
 #include "command.h"
 #include "digest.h"
@@ -29,14 +29,14 @@ uint32_t DigitValue(wchar_t character)
     return kNoDigit;
 }
 
-/// A line of a list, taken apart in place.
+/// A line of a list, parsed in place.
 struct ListedFile {
     uint8_t digest[kLongestDigest];
     uint32_t digestSize;
     const wchar_t *name;
 };
 
-/// Undoes the escapes of a name. False when there is another one.
+/// Replaces the escapes of a name by their characters. False when there is an unknown escape.
 bool Unescape(wchar_t *name)
 {
     wchar_t *out = name;
@@ -54,7 +54,7 @@ bool Unescape(wchar_t *name)
     return true;
 }
 
-/// False when the line is none of a list.
+/// Parses a line of a list. False when it is not such a line.
 bool ParseLine(wchar_t *line, ListedFile &listed)
 {
     const bool isEscaped = *line == L'\\';
@@ -77,13 +77,14 @@ bool ParseLine(wchar_t *line, ListedFile &listed)
 class HashRun
 {
 public:
-    /// Without an algorithm, new digests are made by SHA-256 and listed ones checked by their length.
+    /// Without an algorithm, new digests are made with SHA-256, and the length of a listed digest selects the
+    /// algorithm that checks it.
     HashRun(const Command &command, Console &console, const Algorithm *algorithm)
         : command_(command), console_(console), algorithm_(algorithm)
     {
     }
 
-    /// Prints a file's digest. False when that failed, which is reported.
+    /// Prints the digest of a file. On failure reports it and returns false.
     bool Print(const wchar_t *name)
     {
         uint8_t digest[kLongestDigest];
@@ -96,7 +97,8 @@ public:
         return true;
     }
 
-    /// Checks the files of a list. False when one of them is not as listed, or nothing could be checked.
+    /// Checks the files of a list. False when a digest differs, a file cannot be read, or nothing was
+    /// checked.
     bool Check(const wchar_t *list)
     {
         Input input;
@@ -226,9 +228,8 @@ const Command kHashCommand = {
     L"\n"
     L"Prints the digest of each FILE and its name, as sha256sum does; '-' is standard input. With -c it "
     L"reads\n"
-    L"such lists instead, of any system, and says of each file whether it is as listed. Exit code 1 when "
-    L"one\n"
-    L"is not, or cannot be read.\n"
+    L"such lists instead, from any system, and prints for each file whether its digest matches. Exit code 1\n"
+    L"when a digest does not match, or a file cannot be read.\n"
     L"\n"
     L"  -a, --algorithm ALGORITHM   crc32, crc32c, md4, md5, sha1, sha256 (which is assumed), sha512 or\n"
     L"                              superfast; with -c crc32, md5, sha1, sha256 or sha512 is assumed, by "
@@ -236,7 +237,7 @@ const Command kHashCommand = {
     L"                              length of the digest\n"
     L"  -c, --check                 checks\n"
     L"\n"
-    L"A list is UTF-8 or, behind a byte order mark, UTF-16. The library's sha1 and sha256 are for less than\n"
+    L"A list is UTF-8 or, after a byte order mark, UTF-16. The library's sha1 and sha256 are for less than\n"
     L"512 MiB, and its sha512 for less than 4 GiB: a longer file is refused. The others take any length.\n",
     Run,
 };

@@ -1,4 +1,4 @@
-// orvtool info: what the library found on this system.
+// orvtool info: prints what the library found on this system.
 
 #include "command.h"
 

@@ -1,4 +1,4 @@
-// Reading files and standard input without a C runtime.
+// Reads files and standard input, without a C runtime.
 
 #include "input.h"
 
@@ -17,7 +17,7 @@ namespace
 
 constexpr wchar_t kReplacement = 0xFFFD;
 
-/// A pipe whose writers are gone has ended too.
+/// Whether the result means the end of the input. A pipe that its writers have closed has ended too.
 bool IsEnd(OrvResult result)
 {
     constexpr uint32_t kHandleEof = 38;
@@ -72,7 +72,7 @@ OrvResult Input::ReadSome(void *bytes, uint32_t capacity, uint32_t &count)
 {
     ULONG read = 0;
     OrvResult result = ORV_S_OK;
-    if (OrvKernel32IsFnLoaded_ReadFile()) { // which knows about consoles on every system
+    if (OrvKernel32IsFnLoaded_ReadFile()) { // it can read consoles on every system
         result = OrvKernel32_ReadFile(handle_, bytes, capacity, &read, nullptr);
     } else {
         IO_STATUS_BLOCK status = {};
@@ -117,7 +117,7 @@ ExitCode OpenInput(const Command &command, Console &console, const wchar_t *path
     return OrvFailed(result) ? ReportFailure(command, console, L"opening", result, path) : kExitSuccess;
 }
 
-/// Moves what has not been taken to the start of the array, and reads more behind it.
+/// Moves the bytes that have not been taken to the start of the array, and reads more after them.
 OrvResult LineReader::Refill()
 {
     count_ -= next_;
@@ -143,7 +143,7 @@ OrvResult LineReader::TakeByteOrderMark()
     isStarted_ = true;
     OrvResult result = Refill();
     for (const auto &mark : kMarks) {
-        // No more is read than the answer needs: the next bytes may be typed.
+        // Reads no more than needed to decide: the next bytes may still have to be typed.
         uint32_t equal = 0;
         while (OrvSucceeded(result) && equal < count_ && equal < mark.length &&
                bytes_[equal] == mark.bytes[equal]) {
@@ -224,7 +224,7 @@ OrvResult LineReader::ConvertUtf16(OrvUtf16CharHeapBuffer &line, uint32_t length
 
 OrvResult LineReader::ConvertUtf8(OrvUtf16CharHeapBuffer &line, uint32_t length)
 {
-    // No text has more UTF-16 units than UTF-8 bytes.
+    // A text never has more UTF-16 units than UTF-8 bytes.
     OrvResult result = line.Resize(length);
     if (length == 0)
         return result;

@@ -1,4 +1,4 @@
-// Where a command reads from: a file, or standard input. Bytes as they come, or lines of UTF-8 text.
+// The input of a command: a file or standard input, read as bytes or as lines of text.
 
 #pragma once
 
@@ -19,18 +19,18 @@ public:
     Input &operator=(const Input &) = delete;
     ~Input();
 
-    /// Null and "-" are standard input. Returns 0 or why the file cannot be opened.
+    /// Opens the file; null and "-" mean standard input. Returns 0 or the failure to open.
     OrvResult Open(const wchar_t *path);
 
     /// Reads until the array is full or the input ends; `count` is below `capacity` only then. Returns 0 or
     /// the platform's failure.
     OrvResult Read(void *bytes, uint32_t capacity, uint32_t &count);
 
-    /// Reads what is there, waiting for at least one byte; `count` is 0 only when the input has ended.
-    /// Returns as Read does.
+    /// Reads the bytes that are available, and waits for at least one. `count` is 0 only when the input has
+    /// ended. Returns as Read.
     OrvResult ReadSome(void *bytes, uint32_t capacity, uint32_t &count);
 
-    /// The size of a file in bytes; 0 when the input is none, such as a pipe.
+    /// The size of the file in bytes; 0 when the input is not a file, for example a pipe.
     uint64_t Size() const;
 
 private:
@@ -38,14 +38,14 @@ private:
     bool isOwned_ = false;
 };
 
-/// Takes the next argument as the command's only FILE. kExitSuccess, or the usage error has been reported.
+/// Takes the next argument as the command's only FILE. Returns kExitSuccess, or reports the usage error.
 ExitCode TakePath(const Command &command, Console &console, ArgumentReader &arguments, const wchar_t *&path);
 
-/// Opens FILE. kExitSuccess, or the failure has been reported.
+/// Opens FILE. Returns kExitSuccess, or reports the failure.
 ExitCode OpenInput(const Command &command, Console &console, const wchar_t *path, Input &input);
 
-/// The lines of an input, as UTF-16, without their line ends. The last line may have none. The input is
-/// UTF-8, with or without a byte order mark, or UTF-16 of either byte order behind such a mark. A byte that
+/// The lines of an input, as UTF-16, without their line ends. The last line may have no line end. The input
+/// is UTF-8, with or without a byte order mark, or UTF-16 of either byte order after such a mark. A byte that
 /// belongs to no character of UTF-8 becomes the replacement character, and so does half a unit at the end of
 /// UTF-16.
 class LineReader
@@ -53,7 +53,7 @@ class LineReader
 public:
     explicit LineReader(Input &input) : input_(input) {}
 
-    /// Replaces `line` by the next one; clears `found` when there is none left. Returns 0 or the first
+    /// Replaces `line` by the next line. Clears `found` when there is no line left. Returns 0 or the first
     /// failure.
     OrvResult Take(OrvUtf16CharHeapBuffer &line, bool &found);
 
@@ -77,8 +77,9 @@ private:
     char bytes_[4096];
 };
 
-/// Hands every line of standard input, terminated, and its number from 1 on to `take`, until that returns
-/// false. Returns false then, when reading fails, which is reported, and when standard output has failed.
+/// Passes every line of standard input, terminated, and its number, from 1, to `take` until that returns
+/// false. Returns false if `take` did, if reading failed, which is reported, or if standard output has
+/// failed.
 template <typename TakeLine>
 bool ForEachLine(const Command &command, Console &console, TakeLine take)
 {

@@ -1,4 +1,4 @@
-// orvtool lock: a command that runs while a file is locked.
+// orvtool lock: runs a command while a file is locked.
 
 #include "child_process.h"
 #include "command.h"
@@ -45,14 +45,14 @@ ExitCode ReadOptions(const Command &command, Console &console, ArgumentReader &a
     return kExitSuccess;
 }
 
-/// Whatever locks the file; it is let go of at the end of the program.
+/// The lock on the file, of either kind. It is released at the end of the program at the latest.
 class Lock
 {
 public:
     OrvResult Take(const Options &options)
     {
         const bool exclusive = options.kind == Kind::Exclusive;
-        // Opening is what makes the file, whichever kind of lock is wanted.
+        // For both kinds of lock this creates the file if it does not exist.
         OrvResult result = resource_.OpenOrCreate(options.path, nullptr, exclusive);
         if (OrvFailed(result))
             return result;
@@ -84,7 +84,7 @@ ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments
     if (usage != kExitSuccess)
         return usage;
     options.path = arguments.Take();
-    usage = ReadOptions(command, console, arguments, options); // none of those behind the command
+    usage = ReadOptions(command, console, arguments, options); // stops at the command
     if (usage != kExitSuccess)
         return usage;
     if (options.help)
@@ -120,20 +120,18 @@ const Command kLockCommand = {
     L"runs a command while a file is locked",
     L"Usage: orvtool lock [OPTION...] FILE [--] COMMAND [ARGUMENT...]\n"
     L"\n"
-    L"Waits until no other process has locked FILE, which is made when it does not exist, runs COMMAND, and "
-    L"lets\n"
-    L"go of the lock when that has ended. The file's contents are not touched. The exit code is that of "
+    L"Waits until no other process has locked FILE, runs COMMAND, and releases the lock when COMMAND has\n"
+    L"ended. FILE is created if it does not exist; its contents are not touched. The exit code is that of\n"
     L"COMMAND.\n"
     L"\n"
-    L"  -s, --shared     lock out only those who lock it exclusively\n"
-    L"  -x, --exclusive  lock out those who lock it shared or exclusively\n"
-    L"  --timeout MS     wait no longer than that, and end with exit code 3 then (for ever)\n"
+    L"  -s, --shared     keep out only processes that lock FILE exclusively\n"
+    L"  -x, --exclusive  keep out processes that lock FILE shared or exclusively\n"
+    L"  --timeout MS     the longest time to wait; then the exit code is 3 (for ever)\n"
     L"\n"
-    L"Without -s and -x it is the mutex of the file, whatever path leads to it, on this machine. With one of "
-    L"them\n"
-    L"it is a byte-range lock, which other programs and machines that share the file respect; such locks and "
-    L"the\n"
-    L"mutex do not see each other.\n",
+    L"Without -s and -x the lock is a mutex on this machine, the same for every path that leads to the "
+    L"file.\n"
+    L"With one of them it is a byte-range lock, which other programs and machines that share the file\n"
+    L"respect. The mutex and byte-range locks do not affect each other.\n",
     Run,
     true,
 };

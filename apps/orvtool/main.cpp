@@ -1,5 +1,4 @@
-// orvtool: the library's reference consumer. A console program that needs nothing but ntdll.dll and
-// orvsys.dll.
+// orvtool: the reference program of the library, a console program that needs only ntdll.dll and orvsys.dll.
 
 #include "command.h"
 #include "library_versions.h"
@@ -55,7 +54,7 @@ ExitCode ReportUnknownOption(Console &console, const wchar_t *option)
     return kExitUsage;
 }
 
-/// Whether --help stands among the options.
+/// Whether --help is among the options.
 bool AsksForHelp(ArgumentReader arguments)
 {
     while (!arguments.IsAtEnd()) {
@@ -66,7 +65,7 @@ bool AsksForHelp(ArgumentReader arguments)
     return false;
 }
 
-/// The overview, or what --help says of each command that is named.
+/// Prints the overview, or the help text of each named command.
 ExitCode PrintHelp(Console &console, ArgumentReader &arguments)
 {
     if (arguments.IsAtEnd() || AsksForHelp(arguments) || Equal(arguments.Peek(), L"help")) {

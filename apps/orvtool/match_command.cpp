@@ -1,4 +1,4 @@
-// orvtool match: names that match a pattern.
+// orvtool match: prints the names that match a pattern.
 
 #include "command.h"
 #include "input.h"
@@ -11,7 +11,7 @@ namespace orvtool
 namespace
 {
 
-/// Prints the names that match, and remembers whether there was one.
+/// Prints the names that match, and records whether there was one.
 class Matcher
 {
 public:
@@ -72,9 +72,10 @@ const Command kMatchCommand = {
     L"prints the names that match a pattern",
     L"Usage: orvtool match [-i] PATTERN [NAME...]\n"
     L"\n"
-    L"Prints each NAME, or without any each line of standard input, that matches PATTERN: * stands for any "
-    L"run\n"
-    L"of characters, ? for one. '*' and '*.*' match everything. Exit code 1 when nothing matches.\n"
+    L"Prints each NAME that matches PATTERN; without NAME each matching line of standard input. In PATTERN "
+    L"*\n"
+    L"matches any run of characters, ? one character. '*' and '*.*' match everything. Exit code 1 when\n"
+    L"nothing matches.\n"
     L"\n"
     L"  -i, --ignore-case   without regard to case\n",
     Run,

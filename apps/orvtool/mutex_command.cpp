@@ -1,4 +1,4 @@
-// orvtool mutex: named mutexes.
+// orvtool mutex: creates and acquires named mutexes.
 
 #include "object_options.h"
 

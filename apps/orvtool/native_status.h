@@ -1,4 +1,4 @@
-// What a native status says, as a result code.
+// The conversion of a native status to a result code.
 
 #pragma once
 
@@ -8,7 +8,7 @@
 namespace orvtool
 {
 
-/// 0 for every success.
+/// Every success becomes 0.
 inline OrvResult ResultOf(NTSTATUS status)
 {
     return NT_SUCCESS(status) ? ORV_S_OK : OrvCreateErrorCodeFromNtStatus(status);

@@ -11,7 +11,8 @@ namespace orvtool
 namespace
 {
 
-/// Prints the number. False when the text is none, which is then reported; `line` is 0 for an argument.
+/// Prints the number. If the text is not a number, reports that and returns false. `line` is 0 for an
+/// argument.
 bool PrintNumber(Console &console, const wchar_t *text, int radix, uint32_t line)
 {
     __int64 value = 0;
@@ -39,7 +40,7 @@ ExitCode Run(const Command &command, Console &console, ArgumentReader &arguments
         const wchar_t *value = nullptr;
         const wchar_t *const shown = options.Peek();
         if (!options.TakeValueOption(L"--radix", value)) {
-            if (options.IsAtOption() && shown[1] == L'-') // "-5" is a number and no option
+            if (options.IsAtOption() && shown[1] == L'-') // "-5" is a number, not an option
                 return UsageError(command, console, L"there is no option", shown);
             texts += options.Take() != nullptr;
         } else if (!value || !ParseNumber(value, radix) || radix == 1 || radix > kMostRadix)
@@ -68,11 +69,11 @@ const Command kNumberCommand = {
     L"reads numbers",
     L"Usage: orvtool number [--radix RADIX] [TEXT...]\n"
     L"\n"
-    L"Reads each TEXT, or without any each line of standard input, as a 64-bit number, and prints it in "
-    L"decimal\n"
-    L"and hexadecimal. Stops at the first that is none, and prints the offset at which it ceases to be one.\n"
+    L"Reads each TEXT, or without TEXT each line of standard input, as a 64-bit number, and prints it in\n"
+    L"decimal and hexadecimal. Stops at the first text that is not a number, and prints the offset of the\n"
+    L"fault.\n"
     L"\n"
-    L"  --radix RADIX   2 to 36; 0, which is assumed, for decimal, or hexadecimal behind 0x\n",
+    L"  --radix RADIX   2 to 36; 0, the default, means decimal, or hexadecimal after 0x\n",
     Run,
 };
 

@@ -1,4 +1,4 @@
-// Options of the commands for named objects.
+// Reads the options of the commands for named objects.
 
 #include "object_options.h"
 
@@ -49,7 +49,7 @@ bool IsAllowed(const wchar_t *words, const wchar_t *option)
     }
 }
 
-/// A number of milliseconds or objects that fits a positive int.
+/// Reads a number of milliseconds or objects that fits a positive int.
 bool ParsePositive(const wchar_t *text, uint32_t &number)
 {
     return ParseNumber(text, number) && number <= 0x7FFFFFFF && *text != L'-';

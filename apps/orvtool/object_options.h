@@ -9,7 +9,7 @@
 namespace orvtool
 {
 
-/// The arguments behind an action. Every command reads all options and refuses those that it does not know.
+/// The arguments after an action. Every command reads all options and refuses those that it does not have.
 struct ObjectOptions {
     const wchar_t *action = nullptr;
     const wchar_t *name = nullptr;
@@ -23,21 +23,21 @@ struct ObjectOptions {
     bool wait = false;
 };
 
-/// Reads "ACTION NAME" and the options. `allowed` names the options that the command has, blank-separated.
-/// kExitSuccess when all is well; otherwise the error has been reported.
+/// Reads "ACTION NAME" and the options. `allowed` lists the options that the command has, separated by
+/// blanks. Returns kExitSuccess, or reports the error.
 ExitCode ReadObjectOptions(const Command &command, Console &console, ArgumentReader &arguments,
                            const wchar_t *allowed, ObjectOptions &options);
 
-/// Prints the result of a step and gives the exit code that it leads to.
+/// Prints the result of a step and returns its exit code.
 ExitCode ReportStep(const Command &command, Console &console, const wchar_t *action, OrvResult result);
 
-/// Keeps what the caller holds for so long.
+/// Waits for this long, while the caller holds its object.
 void Hold(Console &console, int milliseconds);
 
 /// The help texts' common part.
 #define ORVTOOL_OBJECT_OPTIONS                                                                               \
     L"  --namespace global|session|orv   where the name lives (session)\n"                                   \
     L"  --timeout MS                     how long to wait (for ever)\n"                                      \
-    L"  --hold MS                        keep the object open for so long before ending (0)\n"
+    L"  --hold MS                        how long to keep the object open before ending (0)\n"
 
 } // namespace orvtool

@@ -1,5 +1,6 @@
-// A temporary file is marked for deletion from the start: the system removes it when its last handle is
-// closed, whatever ends the program. The mark is taken away only for the renaming.
+// Writes a file through a temporary one. The temporary file is marked for deletion from the start: the system
+// removes it when its last handle is closed, however the program ends. The mark is removed only for the
+// renaming.
 
 #include "output_file.h"
 
@@ -23,7 +24,7 @@ NTSTATUS Open(HANDLE &handle, UNICODE_STRING &name, ACCESS_MASK access, ULONG sh
                         0);
 }
 
-/// Whether the handle is to a file on a disk of whatever kind, and not to a device.
+/// Whether the handle refers to a file on a disk of any kind, and not to another device.
 bool IsOnDisk(HANDLE handle)
 {
     IO_STATUS_BLOCK status;
@@ -83,13 +84,14 @@ OrvResult OutputFile::Create(const wchar_t *path)
 
 OrvResult OutputFile::FindTarget(UNICODE_STRING &name)
 {
-    // Who may not write to the target may not replace it either.
+    // A user without the right to write to the target must not replace it either.
     constexpr ACCESS_MASK kAccess = FILE_WRITE_DATA | FILE_READ_ATTRIBUTES | READ_CONTROL;
     HANDLE target = nullptr;
     IO_STATUS_BLOCK status = {};
     NTSTATUS outcome = Open(target, name, kAccess, FILE_SHARE_ALL, FILE_OPEN, status);
     const bool isMissing = ResultOf(outcome) == ORV_E_FILE_NOT_FOUND;
-    if (isMissing) // made for a moment: a link that leads nowhere yet tells its end only so
+    // Creates the target for a moment: only so the end of a link can be found that leads to no file yet.
+    if (isMissing)
         outcome = Open(target, name, kAccess | DELETE, FILE_SHARE_ALL, FILE_OPEN_IF, status);
     if (!NT_SUCCESS(outcome))
         return ResultOf(outcome);
@@ -109,7 +111,7 @@ OrvResult OutputFile::FindTarget(UNICODE_STRING &name)
 
 OrvResult OutputFile::ReadTarget(HANDLE target, bool isNew)
 {
-    // The name of what was opened is that of a link's end. Where the system tells none, the path has to do.
+    // The opened file has the name of a link's end. If the system returns no name, the path is used.
     detail::HeapArray<uint8_t> bytes;
     const auto queryName = [target](void *room, ULONG size, ULONG *needed) {
         return NtQueryObject(target, ObjectNameInformation, room, size, needed);
@@ -184,7 +186,7 @@ OrvResult OutputFile::CopyAttributes()
                                 FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
     if (attributes_.FileAttributes == 0) // there was no target
         return ORV_S_OK;
-    // Most files have what their folder gives to a new one.
+    // Most files have the rights that their folder gives to a new file; then there is nothing to set.
     detail::HeapArray<uint8_t> rights;
     const ULONG rightsSize = AskForRights(rights, handle_);
     if (rightsSize_ && (rightsSize != rightsSize_ || memcmp(rights.Get(), rights_.Get(), rightsSize) != 0)) {

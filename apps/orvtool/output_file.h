@@ -1,4 +1,4 @@
-// A file that a command writes, whole or not at all.
+// A file that a command writes completely or not at all.
 
 #pragma once
 
@@ -12,13 +12,13 @@
 namespace orvtool
 {
 
-/// What a command writes becomes a temporary file in the folder of the target, which takes the target's place
-/// when it is complete. Until then the target is as it was, or there is none; without Replace, and when the
-/// program is ended from outside, the temporary file goes away.
+/// A command writes to a temporary file in the folder of the target. When that is complete, it replaces the
+/// target. Until then the target is unchanged, or does not exist. Without a call of Replace, or when the
+/// program is terminated, the temporary file is removed.
 ///
-/// A target that is a link stays one: the file that it leads to is replaced. The new file has the attributes,
-/// the time of creation and the access rights of the one before; Wine, which turns rights into a Unix mode
-/// and back, may give the group what the owner has. A device, such as NUL, is written to directly.
+/// A target that is a link stays a link: the file that it leads to is replaced. The new file has the
+/// attributes, the time of creation and the access rights of the old one. Wine converts the rights to a Unix
+/// mode and back, and may give the group the owner's rights. A device, such as NUL, is written to directly.
 class OutputFile
 {
 public:
@@ -27,21 +27,22 @@ public:
     OutputFile &operator=(const OutputFile &) = delete;
     ~OutputFile();
 
-    /// Returns 0, or why the target cannot be written or nothing can be made beside it.
+    /// Creates the temporary file. Returns 0; otherwise the failure: the target cannot be written, or no file
+    /// can be created in its folder.
     OrvResult Create(const wchar_t *path);
 
-    /// For a stream that ends before the file does.
+    /// The handle for a stream, which must end before this object does.
     HANDLE GetHandle() const { return handle_; }
 
-    /// Writes the temporary file through to the disk and puts it in the target's place. To be called once,
-    /// when all is written. Returns 0 or why that failed; the target is then as it was.
+    /// Flushes the temporary file to the disk and replaces the target by it. Call it once, when everything is
+    /// written. Returns 0 or the failure; the target is then unchanged.
     OrvResult Replace();
 
 private:
-    /// What becomes of a file when its last handle is closed.
+    /// What happens to a file when its last handle is closed.
     enum class Fate : BOOLEAN { kStays, kIsDeleted };
 
-    /// Learns what there is to know about the target, or opens it when it is a device.
+    /// Reads the facts about the target, or opens it if it is a device.
     OrvResult FindTarget(UNICODE_STRING &name);
     OrvResult ReadTarget(HANDLE target, bool isNew);
     OrvResult CreateTemporary();

@@ -1,4 +1,4 @@
-// orvtool path: paths taken apart, put together and completed.
+// orvtool path: splits, joins and completes paths.
 
 #include "command.h"
 

@@ -1,4 +1,4 @@
-// The line is as wide each time, so that it covers the one before.
+// Prints the line of progress. The line always has the same width, so that it covers the previous one.
 
 #include "progress.h"
 
@@ -39,7 +39,7 @@ void Progress::Advance(uint32_t bytes)
 
 void Progress::Show()
 {
-    // A file that grows meanwhile is not more than done.
+    // A file that grows meanwhile never shows more than 100 %.
     const uint64_t percent = done_ < total_ ? done_ * 100 / total_ : 100;
     if (total_)
         stream_.Print(L"\r%3I64u%% %6I64u MB ", percent, done_ / kMegabyte);

@@ -1,5 +1,5 @@
-// How far work is that takes its time: a line on standard error that starts after a second, changes in place
-// and is gone in the end. Only a console gets to see it.
+// The progress of long work: a line on standard error that appears after a second, changes in place and is
+// removed at the end. It is shown only on a console.
 
 #pragma once
 
@@ -11,13 +11,13 @@ namespace orvtool
 class Progress
 {
 public:
-    /// `total` is the number of bytes to come; 0 when nobody knows.
+    /// `total` is the number of bytes to process; 0 when it is not known.
     Progress(Stream &stream, uint64_t total);
     Progress(const Progress &) = delete;
     Progress &operator=(const Progress &) = delete;
     ~Progress();
 
-    /// So many bytes more are done.
+    /// Adds the number of bytes that were processed since the last call.
     void Advance(uint32_t bytes);
 
 private:

@@ -1,4 +1,4 @@
-// orvtool random: numbers of the library's generator.
+// orvtool random: prints numbers from the library's generator.
 
 #include "command.h"
 
@@ -33,8 +33,9 @@ const Command kRandomCommand = {
     L"draws numbers from the library's generator",
     L"Usage: orvtool random [-n COUNT]\n"
     L"\n"
-    L"Prints COUNT numbers (1) below 2^31. The generator starts alike in every process: the numbers are the\n"
-    L"same each time.\n",
+    L"Prints COUNT numbers (1) below 2^31. The generator starts with the same state in every process, so "
+    L"the\n"
+    L"numbers are the same each time.\n",
     Run,
 };
 

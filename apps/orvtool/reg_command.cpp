@@ -1,4 +1,4 @@
-// orvtool reg: keys and values of the registry.
+// orvtool reg: reads, writes, watches, exports and imports the registry.
 
 #include "reg_data.h"
 #include "reg_location.h"
@@ -23,15 +23,15 @@ struct Job;
 struct Option {
     const wchar_t *name;
     bool hasValue;
-    bool (*store)(Job &job, const wchar_t *value); ///< false when the value is not a good one
+    bool (*store)(Job &job, const wchar_t *value); ///< false when the value is not valid
 };
 
 struct Action {
     const wchar_t *name;
     ExitCode (*run)(Job &job);
     Place place;
-    uint32_t mostData;        ///< arguments behind the location
-    const Option *options[2]; ///< beside --view; null where there are fewer
+    uint32_t mostData;        ///< arguments after the location
+    const Option *options[2]; ///< in addition to --view; unused elements are null
 };
 
 struct Job {
@@ -39,7 +39,7 @@ struct Job {
 
     const Command &command;
     Console &console;
-    const wchar_t *text = nullptr; ///< the location as it was given
+    const wchar_t *text = nullptr; ///< the location as the user wrote it
     RegistryLocation location;
     Key key = Key(OrvRegistryCurrentUser);
     RegistryView view;
@@ -55,7 +55,7 @@ struct Job {
         return OrvFailed(result) ? ReportFailure(command, console, action, result, text) : kExitSuccess;
     }
 
-    /// Opens the location's key. kExitSuccess, or the failure has been reported.
+    /// Opens the location's key. Returns kExitSuccess, or reports the failure.
     ExitCode Open(OrvWinRegistryRights rights)
     {
         return Report(L"opening the key of", key.OpenKeyIfExists(location.Path(), rights));
@@ -104,7 +104,7 @@ ExitCode Query(Job &job)
         out.Print(L"unknown\n");
     out.Print(L"sub-keys    %u\nvalues      %u\n", info.subKeyCount, info.valueCount);
     constexpr uint32_t kWidest = 40;
-    constexpr uint32_t kLeast = 9; // of "(default)"
+    constexpr uint32_t kLeast = 9; // the width of "(default)"
     const uint32_t longest = info.longestValueName > kLeast ? info.longestValueName : kLeast;
     const auto width = static_cast<int>(longest < kWidest ? longest : kWidest);
     for (bool isFirst = true;; isFirst = false) {
@@ -283,7 +283,8 @@ const Action *FindAction(const wchar_t *name)
     return nullptr;
 }
 
-/// Takes the option if it stands next. `value` is null when its value is missing, and empty when it has none.
+/// Takes the option if it comes next. `value` is null when its value is missing, and empty when the option
+/// takes no value.
 bool Take(const Option &option, ArgumentReader &arguments, const wchar_t *&value)
 {
     value = L"";
@@ -291,7 +292,7 @@ bool Take(const Option &option, ArgumentReader &arguments, const wchar_t *&value
                            : arguments.TakeOption(option.name);
 }
 
-/// Takes the option that stands next. kExitSuccess, or the error has been reported.
+/// Takes the next option. Returns kExitSuccess, or reports the error.
 ExitCode ReadOption(Job &job, const Action &action, ArgumentReader &arguments)
 {
     const wchar_t *const shown = arguments.Peek();
@@ -306,7 +307,7 @@ ExitCode ReadOption(Job &job, const Action &action, ArgumentReader &arguments)
     return UsageError(job.command, job.console, L"there is no option", shown);
 }
 
-/// Reads what stands behind the action. kExitSuccess, or the error has been reported.
+/// Reads the arguments after the action. Returns kExitSuccess, or reports the error.
 ExitCode ReadArguments(Job &job, const Action &action, ArgumentReader &arguments)
 {
     while (!arguments.IsAtEnd()) {
@@ -332,8 +333,7 @@ ExitCode ReadArguments(Job &job, const Action &action, ArgumentReader &arguments
     return kExitSuccess;
 }
 
-/// Takes the location apart and lets the key stand for its root, in the view. kExitSuccess, or the error has
-/// been reported.
+/// Parses the location and sets the key's root and view. Returns kExitSuccess, or reports the error.
 ExitCode Locate(Job &job, const Action &action)
 {
     if (!job.text)
@@ -383,26 +383,27 @@ const Command kRegCommand = {
     L"       orvtool reg export LOCATION [FILE]\n"
     L"       orvtool reg import [FILE]\n"
     L"\n"
-    L"LOCATION is a key, such as HKCU\\Software\\Orv or HKEY_CURRENT_USER\\Software\\Orv, or behind two\n"
-    L"backslashes a value of it: HKCU\\Software\\Orv\\\\Name; the default value is HKCU\\Software\\Orv\\\\\n"
+    L"LOCATION is a key, such as HKCU\\Software\\Orv or HKEY_CURRENT_USER\\Software\\Orv, or a value of a "
+    L"key,\n"
+    L"after two backslashes: HKCU\\Software\\Orv\\\\Name; the default value is HKCU\\Software\\Orv\\\\\n"
     L"\n"
-    L"  query   what is known of a key, and its values; or one value\n"
-    L"  get     the data of a value alone; the strings of a multi_sz line by line\n"
+    L"  query   prints the facts about a key, and its values; or one value\n"
+    L"  get     prints only the data of a value; the strings of a multi_sz line by line\n"
     L"  set     sets a value, and makes its key when it is missing; or makes a key\n"
     L"  delete  deletes a value, or a key; one with sub-keys only with --recursive\n"
-    L"  list    the names of a key's sub-keys\n"
-    L"  watch   waits for one change of a key, with --subtree also below it, at most so many MS\n"
+    L"  list    prints the names of a key's sub-keys\n"
+    L"  watch   waits for one change of a key, with --subtree also below it, at most MS milliseconds\n"
     L"  export  writes a key and all below it as the system's registry editor does (version 5.00,\n"
-    L"          UTF-16) to standard output or to FILE, which is replaced when all is written and stays\n"
-    L"          as it was when that fails; keys that it may not read are named and left out, and the\n"
-    L"          exit code is 1 then\n"
-    L"  import  reads that format, in UTF-16 or UTF-8, and prints how much it did. A fault in any line\n"
-    L"          stops it before it changes anything; when the system refuses something, the lines above\n"
-    L"          have been done\n"
+    L"          UTF-16) to standard output or to FILE, which is replaced when everything is written and\n"
+    L"          is unchanged after a failure; keys that cannot be read are named and left out, and then\n"
+    L"          the exit code is 1\n"
+    L"  import  reads that format, in UTF-16 or UTF-8, and prints how much it changed. A fault in any\n"
+    L"          line stops it before it changes anything; when the system refuses a change, the lines\n"
+    L"          above it have already been applied\n"
     L"\n"
-    L"  --type TYPE   sz (when nothing is said), expand_sz, multi_sz, dword, dword_be, qword, binary,\n"
-    L"                none or a number. DATA is a text; for multi_sz any number of them; a number; or\n"
-    L"                hexadecimal digits for all other types\n"
+    L"  --type TYPE   sz (the default), expand_sz, multi_sz, dword, dword_be, qword, binary, none or a\n"
+    L"                number. DATA is a text for sz and expand_sz; any number of texts for multi_sz; a\n"
+    L"                number for dword, dword_be and qword; hexadecimal digits for all other types\n"
     L"  --view 32|64  which view of a 64-bit system (that of a 32-bit program)\n",
     Run,
 };

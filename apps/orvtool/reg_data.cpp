@@ -1,3 +1,5 @@
+// Reads and prints the types and the data of registry values.
+
 #include "reg_data.h"
 
 #include "orv/runtime/result.h"
@@ -59,7 +61,7 @@ uint64_t NumberFrom(const uint8_t *bytes, uint32_t size, bool isBigEndian)
     return number;
 }
 
-/// A number as ParseNumber reads it, within 64 bits.
+/// Reads a number as ParseNumber does, but of 64 bits.
 bool ParseNumber64(const wchar_t *text, uint64_t &number)
 {
     const wchar_t *end = nullptr;
@@ -84,7 +86,7 @@ OrvResult AssignText(OrvMbCharHeapBuffer &bytes, const wchar_t *text, uint32_t l
     return bytes.Assign(reinterpret_cast<const char *>(text), length * sizeof(wchar_t));
 }
 
-/// The texts as they stand, and a terminator behind the last.
+/// Stores the texts unchanged, and a terminator after the last one.
 OrvResult AssignTexts(OrvMbCharHeapBuffer &bytes, const OrvUtf16CharHeapBuffer &texts)
 {
     const uint32_t length = texts.GetInternal().length;
@@ -96,7 +98,7 @@ OrvResult AssignTexts(OrvMbCharHeapBuffer &bytes, const OrvUtf16CharHeapBuffer &
     return AssignText(bytes, characters, length + 1);
 }
 
-/// Two hexadecimal digits a byte, and nothing else.
+/// Reads two hexadecimal digits for each byte. The text must contain nothing else.
 OrvResult AssignDigits(OrvMbCharHeapBuffer &bytes, const wchar_t *text, uint32_t length)
 {
     const OrvResult result = length % 2 ? ORV_E_INVALID_ARGUMENT : bytes.Resize(length / 2);
@@ -172,7 +174,7 @@ OrvResult ParseData(OrvMbCharHeapBuffer &bytes, OrvBasWinRegistryValueType type,
     if (data.count != 1)
         return ORV_E_INVALID_ARGUMENT;
     const wchar_t *const text = data.texts.GetValue();
-    const uint32_t length = data.texts.GetInternal().length; // with the terminator
+    const uint32_t length = data.texts.GetInternal().length; // including the terminator
     uint32_t number32 = 0;
     uint64_t number64 = 0;
     switch (form) {

@@ -1,4 +1,4 @@
-// The types of registry values by name, and their data as people write and read it.
+// The types of registry values by name, and their data as text.
 
 #pragma once
 
@@ -13,7 +13,7 @@ namespace orvtool
 /// Reads "sz", "multi_sz" and the like, or a number for any type.
 bool ParseTypeName(const wchar_t *text, OrvBasWinRegistryValueType &type);
 
-/// Prints what ParseTypeName reads, in at least `width` characters.
+/// Prints a type in the form that ParseTypeName reads, in at least `width` characters.
 void PrintTypeName(Stream &out, OrvBasWinRegistryValueType type, int width);
 
 /// Prints the data of a value: a text up to its terminator, the texts of a multi-string with `separator`
@@ -22,19 +22,19 @@ void PrintTypeName(Stream &out, OrvBasWinRegistryValueType type, int width);
 void PrintData(Stream &out, OrvBasWinRegistryValueType type, const uint8_t *bytes, uint32_t size,
                const wchar_t *separator);
 
-/// Data as it stands on the command line: texts, each with its terminator.
+/// Data as the command line gives it: texts, each with its terminator.
 struct DataArguments {
     OrvUtf16CharHeapBuffer texts;
     uint32_t count = 0;
 
-    /// Returns 0 or ORV_E_OUT_OF_MEMORY.
+    /// Adds one text. Returns 0 or ORV_E_OUT_OF_MEMORY.
     OrvResult Add(const wchar_t *text);
 };
 
-/// The bytes of a value of the type. A multi-string has any number of arguments, none of them empty; every
-/// other type has one.
+/// Converts arguments to the bytes of a value of the type. A multi-string takes any number of arguments, none
+/// of them empty. Every other type takes one.
 ///
-/// Returns 0; ORV_E_INVALID_ARGUMENT when the arguments are no data of the type; ORV_E_OUT_OF_MEMORY.
+/// Returns 0; ORV_E_INVALID_ARGUMENT when the arguments are not data of the type; ORV_E_OUT_OF_MEMORY.
 OrvResult ParseData(OrvMbCharHeapBuffer &bytes, OrvBasWinRegistryValueType type, const DataArguments &data);
 
 } // namespace orvtool

@@ -1,3 +1,5 @@
+// Reads the text format of the system's registry editor.
+
 #include "reg_file_reader.h"
 
 #include "orv/runtime/result.h"
@@ -56,7 +58,7 @@ bool RegFileReader::TakeHexNumber(uint32_t mostDigits, uint32_t &number)
     return digits != 0;
 }
 
-/// Leaves the line feed, if there is one, to Next.
+/// Reads the rest of a line after an entry. Does not take the line feed, which Next takes.
 OrvResult RegFileReader::ReadLineEnd()
 {
     SkipBlanks();
@@ -224,7 +226,7 @@ OrvResult RegFileReader::ReadBytes(RegFileEntry &entry)
 {
     constexpr uint32_t kFirstSize = 256;
     uint32_t count = 0;
-    for (bool isListed = false;;) { // a comma asks for another byte
+    for (bool isListed = false;;) { // after a comma another byte must follow
         SkipBlanks();
         if (Take(L"\\")) {
             SkipBlanks();

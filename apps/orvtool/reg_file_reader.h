@@ -1,10 +1,10 @@
-// Reading the text format of the system's registry editor, version 5.00, entry by entry.
+// Reads the text format of the system's registry editor, version 5.00, entry by entry.
 //
-// A file is one text: the header, then keys in brackets, each followed by its values. Roots go by their long
-// or short names. A minus sign before a key, or in place of a value's data, asks for deletion. Blank lines
-// and what follows a semicolon, outside quotation marks, do not matter. Two rules keep odd names exact: a key
-// ends at the last bracket of its line, and a text in quotation marks, in which only a backslash and a
-// quotation mark stand behind a backslash, may go on over the end of a line.
+// A file is one text: the header, then keys in brackets, each followed by its values. Roots have their long
+// or short names. A minus sign before a key, or in place of a value's data, means deletion. Blank lines, and
+// the text after a semicolon outside quotation marks, are ignored. Two rules keep unusual names exact. A key
+// ends at the last bracket of its line. A text in quotation marks may continue over the end of a line; in it
+// a backslash must be followed by a backslash or a quotation mark.
 
 #pragma once
 
@@ -19,11 +19,11 @@ struct RegFileEntry {
     Kind kind = kKey;
     uint32_t line = 0;
 
-    // Of a key; valid until the next key.
+    // The key; valid until the next key.
     OrvBasWinRegistryRootType root = OrvRegistryNoRoot;
     OrvBasWinRegistryHandle::Name path;
 
-    // Of a value; valid until the next entry.
+    // The value; valid until the next entry.
     OrvBasWinRegistryHandle::Name name;
     OrvBasWinRegistryValueType type = OrvRegistryNone;
     const uint8_t *bytes = nullptr;
@@ -36,14 +36,15 @@ public:
     /// The characters must outlive the reader.
     RegFileReader(const wchar_t *text, uint32_t length) : next_(text), last_(text + length) {}
 
-    /// The next entry; `found` is cleared behind the last one.
+    /// Reads the next entry. Clears `found` after the last one.
     ///
-    /// Returns 0; ORV_E_INVALID_DATA, and GetProblem says what is wrong in which line; ORV_E_OUT_OF_MEMORY.
+    /// Returns 0; ORV_E_INVALID_DATA, and then GetProblem and GetLine tell what is wrong and in which line;
+    /// ORV_E_OUT_OF_MEMORY.
     OrvResult Next(RegFileEntry &entry, bool &found);
 
     const wchar_t *GetProblem() const { return problem_; }
 
-    /// The line, from 1 on, that was read last, or in which the problem begins.
+    /// The number, from 1, of the line that was read last, or in which the problem begins.
     uint32_t GetLine() const { return line_; }
 
 private:

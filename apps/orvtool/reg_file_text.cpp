@@ -1,3 +1,5 @@
+// Decodes the bytes of a file in the registry editor's text format.
+
 #include "reg_file_text.h"
 
 #include "crt/memory.h"
@@ -35,7 +37,7 @@ OrvResult DecodeRegFile(const char *bytes, uint32_t size, OrvUtf16CharHeapBuffer
         size -= 3;
     }
     uint32_t units = 0;
-    OrvResult result = text.Resize(size); // no text has more UTF-16 units than UTF-8 bytes
+    OrvResult result = text.Resize(size); // a text never has more UTF-16 units than UTF-8 bytes
     if (OrvSucceeded(result) && size)
         result = OrvConvertMb2Utf16String(text.GetBuffer(), text.GetCapacity(), bytes, OrvCodePageUtf8,
                                           &units, size);

@@ -1,4 +1,4 @@
-// The bytes of a file in the registry editor's text format as text.
+// The decoding of a file in the registry editor's text format: from bytes to text.
 
 #pragma once
 
@@ -7,9 +7,10 @@
 namespace orvtool
 {
 
-/// The bytes are UTF-16, little-endian, behind a byte order mark, or else UTF-8.
+/// Decodes the bytes: UTF-16, little-endian, after a byte order mark; without that mark UTF-8.
 ///
-/// Returns 0; ORV_E_INVALID_DATA when the bytes are no such text, and `line` is where; ORV_E_OUT_OF_MEMORY.
+/// Returns 0; ORV_E_INVALID_DATA when the bytes are malformed, and then `line` tells where;
+/// ORV_E_OUT_OF_MEMORY.
 OrvResult DecodeRegFile(const char *bytes, uint32_t size, OrvUtf16CharHeapBuffer &text, uint32_t &line);
 
 } // namespace orvtool

@@ -1,3 +1,5 @@
+// Writes the text format of the system's registry editor.
+
 #include "reg_file_writer.h"
 
 #include "reg_location.h"

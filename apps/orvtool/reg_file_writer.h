@@ -1,7 +1,7 @@
-// Keys and values in the text format of the system's registry editor, version 5.00.
+// Writes keys and values in the text format of the system's registry editor, version 5.00.
 //
-// What is written can be read back exactly, bytes and types alike: whatever a notation cannot say, such as a
-// string without its terminator, goes out as bytes. Lines of bytes are continued at 80 columns.
+// The output can be read back exactly, both bytes and types: data that has no other notation, such as a
+// string without its terminator, is written as bytes. Lines of bytes are continued at 80 columns.
 
 #pragma once
 
@@ -22,13 +22,13 @@ public:
 
     OrvResult WriteHeader();
 
-    /// What is written next are values of this key.
+    /// Writes a key. The values that are written next belong to it.
     OrvResult WriteKey(OrvBasWinRegistryRootType root, const Name &path);
 
     OrvResult WriteValue(const Name &name, OrvBasWinRegistryValueType type, const uint8_t *bytes,
                          uint32_t size);
 
-    /// Whether the format has a place for a key of this name: it has none for line breaks.
+    /// Whether the format can express a key of this name: it cannot express line breaks.
     static bool CanWriteKey(const Name &name);
 
 private:

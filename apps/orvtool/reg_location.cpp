@@ -1,3 +1,5 @@
+// Parses places in the registry.
+
 #include "reg_location.h"
 
 #include "orv/runtime/result.h"

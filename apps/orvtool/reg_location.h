@@ -1,5 +1,5 @@
 // Places in the registry as text: "HKCU\Software\Orv" is a key, "HKCU\Software\Orv\\Name" a value of it, and
-// "HKCU\Software\Orv\\" its default value. A root goes by its short or its long name.
+// "HKCU\Software\Orv\\" its default value. A root has its short or its long name.
 
 #pragma once
 
@@ -22,13 +22,13 @@ struct RegistryLocation {
     }
 };
 
-/// Takes a text apart. A key that ends with one backslash is refused: a second one, which names the default
-/// value, may have been lost between the quotation marks of a shell.
+/// Parses a text. A key that ends with one backslash is refused: the second backslash, which names the
+/// default value, may have been lost in the quotation marks of a shell.
 ///
-/// Returns 0; ORV_E_INVALID_ARGUMENT when the text is no location; ORV_E_OUT_OF_MEMORY.
+/// Returns 0; ORV_E_INVALID_ARGUMENT when the text is not a location; ORV_E_OUT_OF_MEMORY.
 OrvResult ParseRegistryLocation(RegistryLocation &location, const OrvBasWinRegistryHandle::Name &text);
 
-/// "HKEY_CURRENT_USER" and the like.
+/// The long name of a root, such as "HKEY_CURRENT_USER".
 const wchar_t *LongNameOfRoot(OrvBasWinRegistryRootType root);
 
 } // namespace orvtool

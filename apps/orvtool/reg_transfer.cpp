@@ -1,3 +1,5 @@
+// Exports and imports trees of the registry.
+
 #include "reg_transfer.h"
 
 #include "native_status.h"
@@ -18,7 +20,7 @@ namespace
 
 typedef OrvBasWinRegistryHandle::Name Name;
 
-/// The bytes of values as they are stored: the library's own reading completes strings.
+/// Reads the bytes of values exactly as stored. The library's own operations would complete strings.
 class StoredValue
 {
 public:
@@ -27,7 +29,7 @@ public:
     StoredValue &operator=(const StoredValue &) = delete;
     ~StoredValue() { Close(); }
 
-    /// Values of the handle's current key are read from now on.
+    /// From now on reads values of the handle's current key.
     OrvResult Open(OrvBasWinRegistryHandle &key)
     {
         Close();
@@ -70,8 +72,8 @@ private:
     OrvMbCharHeapBuffer buffer_;
 };
 
-/// A key that is open while those below it are written. Levels are linked on the heap, because a tree may be
-/// deeper than a stack.
+/// A key that is open while the keys below it are written. Levels are a linked list on the heap, because a
+/// tree may be too deep for recursion on the stack.
 class Level final : public OrvHeapObject
 {
 public:
@@ -83,10 +85,10 @@ public:
     OrvBasWinRegistryHandle key;
     OrvBasWinRegistryEnumerator children;
     Level *const above;
-    const uint32_t pathLength; ///< of the path up to this key
+    const uint32_t pathLength; ///< length of the path up to this key
 };
 
-/// Walks a tree from the top, each key before those below it.
+/// Writes a tree from the top, each key before the keys below it.
 class Exporter
 {
 public:
@@ -102,7 +104,7 @@ public:
             Leave();
     }
 
-    /// Returns 0, or why the tree cannot be written, or not even its top be read.
+    /// Writes the tree. Returns 0, or the failure to write it or to read its top key.
     OrvResult Write(OrvBasWinRegistryHandle &top)
     {
         OrvResult result = writer_.WriteHeader();
@@ -125,16 +127,16 @@ public:
             if (!found)
                 Leave();
             else if (OrvFailed(result))
-                path_.Resize(deepest_->pathLength); // a shorter text needs no memory
+                path_.Resize(deepest_->pathLength); // cannot fail: a shorter text needs no memory
         }
         return out_.Print(L"\r\n");
     }
 
-    /// Whether keys, or parts of them, have been left out, which has been reported.
+    /// Whether keys, or parts of them, were left out. Each of them has been reported.
     bool HasSkipped() const { return hasSkipped_; }
 
 private:
-    /// Deeper than any tree is. Only a link that leads back to a key above it looks so.
+    /// No real tree is this deep. Only a link that leads back to a key above it makes a tree seem so deep.
     static constexpr uint32_t kDeepest = 4096;
 
     bool IsFatal(OrvResult result)
@@ -166,7 +168,7 @@ private:
         return RegFileWriter::CanWriteKey(name) ? Enter(deepest_->key, name) : ORV_E_INVALID_NAME;
     }
 
-    /// Writes the key and makes it the deepest. An empty name is the parent itself.
+    /// Writes the key and makes it the deepest one. An empty name means the parent itself.
     OrvResult Enter(OrvBasWinRegistryHandle &parent, const Name &name)
     {
         auto *const level = new Level(parent, deepest_, path_.GetInternal().length);
@@ -235,7 +237,7 @@ private:
     bool hasSkipped_ = false;
 };
 
-/// Writes the tree; clears `isComplete` when a part of it was left out.
+/// Writes the tree. Clears `isComplete` when a part of it was left out.
 OrvResult ExportTo(const Command &command, Console &console, OrvBasWinRegistryHandle &key,
                    const RegistryLocation &location, Stream &out, bool &isComplete)
 {
@@ -277,7 +279,7 @@ struct Counts {
     uint32_t deletions = 0;
 };
 
-/// What is deleted may have gone already.
+/// A key or value that was to be deleted may already be missing: that is a success.
 OrvResult IgnoreMissing(OrvResult result)
 {
     return result == ORV_E_FILE_NOT_FOUND || result == ORV_E_KEY_NOT_FOUND ? ORV_S_OK : result;
@@ -311,7 +313,7 @@ ExitCode ReportFault(const Command &command, Console &console, uint32_t line, co
     return kExitFailed;
 }
 
-/// Reads all entries, and applies them when there is a key to do it with.
+/// Reads all entries, and applies them if `key` is not null.
 ExitCode ReadEntries(const Command &command, Console &console, const OrvUtf16CharHeapBuffer &text,
                      OrvBasWinRegistryHandle *key, Counts &counts)
 {

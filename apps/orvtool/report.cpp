@@ -1,4 +1,4 @@
-// What commands say about usage and results.
+// The messages of all commands about usage and results.
 
 #include "command.h"
 
@@ -16,7 +16,7 @@ void PrintNamedResult(Stream &stream, OrvResult result)
     stream.Print(name ? L"0x%08X (%s)\n" : L"0x%08X\n", result, name);
 }
 
-/// Whether a write failed because the reader of a pipe has gone.
+/// Whether a write failed because the reader has closed the pipe.
 bool IsClosedPipe(OrvResult result)
 {
     constexpr uint32_t kBrokenPipe = 109;

@@ -1,4 +1,4 @@
-// orvtool result: takes result codes apart.
+// orvtool result: prints the parts of result codes.
 
 #include "command.h"
 
@@ -56,8 +56,8 @@ const Command kResultCommand = {
     L"takes a result code apart",
     L"Usage: orvtool result CODE...\n"
     L"\n"
-    L"Prints the parts of each result code, its name, and the Win32 error number that it stands for.\n"
-    L"CODE is hexadecimal behind 0x, or decimal: 0xE0010002 and -536805374 are the same.\n",
+    L"Prints the parts of each result code, its name, and the Win32 error number that it corresponds to.\n"
+    L"CODE is hexadecimal after 0x, or decimal: 0xE0010002 and -536805374 are the same.\n",
     Run,
 };
 

@@ -1,4 +1,4 @@
-// orvtool semaphore: named semaphores.
+// orvtool semaphore: creates, releases and waits for named semaphores.
 
 #include "object_options.h"
 
@@ -55,7 +55,7 @@ const Command kSemaphoreCommand = {
     L"\n"
     L"create makes the semaphore, or opens the one that exists (0x6001004F); the others open one that "
     L"exists.\n"
-    L"release adds to its count, wait takes one off. Each step prints its result code.\n"
+    L"release adds to its count, wait subtracts one. Each step prints its result code.\n"
     L"\n"
     L"  --count N                        the initial count, or how many to release (1)\n"
     L"  --maximum N                      the largest count (2147483647)\n" ORVTOOL_OBJECT_OPTIONS,

@@ -1,4 +1,4 @@
-// orvtool shm: shared memory by its id.
+// orvtool shm: creates, reads and writes shared memory that is named by an id.
 
 #include "command.h"
 #include "input.h"
@@ -105,7 +105,7 @@ ExitCode Serve(const Command &command, Console &console, const Options &options)
     return code;
 }
 
-/// The memory of the id, shown as a whole from its start, and the part of it that the options name.
+/// A view of all the memory with this id, and the part of it that the options select.
 struct Part {
     OrvSharedMemoryClient client;
     OrvSharedMemoryView view;
@@ -169,8 +169,8 @@ ExitCode Write(const Command &command, Console &console, const Options &options)
     return kExitSuccess;
 }
 
-/// Adds 1 to the number at the offset, so often, a thousand times under each acquisition of the mutex.
-/// Nothing but the mutex makes the sum right.
+/// Adds 1 to the number at the offset, as often as the options say: a thousand times for each acquisition of
+/// the mutex. Only the mutex makes the sum right.
 ExitCode Count(const Command &command, Console &console, const Options &options)
 {
     constexpr uint32_t kBatch = 1000;
@@ -188,7 +188,7 @@ ExitCode Count(const Command &command, Console &console, const Options &options)
     auto *const number = reinterpret_cast<volatile uint64_t *>(part.bytes);
     uint64_t last = *number;
     for (uint32_t left = options.times; left;) {
-        result = mutex.Acquire(-1); // without a mutex it acquires nothing, at once
+        result = mutex.Acquire(-1); // without a mutex this returns at once and acquires nothing
         if (OrvFailed(result))
             return ReportFailure(command, console, L"acquiring the mutex", result, options.mutex);
         for (uint32_t i = 0; i < kBatch && left; i++, left--)
@@ -228,20 +228,18 @@ const Command kShmCommand = {
     L"       orvtool shm write ID [OPTION...]\n"
     L"       orvtool shm count ID [OPTION...]\n"
     L"\n"
-    L"ID is a number, such as 0x1A2B, that all processes use for the same memory. serve makes the memory, "
-    L"all\n"
-    L"zeros, or opens the one that exists (0x6001004F), and keeps it until standard input ends. read copies "
-    L"it to\n"
-    L"standard output, write copies standard input into it and prints how many bytes that were. count adds 1 "
-    L"to\n"
-    L"the 64-bit number in it and prints the sum.\n"
+    L"ID is a number, such as 0x1A2B, that all processes use for the same memory. serve creates the memory,\n"
+    L"filled with zeros, or opens the existing one (0x6001004F), and keeps it until standard input ends. "
+    L"read\n"
+    L"copies it to standard output. write copies standard input into it and prints the number of bytes.\n"
+    L"count adds 1 to the 64-bit number in it and prints the sum.\n"
     L"\n"
     L"  --size BYTES                how much to make, read or write (all, in whole pages)\n"
     L"  --offset BYTES              where to start (0)\n"
     L"  --namespace global|session  where the memory's name lives (session)\n"
-    L"  --hold MS                   of serve: keep the memory for so long, not until the input ends\n"
-    L"  --times N                   of count: how often to add (1)\n"
-    L"  --mutex NAME                of count: the mutex of the session that guards each thousand additions "
+    L"  --hold MS                   for serve: how long to keep the memory, instead of until the input ends\n"
+    L"  --times N                   for count: how often to add (1)\n"
+    L"  --mutex NAME                for count: the session's mutex that guards each thousand additions "
     L"(none)\n",
     Run,
 };

@@ -1,4 +1,4 @@
-// Cutting and searching byte strings.
+// Finds where byte strings of a code page can be cut, and where they are malformed.
 
 #include "text_bounds.h"
 
@@ -10,7 +10,7 @@ namespace
 
 constexpr uint32_t kLongestCharacter = 4;
 
-/// The length of a shift of UTF-7 that starts at a plus sign, its closing minus sign included.
+/// The length of a shift of UTF-7 that starts at a plus sign, including its closing minus sign.
 uint32_t ShiftLength(const char *bytes, uint32_t count)
 {
     uint32_t length = 1;
@@ -19,13 +19,13 @@ uint32_t ShiftLength(const char *bytes, uint32_t count)
     return length < count && bytes[length] == '-' ? length + 1 : length;
 }
 
-/// The length of the character that the text starts with; 0 when it starts with none.
+/// The length of the first character of the text; 0 when the text does not start with a character.
 uint32_t Utf7CharacterLength(const char *bytes, uint32_t count)
 {
     if (*bytes != '+')
         return static_cast<uint8_t>(*bytes) < 0x80 ? 1 : 0;
     uint32_t length = ShiftLength(bytes, count);
-    // Both halves of a pair may stand in shifts of their own.
+    // The two halves of a surrogate pair may be in two shifts.
     if (!IsText(bytes, length, OrvCodePageUtf7) && length < count && bytes[length] == '+')
         length += ShiftLength(bytes + length, count - length);
     return IsText(bytes, length, OrvCodePageUtf7) ? length : 0;
@@ -51,7 +51,7 @@ bool IsBase64Digit(char c)
 
 bool IsText(const char *bytes, uint32_t count, OrvCodePage page)
 {
-    // Towards itself a page would only be copied.
+    // The target must be another page: a conversion to the same page would only copy.
     const OrvCodePage other = page == OrvCodePageUtf16 ? OrvCodePageUtf8 : OrvCodePageUtf16;
     uint32_t size = 0;
     return OrvSucceeded(OrvGetMb2MbStringSize(size, bytes, page, other, count));
@@ -66,7 +66,7 @@ uint32_t CutBehindCharacter(const char *bytes, uint32_t count, OrvCodePage page)
     }
     if (page != OrvCodePageUtf8)
         return 0;
-    // The last character is left out when it is not ASCII: it may go on.
+    // The last character is left out if it is not ASCII: it may be incomplete.
     uint32_t cut = count;
     while (cut && count - cut < kLongestCharacter && (bytes[cut - 1] & 0xC0) == 0x80)
         cut--;
@@ -91,7 +91,7 @@ uint32_t FindFault(const char *bytes, uint32_t count, OrvCodePage page)
 {
     constexpr uint32_t kBlock = 4096;
     uint32_t at = 0;
-    while (count - at > kBlock) { // the bulk in few questions
+    while (count - at > kBlock) { // most of the text in few calls
         const uint32_t block = CutBehindCharacter(bytes + at, kBlock, page);
         if (block == 0 || !IsText(bytes + at, block, page))
             break;

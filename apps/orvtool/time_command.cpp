@@ -1,4 +1,4 @@
-// orvtool time: the current time, and instants from one form to another.
+// orvtool time: prints the current time, and converts times from one form to another.
 
 #include "command.h"
 #include "time_forms.h"
@@ -94,13 +94,14 @@ const Command kTimeCommand = {
     L"--from or --to that form is iso. FORM is one of\n"
     L"\n"
     L"  iso        2026-11-21T09:10:11.123456700Z; read without the Z it is local time\n"
-    L"  orvtime    100-ns intervals since 1601, decimal, or hexadecimal behind 0x\n"
-    L"  filetime   the same in hexadecimal halves, 01DC5A8B:3F2A1B00; read as one number behind 0x too\n"
+    L"  orvtime    100-ns intervals since 1601, decimal, or hexadecimal after 0x\n"
+    L"  filetime   the same in hexadecimal halves, 01DC5A8B:3F2A1B00; also read as one number after 0x\n"
     L"  unix       whole seconds since 1970\n"
     L"  variant    days since 1899-12-30\n"
     L"  dos        date and time of MS-DOS in hexadecimal, 5D75:4945; no zone is applied\n"
     L"\n"
-    L"What a form cannot say is refused, and so is 0xFFFFFFFFFFFFFFFF, the library's mark for no time.\n",
+    L"A time that a form cannot express is refused, and so is 0xFFFFFFFFFFFFFFFF, the library's mark for no\n"
+    L"time.\n",
     Run,
 };
 

@@ -1,4 +1,5 @@
-// Every conversion is the library's own; here is only the text around the numbers.
+// Reads and prints the forms of a time. The library makes every conversion; this file handles only the text
+// around the numbers.
 
 #include "time_forms.h"
 
@@ -15,7 +16,7 @@ namespace orvtool
 namespace
 {
 
-/// Whether the text is one number, as `value`, and nothing else.
+/// Whether the text is one number and nothing else. `value` receives the number.
 template <typename Number>
 bool ParseWhole(const wchar_t *text, uint32_t length, int radix, Number &value)
 {
@@ -23,7 +24,7 @@ bool ParseWhole(const wchar_t *text, uint32_t length, int radix, Number &value)
     return length && OrvSucceeded(OrvConvertString2Number(value, text, length, radix, &end));
 }
 
-/// Two hexadecimal numbers with a colon between them.
+/// Reads two hexadecimal numbers with a colon between them.
 template <typename Number>
 bool ParseHexadecimalPair(const wchar_t *text, Number &left, Number &right)
 {
@@ -81,7 +82,7 @@ TimeParse ParseUnix(const wchar_t *text, OrvTime &time, OrvResult &result)
     int64_t seconds = 0;
     if (!ParseWhole(text, OrvGetStringSizeInElements(text), 10, seconds))
         return TimeParse::kNotOfThisForm;
-    // Seconds beyond every OrvTime would wrap.
+    // Seconds outside the range of OrvTime would wrap.
     constexpr int64_t kFirst = -static_cast<int64_t>(OrvTimeFloor / OrvTimeUnitsPerSecond);
     constexpr auto kLast = static_cast<int64_t>((OrvTimeEnd - OrvTimeFloor) / OrvTimeUnitsPerSecond);
     result = seconds < kFirst || seconds > kLast ? ORV_E_TIME_OUT_OF_RANGE
@@ -115,7 +116,8 @@ OrvResult PrintVariant(Stream &out, OrvTime time)
     wchar_t text[40];
     double days = 0;
     OrvResult result = OrvConvertOrvTimeToVariantTime(days, time);
-    if (OrvSucceeded(result) && days < 0) // from 2^63 units after its epoch on the number has lost its sign
+    // From 2^63 units after its epoch on, the number has the wrong sign.
+    if (OrvSucceeded(result) && days < 0)
         result = ORV_E_TIME_OUT_OF_RANGE;
     if (OrvSucceeded(result))
         result = OrvConvertDouble2String(text, sizeof text / sizeof text[0], days, kAllDigits);
@@ -144,13 +146,13 @@ OrvResult PrintDos(Stream &out, OrvTime time)
     return result;
 }
 
-/// Reads an instant from left to right; the first thing that is missing makes all that follow fail.
+/// Reads an instant from left to right. After the first missing part all later calls fail.
 class IsoReader
 {
 public:
     explicit IsoReader(const wchar_t *text) : next_(text) {}
 
-    /// Takes a number of so many digits.
+    /// Takes a number of `least` to `most` digits.
     uint32_t Digits(uint32_t least, uint32_t most)
     {
         uint32_t value = 0;
@@ -215,7 +217,8 @@ TimeParse ParseIso(const wchar_t *text, OrvTime &time, OrvResult &result)
     if (!reader.IsDone())
         return TimeParse::kNotOfThisForm;
     result = year <= UINT16_MAX ? OrvConvertStructToOrvTime(time, parts) : ORV_E_TIME_OUT_OF_RANGE;
-    if (result == ORV_S_END_OF_TIME) // the date of the end marker's structure, but a written date is that day
+    // In the structure this date is the end marker, but as text it is an ordinary day.
+    if (result == ORV_S_END_OF_TIME)
         result = ORV_E_TIME_OUT_OF_RANGE;
     if (OrvSucceeded(result) && !isUtc)
         result = OrvConvertLocalTimeToSystemTime(time);

@@ -1,4 +1,4 @@
-// orvtool xml: documents checked and laid out anew.
+// orvtool xml: checks and formats XML documents.
 
 #include "command.h"
 #include "input.h"
@@ -14,7 +14,8 @@ namespace orvtool
 namespace
 {
 
-/// The input as the library's stream; what is read is kept for another reading when `copy` is given.
+/// The input as a stream of the library. If `copy` is not null, all bytes are kept there for a second
+/// reading.
 class InputStream final : public IOrvStream
 {
 public:
@@ -41,7 +42,7 @@ private:
     OrvBufferStream *copy_;
 };
 
-/// Standard output as the library's stream.
+/// Standard output as a stream of the library.
 class OutputStream final : public IOrvStream
 {
 public:
@@ -64,7 +65,7 @@ struct Arguments {
     const wchar_t *path;
 };
 
-/// What is wrong with a document, and where.
+/// Prints what is wrong with a document, and where.
 void ReportFault(const Arguments &arguments, const OrvBasXmlSaxError &error)
 {
     static const wchar_t *const kReasons[] = {
@@ -77,7 +78,7 @@ void ReportFault(const Arguments &arguments, const OrvBasXmlSaxError &error)
                                   error.byteOffset, error.line, error.column + 1, kReasons[error.reason]);
 }
 
-/// The one reading that both actions start with. kExitSuccess, or what is wrong has been reported.
+/// The first reading, which both actions make. Returns kExitSuccess, or reports what is wrong.
 ExitCode Read(const Arguments &arguments, OrvBasXmlSaxHandlerBase &handler, OrvBufferStream *copy)
 {
     Input input;
@@ -180,17 +181,14 @@ const Command kXmlCommand = {
     L"Usage: orvtool xml check FILE\n"
     L"       orvtool xml format FILE\n"
     L"\n"
-    L"check says nothing when FILE, '-' for standard input, is well-formed XML, and if not at which byte "
-    L"(from\n"
-    L"0), line and column (from 1) it ceases to be.\n"
+    L"check prints nothing when FILE, '-' for standard input, is well-formed XML. Otherwise it prints the\n"
+    L"byte (from 0), line and column (from 1) of the first fault.\n"
     L"\n"
-    L"format prints it in UTF-8, each element on a line of its own, indented by two spaces. White space "
-    L"between\n"
-    L"elements is dropped, except in elements that hold other text too or have xml:space=\"preserve\": "
-    L"these\n"
-    L"keep their insides as they are. Comments, processing instructions, the document type and entities "
-    L"that\n"
-    L"another document declares are not kept. A document that is not well-formed prints nothing.\n",
+    L"format prints it in UTF-8, each element on its own line, indented by two spaces. White space between\n"
+    L"elements is dropped, except in elements that also contain other text or have xml:space=\"preserve\":\n"
+    L"their contents are kept unchanged. Comments, processing instructions, the document type and entities\n"
+    L"that another document declares are not kept. For a document that is not well-formed, format prints\n"
+    L"nothing on standard output.\n",
     Run,
 };
 

@@ -1,4 +1,5 @@
-// Both readings of a document. The writer keeps its first failure, so that only whole events ask for it.
+// The two readings of a document that formatting needs. The writer keeps its first failure, so it is enough
+// to check for it once for each event.
 
 #include "xml_formatter.h"
 
@@ -26,8 +27,8 @@ bool Equal(const OrvBasXmlSaxHandlerBase::Text &text, const wchar_t *terminated)
     return OrvCompareString(text.characters, terminated, text.length) == 0;
 }
 
-/// What to write in place of a character that the writer's escapes would not bring through: white space that
-/// a reader would turn into other white space, and the halves of a pair. Empty for all others.
+/// The raw text for a character that the writer's own escapes would not preserve: white space that a reader
+/// would change to other white space, and the halves of a surrogate pair. Empty for all other characters.
 OrvBasXmlSaxHandlerBase::Text RawFormOf(const wchar_t &character, bool isAttribute)
 {
     if (character == L'\r')

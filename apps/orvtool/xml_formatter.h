@@ -1,6 +1,7 @@
-// XML laid out anew, in two readings of the same document. The first finds the elements in which white space
-// counts: those with text beside their child elements, and those that ask for it. The second writes, and
-// leaves the inside of these as it is; the white space of all others is layout and is replaced.
+// Formats XML in two readings of the same document. The first reading finds the elements in which white space
+// is significant: those with both text and child elements, and those that ask for it with an attribute. The
+// second reading writes the document. It keeps the contents of these elements unchanged, and replaces the
+// white space of all others, which is only layout.
 
 #pragma once
 
@@ -11,7 +12,7 @@
 namespace orvtool
 {
 
-/// The first reading: what is known of each element, in document order.
+/// The first reading: the facts about each element, in document order.
 class XmlOutline final : public OrvBasXmlSaxHandlerBase
 {
 public:
@@ -20,8 +21,8 @@ public:
     struct Element {
         uint32_t parent : 29; ///< kNone for the outermost one
         uint32_t hasElements : 1;
-        uint32_t hasText : 1; ///< other than white space
-        uint32_t isKept : 1;  ///< its inside stays as it is
+        uint32_t hasText : 1; ///< text other than white space
+        uint32_t isKept : 1;  ///< its contents are kept unchanged
     };
 
     XmlOutline() = default;
@@ -43,8 +44,8 @@ private:
     uint32_t current_ = kNone;
 };
 
-/// The second reading. Tags are written as fragments: a writer's own start tag has no way to keep a line end
-/// in an attribute's value, which has to be a reference.
+/// The second reading. Tags are written as fragments, because the writer's own start tag cannot keep a line
+/// end in the value of an attribute, which must be a character reference.
 class XmlFormatter final : public OrvBasXmlSaxHandlerBase
 {
 public:
@@ -55,7 +56,7 @@ public:
     OrvResult EndElement(const Text &element) override;
     OrvResult CharacterData(const Text &text) override;
 
-    /// Ends the last line and hands everything to the stream. Returns the writer's first failure, or 0.
+    /// Ends the last line and passes everything to the stream. Returns 0 or the writer's first failure.
     OrvResult Finish();
 
 private:

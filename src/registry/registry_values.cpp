@@ -17,8 +17,7 @@ namespace
 typedef OrvBasWinRegistryHandle::Name Name;
 
 constexpr uint32_t kHeaderSize = offsetof(KEY_VALUE_PARTIAL_INFORMATION, Data);
-constexpr uint32_t kTerminatorRoom =
-    3 * sizeof(WCHAR) - 1; ///< a byte that makes the size even, and two terminators
+constexpr uint32_t kTerminatorRoom = 3 * sizeof(WCHAR) - 1; ///< a byte for an even size, and two terminators
 
 uint32_t TurnRound(uint32_t value)
 {

@@ -1,4 +1,4 @@
-// Finding out what the processor can do: CPUID, read once.
+// Finds out what the processor can do: CPUID, read once.
 
 #include "runtime/cpu.h"
 
