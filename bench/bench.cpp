@@ -14,7 +14,8 @@ __declspec(allocate(".orvb$a")) const bench::Benchmark *const kBefore = nullptr;
 __declspec(allocate(".orvb$z")) const bench::Benchmark *const kAfter = nullptr;
 
 constexpr uint32_t kPairs = 41;
-constexpr uint64_t kSampleTicks = 150000; // long compared with reading the counter, short compared with a time slice
+constexpr uint64_t kSampleTicks =
+    150000; // far more than reading the counter takes, far less than a time slice
 constexpr uint32_t kColumns[] = {48, 12, 12, 10};
 
 const bench::Benchmark *current;

@@ -12,7 +12,7 @@ namespace
 constexpr uint32_t kLongest = 0x10000;
 constexpr uint32_t kLengths[] = {8, 100, kLongest};
 
-/// Two equal terminated texts, in which all characters but the last are equal.
+/// Two equal terminated texts whose last character occurs nowhere else in them.
 template <typename T>
 struct Texts {
     T a[kLongest + 1];

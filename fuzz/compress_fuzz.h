@@ -1,6 +1,6 @@
 // What the targets of the two compressed formats share. Any bytes are compressed and decompressed to the same
 // bytes, in pieces of any sizes. Any bytes as a compressed stream give the same in pieces as at once. If the
-// format has a checksum, a stream with one wrong bit does not give the original bytes without a failure.
+// format has a checksum, a stream with one wrong bit either fails or still gives the original bytes.
 
 #pragma once
 
