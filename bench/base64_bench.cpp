@@ -1,4 +1,4 @@
-// Base64: the loops that the library chooses on this processor beside its own plain ones.
+// Base64: the loops that the library chooses on this processor, compared with its own plain ones.
 
 #include "bench.h"
 

@@ -14,7 +14,8 @@ __declspec(allocate(".orvb$a")) const bench::Benchmark *const kBefore = nullptr;
 __declspec(allocate(".orvb$z")) const bench::Benchmark *const kAfter = nullptr;
 
 constexpr uint32_t kPairs = 41;
-constexpr uint64_t kSampleTicks = 150000; // long beside reading the counter, short beside a time slice
+constexpr uint64_t kSampleTicks =
+    150000; // far more than reading the counter takes, far less than a time slice
 constexpr uint32_t kColumns[] = {48, 12, 12, 10};
 
 const bench::Benchmark *current;
@@ -47,7 +48,7 @@ uint64_t TicksOf(const bench::Timed &timed, uint32_t times)
     return Ticks() - start;
 }
 
-/// How often to repeat so that one sample is long enough.
+/// How many times to repeat the work so that one sample is long enough.
 uint32_t TimesForASample(const bench::Timed &timed)
 {
     uint32_t times = 1;
@@ -68,7 +69,7 @@ uint64_t Median(uint64_t (&values)[kPairs])
     return values[kPairs / 2];
 }
 
-/// A line of text in the making.
+/// Builds a line of text.
 class Line
 {
 public:

@@ -1,4 +1,4 @@
-// Benchmarks: an operation of ours beside a peer that does the same job, timed in the same process.
+// Benchmarks: an operation of ours and a peer that does the same job, timed in the same process.
 //
 //     BENCHMARK(MeasureText)
 //     {
@@ -7,9 +7,9 @@
 //                        [] { bench::Use(wcslen(L"12345678")); });
 //     }
 //
-// The two run in turn, many times, and the medians are printed: what disturbs the machine disturbs both. A
-// result is shown, never judged. A program runs all benchmarks, or those whose names contain one of its
-// arguments.
+// The two run in turn, many times, and the medians are printed, since a disturbance of the machine affects both. A
+// result is only printed; it never makes anything fail. A program runs all benchmarks, or those whose names contain
+// one of its arguments.
 
 #pragma once
 
@@ -20,26 +20,26 @@ namespace bench
 
 struct Benchmark {
     const char *name;
-    const char *file; ///< its rows stand under the name of that
+    const char *file; ///< its name is the heading of the rows
     void (*run)();
 };
 
-/// What a row says about itself.
+/// The description of a row.
 struct Row {
     const char *what;
-    uint32_t size;             ///< shown behind it; 0 when it has none
-    const char *peer;          ///< one that begins with "no peer" is shown in the table alone
-    const char *how = nullptr; ///< tells the row from another one of the same operation
+    uint32_t size;             ///< shown after the name; 0 if there is none
+    const char *peer;          ///< a row whose peer begins with "no peer" is only in the table
+    const char *how = nullptr; ///< distinguishes rows of the same operation
 };
 
-/// Keeps the compiler from dropping the work that a value came from.
+/// Keeps the compiler from removing the work that computes a value.
 template <typename T>
 void Use(const T &value)
 {
     __asm__ volatile("" : : "r"(&value) : "memory");
 }
 
-/// Something to time: calls `work` as often as it is told.
+/// Something to time: calls `work` a given number of times.
 struct Timed {
     void (*repeat)(const void *work, uint32_t times);
     const void *work;

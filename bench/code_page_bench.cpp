@@ -1,4 +1,4 @@
-// UTF-8 to UTF-16 and back beside the platform's own conversions.
+// UTF-8 to UTF-16 and back, compared with the platform's own conversions.
 
 #include "bench.h"
 
@@ -17,13 +17,13 @@ char bytesTarget[kLongest * 3 + 1];
 wchar_t textTarget[kLongest + 1];
 uint32_t byteCount;
 
-/// Words of random length, because a conversion is as fast as its runs are predictable.
+/// Words of random length, because the speed of a conversion depends on how predictable its runs are.
 struct Sample {
     const char *decode;
     const char *encode;
-    wchar_t first;     ///< letters are taken from here on,
-    uint32_t letters;  ///< so many of them,
-    uint32_t accented; ///< and this many in a hundred from Latin-1
+    wchar_t first;     ///< the first of the letters
+    uint32_t letters;  ///< how many letters follow from there
+    uint32_t accented; ///< how many in a hundred are from Latin-1 instead
     uint32_t wordLength;
 };
 

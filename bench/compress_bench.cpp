@@ -1,4 +1,4 @@
-// The compression contexts beside the bare libraries, on the same data and with the same steps.
+// The compression contexts, compared with the bare libraries on the same data and with the same steps.
 
 #include "bench.h"
 
@@ -18,7 +18,7 @@ uint8_t source[kSize];
 uint8_t packed[kSize + kSize / 2];
 uint8_t unpacked[kSize];
 
-/// Words from a small dictionary: text-like, and compressed to about a quarter.
+/// Words from a small dictionary: similar to text, and compressed to about a quarter.
 void MakeSource()
 {
     static const char kWords[] = "result handle buffer status length object section thread ";

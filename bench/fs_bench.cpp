@@ -1,4 +1,4 @@
-// Paths beside the platform's own completion of paths.
+// Paths, compared with the platform's own completion of paths.
 
 #include "bench.h"
 
@@ -16,7 +16,7 @@ constexpr wchar_t kPath[] = L"C:\\Program Files\\Vendor\\Product\\component.dll"
 
 BENCHMARK(PathsAsText)
 {
-    // Nothing of the platform's does the same on text alone; what it does for a path is the nearest.
+    // The platform has nothing that works on the text alone; its completion of a path is the nearest.
     const auto peer = [] { bench::Use(RtlGetFullPathName_U(kPath, sizeof array, array, nullptr)); };
     bench::Compare(
         {"path: file name", 45, "RtlGetFullPathName_U"},

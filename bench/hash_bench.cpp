@@ -1,5 +1,5 @@
-// The hash family beside what else computes the same: zlib, ntdll.dll's own digests, and our plain kernels.
-// Bytes per message stand behind each row.
+// The hash family, compared with other code that computes the same: zlib, ntdll.dll's own digests, and our plain
+// kernels. The size of a row is the number of bytes in a message.
 
 #include "bench.h"
 
@@ -19,7 +19,7 @@ constexpr uint32_t kSizes[] = {64, 4096, kMost};
 
 uint8_t data[kMost];
 
-/// A message through a class of ours.
+/// Hashes a message with a class of ours.
 template <typename Hash>
 void Digest(uint32_t size)
 {
@@ -28,8 +28,8 @@ void Digest(uint32_t size)
     bench::Use(hash.Get());
 }
 
-/// As many whole blocks as the message has, one at least, through a plain kernel. The padding is left out,
-/// which favours the peer.
+/// Hashes the whole blocks of the message, one at least, with a plain kernel. The padding is omitted, which favours
+/// the peer.
 template <typename Word, uint32_t words>
 void CompressPlain(void (*compress)(Word (&)[words], const uint8_t *, uint32_t), uint32_t blocks)
 {

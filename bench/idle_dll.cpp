@@ -1,4 +1,4 @@
-// A DLL that imports ntdll.dll and does nothing: what loading costs anyway.
+// A DLL that imports ntdll.dll and does nothing: it shows what loading any DLL costs.
 
 #include "nt/nt.h"
 

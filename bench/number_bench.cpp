@@ -1,4 +1,4 @@
-// Numbers and formatted text beside the C functions that ntdll.dll exports.
+// Numbers and formatted text, compared with the C functions that ntdll.dll exports.
 
 #include "bench.h"
 

@@ -1,4 +1,4 @@
-// The registry beside its bare native calls.
+// The registry, compared with the bare native calls.
 
 #include "bench.h"
 
@@ -13,7 +13,7 @@ constexpr uint32_t kValues = 10000;
 
 HANDLE nativeKey;
 
-/// Enumerates with one call a value, into a buffer that fits all.
+/// Enumerates with one call for each value, into a buffer that is large enough for all.
 void EnumerateNatively()
 {
     uint8_t bytes[600];

@@ -1,5 +1,5 @@
-// The locks beside the platform's critical section and slim reader/writer lock: taken and given back by one
-// thread alone, and by two threads at once.
+// The locks, compared with the platform's critical section and slim reader/writer lock: acquired and released by
+// one thread alone, and by two threads at once.
 
 #include "bench.h"
 
@@ -10,14 +10,14 @@
 namespace
 {
 
-constexpr uint32_t kTimes = 10000; // that each of the two threads takes a contended lock
+constexpr uint32_t kTimes = 10000; // how often each of the two threads acquires a contended lock
 
 struct Signal : OrvBasEvent {
     Signal() { Create(AutoReset, false); }
 };
 
-/// Two threads that do the same work at once, each kTimes times: this one and one of its own, which is woken
-/// first. Both begin together.
+/// Two threads that do the same work at once, each kTimes times: the calling thread and one that the object owns,
+/// which is woken first. Both begin together.
 template <typename Work>
 class Duel
 {
@@ -40,7 +40,7 @@ public:
         done_.Wait(-1);
     }
 
-    /// The rival's part.
+    /// The work of the object's own thread.
     void operator()()
     {
         while (wake_.Wait(-1) == ORV_S_OK && !ends_) {

@@ -1,4 +1,4 @@
-// The string primitives beside the C functions that ntdll.dll exports.
+// The string primitives, compared with the C functions that ntdll.dll exports.
 
 #include "bench.h"
 
@@ -12,7 +12,7 @@ namespace
 constexpr uint32_t kLongest = 0x10000;
 constexpr uint32_t kLengths[] = {8, 100, kLongest};
 
-/// Two texts alike, terminated, in which nothing but the last character tells one place from another.
+/// Two equal terminated texts whose last character occurs nowhere else in them.
 template <typename T>
 struct Texts {
     T a[kLongest + 1];
@@ -146,7 +146,7 @@ BENCHMARK(TextCopy)
 
 BENCHMARK(HeapBuffer)
 {
-    // The peer does the least that holds the same text: a block, the characters, and the block given back.
+    // The peer does the least that is needed: it allocates a block, copies the characters, and frees the block.
     const wchar_t *const text = wide.a;
     for (const uint32_t length : kLengths) {
         wide.SetLength(length);

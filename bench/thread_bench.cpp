@@ -1,5 +1,5 @@
-// A thread from start to end beside the bare native calls, and the load of the DLL beside one that does
-// nothing.
+// A thread from start to end, compared with the bare native calls, and loading the DLL, compared with a DLL that
+// does nothing.
 
 #include "bench.h"
 
@@ -20,7 +20,7 @@ ULONG NTAPI EndAtOnce(PVOID)
     return 0;
 }
 
-/// Loads and unloads; nobody else has the module.
+/// Loads and unloads the module, which nothing else uses.
 void LoadAndUnload(const WCHAR *name)
 {
     UNICODE_STRING counted;

@@ -1,4 +1,4 @@
-// Reading the clock beside the native call.
+// Reading the clock, compared with the native call.
 
 #include "bench.h"
 

@@ -1,5 +1,5 @@
-// The XML reader beside bare expat on the same document, and the writer beside nothing more than encoding the
-// document's text. The size behind each row is the document's in bytes.
+// The XML reader, compared with bare expat on the same document, and the writer, compared with only encoding the
+// document's text. The size of a row is that of the document in bytes.
 
 #include "bench.h"
 
@@ -7,7 +7,7 @@
 
 #include <expat.h>
 
-// The bench has expat of its own, whose salt needs no secrecy here.
+// This program links its own copy of expat, whose salt need not be secret here.
 extern "C" void arc4random_buf(void *bytes, size_t size)
 {
     for (size_t i = 0; i < size; i++)
@@ -45,7 +45,7 @@ void XMLCALL IgnoreStart(void *, const XML_Char *, const XML_Char **) {}
 void XMLCALL IgnoreEnd(void *, const XML_Char *) {}
 void XMLCALL IgnoreText(void *, const XML_Char *, int) {}
 
-/// The reader's own loop, with the same handlers set and nothing behind them.
+/// The reader's own loop, with the same handlers, which do nothing.
 void ParseBare(IOrvStream &stream)
 {
     constexpr int kPiece = 4096;

@@ -37,7 +37,7 @@ add_library(orv_zlib STATIC
 # Without the convenience functions that allocate by themselves or open files.
 target_compile_definitions(orv_zlib PUBLIC Z_SOLO)
 
-# Two tables of bzip2 lack a const. Without it they would be in writable memory.
+# Two tables of bzip2 lack a const, which is added here: without it they would be in writable memory.
 set(bzip2 ${PROJECT_BINARY_DIR}/bzip2)
 set(files blocksort.c bzlib.c bzlib.h bzlib_private.h compress.c crctable.c decompress.c huffman.c randtable.c)
 foreach(file ${files})

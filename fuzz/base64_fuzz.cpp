@@ -1,5 +1,5 @@
-// Base64: bytes come back from their text, any text is read as a plain decoder reads it, and the wide loops
-// give what the plain ones do. Hexadecimal digits: bytes come back from them.
+// Base64: decoding an encoded text returns its bytes, any text is decoded as by a plain decoder, and the wide
+// loops give the same as the plain ones. Hexadecimal digits: decoding encoded bytes returns them.
 
 #include "fuzz.h"
 

@@ -1,6 +1,6 @@
-// Any bytes, and any UTF-16, from each page to each other one: the measured size is the size that fits and no
-// smaller one does, what goes directly is what goes by way of UTF-16, and what is converted comes back. UTF-8
-// comes back byte by byte, so that no malformed text is taken for one.
+// Any bytes, and any UTF-16, from each page to each other one. The measured size fits, and no smaller one does;
+// a direct conversion gives the same as one through UTF-16; converting back returns the text. For UTF-8 it
+// returns the same bytes, so no malformed text is accepted.
 
 #include "fuzz.h"
 

@@ -1,6 +1,6 @@
-// What the two compressed formats share: any bytes go there and come back, in pieces of any sizes; any bytes
-// as a compressed stream give the same in pieces as at once; and a stream in which a bit is wrong is told
-// from the one it was, where the format has a checksum.
+// What the targets of the two compressed formats share. Any bytes are compressed and decompressed to the same
+// bytes, in pieces of any sizes. Any bytes as a compressed stream give the same in pieces as at once. If the
+// format has a checksum, a stream with one wrong bit either fails or still gives the original bytes.
 
 #pragma once
 

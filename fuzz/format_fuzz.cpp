@@ -1,6 +1,6 @@
-// Any format, with arguments that serve as whatever a directive takes them for: both widths agree, and a
-// smaller array holds the beginning. And any single directive with any value: the text is the one of the
-// host's C library.
+// Any format, with arguments that are valid for every directive: both widths give the same text, and a smaller
+// array contains its beginning. And any single directive with any value: the text is that of the host's C
+// library.
 
 #include "fuzz.h"
 

@@ -1,5 +1,5 @@
-// Any text as a GUID: what is taken prints as a text that is taken for the same, what is refused leaves the
-// GUID alone, and both follow from the text's form.
+// Any text as a GUID. An accepted text gives a GUID whose printed text gives the same GUID; a refused text
+// leaves the GUID unchanged; the text's form alone decides which of the two happens.
 
 #include "fuzz.h"
 

@@ -1,5 +1,5 @@
-// Any text as a number, in both widths: doubles as the host's C library reads them, integers as a simple rule
-// does. And any number as text, at every capacity, which reads as the same number again.
+// Any text as a number, in both widths: doubles are read as the host's C library reads them, integers as by a
+// simple rule. And any number as text, at every capacity: the text is read as the same number again.
 
 #include "fuzz.h"
 

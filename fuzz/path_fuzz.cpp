@@ -1,4 +1,4 @@
-// Any path: what is taken out of it, and what it makes with another, into buffers and arrays.
+// Any path: its parts, and its combination with another path, written into buffers and arrays.
 
 #include "fuzz.h"
 

@@ -1,5 +1,5 @@
-// Any text in the registry editor's format: what is read, written and read again is the same, and is written
-// the same. And any value, which is read as it was written.
+// Any text in the registry editor's format: reading, writing and reading it again gives the same, and so does
+// writing it again. And any value: it is read as it was written.
 
 #include "fuzz.h"
 

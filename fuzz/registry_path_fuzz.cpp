@@ -1,5 +1,5 @@
-// Any text as a place in the registry: what is split is put together to the same place again, and the root is
-// one that has this name. And any path, in which the 32-bit view's part has one place.
+// Any text as a place in the registry: its parts can be joined to the same place again, and the root has the
+// name in the text. And any path: the part for the 32-bit view can be inserted at one place only.
 
 #include "fuzz.h"
 

@@ -1,5 +1,5 @@
-// In a library of its own, with nothing but ReadUtf8Events visible: its functions have the names of those in
-// the build for UTF-16.
+// Built into a library of its own that exports only ReadUtf8Events, since the parser's functions have the same
+// names as those of the build for UTF-16.
 
 #include "utf8_events.h"
 

@@ -1,4 +1,4 @@
-// The events of a document as the same parser gives them when it is built for UTF-8, to compare with.
+// The events of a document from the same parser built for UTF-8, to compare with those of the reader.
 
 #pragma once
 

@@ -1,4 +1,4 @@
-// Any pattern against any name: the answer is the one that a table of all pairs of their beginnings gives.
+// Any pattern and any name: the answer is the same as from a table for all pairs of their prefixes.
 
 #include "fuzz.h"
 

@@ -1,6 +1,6 @@
-// Any bytes as an XML document: no call parts a pair, its events are the same when it comes in pieces and
-// those that the parser has for UTF-8, a handler that fails gets no further call, and what the writer makes
-// of them is read as the same events again.
+// Any bytes as an XML document. No call splits a surrogate pair; the events are the same in pieces as at once,
+// and the same as those of the parser built for UTF-8; a handler that fails gets no further call; and what the
+// writer writes for the events is read as the same events again.
 
 #include "fuzz.h"
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Says of each library that orvsys.dll contains whether the distribution names something newer with a security fix, in one
-# line. A fix is a CVE number that the changelog of the newer package names and those of ours do not. Fails when there is
-# one to be had. Needs the network, and says what is so today.
+# Prints for each library that orvsys.dll contains one line: whether the distribution has a newer version with a security
+# fix. A fix is a CVE number that the changelog of the newer package names and that of ours does not. Fails if a mirror
+# serves a version with a fix. Needs the network; the answer can differ from day to day.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
 . "$(dirname "$0")/source_packages.sh"
@@ -12,7 +12,7 @@ trap 'rm -rf "$work"' EXIT
 # cves FILE...: the CVE numbers in them, sorted.
 cves() { cat -- "$@" | grep -oE 'CVE-[0-9]{4}-[0-9]+' | sort -u || true; }
 
-# changelog_of LIBRARY VERSION: the packaging's changelog, fetched without the rest; 1 when it is not served.
+# changelog_of LIBRARY VERSION: the package's changelog, fetched without the rest; 1 if it is not served.
 changelog_of() {
     rm -rf "$work/changelog"
     mkdir "$work/changelog"
@@ -20,7 +20,7 @@ changelog_of() {
         tar -xOf "$work"/changelog/*.debian.tar.* debian/changelog
 }
 
-# judge LIBRARY: its line. 1 when there is a fix to take.
+# judge LIBRARY: prints its line. 1 if there is a fix to take.
 judge() {
     local library=$1 ours version newest='' unserved='' fixed
     ours=$(fact "$library" version)

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Runs the benchmarks: bench.sh [PART...]
-# The whole table is kept, as text and as charts, in docs/benchmarks; with parts of benchmarks' names only those run, and
-# nothing is kept. In the end come the rows that lose to their peer and that docs/benchmarks.md does not explain.
+# The whole table is kept, as text and as charts, in docs/benchmarks. With parts of benchmarks' names only those run, and
+# nothing is kept. At the end it lists the rows that lose to their peer and that docs/benchmarks.md does not explain.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 

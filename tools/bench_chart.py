@@ -3,10 +3,11 @@
 
     bench_chart.py TABLE PAGE FOLDER
 
-A bar runs from 1, where both are equal, to the ratio of the peer's time to ours: to the right and blue we are faster, to
-the left and red we are slower. Position and colour are logarithmic and the same in all charts; a bar with a point goes on
-beyond its chart. A row without a peer, "no peer" in the table, is not drawn. A row loses when its ratio is below 0.95; the
-page explains it when it has its name, without the size, in a first column of a table. It also has to show each chart.
+A bar runs from 1, where both are equal, to the ratio of the peer's time to ours. A blue bar to the right means that we are
+faster, a red bar to the left that we are slower. Position and colour are logarithmic and the same in all charts; a bar with a
+point continues beyond its chart. A row without a peer, "no peer" in the table, is not drawn. A row loses if its ratio is
+below 0.95. The page explains a row if the first column of one of its tables has the row's name, without the size. The page
+must also show each chart.
 """
 
 import html
@@ -17,14 +18,14 @@ import sys
 
 ROW, BAR, LEFT, WIDTH, RIGHT = 15, 10, 270, 420, 250
 LOWEST, HIGHEST = 1 / 4, 64
-STRONGEST = 4 # at this ratio, and at 1 through it, a colour is full
+STRONGEST = 4 # a colour is full at this ratio and at its reciprocal
 RED, GREY, BLUE = (178, 24, 43), (205, 205, 205), (33, 102, 172)
 LOSES_BELOW = 0.95
 STYLE = "text{font:11px sans-serif;fill:#222}.note{fill:#555}line{stroke:#ddd}.equal{stroke:#222}"
 
 
 def read_table(path):
-    """The rows by group: what, ratio, peer."""
+    """The rows by group, each as (what, ratio, peer)."""
     groups = {}
     for line in open(path, encoding="utf-8"):
         row = re.match(r"(.+?) {2,}[\d.]+ +[\d.]+ +([\d.]+) +(.+)", line)
@@ -37,7 +38,7 @@ def read_table(path):
 
 
 def by_operation(rows):
-    """The rows of an operation one below the other, in the order in which the operations come."""
+    """The rows sorted so that those of one operation are together, in the order of the operations."""
     names = list(dict.fromkeys(name_of(what) for what, _, _ in rows))
     return sorted(rows, key=lambda row: names.index(name_of(row[0])))
 
@@ -64,7 +65,7 @@ def text(x, y, content, anchor="start", kind=""):
 
 
 def scale(height):
-    """The ratios above the bars, a line down from each, and the colours that they have."""
+    """The ratios above the bars, their colours, and a line down from each."""
     steps = [2 ** (power / 4) for power in range(round(math.log2(LOWEST) * 4), round(math.log2(HIGHEST) * 4))]
     for ratio in steps:
         x, end = across(ratio), across(ratio * 2 ** 0.25)
@@ -80,7 +81,7 @@ def scale(height):
 
 
 def bar(ratio, top):
-    """From 1 to the ratio, with a point at the end when that lies beyond the chart."""
+    """A bar from 1 to the ratio, with a point at the end if the ratio is beyond the chart."""
     start, end = across(1), across(ratio)
     if LOWEST <= ratio <= HIGHEST:
         return (f'<rect fill="{colour(ratio)}" x="{min(start, end):.1f}" y="{top}" '

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The bill of materials of orvsys.dll, CycloneDX as JSON, on standard output:
+"""Prints the bill of materials of orvsys.dll, CycloneDX as JSON:
 
   bill_of_materials.py DEPENDENCIES.txt VERSION [LIBRARY ITS-VERSION PACKAGE-VERSION]...
 
@@ -12,7 +12,7 @@ import urllib.parse
 
 
 def read_facts(path):
-    """By library the facts of dependencies.txt, each with the list of its values."""
+    """The facts of dependencies.txt by library, each with the list of its values."""
     facts = {}
     with open(path, encoding="utf-8") as lines:
         for line in lines:

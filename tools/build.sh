@@ -3,7 +3,7 @@
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
-# A build folder keeps to the LLVM and the flags that it was configured with: with others it starts anew.
+# A build folder keeps the LLVM and the flags that it was configured with. If these change, it is made again.
 configuration() { tools/llvm.sh clang-cl clang && cksum CMakePresets.json cmake/toolchain.cmake cmake/i686-windows.cmake cmake/host.cmake; }
 
 cd "$root"
@@ -11,7 +11,7 @@ case " $* " in
 *' host '* | *' coverage '*) tools/setup.sh host ;;
 *) tools/setup.sh ;;
 esac
-tools/get_sources.sh >/dev/null # here, where what it has to say is seen
+tools/get_sources.sh >/dev/null # here, where the user sees its messages
 for preset in "$@"; do
     wanted=$(configuration)
     [ "$wanted" = "$(cat "build/$preset/configuration" 2>/dev/null)" ] || rm -rf "build/$preset"

@@ -1,32 +1,32 @@
 #!/usr/bin/env python3
-"""Checks what was built against what was promised, one check a call:
+"""Checks the built files against what the library promises, one check in each call:
 
   check_binaries.py imports READOBJ MODULE ALLOWED.dll[=FILE.def]...
-      the module imports only these modules, and only what FILE.def lists where one is given
+      the module imports only these modules, and of a module with FILE.def only what that lists
   check_binaries.py oldest FILE.def NAMES
       every import that FILE.def lists is among the names, those that the oldest supported system has
   check_binaries.py exports READOBJ MODULE CLANG_CL INCLUDE
-      the DLL exports exactly what the public headers declare for import: no implicit member, no internal, none
-      missing
+      the DLL exports exactly what the public headers declare for import: no implicit member, no internal function, and
+      none is missing
   check_binaries.py headers CLANG_CL INCLUDE
       every public header compiles alone, for the compiler of Visual Studio 2017 and in the strict mode
   check_binaries.py initialisers READOBJ OBJECT...
       no object has a dynamic initialiser
   check_binaries.py size FILE BYTES
-      the file is smaller
+      the file is smaller than that
   check_binaries.py hardening READOBJ MODULE SOURCES
-      the module can be placed anywhere, has no code that can be written and no constant that can, draws its stack
-      cookie and uses it, asks before calls through pointers, and tells the loader the cookie, the exception handlers
-      of the sources and the functions that may be called through pointers
+      the module can be loaded at any address, has no writable code and no writable constant, makes a random stack cookie
+      and uses it, checks calls through pointers, and tells the loader the cookie, the exception handlers of the sources and
+      the functions that may be called through pointers
   check_binaries.py natvis CLANG_CL INCLUDE NATVIS
-      every expression that the debugger is to evaluate compiles within the type that it is for
+      every expression that the debugger evaluates compiles within the type that it is for
   check_binaries.py start_code READOBJ LIBRARY
       every member of the library of start code is an object of the platform, for 32-bit x86 and fit for /safeseh, asks for
-      no default library, and its code was made by the compiler, not left to the linker
+      no default library, and contains code of the compiler, not code that the linker must still generate
   check_binaries.py version HEADER MODULE...
-      the modules' version resources are those of the header
+      the modules' version resources have the version of the header
 
-Prints a line for each fault and exits 1 when there is one.
+Prints a line for each fault and exits 1 if there is one.
 """
 
 import json
@@ -80,7 +80,7 @@ def oldest(definition, names):
 
 
 def one_destructor(name):
-    """A destructor has several symbols: the tree names another than the one that is exported."""
+    """The name without the kind of a destructor's symbol: the syntax tree names another one than the DLL exports."""
     match = re.match(r"\?\?(?:1|_D)(.+?@@)", name)
     return f"the destructor of {match[1]}" if match else name
 
@@ -95,7 +95,7 @@ def declared_for_import(clang_cl, include):
     names = set()
 
     def visit(node):
-        # A template's pattern has no symbol; its instantiations stand beside it.
+        # A template itself has no symbol; its instantiations are its siblings in the tree.
         inner = node.get("inner", [])
         if any(child.get("kind") == "DLLImportAttr" for child in inner) and "mangledName" in node:
             names.add(one_destructor(node["mangledName"]))
@@ -164,12 +164,12 @@ def hardening(readobj, module, sources):
         if writable and number_of(section, "RawDataSize") > MOST_WRITABLE_VALUES:
             faults.append(f"{name} has {number_of(section, 'RawDataSize')} bytes of values that can be written: are there "
                           "constants among them?")
-    # A handler that is not listed would end the process when it is due.
+    # An exception whose handler is not listed would end the process.
     handlers = {name for source in pathlib.Path(sources).rglob("*.cpp")
                 for name in re.findall(r"EXCEPTION_DISPOSITION __cdecl (\w+)\(", source.read_text())}
     if number_of(text, "SEHandlerCount") != len(handlers):
         faults.append(f"lists {number_of(text, 'SEHandlerCount')} exception handlers of {len(handlers)}")
-    # The code names the cookie and the check by their addresses: some functions have arrays, some call pointers.
+    # Functions with arrays contain the address of the cookie, functions that call through pointers that of the check.
     content = pathlib.Path(module).read_bytes()
     cookie, check = (struct.pack("<I", number_of(text, field)) for field in ("SecurityCookie", "GuardCFCheckFunction"))
     if content.count(cookie) < LEAST_USES:
@@ -192,7 +192,7 @@ def natvis(clang_cl, include, path):
             elif len(element) == 0 and element is not kind:
                 texts.append(element.text)
         expressions = []
-        for text in texts:  # behind a comma stands how to show it, with a length in brackets at most
+        for text in texts:  # after a comma comes the format, at most with a length in brackets
             value, length = re.fullmatch(r"(.+?)(?:,(?:\[(.+?)\])?\w*)?", text).groups()
             expressions += [value, length] if length else [value]
         name = kind.get("Name").replace("*", "0")
@@ -201,7 +201,7 @@ def natvis(clang_cl, include, path):
     with tempfile.TemporaryDirectory() as folder:
         file = pathlib.Path(folder) / "probe.cpp"
         file.write_text("\n".join(source))
-        # A debugger knows no access control, and a final type is looked into by deriving from it here.
+        # A debugger ignores access control. The probe derives from the type, also if that is final.
         compiled = subprocess.run([clang_cl, TARGET, "/nologo", f"/I{include}", "/Zs", "/Dfinal=", "-Xclang",
                                    "-fno-access-control", "-ferror-limit=0", str(file)], capture_output=True, text=True)
     return [line for line in compiled.stderr.splitlines() if ": error:" in line] or (
@@ -238,9 +238,9 @@ def version(header, *modules):
     return faults
 
 
-# What the state of a module starts with fits one unit of the file; a table that is not read-only would stand out.
+# The initial values of a module's state fit into one unit of the file; a table that is not read-only would exceed it.
 MOST_WRITABLE_VALUES = 0x200
-# Far fewer than there are, and more than a module has that is not compiled for either.
+# Far fewer than there are, but more than a module has that is compiled without both.
 LEAST_USES = 20
 
 

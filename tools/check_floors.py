@@ -1,14 +1,14 @@
 #!/usr/bin/env python3
-"""Holds the floors of the house: a file includes files of its own folder and of those that its folder's line names,
-and no two files include each other, directly or by way of others. Prints a line for each include that points up or
-sideways, and exits 1 when there is one."""
+"""Checks which folder includes which: a file may include files of its own folder and of the folders that the line of its
+folder names, and no file may include itself, directly or through others. Prints a line for each fault, and exits 1 if there
+is one."""
 
 import pathlib
 import re
 import sys
 
-# What each folder may include besides itself. A folder is one in src, in include/orv, or in both; "." is the headers
-# that stand in include/orv itself. orv.h, which is all of them, stands on top.
+# What each folder may include besides itself. A folder is one in src, in include/orv, or in both; "." means the headers in
+# include/orv itself. orv.h, which includes all of them, is not checked.
 FLOORS = {
     ".": "",
     "nt": "",

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Finds links that lead nowhere. Addresses on the network are not asked for.
+"""Finds links that lead nowhere. Addresses on the network are not checked.
 
   check_links.py markdown FOLDER
       each link of the Markdown pages, of a repository or of an installation, leads to a file or a folder there, and to
@@ -8,7 +8,7 @@
       each link and image of the HTML pages, and each entry of their menus, leads to a file there, and to an element
       where it names one
 
-Prints a line for each fault and exits 1 when there is one.
+Prints a line for each fault and exits 1 if there is one.
 """
 
 import functools
@@ -20,7 +20,7 @@ from html import unescape
 import checks
 import markdown_pages
 
-# What the scripts of Doxygen's pages hold: addresses of pages, as texts.
+# The scripts of Doxygen's pages contain addresses of pages as texts.
 SCRIPT_LINK = re.compile(r"""["']((?:\.\./)?[\w.~-]+\.html(?:#[\w.~-]*)?)["']""")
 
 
@@ -43,7 +43,7 @@ def fault(where, target, file, anchor, folder):
 
 
 def judged(found, folder):
-    """The faults of (page, target, file, anchor), each once, or that there was nothing to judge."""
+    """The faults of links (page, target, file, anchor), each once; it is a fault if there are no links."""
     found = list(found)
     faults = [fault(page.relative_to(folder), target, file, anchor, folder) for page, target, file, anchor in found]
     return list(dict.fromkeys(filter(None, faults))) + ([] if found else [f"{folder}: no link"])
@@ -58,7 +58,7 @@ def markdown_links(folder):
 
 def html_links(folder):
     for page in sorted([*folder.rglob("*.html"), *folder.rglob("*.js")]):
-        if page.name.startswith("navtreeindex"): # where in the menu each page stands, pages that are not made included
+        if page.name.startswith("navtreeindex"): # each page's place in the menu; it also names pages that are not made
             continue
         text = page.read_text(errors="replace")
         is_page = page.suffix == ".html"

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# The zip is what the installation lays out, file by file, and has the licence of each library inside and a bill of
-# materials that names the versions that were built: check_package.sh BUILD-FOLDER
-# The NuGet package is made twice and checked.
-# That programs can be built with the installation, the commands of the README show.
+# Checks the packages: check_package.sh BUILD-FOLDER
+# The zip must contain the same files as the installation, the licence of each library inside, and a bill of materials that
+# names the versions that were built. The NuGet package is made twice and checked.
+# The commands of the README show that programs can be built with the installation.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 

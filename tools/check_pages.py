@@ -1,22 +1,22 @@
 #!/usr/bin/env python3
-"""Holds what the pages say against what is so, one check a call:
+"""Checks that what the pages say is true, one check in each call:
 
   check_pages.py programs BIN
       each program that a page of the guide shows is the one in docs/guide/examples, runs, and prints what the page
-      says; each program there is shown
+      says; each program in that folder is in a page
   check_pages.py update BIN
       writes the programs and what they print into the pages instead
   check_pages.py commands BUILD
-      each command in a page does what the page says: blocks marked `sh` are run, in one folder for each page that
-      looks like this repository with BUILD in it as build/release; what a page says to put into a file stands there
+      each command in a page does what the page says: blocks marked `sh` are run, for each page in a folder of its own that
+      looks like this repository with BUILD in it as build/release and contains the files that the page shows
   check_pages.py installed BUILD
-      from a fresh installation alone, with the compiler's line of the README, each program that a page of the guide shows
+      with nothing but a fresh installation and the compiler line of the README, each program that a page of the guide shows
       builds and prints what the page says, and so do the programs in tests/program
   check_pages.py layouts CLANG_CL READOBJ MODULE
-      the tables of docs/abi.md say what the compiler says, and the module exports the names that stand there
+      the tables of docs/abi.md say what the compiler says, and the module exports the names in them
 
 A block that follows the words "`NAME`:" is that file, one that follows "prints:" is output. Prints a line for each fault
-and exits 1 when there is one.
+and exits 1 if there is one.
 """
 
 import difflib
@@ -54,7 +54,7 @@ def difference(what, wanted, actual):
 
 
 def run(command, folder, environment=None, shell=False, seconds=120):
-    """The exit code and what was printed, errors included."""
+    """The exit code and the output, including standard error."""
     try:
         done = subprocess.run(command, cwd=folder, shell=shell, executable="/bin/bash" if shell else None, text=True,
                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
@@ -72,7 +72,7 @@ def output_of(program, folder):
 
 
 def shown_programs():
-    """Page, block of the program, block of what it prints or None."""
+    """For each program: its page, its block, and the block of its output or None."""
     for page in sorted((ROOT / "docs/guide").glob("*.md")):
         blocks = blocks_of(page)
         for i, block in enumerate(blocks):
@@ -112,14 +112,14 @@ def update(folder):
 
 # The commands.
 
-# What runs elsewhere, because it would run this check once more, and where that is.
+# Commands that would run this check once more, and the check that runs each of them instead.
 ELSEWHERE = {
     "make demo": "a run of its own",
     "make test": "this is a part of it",
     "make lint": "a run of its own",
     "make docs": "the check of the documentation",
 }
-# What make does once everything is built: a build inside the build under test must not start another one.
+# What make does after everything is built: the commands of a page must not start another build in the build under test.
 STANDS_FOR = [(r"^make install PREFIX=(\S+)$", r'cmake --install build/release --prefix "\1" >/dev/null')]
 # Blocks of these kinds hold no commands.
 NO_COMMANDS = {"bat", "cpp", "cmake", "text"}
@@ -151,7 +151,7 @@ def look_like_the_repository(folder, build):
 
 def run_page(page, folder):
     where = page.relative_to(ROOT)
-    # A block of any other form would go unseen.
+    # Commands in any other form would not be run.
     faults = [f"{where}: a command outside a block marked `sh`: {line.strip()}"
               for line in re.findall(r"^ {4,}(?:make|cmake|tools/|clang-cl).*", BLOCK.sub("", page.read_text()), re.M)]
     platform = os.environ.get("ORV_PLATFORM", "wine10").replace("wine10", "wine") # as tools/lib.sh has it
@@ -187,8 +187,8 @@ def run_commands(where, block, following, folder, environment):
 
 # The installation.
 
-# What a program of tests/program is compiled and linked with beside the README's line, its arguments, how it ends and
-# what it prints. vectorcall asks for SSE.
+# For each program of tests/program: the options added to the README's line, its arguments, its exit code and its output.
+# vectorcall needs SSE.
 START = ["two words", "", '\\"'], 42, "abcCBA, 0 faults\n"
 PROGRAMS = [
     ("start_program", "/Od -msse2", "", *START),
@@ -218,7 +218,7 @@ def installed(build):
 
 
 def look_like_users(folder, build):
-    """An empty folder but for an installation and the script that finds the compiler. Returns the program's folder."""
+    """Makes a folder with an installation and the script that finds the compiler. Returns the program's folder."""
     run(["cmake", "--install", str(pathlib.Path(build).resolve()), "--prefix", str(folder / "orv")], folder)
     (folder / "tools").symlink_to(ROOT / "tools")
     (folder / "first").mkdir()
@@ -229,7 +229,7 @@ def look_like_users(folder, build):
 # The binary interface.
 
 def rows(text, heading, cells):
-    """The rows of the tables in a chapter, without their heads."""
+    """The rows of the tables in a chapter, without their header rows."""
     chapter = re.search(rf"^## {heading}\n(.*?)(?=^## |\Z)", text, re.M | re.S)[1]
     found = [[cell.strip() for cell in line.strip("|").split("|")] for line in chapter.splitlines()
              if line.startswith("| `")]
@@ -258,7 +258,7 @@ def check_sizes(clang_cl, table):
         size, _, alignment = size.partition(", aligned at ")
         name = name.strip("`")
         facts = [(f"sizeof({name})", size), (f"alignof({name})", alignment or "4")]
-        # A macro would take the comma of a template's arguments for its own.
+        # A macro would split a template's arguments at their comma.
         facts += [(f"__builtin_offsetof({name}, {field})", offset)
                   for field, offset in re.findall(r"`(\w+)` (\d+)", fields)]
         asserts += [f'static_assert({fact} == {value}, "docs/abi.md: {fact} is not {value}");' for fact, value in facts]
@@ -267,7 +267,7 @@ def check_sizes(clang_cl, table):
 
 
 def check_slots(clang_cl, table):
-    # A constructor out of line makes the compiler lay the table out.
+    # A constructor out of line makes the compiler emit the table.
     derived = []
     for i, name in enumerate(name.strip("`") for name, _ in table):
         base = "OrvBasWinHandleWaitable(nullptr, false)" if name == "OrvBasWinHandleWaitable" else f"{name}()"
@@ -290,7 +290,7 @@ def check_names(text, readobj, module):
 
 
 def check_complete(text):
-    """Every type that a public header defines has a row, or a word at least."""
+    """A fault for each type that a public header defines and the page does not name."""
     named = set(re.findall(r"\w+", " ".join(re.findall(r"`[^`]+`", text))))
     found = {name.rsplit("::", 1)[-1] for header in sorted((ROOT / "include").rglob("*.h"))
              for name in re.findall(r"^(?:class|struct) ([\w:]+)[^;]*?\n?\{", header.read_text(), re.M)}

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds the DLL once more, from a copy of the sources in another folder, in a build folder of another name and with the
-# cache elsewhere, and compares: check_reproducible.sh ORVSYS.DLL
-# The other folder has a name that scripts like to break at.
+# Builds the DLL once more and compares the bytes: check_reproducible.sh ORVSYS.DLL
+# The second build has a copy of the sources in another folder, a build folder of another name, and another cache folder.
+# The name of the other folder has characters with which careless scripts fail.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 

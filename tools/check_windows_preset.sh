@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Builds and installs by the preset for Windows itself, from a copy of the sources that has no folder `tools`, with the
-# libraries' sources in a folder that is named: check_windows_preset.sh BUILD-FOLDER
-# That folder lends those sources, and the compiler that it was configured with. What this cannot show is Windows.
+# Builds and installs with the preset for Windows itself, from a copy of the sources without the folder `tools`:
+# check_windows_preset.sh BUILD-FOLDER
+# The libraries' sources, and the compiler, are those that the build folder was configured with. This runs on Linux, so it
+# cannot show that the build works on Windows.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -14,7 +15,7 @@ for library in zlib bzip2 expat; do
     ln -s "$(realpath "$build/sources/$library")" "$work/sources/"
 done
 
-# Fetching, from a folder that looks like a mirror: what has the digest is unpacked, anything else is refused.
+# Fetching from a folder that looks like a mirror: an archive with the right digest is unpacked, any other is refused.
 pool=$work/mirror/pool/main/z/zlib
 mkdir -p "$pool"
 tar -C "$(realpath "$build/sources")" -czf "$pool/zlib_1+2.orig.tar.gz" zlib

@@ -1,10 +1,10 @@
-"""The frame of a program that has several checks: a call names one of them and gives it arguments."""
+"""Runs one of several checks: the command line names it and gives it arguments."""
 
 import sys
 
 
 def main(usage, *checks):
-    """Runs the check that the command line names. Prints a line for each fault and exits 1 when there is one."""
+    """Runs the check that the command line names. Prints a line for each fault and exits 1 if there is one."""
     by_name = {check.__name__: check for check in checks}
     if len(sys.argv) < 3 or sys.argv[1] not in by_name:
         sys.exit(usage)

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Ends the Wine server that lives on the build folder's prefix, then removes the build folder.
+# Ends the Wine server that uses the prefix in the build folder, then removes the build folder.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 

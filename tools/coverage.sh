@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
-# How much of the computations the host's tests reach, the seeds of the fuzz targets included: lines and branches by
-# file, and every line as HTML in build/coverage/html. Fails when a unit stays below 90 % of its lines that
-# tests/host/uncovered.txt does not name.
+# Shows how much of the computations the host's tests and the seeds of the fuzz targets reach: lines and branches by file, and every line as HTML in
+# build/coverage/html. Fails if a unit is below 90 % of its lines and tests/host/uncovered.txt does not name it.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -22,10 +21,10 @@ for program in $folder/bin/*_host_tests $folder/bin/*_fuzz; do
 done
 "$(tools/llvm.sh llvm-profdata)" merge -o $folder/tests.profdata $folder/*.profraw
 
-# Left out: the tests, other people's code, and headers of what is not built here, which are only included.
+# Not counted: the tests, other people's code, and included headers of units that are not built here.
 others='(^|/)(tests|fuzz|apps)/|/(zlib|bzip2|expat)/|/src/nt/'
 others+='|/include/orv/(fs/(file|lock_file)|registry/registry_(types|enumerator)|runtime/heap_object|security|sync|thread)'
-# Inline functions that a program does not call have no counts in it; llvm-cov warns of them.
+# A program has no counts for inline functions that it does not call, and llvm-cov warns of them.
 llvm_cov() {
     "$(tools/llvm.sh llvm-cov)" "$@" "${objects[@]:1}" -instr-profile $folder/tests.profdata -ignore-filename-regex "$others" \
         2> >(grep -v 'functions have mismatched data' >&2)
@@ -33,7 +32,7 @@ llvm_cov() {
 llvm_cov show -format html -show-branches=count -output-dir $folder/html >/dev/null
 llvm_cov report -show-region-summary=false | tee $folder/summary.txt
 
-# A line of the report ends: lines, missed, percentage, branches, missed, percentage.
+# The last columns of the report are: lines, missed, percentage, branches, missed, percentage.
 awk -v least=90 '
     NR == FNR { if (/^[^#]/) { name = $0; sub(/:.*/, "", name); named[name] = 1 } next }
     /%/ && !/^TOTAL/ {

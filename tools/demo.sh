@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The main job, on a real NT interface: separate processes that meet through named objects, and work on real files of
-# this machine. Says in plain words what happened, and ends with exit code 1 when anything was not as it must be.
+# Shows the main use on a real NT interface: separate processes meet through named objects, and work on real files of this
+# machine. Prints in plain words what happened, and ends with exit code 1 if anything was wrong.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -14,7 +14,7 @@ differences=0
 
 orvtool() { tools/run_wine.sh "$tool" "$@"; }
 
-# Starts orvtool in the background: start LOG ARGUMENT... The shell's child is the Windows process itself.
+# start LOG ARGUMENT...: starts orvtool in the background. The shell's child is the Windows process itself.
 start() {
     local log=$work/$1
     shift
@@ -22,7 +22,7 @@ start() {
     started=$!
 }
 
-# Waits until a background process has said something: until_said LOG TEXT
+# until_said LOG TEXT: waits until a background process has printed the text
 until_said() {
     local tries
     for tries in $(seq 200); do
@@ -37,10 +37,10 @@ differs() {
     differences=$((differences + 1))
 }
 
-# said LOG "LINES" WORDS: the output is just that, line endings aside; then say what it means.
+# said LOG "LINES" WORDS: checks that the output is exactly these lines, whatever the line ends; then prints the words.
 said() {
     local actual
-    actual=$(tr -d '\r' <"$work/$1" | grep -v '^orvtool ') || true # grep fails when there is nothing
+    actual=$(tr -d '\r' <"$work/$1" | grep -v '^orvtool ') || true # grep fails if there is no such line
     if [ "$actual" = "$2" ]; then
         printf '  %s\n' "$3"
     else
@@ -48,7 +48,7 @@ said() {
     fi
 }
 
-ended() { # ended PID EXIT-CODE: how a background process ended
+ended() { # ended PID EXIT-CODE: checks how a background process ended
     local code=0
     wait "$1" || code=$?
     [ "$code" -eq "$2" ] || differs "exit code $code, not $2"
@@ -151,7 +151,7 @@ lock_file_excludes() { # lock_file_excludes WORDS OPTION...
     said heir '17 0x11' 'the first one is killed, and the next one gets the lock'
 }
 
-# holds FILE FILE WORDS: both have the same bytes; then say what it means.
+# holds FILE FILE WORDS: checks that both have the same bytes; then prints the words.
 holds() {
     if [ -s "$1" ] && cmp -s "$1" "$2"; then
         printf '  %s\n' "$3"
@@ -160,7 +160,7 @@ holds() {
     fi
 }
 
-# filters OUTPUT ARGUMENT...: what orvtool makes of a file
+# filters OUTPUT ARGUMENT...: runs orvtool as a filter, with its output in a file
 filters() {
     local output=$work/$1
     shift

@@ -1,14 +1,15 @@
 #!/usr/bin/env python3
 """Copies the public headers for Doxygen: doc_headers.py FROM TO
 
-The headers are written to be read as they stand: plain prose, no commands. In the copies, which have the same lines,
+The headers are written for readers of the source: plain prose, no commands. In the copies, which have the same lines,
 
-- the comment that opens a file is that file's documentation;
-- what a documentation comment says is literal, a backslash and an angle bracket too, and a table set in by two blanks
-  stays as it is set;
-- a comment holds for all declarations below it up to the next empty line, so that overloads need it once: each gets a
-  copy, and stands at its place among the others;
-- what is private is gone, and a constant without a comment has an empty one, so that no menu leads to what is not shown.
+- the comment at the start of a file is that file's documentation;
+- the text of a documentation comment is literal, including backslashes and angle brackets, and a table that is indented by
+  two blanks keeps its layout;
+- a comment applies to all declarations below it up to the next empty line, so that overloads need it once: each gets a copy,
+  and keeps its place among the others;
+- private members are removed, and a constant without a comment gets an empty one, so that no menu leads to something that is
+  not shown.
 """
 
 import pathlib
@@ -17,20 +18,20 @@ import sys
 
 
 def literal(text):
-    """Prose without anything that Doxygen would take for a command or a tag; what is quoted as code is so already."""
+    """Prose with everything escaped that Doxygen would take for a command or a tag; text quoted as code needs no escapes."""
     pieces = text.split("`")
     pieces[::2] = [re.sub(r'[\\@<>&#%$"]', r"\\\g<0>", piece) for piece in pieces[::2]]
     return "`".join(pieces)
 
 
 def set_in(texts):
-    """Which lines are set in, and not because they go on with an item of a list."""
+    """Which lines are indented, except those that continue an item of a list."""
     result = []
     in_list = False
     for text in texts:
         in_list = bool(re.match(r" *- ", text)) or (in_list and text.startswith("   "))
         result.append(text.startswith("   ") and not in_list)
-    for i in range(1, len(texts) - 1): # an empty line between two that are
+    for i in range(1, len(texts) - 1): # an empty line between two indented ones
         result[i] = result[i] or (not texts[i].strip() and result[i - 1] and texts[i + 1].startswith("   "))
     return result
 
@@ -47,7 +48,7 @@ def comment(marker, texts):
 
 
 def shared_by(paragraph):
-    """The lines below the documentation comment at the start where another declaration begins that it is for, too."""
+    """The lines below the comment at `start` where further declarations begin that the comment applies to."""
     indentation = re.match(r"\s*", paragraph[0])[0]
     end = next((i for i, line in enumerate(paragraph) if not line.startswith(indentation)), len(paragraph))
     commented = [bool(re.match(r"\s*///(?!<)", line)) for line in paragraph[:end]]
@@ -61,7 +62,7 @@ def shared_by(paragraph):
 
 
 def on_one_line(lines):
-    """The same comment without an end of line, for one more declaration."""
+    """The same comment without line ends, for one more declaration."""
     texts = [line.lstrip().removeprefix("///") for line in lines]
     return "/**" + r" \nl".join(texts) + " */ "
 
@@ -96,7 +97,7 @@ def converted(text):
 
 
 def without_private(lines):
-    """The lines with empty ones for what a class keeps to itself: Doxygen would link it, and then not show it."""
+    """The lines with private members replaced by empty lines: Doxygen would link to them, but not show them."""
     end = None
     for line in lines:
         if end and re.match(end, line):
@@ -107,7 +108,7 @@ def without_private(lines):
 
 
 def with_enumerators(lines):
-    """The lines with an empty comment for each constant that has none: without one Doxygen's table leaves it out."""
+    """The lines with an empty comment for each constant without one, which Doxygen's table would otherwise omit."""
     in_enum = has_comment = False
     for line in lines:
         start = re.match(r"\s*enum\b[^;{]*\{", line)

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Mends the menu of Doxygen's pages: doc_menu.py HTML
+"""Corrects the menu of Doxygen's pages: doc_menu.py HTML
 
-Below a header the menu lists what the header declares, always as places on the header's page. What is declared in a
-namespace stands on the page of the namespace.
+Below a header the menu lists the header's declarations, and always links to the header's page. But a declaration in a
+namespace is on the page of the namespace.
 """
 
 import pathlib

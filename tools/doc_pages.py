@@ -1,16 +1,16 @@
 #!/usr/bin/env python3
 """Copies the Markdown pages for Doxygen, and writes its layout: doc_pages.py REPOSITORY TO HTML
 
-The pages are written for readers of the repository: links go from file to file, to headings and to files that are no
-pages. In the copies, one folder of them,
+The pages are written for readers of the repository: links go from file to file, to headings and to files that are not
+pages. In the copies, which are all in one folder,
 
-- a page is called after its place, and so is its file among the HTML pages: docs/guide/text.md is guide-text.html;
-- a heading has the anchor that the links of the pages use, behind the name of its page, because Doxygen has one list of
-  all anchors;
-- a file that is no page, such as a chart, is linked at its place in the folder HTML and copied to there.
+- a page and its HTML file are named after the page's place: docs/guide/text.md becomes guide-text.html;
+- a heading has the anchor that the links of the pages use, after the name of its page, because Doxygen has one list of all
+  anchors;
+- a file that is not a page, such as a chart, is copied into the folder HTML and linked there.
 
-TO/layout.xml has the menu in reading order: what the pages link, beginning with README.md, level by level; the pages that
-the guide's index links stand below it, and the reference follows the guide.
+TO/layout.xml has the menu in reading order: the pages in the order of their links, beginning with README.md, level by level.
+The pages that the guide's index links to are below it in the menu, and the reference follows the guide.
 """
 
 import html
@@ -76,10 +76,10 @@ class Site:
 
     def converted(self, page):
         text = page.read_text()
-        # Not the labels of Doxygen, which would make an entry of the menu out of each heading of the main page.
+        # Not a label of Doxygen: with labels each heading of the main page would become an entry of the menu.
         changes = [(match.end("title"), match.end("title"), f' <a id="{self.name(page)}-{anchor}"></a>')
                    for match, anchor in markdown_pages.headings(text)]
-        # The first heading is the page's title, and its label the page's name.
+        # The first heading is the page's title, and its label is the page's name.
         changes[0] = (*changes[0][:2], "" if page == self.main else f" {{#{self.name(page)}}}")
         for match, file, anchor in self.links(page):
             address = self.address(file, anchor)
@@ -97,7 +97,7 @@ class Site:
         return f'<tab type="user" url="@ref {self.name(page)}" title="{title}"/>\n'
 
     def layout(self):
-        # The index has short names for the pages beside it.
+        # The menu uses the short names that the index has for its pages.
         below = {file: match["text"] for match, file, _ in self.links(self.guide) if file.parent == self.guide.parent}
         lines = ['<doxygenlayout version="1.0">\n  <navindex>\n',
                  f'    <tab type="mainpage" title="{self.title(self.main)}"/>\n']

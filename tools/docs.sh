@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# The reference documentation, as HTML in build/docs/html. A warning of Doxygen is a failure: something public has no
-# documentation, or a page refers to what is not there. So is a link that leads nowhere, also in the Markdown pages as they
-# lie in the repository and in an installation.
+# Makes the reference documentation, as HTML in build/docs/html. Fails at a warning of Doxygen, which means that a public
+# declaration has no documentation or that a page refers to something that does not exist. Fails also at a link that leads
+# nowhere, in the HTML and in the Markdown pages of the repository and of an installation.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -13,7 +13,7 @@ tools/check_links.py markdown . >&2 || fail 'links lead nowhere' 'they stand abo
 tools/doc_headers.py include build/docs/include
 tools/doc_pages.py . build/docs/pages build/docs/html
 version=$(sed -n 's/.*OrvVersion[A-Z][a-z]* = \([0-9]*\);/\1/p' include/orv/version.h | paste -sd.)
-# Doxygen loses its way in folders whose names have blanks, so it works in another one.
+# Doxygen fails in folders whose names have blanks, so it works in another one.
 work=$(mktemp -d /tmp/orvsys.XXXXXX)
 trap 'rm -rf "$work"' EXIT
 cp -R docs "$work"

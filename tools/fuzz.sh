@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Runs each fuzz target of the host build, or those that are named, for FUZZ_SECONDS (60), from its seeds and from
-# what earlier runs learned: fuzz.sh [TARGET...]. Where the seeds reach less than what was learned could, they are
-# replaced by the fewest inputs that reach most: at most 30 files and 10,000 bytes a target in fuzz/seeds.
+# Runs fuzz targets of the host build, all or those that are named, for FUZZ_SECONDS (60) each: fuzz.sh [TARGET...]
+# A target starts from its seeds and from the inputs that earlier runs found. If a small set of all these inputs reaches more
+# code than the seeds do, it replaces them: at most 30 files and 10,000 bytes a target in fuzz/seeds.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -9,7 +9,7 @@ cd "$root"
 targets=("${@/%/_fuzz}")
 [ $# -gt 0 ] || targets=(build/host/bin/*_fuzz)
 
-# The edges of the code that the inputs in a folder reach.
+# reached TARGET FOLDER: how many edges of the code the inputs in the folder reach.
 reached() {
     "$1" -runs=0 "$2" 2>&1 | sed -n 's/.* cov: \([0-9]*\) .*/\1/p' | tail -n 1
 }
@@ -18,10 +18,10 @@ keep_seeds() {
     local target=$1 seeds=$2 corpus=$3 all=$3-all chosen=$3-chosen size name files=0 bytes=0
     rm -rf "$all" "$chosen"
     mkdir "$all" "$chosen"
-    # By edges, not by how often each is passed: few inputs are needed then.
+    # Count the edges, not how often each is taken: then few inputs are enough.
     "$target" -set_cover_merge=1 -use_counters=0 -max_len=1000 -verbosity=0 "$all" "$seeds" "$corpus" 2>"$corpus.log" ||
         fail "the inputs of $(basename "$target") cannot be merged" "see $corpus.log"
-    # What reaches much is large.
+    # The largest inputs first: they usually reach most.
     while read -r size name; do
         [ $files -lt 30 ] && [ $((bytes + size)) -le 10000 ] || continue
         cp "$all/$name" "$chosen/"

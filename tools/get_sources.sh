@@ -3,15 +3,15 @@
 # packages with its patches, and prints the folder. Needs no root. All checkouts whose cmake/dependencies.txt is the same
 # share it.
 #
-# It takes the very version that file names. Mirrors drop a version soon after there is a newer one; then it takes the
-# newest that they do serve, unless that is below the lowest that may be built, and says so.
+# It takes the version that the file names. Mirrors remove a version soon after there is a newer one; then it takes the
+# newest that they serve, unless that is below the lowest that may be built, and says so.
 #
 # The folder has a subfolder for each library, and a file `versions` with a line "LIBRARY VERSION" of what it holds.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
 . "$(dirname "$0")/source_packages.sh"
 
-# Ends the script when the folder is complete.
+# Ends the script if the folder is complete.
 finish_if_complete() {
     local library version
     [ -e "$folder/complete" ] || return 0
@@ -59,10 +59,10 @@ finish_if_complete
 command -v dpkg-source >/dev/null || fail 'dpkg-source is missing' 'run: apt-get install dpkg-dev'
 make_cache
 exec 9>"$cache/sources.lock"
-flock 9 # two checkouts may start on a fresh machine at once
+flock 9 # two checkouts may do this at once on a fresh machine
 finish_if_complete
 
-# shellcheck disable=SC2046  # one word a library
+# shellcheck disable=SC2046  # each library is one word
 say "fetching the sources of" $(libraries) "(11 MB, once)"
 find_mirrors
 rm -rf "$folder"

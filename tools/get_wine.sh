@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # Puts a 32-bit Wine into the cache folder, without root and without touching the system, and prints the path
-# of its `wine`. A multi-arch installation would pull in over a hundred packages and fails where the versions
-# of two architectures differ; the handful below is what a console program needs. All checkouts share it.
+# of its `wine`. A multi-arch installation would pull in over a hundred packages, and fails if the versions of the two
+# architectures differ; a console program needs only the few below. All checkouts share it.
 #
-# ORV_PLATFORM names which: wine10 (the default) or wine8, which reports Windows 7. ORV_WINE names another Wine to use
+# ORV_PLATFORM chooses: wine10 (the default) or wine8, which reports Windows 7. ORV_WINE names another Wine to use
 # instead. ORV_CACHE moves the cache.
 set -euo pipefail
 . "$(dirname "$0")/lib.sh"
@@ -31,7 +31,7 @@ fi
 command -v patchelf >/dev/null || fail 'patchelf is missing' 'run: apt-get install patchelf'
 make_cache
 exec 9>"$cache/wine.lock"
-flock 9 # two checkouts may start on a fresh machine at once
+flock 9 # two checkouts may do this at once on a fresh machine
 if [ -e "$folder/complete" ]; then
     printf '%s\n' "$wine"
     exit 0
@@ -54,9 +54,9 @@ for package in "$downloads"/*.deb; do
 done
 rm -rf "$downloads"
 
-# Four mends make the tree relocatable: its own dynamic loader and libraries, a wineserver under the name that
-# Wine looks for, its data files where Wine looks for them, and a zlib1.dll that Wine takes for one of its own. The path
-# of the libraries also holds for what they load themselves (--force-rpath): the system may have no 32-bit ones.
+# Four changes make the tree relocatable: its own dynamic loader and libraries, a wineserver under the name that Wine looks
+# for, its data files where Wine looks for them, and a zlib1.dll that Wine accepts as one of its own. The path of the
+# libraries also applies to what they load themselves (--force-rpath): the system may have no 32-bit ones.
 libraries=$folder/usr/lib/i386-linux-gnu
 loader=$(find "$folder" -name 'ld-linux.so.2' | head -n 1)
 [ -n "$loader" ] || fail 'the downloaded C library has no loader' "remove $cache and try again"

@@ -1,20 +1,20 @@
-# Shared by the set-up scripts: where the cache is, how a step fails, and a private apt that needs no root.
-# Sourced, never run. Whoever sources it has `set -euo pipefail` on.
+# Shared by the scripts: where the cache is, how a step fails, and a private apt that needs no root.
+# Sourced, never run. A script that sources it sets `set -euo pipefail` first.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
-# The same everywhere, whatever the user's languages are: how names of files are read, and in which order they stand.
+# With one locale file names are read and sorted in the same way everywhere, whatever the user's languages are.
 export LC_ALL=C.UTF-8
 unset LANGUAGE
-# Services and containers may have no HOME; a user without an entry in the database has the root for it.
+# Services and containers may have no HOME. For a user without an entry in the database it is the root folder.
 [ -n "${HOME:-}" ] || HOME=$(getent passwd "$(id -u)" | cut -d: -f6) || true
 export HOME=${HOME:-/}
 cache=$(realpath -ms "${ORV_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/orvsys}")
 
-# Versions format differently, so that one defines how the source looks, whichever compiles it.
+# Versions of clang-format differ, so this one defines the formatting, whichever LLVM compiles.
 clang_format=clang-format-14
 
-# fail WHAT REMEDY: every step that cannot go on ends here, in one line.
+# fail WHAT REMEDY: ends a script that cannot continue, with one line.
 fail() {
     printf 'orvsys: %s: %s\n' "$1" "$2" >&2
     exit 1
@@ -22,7 +22,7 @@ fail() {
 
 say() { printf 'orvsys: %s\n' "$*" >&2; }
 
-# make_cache: before something is put there.
+# make_cache: call it before you write to the cache.
 make_cache() {
     mkdir -p "$cache" 2>/dev/null && [ -w "$cache" ] ||
         fail "the cache folder $cache cannot be written" 'set ORV_CACHE to a folder that can'
@@ -74,7 +74,7 @@ CONF
         fail "cannot read the package lists ($(tail -n 1 "$dir/log"))" 'check the network, or set ORV_DEBIAN_MIRROR'
 }
 
-# wine_server WINE: the server that belongs to it.
+# wine_server WINE: prints the path of its server.
 wine_server() {
     local server
     server=$(dirname "$1")/wineserver
@@ -82,9 +82,9 @@ wine_server() {
     printf '%s\n' "$server"
 }
 
-# What every Wine program of ours is started with: a prefix in the build folder, no debug output, no offers to
-# install extra runtimes. Debian's Wine aborts where TMPDIR is set ("free(): invalid pointer"), and refuses a prefix for
-# another WINEARCH than its own.
+# The environment of every Wine program that we start: a prefix in the build folder, no debug output, no offers to install
+# extra runtimes. Debian's Wine aborts if TMPDIR is set ("free(): invalid pointer"), and refuses a prefix for a WINEARCH
+# that is not its own.
 wine_environment() {
     local platform=${ORV_PLATFORM:-wine10}
     unset TMPDIR WINEARCH

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Formatting and static analysis of everything that is ours. Needs a configured release build, whose compilation
-# database says how each file is compiled.
+# Checks the formatting of our own code, analyses it, and checks which folder includes which. Needs a configured release
+# build, whose compilation database says how each file is compiled.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -14,7 +14,7 @@ fi
 
 tools/check_floors.py || fail 'an include points up' 'docs/architecture.md says which folder may include which'
 
-# One process a file, as many at once as there are processors. The static copy of the library is left out: it is
+# One process for each file, as many at once as there are processors. The static copy of the library is omitted: it is
 # compiled from the same files.
 python3 tools/tidy.py build/release || fail 'clang-tidy found something' 'the reason stands above'
 say 'nothing to complain about'

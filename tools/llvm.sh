@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The LLVM that everything here is built and checked with is chosen in this place: the newest one of this machine, from
-# version 14 on, that has every program that a build needs. Programs of different versions are never mixed.
+# Chooses the LLVM that everything here is built and checked with: the newest one on this machine, from version 14 on, that
+# has every program that a build needs. Programs of different versions are never mixed.
 #
 #   llvm.sh version        prints its version: 19
 #   llvm.sh PROGRAM...     prints where its programs are, one a line: llvm.sh clang-cl lld-link
@@ -12,8 +12,9 @@ set -euo pipefail
 oldest=14
 needed='clang-cl lld-link llvm-lib llvm-rc llvm-mt llvm-dlltool llvm-readobj clang clang++'
 
-# where CANDIDATE PROGRAM: a candidate is a version, whose programs have it in their names (clang-cl-19), a folder that
-# ends with a slash, or "plain": programs without a version, as other distributions and LLVM's own packages have them.
+# where CANDIDATE PROGRAM: prints where the program is. A candidate is a version, which the names of its programs contain
+# (clang-cl-19); a folder, which ends with a slash; or "plain", for programs without a version in their names, as other
+# distributions and LLVM's own packages have them.
 where() {
     case $1 in
     plain) command -v "$2" ;;
@@ -29,7 +30,7 @@ version_of() {
     esac
 }
 
-lacks() { # lacks CANDIDATE: the first program that it does not have
+lacks() { # lacks CANDIDATE: prints the first program that it does not have
     local program
     for program in $needed; do
         where "$1" "$program" >/dev/null || {
@@ -39,7 +40,7 @@ lacks() { # lacks CANDIDATE: the first program that it does not have
     done
 }
 
-# The newest first; of two with the same version the one with the version in its names.
+# The newest first; of two with the same version, the one whose names contain the version.
 candidates() {
     local version
     compgen -c clang-cl- | sed -n 's/^clang-cl-\([0-9]*\)$/\1 \1/p' | sort -u

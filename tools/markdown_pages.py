@@ -1,6 +1,6 @@
-"""What Markdown pages consist of, as far as links are concerned: headings with their anchors, and links.
+"""Finds the headings of Markdown pages, with their anchors, and the links.
 
-Code is left alone: what stands between backticks or in a block between fences is no heading and no link.
+Code is ignored: text between backticks or in a fenced block is neither a heading nor a link.
 """
 
 import pathlib
@@ -13,17 +13,17 @@ IS_ADDRESS = re.compile(r"[a-z]+:")
 
 
 def blank(match):
-    """As many characters, none of which means anything; lines stay lines."""
+    """A text of the same length without meaning; line ends are kept."""
     return re.sub(r"[^\n]", " ", match[0])
 
 
 def without_blocks(text):
-    """The text with the same places, and blanks where blocks of code stand."""
+    """The text with blocks of code replaced by blanks, so that all other text keeps its place."""
     return FENCE.sub(blank, text)
 
 
 def headings(text):
-    """Each heading's match and its anchor, which is made as the usual hosts of repositories make it."""
+    """Each heading's match and its anchor, which is the one that the usual hosts of repositories make."""
     seen = {}
     for match in HEADING.finditer(without_blocks(text)):
         anchor = re.sub(r"[^\w\- ]", "", match["title"].lower()).strip().replace(" ", "-")
@@ -32,7 +32,7 @@ def headings(text):
 
 
 def links(text):
-    """The match of each link and image. A text may be code: only what is code as a whole holds no link."""
+    """The match of each link and image. The text of a link may be code; a link inside code does not count."""
     prose = without_blocks(text)
     code = [match.span() for match in re.finditer(r"`[^`\n]+`", prose)]
     for match in LINK.finditer(prose):

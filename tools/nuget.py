@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
-"""The NuGet package for projects of Visual Studio, made of an installation:
+"""Makes and checks the NuGet package for projects of Visual Studio, from an installation:
 
   nuget.py make INSTALLATION VERSION PACKAGE
       writes the package; the same files give the same bytes
   nuget.py check INSTALLATION VERSION PACKAGE
       its XML is well-formed, says this version, and names the type of every file; every file that it refers to is inside;
-      headers, libraries and modules are those that are installed. Whether Visual Studio takes it, this cannot say.
+      headers, libraries and modules are those that are installed. This cannot show that Visual Studio accepts it.
 
-Prints a line for each fault and exits 1 when there is one.
+Prints a line for each fault and exits 1 if there is one.
 """
 
 import pathlib
@@ -20,7 +20,7 @@ import checks
 
 TEMPLATES = pathlib.Path(__file__).resolve().parent.parent / "cmake/nuget"
 NATIVE = "build/native"
-# Where the files of an installation lie in the package.
+# Where the files of an installation are in the package.
 PLACES = [
     ("include/**/*.h", f"{NATIVE}/include", "include"),
     ("lib/*.lib", f"{NATIVE}/lib/x86", "lib"),
@@ -36,7 +36,7 @@ CONTENT_TYPES = "http://schemas.openxmlformats.org/package/2006/content-types"
 
 
 def installed_files(installation):
-    """The bytes of what is taken from an installation, by the name in the package."""
+    """The bytes of the files from an installation, by their names in the package."""
     root = pathlib.Path(installation)
     files = {posixpath.join(place, file.relative_to(root / base).as_posix()): file.read_bytes()
              for pattern, place, base in PLACES for file in root.glob(pattern)}
@@ -59,7 +59,7 @@ def make(installation, version, package):
         f'<?xml version="1.0" encoding="utf-8"?>\n<Types xmlns="{CONTENT_TYPES}">\n{rows}</Types>\n').encode()
     with zipfile.ZipFile(package, "w", zipfile.ZIP_DEFLATED) as archive:
         for name, content in sorted(files.items()):
-            archive.writestr(zipfile.ZipInfo(name), content, zipfile.ZIP_DEFLATED)  # of 1980, whenever it is made
+            archive.writestr(zipfile.ZipInfo(name), content, zipfile.ZIP_DEFLATED)  # the time is always in 1980
     return []
 
 
@@ -92,7 +92,7 @@ def check(installation, version, package):
 
 
 def references(files):
-    """What the files of the build name: a file or folder beside them, or a library."""
+    """What the files of the build refer to: a file or folder in the package, or a library."""
     folders = {posixpath.dirname(name) for name in files}
     faults, count = [], 0
     for name in (f"{NATIVE}/orvsys.props", f"{NATIVE}/orvsys.targets"):

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Prints the reference page of orvtool, docs/orvtool.md, out of what the tool itself says: orvtool_reference.sh ORVTOOL
+# Prints the reference page of orvtool, docs/orvtool.md, from the tool's own help: orvtool_reference.sh ORVTOOL
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -10,20 +10,20 @@ commands=$(help | sed -n '/^Commands:/,$s/^  \([a-z0-9]*\) .*/\1/p')
 cat <<'PAGE'
 # orvtool
 
-The library's reference consumer: a console program that imports nothing but `ntdll.dll` and `orvsys.dll`. This page is
-made of what `orvtool help` and `orvtool help COMMAND` say; `make reference` makes it anew.
+The library's reference consumer: a console program that imports nothing but `ntdll.dll` and `orvsys.dll`. This page
+contains the output of `orvtool help` and `orvtool help COMMAND`; `make reference` writes it again.
 
 PAGE
 printf '```text\n%s\n```\n\n' "$(help)"
 cat <<'PAGE'
-Answers go to standard output, and nothing else does; what went wrong goes to standard error, with what to do about it.
-Text goes to a console in the page that it shows, and to a pipe or file in UTF-8. Arguments are UTF-16, split as
-the platform's `CommandLineToArgvW` splits them; `--` ends the options. Progress is shown only on a console.
+Standard output receives the answers and nothing else. Standard error receives the errors, with what to do about them. Text
+is written to a console in the console's own code page, and to a pipe or file in UTF-8. Arguments are UTF-16, split as the
+platform's `CommandLineToArgvW` splits them; `--` ends the options. Progress is shown only on a console.
 
 | Exit code | Meaning |
 |---|---|
 | 0 | success |
-| 1 | failed, with the reason or the result code on standard error; or the answer is no, as when nothing matches |
+| 1 | failed, with the reason or the result code on standard error; or the answer is no, for example because nothing matches |
 | 2 | wrong usage |
 | 3 | timed out |
 

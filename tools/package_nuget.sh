@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes the NuGet package of what a build installs, checks it, and leaves it in a folder: package_nuget.sh BUILD FOLDER
+# Makes the NuGet package from what a build installs, checks it, and puts it into a folder: package_nuget.sh BUILD FOLDER
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # Makes sure that this machine has what the build needs: setup.sh [host|docs|lint]...
-# Missing packages are installed when we may, and named when we may not; then each command is looked for again. `host`
+# Missing packages are installed if we have the rights, and named otherwise; then each command is looked for again. `host`
 # adds what the sanitizer build needs, `docs` what the reference documentation needs, `lint` what the analysis needs.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
-needs() { # needs COMMAND PACKAGE: what is not there is noted
+needs() { # needs COMMAND PACKAGE: notes the package if there is no such command
     command -v "$1" >/dev/null || lacks "$1" "$2"
 }
 
@@ -38,7 +38,7 @@ look_for_host_build() {
             libc6-dev-i386 gcc-multilib g++-multilib "libclang-rt-$llvm-dev"
 }
 
-# The one version that defines the formatting is not to be had everywhere, and then is done without.
+# The one version that defines the formatting does not exist everywhere; then the formatting is not checked.
 look_for_formatter() {
     ! apt-cache show $clang_format >/dev/null 2>&1 || needs $clang_format $clang_format
 }
@@ -72,7 +72,7 @@ install() {
     say "installing ${packages[*]}"
     export DEBIAN_FRONTEND=noninteractive
     log=$(mktemp)
-    umask 022 # everybody reads what is installed
+    umask 022 # all users can read what is installed
     # The lists may be absent on a fresh machine, or older than the mirror.
     "${as_root[@]}" apt-get -qq update >"$log" 2>&1 || true
     "${as_root[@]}" apt-get -qq install -y --no-install-recommends "${packages[@]}" >"$log" 2>&1 || {
@@ -87,7 +87,7 @@ wanted=" $* "
 before=
 look
 while [ ${#missing[@]} -gt 0 ]; do
-    # What one package brings may be what the next question needs: ask as long as the answers differ.
+    # A package may install a command that the next search needs: search again as long as the results differ.
     [ "${missing[*]}" != "$before" ] || fail "still missing after installing ${packages[*]}: $(named)" 'install it by hand'
     before=${missing[*]}
     install

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# What the scripts make of machines that are a little different, case by case: test_environment.sh ORVTOOL
-# Prints what differs, and a last line "N passed, N failed". What takes minutes is in tools/try_machines.sh.
+# Tests the scripts in unusual environments, case by case: test_environment.sh ORVTOOL
+# Prints what differs, and a last line "N passed, N failed". tools/try_machines.sh has the cases that take minutes.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -17,7 +17,7 @@ ended() {
 }
 trap ended EXIT
 
-# is CODE OUTPUT COMMAND...: the command ends with that code; both of its streams are like the pattern.
+# is CODE OUTPUT COMMAND...: the command ends with that code, and its standard output and error match the pattern.
 is() {
     local expected=$1 pattern=$2 code=0 output
     shift 2
@@ -61,7 +61,7 @@ is 0 '5 0x5' number setsid --wait
 cp "$tool" "$(dirname "$tool")/orvsys.dll" "$odd/"
 is 0 '5 0x5' "$root/tools/run_wine.sh" "$odd/$(basename "$tool")" number 5
 
-# Where the cache is, and that it can be written before anything is put there.
+# Where the cache is, and that it is checked for write access first.
 home=$(getent passwd "$(id -u)" | cut -d: -f6)
 # shellcheck disable=SC2016  # for the other shell
 cache_of() { "$@" bash -c '. "$0/tools/lib.sh"; printf "%s in %s" "$cache" "$HOME"' "$root"; }
@@ -81,7 +81,7 @@ have_llvm() { # have_llvm VERSION PROGRAM...
     done
 }
 programs='clang clang++ clang-cl lld-link llvm-dlltool llvm-lib llvm-mt llvm-rc llvm-readobj'
-# shellcheck disable=SC2086  # one word a program
+# shellcheck disable=SC2086  # each program is one word
 have_llvm 98 $programs
 # shellcheck disable=SC2086
 have_llvm 99 ${programs/lld-link/}

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The commands of orvtool that need nothing but arguments and input, case by case: test_orvtool.sh ORVTOOL
+# Tests the commands of orvtool that need nothing but arguments and input, case by case: test_orvtool.sh ORVTOOL
 # Prints what differs, and a last line "N passed, N failed".
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
@@ -10,10 +10,10 @@ trap 'rm -rf "$work"' EXIT
 passed=0
 failed=0
 
-# What orvtool said on standard error, without what Wine says there.
+# What orvtool wrote to standard error, without the messages of Wine.
 said() { grep -aE '^(orvtool|[^ ]*: byte )' "$work/error" | tr -d '\r' || true; }
 
-# judge WORDS COMMAND...: the case of those words passed if the command succeeds.
+# judge WORDS COMMAND...: the case with that description passes if the command succeeds.
 judge() {
     if "${@:2}"; then
         passed=$((passed + 1))
@@ -23,13 +23,13 @@ judge() {
     printf '%s: it is not so\n' "$1"
 }
 
-# call ARGUMENT...: runs orvtool with the streams that it is given; its exit code is in $code.
+# call ARGUMENT...: runs orvtool with the caller's streams, and sets $code to its exit code.
 call() {
     code=0
     "$root/tools/run_wine.sh" "$tool" "$@" 2>"$work/error" || code=$?
 }
 
-# run ARGUMENT...: the same where it has to succeed.
+# run ARGUMENT...: the same for a command that has to succeed.
 run() {
     call "$@"
     [ "$code" -eq 0 ] || printf 'orvtool %s failed: %s\n' "$*" "$(said)" >&2
@@ -37,7 +37,7 @@ run() {
 }
 
 # is CODE INPUT OUTPUT ARGUMENT...: orvtool, given INPUT, prints OUTPUT and ends with CODE. INPUT and OUTPUT may have
-# escapes of printf; what orvtool says on standard error stands behind what it prints.
+# escapes of printf; OUTPUT is the standard output, followed by the messages on standard error.
 is() {
     local expected=$1
     printf '%b' "$2" >"$work/in"
@@ -48,8 +48,8 @@ is() {
     judge "orvtool $*" diff -a "$work/expected" "$work/out"
 }
 
-# like CODE PATTERN ARGUMENT...: the same where only a pattern for the whole standard output can be given: an extended
-# regular expression, with blanks for line ends.
+# like CODE PATTERN ARGUMENT...: the same with a pattern for the whole standard output: an extended regular expression, with
+# blanks for line ends.
 like() {
     local expected=$1 pattern=$2
     shift 2
@@ -59,7 +59,7 @@ like() {
 }
 matches() { [ "$code" -eq "$1" ] && [[ $2 =~ ^($3)$ ]]; }
 
-# says TEXT ARGUMENT...: ends with exit code 1 and says just that, whatever it prints.
+# says TEXT ARGUMENT...: orvtool ends with exit code 1 and exactly this message; its output is not compared.
 says() {
     local expected=$1
     shift
@@ -67,7 +67,7 @@ says() {
     judge "orvtool $*: exit code $code, or it said: $(said)" [ "$code $(said)" = "1 $expected" ]
 }
 
-# same WORDS FILE FILE: both hold the same bytes.
+# same WORDS FILE FILE: both files have the same bytes.
 same() { judge "$1" cmp "$2" "$3"; }
 
 have() { command -v "$1" >/dev/null; }
@@ -115,7 +115,7 @@ fault() { printf 'orvtool convert: the input is malformed at offset %s\\n' "$1";
 is 1 'ab\xc3\xa9\xed\xa0\x80x' "ab\xc3\xa9$(fault 4)" convert --from utf-8 --to utf-8
 is 1 'a\n+AOk-+2D0-x' "a\n\xc3\xa9$(fault 7)" convert --from utf-7 --to utf-8
 is 2 '' "orvtool convert: there is no page 'utf-9'. $(see convert)" convert --from utf-9 --to utf-8
-# One long line, in which a piece of the input would end inside a character; then the same with a fault behind it.
+# One long line, in which a piece of the input would end inside a character; then the same followed by a fault.
 printf 'é€😀x%.0s' $(seq 20000) >"$work/line"
 run convert --from utf-8 --to utf-16 "$work/line" >"$work/line16"
 if have iconv; then
@@ -143,7 +143,7 @@ is 1 "ab  x\n${foo/2/3}  $work/file\n$foo  $work/none\n${foo/2/4}  $work/file" \
 ${none}orvtool hash: 1 line lists no digest
 orvtool hash: 1 listed file cannot be read
 orvtool hash: 2 digests do not match\n" hash -c -
-# A list as UTF-8 and as UTF-16 of both byte orders, behind their marks; also cut inside a mark and inside a character.
+# A list as UTF-8 and as UTF-16 of both byte orders, after their marks; also cut inside a mark and inside a character.
 printf '%s  %s\n' "$foo" "$work/file" "$foo" "$work/file" >"$work/list"
 (printf '\xef\xbb\xbf' && cat "$work/list") >"$work/utf8"
 (printf '\xff\xfe' && run convert --from utf-8 --to utf-16 "$work/list") >"$work/utf16le"
@@ -182,7 +182,7 @@ is 1 '' "foofooorvtool bunzip2: other data follows the stream, at offset $((2 * 
 head -c $((size + 20)) "$work/twice.bz2" >"$work/cut.bz2"
 is 1 '' "fooorvtool bunzip2: the data ends at offset $((size + 20)), before its stream does\n" bunzip2 "$work/cut.bz2"
 
-# Real files, to the machine's own tools and back.
+# Real files, exchanged with the machine's own tools in both directions.
 big=$(command -v cmake)
 small=$(find /usr/share -path '*/cmake*/Modules/FindPkgConfig.cmake' 2>/dev/null | head -n 1) || true
 [ -e "$small" ] || small=$root/README.md
@@ -227,7 +227,7 @@ for file in "$small" "$big"; do
         same 'bunzip2 of what bzip2 wrote' "$work/out" "$file"
     fi
 done
-# Work of more than a second says nothing of its progress to a pipe.
+# A command that takes more than a second shows no progress on a pipe.
 for ((i = 0; i < 3; i++)); do cat "$big"; done >"$work/long"
 run bzip2 "$work/long" >/dev/null
 grep -aE '%|MB' "$work/error" >"$work/out" || true
@@ -241,7 +241,7 @@ if [ -e "$document" ] && have xmllint && have python3; then
     run xml format "$document" >"$work/once"
     run xml format "$work/once" >"$work/out"
     same 'xml format of what it wrote' "$work/out" "$work/once"
-    # What another parser makes of both documents, without the white space between elements.
+    # What another parser reads from both documents, without the white space between elements.
     canonical='import sys, xml.etree.ElementTree as tree; print(tree.canonicalize(from_file=sys.argv[1], strip_text=True))'
     python3 -c "$canonical" "$document" >"$work/expected"
     python3 -c "$canonical" "$work/once" >"$work/out"
@@ -280,7 +280,7 @@ is 2 '' "orvtool time: there is no form 'x'. $(see time)" time convert 1 --to x
 
 is 0 '' '17 0x11\n' lock "$work/lock" -- "$tool" number 17
 is 1 '' 'orvtool number: this is no number at offset 0: '"'"'a b"c\\\\'"'"'\n' \
-    lock -x "$work/lock" -- "$tool" number 'a b"c\\' # quoted on its way
+    lock -x "$work/lock" -- "$tool" number 'a b"c\\' # the command line has to be quoted
 is 3 '' "orvtool lock: locking '$work/lock' failed: 0xA0010004 (ORV_W_TIMEOUT)\n" \
     lock -x "$work/lock" -- "$tool" lock -s --timeout 50 "$work/lock" -- "$tool" number 17
 is 0 '' '17 0x11\n' lock -s "$work/lock" "$tool" lock --timeout=50 -s "$work/lock" -- "$tool" number 17
@@ -370,8 +370,8 @@ wait
 printf 'watching\nchanged\n' >"$work/expected"
 same 'reg watch --subtree' "$work/watched" "$work/expected"
 
-# A tree that others understand too, and then one with every type, sizes that do not fit it, and names that look like
-# syntax: read, written, deleted, read again and written again.
+# A tree that other programs understand too, and then one with every type, with data whose size does not fit its type, and
+# with names that look like syntax: read, written, deleted, read again and written again.
 version='Windows Registry Editor Version 5.00'
 tree() { printf '%s\r\n' "$version" '' '[HKEY_CURRENT_USER\Software\OrvToolTest]' && sed 's/$/\r/'; }
 tree >"$work/plain.reg" <<'TREE'
@@ -466,7 +466,7 @@ is 1 '' "orvtool reg: line 1: the first line is not '$version'\n" reg import
 is 0 '' 'new\n' reg list "$key" # and no key Never
 is 1 '' "orvtool reg: making the file '$work/none/x' failed: 0xE001003E (ORV_E_PATH_NOT_FOUND)\n" reg export "$key" "$work/none/x"
 
-# What is written takes the target's place when it is complete: a link stays one, and so does one that leads nowhere yet.
+# The output replaces the target when it is complete. A link stays a link, also one whose target does not exist yet.
 (
     mkdir "$work/targets" && cd "$work/targets"
     echo old >end && ln -s end link && ln -s made dangling && cp end readonly && chmod 444 readonly && mkdir folder
@@ -476,7 +476,7 @@ for target in end link dangling new; do
     is 0 '' '' reg export "$key" "$work/targets/$target"
     same "reg export to $target" "$work/targets/$target" "$work/exported"
 done
-# While that is not so, the target is as it was, and nothing stays beside it.
+# Until it is complete the target is unchanged, and after a failure no temporary file is left.
 for target in readonly folder; do
     is 1 '' "orvtool reg: making the file '$work/targets/$target' failed: 0xE0010058 (ORV_E_ACCESS_DENIED)\n" \
         reg export "$key" "$work/targets/$target"
@@ -518,7 +518,7 @@ reg list HKCU
 shm serve 0x7E58 --size 1
 xml format $work/xml
 FULL
-# A reader that has enough ends the work, and nothing is said.
+# If the reader closes the pipe, the command ends without a message.
 for words in number 'random -n 4000000000'; do
     {
         code=0

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Tries the commands of the README on machines that are a little different, each with a fresh clone of what is committed,
-# and prints a line for each: try_machines.sh [MACHINE...]
-# Without a name all are tried, and the lines replace those in docs/machines.md. It needs root, debootstrap, the network,
-# 15 GB and about half an hour, and is run before a release. What the commands said is kept in build/machines.
+# Tries the commands of the README on various machines, each with a fresh clone of what is committed, and prints a line for
+# each: try_machines.sh [MACHINE...]
+# Without a name it tries all, and the lines replace those in docs/machines.md. It needs root, debootstrap, the network,
+# 15 GB and about half an hour. Run it before a release. The output of the commands is kept in build/machines.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -23,7 +23,7 @@ declare -A words=(
     [debian13]='Debian 13, bare, an empty cache: make demo test lint'
 )
 
-# Each target by itself, as a user does it: made "TARGET..." COMMAND..., where the command starts make.
+# made "TARGET..." COMMAND...: makes each target by itself, as a user does. The command starts make.
 made() {
     local target
     for target in $1; do
@@ -58,7 +58,7 @@ try_no-home() {
     grep -qx 'orvsys: the cache folder /nonexistent/.cache/orvsys cannot be written: set ORV_CACHE to a folder that can' said
 }
 
-# The root file system of a bare Debian, with the network and the package sources of this machine.
+# Makes the root file system of a bare Debian, with the network and the package sources of this machine.
 debian() { # debian SUITE
     [ ! -e "$work/$1" ] || return 0
     debootstrap --variant=minbase --include=make,git "$1" "$work/$1" "$(debian_mirror)" &&
@@ -67,7 +67,7 @@ debian() { # debian SUITE
         git clone -q --no-local "$root" "$work/$1/root/orvsys"
 }
 
-# inside SUITE COMMAND...: in the clone there. What is mounted for it, and whatever it started, ends with the command.
+# inside SUITE COMMAND...: runs the command in the clone there. When it ends, its mounts and all its processes end.
 inside() {
     # shellcheck disable=SC2016  # for the other shell
     unshare --mount --propagation private --pid --fork --kill-child bash -euc '
@@ -82,7 +82,7 @@ try_debian12() { debian bookworm && made 'demo test lint' inside bookworm; }
 try_llvm19() { debian bookworm && made 'demo test lint' inside bookworm env ORV_LLVM=19; }
 try_debian13() { debian trixie && made 'demo test lint' inside trixie; }
 
-# What the log says about the commands: how many tests passed, with which LLVM, and what lint did without.
+# Summarises the log of the commands: how many tests passed, with which LLVM, and what lint could not check.
 facts() {
     sed -n 's/^[0-9]*% tests passed, \([0-9]*\) tests failed out of \([0-9]*\)$/\2 tests, \1 failed/p
             s/^\(LLVM [0-9]*\)$/\1/p
@@ -94,7 +94,7 @@ try() { # try MACHINE: prints its line
     [ "$machine" != folder ] || clone="$work/a folder's ä"
     (
         case $machine in
-        debian* | llvm*) ;; # theirs is inside
+        debian* | llvm*) ;; # they have their own inside
         *)
             git clone -q --no-local "$root" "$clone"
             cd "$clone"
@@ -107,7 +107,7 @@ try() { # try MACHINE: prints its line
     printf '%-6s %4d s  %s%s\n' $result $((SECONDS - start)) "${words[$machine]}" "${facts:+ ($facts)}"
 }
 
-keep() { # keep FILE: its lines replace those in the page
+keep() { # keep FILE: replaces the lines in the page by those of the file
     awk -v results="$1" '
         /^```text$/ { print; while ((getline text < results) > 0) print text; skips = 1; next }
         /^```$/ { skips = 0 }
@@ -124,7 +124,7 @@ done
 logs=$root/build/machines
 mkdir -p "$logs"
 work=$(mktemp -d)
-chmod 755 "$work" # another user gets in, too
+chmod 755 "$work" # another user can enter, too
 trap 'rm -rf --one-file-system "$work"' EXIT
 
 chosen=("${@:-${machines[@]}}")

@@ -1,4 +1,4 @@
-// Pages for guarded arrays, and the refusing heap, under the native interface.
+// The pages of guarded arrays, and the heap that refuses to allocate, on the native interface.
 
 #include "harness/memory.h"
 

@@ -1,4 +1,4 @@
-// Memory on purpose hostile: arrays at the edge of an unmapped page, and a process heap that refuses.
+// Memory that reveals faults: arrays at the edge of an unmapped page, and a process heap that refuses to allocate.
 
 #pragma once
 

@@ -1,4 +1,4 @@
-// The entry of a test program under the native interface.
+// The entry of a test program on the native interface.
 
 #include "harness/program.h"
 

@@ -1,4 +1,4 @@
-// The least that a program without a C runtime needs: arguments, output, an exit code, and a word when it
+// The least that a program without a C runtime needs: arguments, output, an exit code, and a message if it
 // crashes.
 
 #pragma once

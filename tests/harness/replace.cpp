@@ -1,4 +1,4 @@
-// Writing over the first instructions of a function.
+// Overwrites the first instructions of a function.
 
 #include "harness/replace.h"
 

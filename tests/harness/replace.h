@@ -1,4 +1,4 @@
-// Making a function of the platform fail, or watching its calls, for all modules of the process at once.
+// Makes a function of the platform fail, or watches its calls, for all modules of the process at once.
 
 #pragma once
 

@@ -7,11 +7,11 @@
 //
 // A program runs all of its cases, or those whose names contain one of its arguments, goes on after a failed
 // check, and ends with the line "N passed, N failed". A number as the first argument makes it run each case
-// so often, or until it fails: "100 UnderLoad" hammers the locks for longer. The harness needs nothing of the
-// library, so that a broken library cannot hide its own faults.
+// that many times, or until it fails: "100 UnderLoad" tests the locks for longer. The harness uses nothing of
+// the library, so that a broken library cannot hide its own faults.
 //
-// A case that lays arrays against an unmapped page (harness/memory.h) runs twice: they end there, then start
-// there.
+// A case that places arrays at an unmapped page (harness/memory.h) runs twice: first the arrays end at the page,
+// then they start there.
 
 #pragma once
 

@@ -1,4 +1,4 @@
-// Starting and joining threads.
+// Starts and joins threads.
 
 #include "harness/thread.h"
 

@@ -1,4 +1,4 @@
-// Threads for tests, started under the native interface.
+// Threads for tests, started with the native interface.
 
 #pragma once
 

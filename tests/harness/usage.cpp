@@ -1,4 +1,4 @@
-// Counting handles and heap blocks under the native interface.
+// Counts handles and heap blocks on the native interface.
 //
 // Blocks are counted where they are allocated and freed: at the imports of the library and of the program. A
 // walk over the heap would also count the blocks that the platform's heap makes for itself once many blocks

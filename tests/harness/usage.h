@@ -1,4 +1,4 @@
-// What the process holds at the moment, to be compared before and after: what differs has leaked.
+// What the process holds at the moment. A test compares this before and after: a difference is a leak.
 
 #pragma once
 
