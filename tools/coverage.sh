@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Shows how much of the computations the host's tests and the seeds of the fuzz targets reach: lines and branches by file, and every line as HTML in
-# build/coverage/html. Fails if a unit is below 90 % of its lines and tests/host/uncovered.txt does not name it.
+# Shows how much of the computations the host's tests and the seeds of the fuzz targets reach: lines and branches by file,
+# and every line as HTML in build/coverage/html. Fails if a unit is below 90 % of its lines and
+# tests/host/uncovered.txt does not name it.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
