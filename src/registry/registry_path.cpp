@@ -22,7 +22,7 @@ constexpr uint32_t kNodePartLength = 12;
 constexpr wchar_t kClassesEnd[] = L"_CLASSES";
 constexpr uint32_t kClassesEndLength = 8;
 
-/// Whether `part` is at the position, in any letter case, and its last name ends there. `part` must be in
+/// Whether `part` is at the position, in any letter case, and its last name ends with it. `part` must be in
 /// upper case.
 bool HasPartAt(const wchar_t *text, uint32_t length, uint32_t position, const wchar_t *part,
                uint32_t partLength)
