@@ -63,7 +63,7 @@ struct Collected {
     }
 };
 
-/// Whether the stream has an end, or more than there is room for.
+/// Whether the stream has an end, within the room that there is.
 template <typename Format>
 bool Unpack(const uint8_t *in, uint32_t size, Collected &out, uint32_t seed)
 {
@@ -83,7 +83,7 @@ bool Unpack(const uint8_t *in, uint32_t size, Collected &out, uint32_t seed)
             return result == ORV_E_END_OF_DATA;
         memcpy(out.data + out.size, bytes, count);
     }
-    return true;
+    return false;
 }
 
 template <typename Format>
