@@ -1,18 +1,15 @@
-// What the targets of the two compressed formats share. Any bytes are compressed and decompressed to the same
-// bytes, in pieces of any sizes. Any bytes as a compressed stream give the same in pieces as at once. If the
-// format has a checksum, a stream with one wrong bit either fails or still gives the original bytes.
+// What the compressed formats share: any bytes go there and come back, in pieces of any sizes; any bytes as a
+// compressed stream give the same in pieces as at once; and a stream in which a bit is wrong is told from the
+// one it was, where the format has a checksum.
 
 #pragma once
 
 #include "fuzz.h"
 
-#include "compress/pump.h"
-#include "orv/compress/decompressing_stream.h"
+#include "orv/runtime/result.h"
 #include "orv/stream/memory_stream.h"
 
-using test::Collected;
-
-/// All is one piece, or there are small ones of changing sizes, each in an array of its own size.
+/// All is one piece, or there are small ones of changing sizes.
 class Pieces
 {
 public:
@@ -28,26 +25,9 @@ public:
         return size < left ? size : left;
     }
 
-    static ExactArray<uint8_t> In(const uint8_t *bytes, uint32_t count) { return {bytes, count}; }
-    static ExactArray<uint8_t> Out(uint32_t count) { return ExactArray<uint8_t>(count); }
-
 private:
     uint32_t state_;
 };
-
-template <typename Format>
-OrvResult Unpack(const uint8_t *in, uint32_t size, Collected &out, Pieces pieces)
-{
-    typedef typename Format::Context Context;
-    Context context;
-    REQUIRE(Format::StartUnpacking(context) == ORV_S_OK);
-    const OrvResult result =
-        test::Pump<Context>(context, in, size, out, pieces, &Context::Decompress, nullptr);
-    REQUIRE(result == ORV_S_OK || result == ORV_S_END_OF_DATA || result == ORV_E_NOT_PRODUCED);
-    REQUIRE(result != ORV_S_END_OF_DATA || context.IsFinished());
-    REQUIRE(context.Destroy() == ORV_S_OK);
-    return result;
-}
 
 /// A stream that is written in pieces and gives pieces.
 class PiecewiseStream final : public IOrvStream
@@ -70,92 +50,88 @@ private:
     Pieces pieces_;
 };
 
-/// The stream classes give what the context gives, in whatever pieces.
+/// Bytes as they arrive.
+struct Collected {
+    static constexpr uint32_t kRoom = 0x40000;
+
+    uint8_t data[kRoom];
+    uint32_t size;
+
+    bool Equals(const uint8_t *bytes, uint32_t count) const
+    {
+        return size == count && memcmp(data, bytes, count) == 0;
+    }
+};
+
+/// Whether the stream has an end, within the room that there is.
 template <typename Format>
-void CheckReadStream(const uint8_t *in, uint32_t size, uint32_t seed, const Collected &whole, bool hasEnded)
+bool Unpack(const uint8_t *in, uint32_t size, Collected &out, uint32_t seed)
 {
     PiecewiseStream packed(seed);
     uint32_t count = 0;
     REQUIRE(packed.buffer.Write(in, size, count) == ORV_S_OK);
     typename Format::Reader reader;
     REQUIRE(Format::Create(reader, packed) == ORV_S_OK);
-    static Collected out;
-    out.size = 0;
     Pieces pieces(seed * 5);
-    OrvResult result = ORV_S_OK;
-    while (OrvSucceeded(result) && out.size < Collected::kRoom) {
+    for (out.size = 0; out.size < Collected::kRoom; out.size += count) {
         const uint32_t room = pieces.Next(Collected::kRoom - out.size);
         ExactArray<uint8_t> bytes(room);
-        result = reader.Read(bytes, room, count);
+        const OrvResult result = reader.Read(bytes, room, count);
         REQUIRE(OrvFailed(result) ? count == 0 : count > 0 && count <= room);
+        REQUIRE(OrvSucceeded(result) || result == ORV_E_END_OF_DATA || result == ORV_E_NOT_PRODUCED);
+        if (OrvFailed(result))
+            return result == ORV_E_END_OF_DATA;
         memcpy(out.data + out.size, bytes, count);
-        out.size += count;
     }
-    REQUIRE(OrvSucceeded(result) || result == (hasEnded ? ORV_E_END_OF_DATA : ORV_E_NOT_PRODUCED));
-    const uint32_t common = whole.size < out.size ? whole.size : out.size;
-    REQUIRE(!hasEnded || whole.size == out.size);
-    REQUIRE(memcmp(whole.data, out.data, common) == 0);
+    return false;
 }
 
 template <typename Format>
-void CheckWriteStream(const uint8_t *source, uint32_t size, uint32_t seed)
+void Pack(OrvBufferStream &out, const uint8_t *source, uint32_t size, uint32_t level, uint32_t seed)
 {
     PiecewiseStream packed(seed);
     typename Format::Writer writer;
-    REQUIRE(Format::Create(writer, packed) == ORV_S_OK);
+    REQUIRE(Format::Create(writer, packed, level) == ORV_S_OK);
     Pieces pieces(seed * 7);
-    for (uint32_t taken = 0; taken < size;) {
+    uint32_t written = 0;
+    for (uint32_t taken = 0; taken < size; taken += written) {
         const uint32_t given = pieces.Next(size - taken);
         ExactArray<uint8_t> bytes(source + taken, given);
-        uint32_t written = 0;
         REQUIRE(writer.Write(bytes, given, written) == ORV_S_OK && written == given);
         REQUIRE(seed % 3 || writer.Flush() == ORV_S_OK);
-        taken += given;
     }
     REQUIRE(writer.Finish() == ORV_S_OK);
-    static Collected unpacked;
-    REQUIRE(Unpack<Format>(packed.buffer.GetBytes(), packed.buffer.GetLength(), unpacked, Pieces(0)) ==
-            ORV_S_END_OF_DATA);
-    REQUIRE(unpacked.size == size && memcmp(unpacked.data, source, size) == 0);
+    REQUIRE(out.Write(packed.buffer.GetBytes(), packed.buffer.GetLength(), written) == ORV_S_OK);
 }
 
 template <typename Format>
-void CheckStream(const uint8_t *in, uint32_t size, uint32_t seed)
+bool CheckStream(const uint8_t *in, uint32_t size, Collected &whole, uint32_t seed)
 {
-    static Collected whole;
     static Collected parts;
-    const bool hasEnded = Unpack<Format>(in, size, whole, Pieces(0)) == ORV_S_END_OF_DATA;
-    REQUIRE((Unpack<Format>(in, size, parts, Pieces(seed)) == ORV_S_END_OF_DATA) == hasEnded);
+    const bool hasEnded = Unpack<Format>(in, size, whole, 0);
+    REQUIRE(Unpack<Format>(in, size, parts, seed) == hasEnded);
     // Where a fault ends both, one may have gone on for longer.
     const uint32_t common = whole.size < parts.size ? whole.size : parts.size;
     REQUIRE(!hasEnded || whole.size == parts.size);
     REQUIRE(memcmp(whole.data, parts.data, common) == 0);
-    CheckReadStream<Format>(in, size, seed, whole, hasEnded);
+    return hasEnded;
 }
 
 template <typename Format>
 void CheckRoundTrip(const uint8_t *source, uint32_t size, uint32_t level, uint32_t seed)
 {
-    typedef typename Format::Context Context;
-    static Collected packed;
-    Context context;
-    REQUIRE(Format::StartPacking(context, level) == ORV_S_OK);
-    REQUIRE(test::Pump<Context>(context, source, size, packed, Pieces(seed), &Context::Compress,
-                                &Context::CompressFinish) == ORV_S_END_OF_DATA);
-    REQUIRE(context.Destroy() == ORV_S_OK);
+    OrvBufferStream stream;
+    Pack<Format>(stream, source, size, level, seed);
+    const uint32_t length = stream.GetLength();
+    ExactArray<uint8_t> packed(stream.GetBytes(), length);
     static Collected unpacked;
-    REQUIRE(Unpack<Format>(packed.data, packed.size, unpacked, Pieces(seed * 3)) == ORV_S_END_OF_DATA);
-    REQUIRE(unpacked.size == size && memcmp(unpacked.data, source, size) == 0);
+    REQUIRE(CheckStream<Format>(packed, length, unpacked, seed * 3) && unpacked.Equals(source, size));
     // Cut off, it has no end.
-    REQUIRE(Unpack<Format>(packed.data, seed % packed.size, unpacked, Pieces(0)) != ORV_S_END_OF_DATA);
-    CheckWriteStream<Format>(source, size, seed);
-    const uint32_t wrong = seed % (packed.size * 8);
-    packed.data[wrong / 8] ^= 1 << wrong % 8;
-    CheckStream<Format>(packed.data, packed.size, seed);
-    static Collected damaged;
-    if (Unpack<Format>(packed.data, packed.size, damaged, Pieces(0)) == ORV_S_END_OF_DATA &&
-        Format::kHasChecksum)
-        REQUIRE(damaged.size == size && memcmp(damaged.data, source, size) == 0);
+    REQUIRE(!CheckStream<Format>(packed, seed % length, unpacked, seed));
+    const uint32_t wrong = seed % (length * 8);
+    packed[wrong / 8] ^= 1 << wrong % 8;
+    if (CheckStream<Format>(packed, length, unpacked, seed) && Format::kHasChecksum)
+        REQUIRE(unpacked.Equals(source, size));
 }
 
 /// One input: the first byte says what is done with the rest.
@@ -166,8 +142,9 @@ void CheckFormat(Input &input, uint32_t level)
     const uint32_t seed = input.Below(0x10000);
     const uint32_t size = input.Left();
     ExactArray<uint8_t> bytes(input.Bytes(size), size);
+    static Collected unpacked;
     if (isStream)
-        CheckStream<Format>(bytes, size, seed);
+        CheckStream<Format>(bytes, size, unpacked, seed);
     else
         CheckRoundTrip<Format>(bytes, size, level, seed);
 }

@@ -1,5 +1,5 @@
 // Streams that compress to another stream and decompress from one: any pieces, every failure of the stream
-// below, and streams that are damaged, cut or joined. One set of cases runs over all formats.
+// below, and streams that are cut or joined. Fuzz targets damage them. One set of cases runs over all formats.
 
 #include "orv/compress/compressing_stream.h"
 #include "orv/compress/decompressing_stream.h"
@@ -202,38 +202,6 @@ void CheckFailures()
     }
 }
 
-/// Cut anywhere a stream is never complete; with a wrong bit it is refused, or gives all or other data where
-/// the format has no checksum. Whatever the size of the pieces.
-template <typename Format>
-void CheckBrokenStreams(bool hasChecksum)
-{
-    constexpr uint32_t kLength = 2000;
-    Below packed(kSize);
-    CHECK_EQUAL(Pack<Format>(packed, kLength), ORV_S_OK);
-    const uint32_t length = packed.buffer.GetLength();
-    auto *const bytes = const_cast<uint8_t *>(packed.buffer.GetBytes());
-    for (uint32_t i = 0; i < length; i += 3) {
-        test::Note("at", i);
-        uint32_t size = 0;
-        OrvMemoryStream cut(bytes, i);
-        typename Format::Reader reader;
-        CHECK_EQUAL(Format::Create(reader, cut), ORV_S_OK);
-        CHECK_EQUAL(ReadInPieces(reader, i % 2 ? 1 : kSize, size), ORV_E_NOT_PRODUCED);
-        CHECK_EQUAL(reader.NextStream(), ORV_E_NOT_PRODUCED);
-        CHECK(__builtin_memcmp(unpacked, source, size) == 0);
-        reader.Destroy();
-        bytes[i] ^= 0x10;
-        OrvMemoryStream damaged(bytes, length);
-        CHECK_EQUAL(Format::Create(reader, damaged), ORV_S_OK);
-        const OrvResult result = ReadInPieces(reader, i % 2 ? kSize : 1, size);
-        bytes[i] ^= 0x10;
-        if (result == ORV_E_END_OF_DATA)
-            CHECK(!hasChecksum || (size == kLength && __builtin_memcmp(unpacked, source, kLength) == 0));
-        else
-            CHECK_EQUAL(result, ORV_E_NOT_PRODUCED);
-    }
-}
-
 template <typename Format>
 void CheckJoinedStreams()
 {
@@ -256,12 +224,17 @@ void CheckJoinedStreams()
     CHECK_EQUAL(reader.GetUnread(), 1u);
     CHECK_EQUAL(reader.NextStream(), ORV_S_OK); // there is something
     CHECK_EQUAL(ReadInPieces(reader, 3000, size), ORV_E_NOT_PRODUCED);
+    CHECK_EQUAL(reader.NextStream(), ORV_E_NOT_PRODUCED);
     reader.Destroy();
     Below one(5000);
     CHECK_EQUAL(Pack<Format>(one, 10), ORV_S_OK);
     CHECK_EQUAL(Format::Create(reader, one), ORV_S_OK);
     CHECK_EQUAL(ReadInPieces(reader, 3000, size), ORV_E_END_OF_DATA);
     CHECK_EQUAL(reader.NextStream(), ORV_E_END_OF_DATA);
+    reader.Destroy();
+    OrvMemoryStream cut(one.buffer.GetBytes(), one.buffer.GetLength() - 1);
+    CHECK_EQUAL(Format::Create(reader, cut), ORV_S_OK);
+    CHECK_EQUAL(ReadInPieces(reader, 3000, size), ORV_E_NOT_PRODUCED);
 }
 
 /// What each state refuses, and that nothing is lost or repeated.
@@ -319,14 +292,6 @@ TEST_CASE(FailuresOfTheStreamBelowLast)
     MakeSource();
     CheckFailures<Zlib>();
     CheckFailures<Bzip2>();
-}
-
-TEST_CASE(BrokenStreamsAreNeverComplete)
-{
-    MakeSource();
-    CheckBrokenStreams<Zlib>(true);
-    CheckBrokenStreams<RawDeflate>(false);
-    CheckBrokenStreams<Bzip2>(true);
 }
 
 TEST_CASE(JoinedStreamsAreReadOneByOne)

@@ -71,17 +71,13 @@ TEST_CASE(GuidsAreParsed)
         {L"00112233-4455-6677-8899-aabbccddeef", ORV_E_GUID_TEXT, nullptr},
         {L"00112233-4455-6677-8899-aabbccddeeff0", ORV_E_GUID_TEXT, nullptr},
         {L"00112233+4455-6677-8899-aabbccddeeff", ORV_E_GUID_TEXT, nullptr},
-        {L"00112233-4455+6677-8899-aabbccddeeff", ORV_E_GUID_TEXT, nullptr},
-        {L"00112233-4455-6677+8899-aabbccddeeff", ORV_E_GUID_TEXT, nullptr},
         {L"00112233-4455-6677-8899+aabbccddeeff", ORV_E_GUID_TEXT, nullptr},
         // The first group is a number.
         {L"0011223g-4455-6677-8899-aabbccddeeff", ORV_E_INVALID_ARGUMENT, nullptr},
         {L"0x112233-4455-6677-8899-aabbccddeeff", 0, kText},
         {L"ffffffff-ffff-ffff-ffff-ffffffffffff", 0, L"ffffffff-ffff-ffff-ffff-ffffffffffff"},
         // The others are read as far as they go.
-        {L"00000000-zzzz-6677-8899-aabbccddeeff", 0, L"00000000-0000-6677-8899-aabbccddeeff"},
         {L"00000000-0xzF-0X1F-8899-aabbccddeeff", 0, L"00000000-0000-001f-8899-aabbccddeeff"},
-        {L"00000000-12g4-1 23-8g99-g0bb0xd-ee-f", ORV_E_INVALID_ARGUMENT, nullptr},
         {L"00000000-12g4-1 23-8g99-g0bb0xd-eef-", 0, L"00000000-0012-0001-0899-00bb000dee0f"},
         {L"00000000--234-6677-8899-aabbccddeeff", ORV_E_INVALID_ARGUMENT, nullptr},
         {L"00000000-1234-6677-8899-aabbccddee-f", ORV_E_INVALID_ARGUMENT, nullptr},

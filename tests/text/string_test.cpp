@@ -23,9 +23,7 @@ TEST_CASE(CopyFitsOrEmpties)
         {"abc", OrvTerminated, 3, ORV_E_BUFFER_TOO_SMALL, ""},
         {"abc", 2, 3, ORV_S_OK, "ab"},
         {"abc", 3, 3, ORV_E_BUFFER_TOO_SMALL, ""},
-        {"abc", 0, 1, ORV_S_OK, ""},
         {nullptr, OrvTerminated, 1, ORV_S_OK, ""},
-        {nullptr, 7, 4, ORV_S_OK, ""},
         {"abc", OrvTerminated, 0, ORV_E_INVALID_ARGUMENT, "old"},
     };
     ForBothWidths([&](auto unit) {
@@ -64,10 +62,8 @@ TEST_CASE(CopyOfARangeChecksItsCountOnly)
         {8, 2, 3, OrvTerminated, ORV_S_OK, "cde"},
         {8, 4, 2, 2, ORV_S_OK, "ef"}, // the start is not checked
         {8, 0, 7, OrvTerminated, ORV_E_INVALID_ARGUMENT, "old"},
-        {8, 0, OrvTerminated, OrvTerminated, ORV_E_INVALID_ARGUMENT, "old"},
         {8, 0, 3, 2, ORV_E_INVALID_ARGUMENT, "old"},
         {0, 0, 1, OrvTerminated, ORV_E_INVALID_ARGUMENT, "old"},
-        {3, 0, 3, OrvTerminated, ORV_E_BUFFER_TOO_SMALL, ""},
     };
     ForBothWidths([&](auto unit) {
         typedef decltype(unit) T;
@@ -98,13 +94,10 @@ TEST_CASE(AppendLeavesTheTextWhenItFails)
     } const cases[] = {
         {"de", OrvTerminated, 6, kNone, ORV_S_OK, "abcde"},
         {"de", OrvTerminated, 5, kNone, ORV_E_BUFFER_TOO_SMALL, "abc"},
-        {"de", 1, 5, 3, ORV_S_OK, "abcd"},
         {"de", OrvTerminated, 5, 3, ORV_E_BUFFER_TOO_SMALL, "abc"},
         {"de", OrvTerminated, 6, 1, ORV_S_OK, "ade"},
         {nullptr, OrvTerminated, 4, kNone, ORV_S_OK, "abc"},
         {"de", OrvTerminated, 3, kNone, ORV_E_NOT_TERMINATED, "abc"},
-        {"de", OrvTerminated, 6, 6, ORV_E_NOT_TERMINATED, "abc"},
-        {"", OrvTerminated, 6, 7, ORV_E_NOT_TERMINATED, "abc"},
         {"de", 0xFFFFFFFE, 6, 3, ORV_E_BUFFER_TOO_SMALL, "abc"},
         {"de", OrvTerminated, 0, kNone, ORV_E_INVALID_ARGUMENT, "abc"},
     };
@@ -144,8 +137,6 @@ TEST_CASE(DescriptorsStayWhenTheResultDoesNotFit)
     } const cases[] = {
         {5, 0, 0, L"wxyz", [](Text &t, uint32_t *r) { return OrvCopyString(t, L"wxyz", kEnd, r); }},
         {4, kSmall, 5, L"abc", [](Text &t, uint32_t *r) { return OrvCopyString(t, L"wxyz", kEnd, r); }},
-        {0, kSmall, 3, L"abc", [](Text &t, uint32_t *r) { return OrvCopyString(t, L"wxyz", 2, r); }},
-        {4, 0, 0, L"", [](Text &t, uint32_t *) { return OrvCopyString(t, nullptr); }},
         {4, 0, 0, L"xy", [](Text &t, uint32_t *r) { return OrvCopySubString(t, L"wxyz", 1, 2, kEnd, r); }},
         {4, kSmall, 5, L"abc",
          [](Text &t, uint32_t *r) { return OrvCopySubString(t, L"wxyz", 0, 4, kEnd, r); }},
@@ -156,8 +147,6 @@ TEST_CASE(DescriptorsStayWhenTheResultDoesNotFit)
         {5, kSmall, kEnd, L"abc",
          [](Text &t, uint32_t *r) { return OrvAppendString(t, L"de", 0xFFFFFFFE, r); }},
         {3, 0, 0, L"w", [](Text &t, uint32_t *) { return OrvTrimString(t, L" w "); }},
-        {3, 0, 0, L"w ", [](Text &t, uint32_t *) { return OrvTrimStringLeft(t, L" w "); }},
-        {3, 0, 0, L" w", [](Text &t, uint32_t *) { return OrvTrimStringRight(t, L" w "); }},
         {4, kSmall, 0, L"abc", [](Text &t, uint32_t *) { return OrvTrimString(t, L" wxyz"); }},
         {0, ORV_E_INVALID_ARGUMENT, 0, L"abc", [](Text &t, uint32_t *) { return OrvTrimString(t, L" w"); }},
     };
@@ -189,7 +178,6 @@ TEST_CASE(TrimCutsItsFiveCharacters)
         {" \tx \r\n", OrvTerminated, {"x \r\n", " \tx", "x"}},
         {"\v a b\v", OrvTerminated, {"a b\v", "\v a b", "a b"}},
         {"  ", OrvTerminated, {"", "", ""}},
-        {"", OrvTerminated, {"", "", ""}},
         {"\f\xA0", OrvTerminated, {"\f\xA0", "\f\xA0", "\f\xA0"}},
         {" ab c", 3, {"ab", " ab", "ab"}},
         {" x \0\0", 4, {"x ", " x ", "x "}}, // a terminator inside the count is no blank

@@ -64,8 +64,6 @@ TEST_CASE(InstantsBeyondThePlatformsSignAreOneWay)
     } const cases[] = {
         {0x7FFFFFFFFFFFFFFF, OrvTimeStruct(30828, OrvSeptember, 14, OrvThursday, 2, 48, 5, 477, 580, 700)},
         {0x8000000000000000, OrvTimeStruct(30828, OrvSeptember, 14, OrvThursday, 2, 48, 5, 477, 580, 800)},
-        {9346828825867121486u, OrvTimeStruct(31219, OrvDecember, 3, OrvTuesday, 22, 3, 6, 712, 148, 600)},
-        {15000000000000000000u, OrvTimeStruct(49134, OrvFebruary, 10, OrvSaturday, 2, 40, 0, 0, 0, 0)},
         {OrvTimeEnd - 1, OrvTimeStruct(60056, OrvMay, 28, OrvSunday, 5, 36, 10, 955, 161, 400)},
     };
     for (const auto &c : cases) {
@@ -89,7 +87,6 @@ TEST_CASE(ImpossibleStructuresAreRefused)
         {Date(1969, 12, 31), ORV_E_TIME_OUT_OF_RANGE},
         {Date(1600, 12, 30), ORV_E_TIME_OUT_OF_RANGE},
         {Date(2001, 0, 1), ORV_E_INVALID_ARGUMENT},
-        {Date(2001, 13, 1), ORV_E_INVALID_ARGUMENT},
         {Date(2001, 0x10001, 1), ORV_E_INVALID_ARGUMENT},
         {Date(2001, 1, 0), ORV_E_INVALID_ARGUMENT},
         {Date(65535, 1, 1), ORV_E_INVALID_ARGUMENT},

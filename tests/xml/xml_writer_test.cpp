@@ -96,12 +96,6 @@ TEST_CASE(IndentationBreaksLines)
         writer.WriteEndElement();
         writer.WriteEndElement();
     });
-    CheckDocument("<a>\r<b/>\r</a>\r", [](Impl &writer) {
-        writer.SetIndent(static_cast<const wchar_t *>(nullptr), LineEndCr);
-        writer.WriteStartElement(L"a");
-        writer.WriteElement(L"b", L"");
-        writer.WriteEndElement();
-    });
 }
 
 TEST_CASE(AttributesComeFromNumbersAndFormats)
