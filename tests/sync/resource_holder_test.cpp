@@ -29,30 +29,25 @@ TEST_CASE(ResourceHolderHoldsWhatItSays)
     };
     for (const auto &c : test::Rows(cases)) {
         const bool succeeds = c.result == ORV_S_OK;
-        const auto checkHeld = [&] {
-            CHECK_EQUAL(wanted.IsAcquiredShared(), succeeds ? 1u : 0u);
-            CHECK_EQUAL(wanted.IsAcquiredExclusive(), c.isExclusive);
-        };
         {
             OrvBasResourceHolder holder(&held, OrvBasResourceHolder::Shared, -1);
             CHECK_EQUAL(held.IsAcquiredShared(), 1u);
             CHECK_EQUAL(holder.Lock(c.resource, kType(c.type), 5), c.result);
             CHECK(IsAtRest(held));
             CHECK_EQUAL(holder.IsHeld(), succeeds);
-            checkHeld();
+            CHECK_EQUAL(wanted.IsAcquiredShared(), succeeds ? 1u : 0u);
+            CHECK_EQUAL(wanted.IsAcquiredExclusive(), c.isExclusive);
         }
         CHECK(IsAtRest(wanted));
-        if (c.resource == &held)
-            continue;
-        OrvBasResourceHolder holder(c.resource, kType(c.type), 0);
-        checkHeld();
-        holder.Release();
-        CHECK(IsAtRest(wanted));
-        holder.Release(); // nothing
-        CHECK_EQUAL(holder.Lock(&held, OrvBasResourceHolder::Exclusive, 0), ORV_S_OK);
-        holder.DetachWithoutReleasing();
-        holder.Release(); // nothing
-        CHECK_EQUAL(held.Release(), ORV_S_OK);
-        CHECK(IsAtRest(held));
     }
+    OrvBasResourceHolder holder(&wanted, OrvBasResourceHolder::Exclusive, 0);
+    CHECK(holder.IsHeld() && wanted.IsAcquiredExclusive());
+    holder.Release();
+    CHECK(IsAtRest(wanted));
+    holder.Release(); // nothing
+    CHECK_EQUAL(holder.Lock(&held, OrvBasResourceHolder::Exclusive, 0), ORV_S_OK);
+    holder.DetachWithoutReleasing();
+    holder.Release(); // nothing
+    CHECK_EQUAL(held.Release(), ORV_S_OK);
+    CHECK(IsAtRest(held));
 }
