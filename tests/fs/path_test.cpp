@@ -40,14 +40,9 @@ TEST_CASE(RootsAreMeasured)
         const wchar_t *path;
         uint32_t length;
     } cases[] = {
-        {L"/", 1},
-        {L"D:x", 2},
-        {L"D:\\", 3},
-        {L"\\\\srv\\sh", 8},
-        {L"\\/srv\\sh\\", 8},
-        {L"\\\\?\\D:\\x", 6},
-        {L"\\\\\\\\x", 3},
-        {L"\\\\\\s\\x", 4},
+        {L"/", 1},           {L"D:x", 2},          {L"D:\\", 3},
+        {L"\\\\srv\\sh", 8}, {L"\\/srv\\sh\\", 8}, {L"\\\\?\\D:\\x", 6},
+        {L"\\\\\\\\x", 3},   {L"\\\\\\s\\x", 4},
     };
     for (const auto &c : test::Rows(cases)) {
         CHECK_EQUAL(GetPathRootLength(c.path), c.length);
