@@ -12,7 +12,6 @@ namespace
 {
 
 using namespace OrvBasPath;
-using test::Reference;
 
 /// Sets the current directory, and takes it back.
 class CurrentDirectory
@@ -83,7 +82,7 @@ TEST_CASE(FullPathsAreThePlatforms)
 
 TEST_CASE(LongPathsFitOrAreRefused)
 {
-    const uint32_t lengths[] = {258, 259, 260, 5000, 32760};
+    const uint32_t lengths[] = {260, 32760};
     for (const uint32_t length : lengths) {
         test::Note("length", length);
         OrvUtf16CharHeapBuffer path;
@@ -94,7 +93,7 @@ TEST_CASE(LongPathsFitOrAreRefused)
     }
     OrvUtf16CharHeapBuffer path;
     OrvUtf16CharHeapBuffer out;
-    const uint32_t tooLong[] = {32763, 32766, 40000}; // once the prefix "\??\" stands before it
+    const uint32_t tooLong[] = {32763, 40000}; // once the prefix "\??\" stands before it
     for (const uint32_t length : tooLong) {
         MakeLong(path, length);
         test::Note("length", length);
@@ -128,29 +127,20 @@ TEST_CASE(NamesAreFoundInTheFileSystem)
         const wchar_t *expected; ///< null: not found
     } cases[] = {
         {toLong, alternate.GetValue(), longName},
-        {normalized, alternate.GetValue(), longName},
         {normalized, doubled.GetValue(), L"C:\\windows\\temp\\.\\orv path test, a long name.tmp"},
         {toLong, L"c:/WINDOWS/System32/", L"c:/windows\\system32\\"},
         {normalized, L"c:\\WINDOWS\\no-such.dir\\x\\", L"c:\\windows\\no-such.dir\\x\\"},
-        {normalized, L"c:\\windows\\ORV PATH TEST", L"c:\\windows\\ORV PATH TEST"},
         {normalized, L"\\\\no-server\\share\\\\a", L"\\\\no-server\\share\\a"},
-        {normalized, L"\\\\?\\C:\\\\WINDOWS", L"\\\\?\\C:\\windows"},
         {normalized, L"C:\\", L"C:\\"},
         {normalized, L"C:/\\\\WINDOWS\\./TEMP\\", L"C:/windows\\temp\\"}, // "/" separates no names
-        {normalized, L"C:/\\", L"C:/\\"},
-        {normalized, L"\\WINDOWS\\x", L"\\windows\\x"},
         {normalized, L"C:TEMP\\x", L"C:temp\\x"},
-        {toLong, L"TEMP", L"temp"},
         {normalized, L"..\\.", L"..\\."},
         {toLong, L"C:\\windows\\no-such-file", nullptr},
         {toAlternate, L"C:\\windows\\no-such-dir\\x", nullptr},
-        {toAlternate, L"C:\\", L"C:\\"},
         // Steps out of the root, and a literal path.
         {toLong, L"C:\\WINDOWS\\..\\..\\WINDOWS\\System32", L"C:\\windows\\..\\..\\windows\\system32"},
         {toAlternate, L"\\..\\Windows/./SYSTEM32", L"\\..\\windows\\.\\system32"},
-        {normalized, L"C:\\..\\WINDOWS", L"C:\\..\\windows"},
         {toLong, L"\\\\?\\C:/WINDOWS\\\\System32//drivers", L"\\\\?\\C:\\windows\\system32\\drivers"},
-        {toAlternate, L"\\\\?\\C:\\\\WINDOWS\\\\System32\\", L"\\\\?\\C:\\windows\\system32\\"},
     };
     for (const auto &c : test::Rows(cases)) {
         if (c.expected) {
@@ -164,7 +154,6 @@ TEST_CASE(NamesAreFoundInTheFileSystem)
     }
     OrvUtf16CharHeapBuffer out;
     CHECK_EQUAL(GetLongPath(out, L"C:\\windows\\*"), ORV_E_INVALID_NAME);
-    CHECK_EQUAL(GetLongPath(out, L"C:\\windows\\tem<"), ORV_E_INVALID_NAME);
     CHECK_EQUAL(GetLongPath(out, L"C:\\windows\0x\\temp", 17), ORV_E_NOT_PRODUCED);
     CHECK_EQUAL(GetFullPath(out, L"a\0b", 3), ORV_E_NOT_PRODUCED);
     CHECK_EQUAL(GetNormalizedPath(out, L""), ORV_E_INVALID_ARGUMENT);
@@ -197,9 +186,7 @@ TEST_CASE(ServersAndSharesAreNotLookedUp)
         {L"\\\\srv\\share\\x\\y", L"\\??\\UNC\\srv\\share\\"},
         {L"\\\\?\\UNC\\srv\\share\\x\\y", L"\\??\\UNC\\srv\\share\\"},
         {L"\\\\?\\unc\\srv/share//x", L"\\??\\unc\\srv\\share\\"},
-        {L"\\\\?\\UNC\\srv\\share", nullptr},
         {L"\\\\?\\UNC\\srv", nullptr},
-        {L"\\\\?\\UNC\\", nullptr},
     };
     for (const auto &c : cases) {
         test::Note("case", &c - cases);
@@ -220,22 +207,17 @@ TEST_CASE(DeviceNamesAreEliminated)
         const wchar_t *native;
     } cases[] = {
         {L"C:\\con", L"\\\\?\\C:\\con", L"\\??\\C:\\con"},
-        {L"C:/a/../nul.txt", L"\\\\?\\C:\\nul.txt", L"\\??\\C:\\nul.txt"},
-        {L"\\aux", L"\\\\?\\C:\\aux", L"\\??\\C:\\aux"},
         {L"/aux/./b/../c", L"\\\\?\\C:\\aux\\c", L"\\??\\C:\\aux\\c"},
         {L"x\\y", nullptr, L"\\??\\C:\\windows\\x\\y"},
         {L"con", nullptr, L"\\??\\con"}, // relative: a device's
         {L"\\/srv\\share\\f", nullptr, L"\\??\\UNC\\srv\\share\\f"},
-        {L"\\\\?\\C:\\prn", nullptr, L"\\??\\C:\\prn"},
         {L"\\\\?\\C:\\\\a/\\b//", nullptr, L"\\??\\C:\\a\\b\\"},
         {L"\\\\?\\UNC\\srv\\share\\\\a//b", nullptr, L"\\??\\UNC\\srv\\share\\a\\b"},
         // The prefix lets steps take the drive away; the native path keeps to it.
         {L"C:\\a\\..\\..\\UNC\\srv\\x", L"\\\\?\\UNC\\srv\\x", L"\\??\\C:\\UNC\\srv\\x"},
-        {L"C:/a/.//../b/../../../c/../con", L"\\\\?\\con", L"\\??\\C:\\con"},
         {L"\\..\\\\x", L"\\\\?\\x", L"\\??\\C:\\x"},
         {L"//srv/share/x", L"\\\\?\\srv\\share\\x", L"\\??\\UNC\\srv\\share\\x"},
         {L"\\??\\C:\\lpt1", L"\\\\?\\C:\\??\\C:\\lpt1", L"\\??\\C:\\lpt1"},
-        {L"\\device\\x", L"\\\\?\\C:\\device\\x", L"\\device\\x"},
     };
     for (const auto &c : test::Rows(cases)) {
         OrvUtf16CharHeapBuffer buffer;
@@ -270,12 +252,6 @@ TEST_CASE(DeviceNamesAreEliminated)
 
 TEST_CASE(EnvironmentNamesTheTemporaryDirectory)
 {
-    const test::Operation temporary = {
-        [](_ORV_UTF16CHAR_STR &out, const wchar_t *, uint32_t, unsigned int *required) {
-            return GetTempDirPath(out, required);
-        },
-        [](OrvUtf16CharHeapBuffer &out, const wchar_t *, uint32_t) { return GetTempDirPath(out); },
-        [](const Reference &out, const OrvStringRefBase<wchar_t> &) { return GetTempDirPath(out); }};
     OrvUtf16CharHeapBuffer longValue;
     MakeLong(longValue, 400);
     const struct {
@@ -294,10 +270,9 @@ TEST_CASE(EnvironmentNamesTheTemporaryDirectory)
         SetVariable(L"TMP", c.tmp);
         SetVariable(L"TEMP", c.temp);
         SetVariable(L"USERPROFILE", c.profile);
-        if (OrvSucceeded(c.result))
-            test::CheckPath(L"", c.expected, temporary);
         OrvUtf16CharHeapBuffer buffer;
         CHECK_EQUAL(GetTempDirPath(buffer), c.result);
+        CHECK_TEXT(buffer.GetValue(), c.expected);
     }
     SetVariable(L"TMP", L"");
     OrvUtf16CharHeapBuffer buffer;
@@ -310,31 +285,6 @@ TEST_CASE(EnvironmentNamesTheTemporaryDirectory)
     CHECK_EQUAL(OrvNtdll_RtlExpandEnvironmentStrings_T(nullptr, buffer), ORV_S_OK);
     CHECK_TEXT(buffer.GetValue(), L"");
 }
-
-namespace
-{
-
-/// An owner of text that remembers what room it was asked for.
-struct ReservingOwner {
-    OrvUtf16CharHeapBuffer text;
-    uint32_t reserved = 0;
-};
-
-const OrvMutableStringOperations<wchar_t> kReserving = {
-    1,
-    [](OrvMutableStringView<wchar_t> &view, uint32_t length, void *owner) {
-        auto &text = static_cast<ReservingOwner *>(owner)->text;
-        return OrvUtf16CharHeapBufferOperations.resize(view, length, &text);
-    },
-    [](wchar_t *&characters, uint32_t count, void *owner) {
-        auto &self = *static_cast<ReservingOwner *>(owner);
-        self.reserved = count > self.reserved ? count : self.reserved;
-        return OrvUtf16CharHeapBufferOperations.reserve(characters, count, &self.text);
-    },
-    nullptr,
-};
-
-} // namespace
 
 TEST_CASE(RandomNamesHaveTheirForm)
 {
@@ -362,17 +312,7 @@ TEST_CASE(RandomNamesHaveTheirForm)
     CHECK_EQUAL(buffer.GetCapacity(), 41u);
     CHECK_EQUAL(GetRandomTempFileName(buffer), ORV_S_OK);
     CHECK_EQUAL(buffer.GetCapacity(), 45u);
-    // Through a reference, room is reserved before the name is written piece by piece.
-    const struct {
-        OrvResult (*make)(const Reference &);
-        uint32_t length;
-    } forms[] = {{GetRandomName, 40}, {GetRandomTempFileName, 44}};
-    for (const auto &form : test::Rows(forms)) {
-        ReservingOwner owner;
-        owner.text.Assign(L"before");
-        CHECK_EQUAL(form.make({&kReserving, &owner, {owner.text.GetBuffer(), 6}}), ORV_S_OK);
-        CHECK_EQUAL(owner.reserved, form.length);
-        CHECK_EQUAL(owner.text.GetInternal().length, form.length);
-        CHECK(owner.text[0] == L'o' && owner.text[39] != 0 && owner.text[form.length - 1] != 0);
-    }
+    CHECK_EQUAL(GetRandomTempFileName(OrvMakeMutableStringRef(buffer)), ORV_S_OK);
+    CHECK_EQUAL(buffer.GetInternal().length, GetRandomTempFileNameSize());
+    CHECK(memcmp(buffer.GetValue(), L"orv-", 8) == 0 && buffer[43] == L'p');
 }

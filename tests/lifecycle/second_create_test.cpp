@@ -1,14 +1,13 @@
 // What a second Create or Initialize does, for every class that is made in two steps: it is refused with
-// ORV_E_ALREADY_EXISTS and no byte of the object changes, but for the classes whose headers say otherwise.
+// ORV_E_ALREADY_EXISTS and no byte of the object changes, but for the classes whose headers say otherwise. Named
+// objects, lock files, views and foreign handles, which take the place of what was there, have this in their own tests.
 
-#include "fs/test_file.h"
 #include "harness/test.h"
+#include "nt/programs.h"
 #include "orv/orv.h"
 
 namespace
 {
-
-constexpr wchar_t kFile[] = L"C:\\windows\\temp\\orv-second-create-test.tmp";
 
 struct Outcome {
     OrvResult first, second;
@@ -77,62 +76,10 @@ constexpr Row kKept[] = {
 constexpr Row kReplaced[] = {
     Plain<OrvBasResource>("resource, which cannot be used any more", ORV_E_ALREADY_EXISTS,
                           [](auto &resource, uint32_t) { return resource.Create(); }),
-    Plain<OrvBasWinEvent>("named event", ORV_S_OK,
-                          [](auto &event, uint32_t) {
-                              return event.Create(OrvBasEvent::AutoReset, false, nullptr,
-                                                  OrvBasWinSyncSession, nullptr);
-                          }),
-    Plain<OrvBasWinMutex>("named mutex", ORV_S_ALREADY_EXISTS,
-                          [](auto &mutex, uint32_t) {
-                              return mutex.Create(false, L"orv second create test", OrvBasWinSyncSession,
-                                                  nullptr);
-                          }),
-    Plain<OrvBasWinSemaphore>("named semaphore", ORV_S_OK,
-                              [](auto &semaphore, uint32_t) {
-                                  return semaphore.Create(0, 1, nullptr, OrvBasWinSyncSession, nullptr);
-                              }),
-    Plain<OrvBasWinLockFile>("lock file", ORV_S_ALREADY_EXISTS,
-                             [](auto &lockFile, uint32_t) { return lockFile.Create(kFile, false); }),
-    Plain<OrvBasWinLockFileResource>(
-        "lock on an open file", ORV_S_OK,
-        [](auto &resource, uint32_t round) { return resource.OpenOrCreate(kFile, nullptr, round != 0); }),
-    {"foreign handle", ORV_S_OK,
-     [] {
-         OrvBasEvent events[2];
-         OrvBasWinHandleWaitable waitable(nullptr, false);
-         return MakeTwice(waitable, [&](auto &object, uint32_t round) {
-             events[round].Create(OrvBasEvent::AutoReset, false);
-             return object.Initialize(events[round].GetHandle(), false);
-         });
-     }},
-    {"stop request of a thread", ORV_S_OK,
-     [] {
-         OrvBasEvent events[2];
-         OrvBasThread thread;
-         return MakeTwice(thread,
-                          [&](auto &object, uint32_t round) { return object.Initialize(&events[round]); });
-     }},
     Plain<OrvSharedMemoryServer>("shared memory", ORV_S_OK,
                                  [](auto &server, uint32_t round) {
                                      return server.Create(10, 0x7A110 + round, OrvBasSyncSession, nullptr);
                                  }),
-    {"joined memory", ORV_S_OK,
-     [] {
-         OrvSharedMemoryServer servers[2];
-         OrvSharedMemoryClient client;
-         return MakeTwice(client, [&](auto &object, uint32_t round) {
-             servers[round].Create(10, 0, OrvBasSyncProcess, nullptr);
-             return object.Connect(servers[round]);
-         });
-     }},
-    {"view of memory", ORV_S_OK,
-     [] {
-         OrvSharedMemoryServer server;
-         server.Create(10, 0, OrvBasSyncProcess, nullptr);
-         OrvSharedMemoryView view;
-         return MakeTwice(view,
-                          [&](auto &range, uint32_t offset) { return range.Attach(server, offset, 1); });
-     }},
     // The first stream is lost, as the headers say.
     Plain<detail::OrvDeflateContext>(
         "deflate", ORV_S_OK,
@@ -157,7 +104,6 @@ void CheckRows(const Row (&rows)[count], bool keeps)
 
 TEST_CASE(ASecondCreateIsRefusedOrReplacesAsTheHeadersSay)
 {
-    const TestFile file(kFile);
     CheckRows(kKept, true);
     CheckRows(kReplaced, false);
 }

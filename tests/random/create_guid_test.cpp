@@ -66,6 +66,7 @@ TEST_CASE(ReservedTimesAreUsedUpOneByOne)
         CHECK_EQUAL(OrvGuidUtils::CreateGuid(guid), 0);
         if (!CHECK_EQUAL(TimeOf(guid), (firstTime + i) & kTimeBits))
             break;
+        CHECK_EQUAL((guid.bytes[6] ^ detail::kGuidMask[6]) >> 4, 1); // the version
         constexpr uint8_t kRest[] = {0x92, 0x34, 10, 11, 12, 13, 14, 15};
         for (uint32_t byte = 0; byte < sizeof kRest; byte++)
             CHECK_EQUAL(guid.bytes[8 + byte] ^ detail::kGuidMask[8 + byte], kRest[byte]);

@@ -24,12 +24,7 @@ TEST_CASE(LocationsAreSplitAndCombined)
         {L"HKCU\\a\\\\", OrvRegistryCurrentUser, L"a", L"", nullptr},
         {L"HKCU\\a\\\\b\\\\c\\d", OrvRegistryCurrentUser, L"a", L"b\\\\c\\d", nullptr},
         {L"HKU\\a\\", OrvRegistryUsers, L"a\\", nullptr, nullptr},
-        {L"HKCC\\x", OrvRegistryCurrentConfig, L"x", nullptr, nullptr},
         {L"hkey_classes_root\\.txt", OrvRegistryClassesRoot, L".txt", nullptr, L"HKCR\\.txt"},
-        {L"HKPD", OrvRegistryPerformanceData, L"", nullptr, nullptr},
-        {L"HKPT\\x", OrvRegistryPerformanceText, L"x", nullptr, nullptr},
-        {L"HKPN\\x", OrvRegistryPerformanceNlsText, L"x", nullptr, nullptr},
-        {L"HKDD\\x", OrvRegistryDynData, L"x", nullptr, nullptr},
     };
     for (const auto &c : test::Rows(cases)) {
         OrvBasWinRegistryRootType root = OrvRegistryNoRoot;

@@ -25,10 +25,10 @@ TEST_CASE(RootsAreOpenedOnFirstUseAndOnce)
         OrvBasWinRegistryRootType root;
         bool opens;
     } cases[] = {
-        {OrvRegistryClassesRoot, true},      {OrvRegistryCurrentUser, true},
-        {OrvRegistryLocalMachine, true},     {OrvRegistryUsers, true},
-        {OrvRegistryPerformanceData, false}, {OrvRegistryPerformanceNlsText, false},
-        {OrvRegistryDynData, false},         {OrvRegistryCurrentConfig, true},
+        {OrvRegistryClassesRoot, true},
+        {OrvRegistryUsers, true},
+        {OrvRegistryPerformanceData, false},
+        {OrvRegistryDynData, false},
     };
     OrvBasWinRegistryHandle handle(OrvRegistryLocalMachine);
     for (const auto &c : test::Rows(cases)) {

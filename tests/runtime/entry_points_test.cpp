@@ -15,17 +15,9 @@ TEST_CASE(PredicatesAgreeWithTheModule)
         bool (*isLoaded)();
     } const cases[] = {
         {"RtlGetProductInfo", OrvNtdllIsFnLoaded_RtlGetProductInfo},
-        {"RtlGetUnloadEventTraceEx", OrvNtdllIsFnLoaded_RtlGetUnloadEventTraceEx},
-        {"RtlAddMandatoryAce", OrvNtdllIsFnLoaded_RtlAddMandatoryAce},
         {"NtGetTickCount", OrvNtdllIsFnLoaded_NtGetTickCount},
-        {"RtlGetUnloadEventTrace", OrvNtdllIsFnLoaded_RtlGetUnloadEventTrace},
-        {"RtlExitUserThread", OrvNtdllIsFnLoaded_RtlExitUserThread},
         {"CsrGetProcessId", OrvNtdllIsFnLoaded_CsrGetProcessId},
         {"RtlGetNativeSystemInformation", OrvNtdllIsFnLoaded_RtlGetNativeSystemInformation},
-        {"RtlWow64EnableFsRedirectionEx", OrvNtdllIsFnLoaded_RtlWow64EnableFsRedirectionEx},
-        {"EtwEventRegister", OrvNtdllIsFnLoaded_EtwEventRegister},
-        {"EtwEventUnregister", OrvNtdllIsFnLoaded_EtwEventUnregister},
-        {"EtwEventWrite", OrvNtdllIsFnLoaded_EtwEventWrite},
         {"EtwEventWriteEx", OrvNtdllIsFnLoaded_EtwEventWriteEx},
     };
     for (const auto &c : cases)
@@ -35,22 +27,9 @@ TEST_CASE(PredicatesAgreeWithTheModule)
     CHECK_EQUAL(OrvIsWOW64Process(), OrvNtdll_FunctionExists("NtWow64CsrGetProcessId"));
 }
 
-TEST_CASE(LoadFillsTheTablesAndRefillingKeepsThemUsable)
-{
-    CHECK(OrvKernel32IsTableInitialized()); // this platform always loads kernel32.dll
-    void *const before = OrvGetNtdllModuleHandle();
-    CHECK(before != nullptr);
-    CHECK_EQUAL(OrvNtdllTableInitialize(), ORV_S_OK);
-    CHECK_EQUAL(OrvGetNtdllModuleHandle(), before);
-    OrvNtdllTableDestroy();
-    CHECK_EQUAL(OrvGetNtdllModuleHandle(), nullptr);
-    OrvNtdllTableDestroy(); // of an empty table: nothing
-    CHECK_EQUAL(OrvNtdllTableInitialize(), ORV_S_OK);
-    CHECK_EQUAL(OrvNtdllForceInitialize(), 1);
-}
-
 TEST_CASE(WrappersPassResultsOn)
 {
+    CHECK_EQUAL(OrvNtdllForceInitialize(), 1);
     OSVERSIONINFOW version = {};
     version.dwOSVersionInfoSize = sizeof version;
     CHECK_EQUAL(OrvNtdll_RtlGetVersion(&version), STATUS_SUCCESS);

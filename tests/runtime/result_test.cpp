@@ -11,10 +11,8 @@ TEST_CASE(Win32NumbersBecomeResults)
         uint32_t win32Error;
         uint32_t result;
     } const cases[] = {
-        {3, 5, 0xE0010058},       {2, 5, 0xA0010058},       {1, 183, 0x6001004F}, {0, 2, 0x2001003D},
-        {3, 8, 0xC0070008},       {3, 0x12345, 0xC0072345}, {3, 0, 0xC0070000},   {1, 1000, 0x400703E8},
-        {3, 126, 0xE001003E},     {3, 80, 0xE001004F},      {3, 14, 0xE0010001},  {3, 10061, 0xE0010190},
-        {3, 0x10005, 0xC0070005}, {3, 112, 0xE0010097},
+        {2, 5, 0xA0010058},   {0, 2, 0x2001003D},  {3, 0x12345, 0xC0072345}, {3, 0, 0xC0070000},
+        {3, 126, 0xE001003E}, {3, 80, 0xE001004F}, {3, 0x10005, 0xC0070005}, {3, 112, 0xE0010097},
     };
     for (const auto &c : test::Rows(cases)) {
         const auto severity = static_cast<_OrvErrorCodeSeverity>(c.severity);
@@ -32,9 +30,8 @@ TEST_CASE(ResultsBecomeWin32Numbers)
         uint32_t result;
         uint32_t win32Error;
     } const cases[] = {
-        {0xC0070005, 5},   {0xE0070005, 5},   {0x0007FFFF, 0xFFFF}, {0xE001003E, 3},     {0xE001004F, 183},
-        {0x6001004F, 183}, {0xE003003E, 3},   {0xE0010050, kNone},  {0xC001003E, kNone}, {0xE002003E, kNone},
-        {0, kNone},        {0xE0010097, 112}, {0xA0010004, kNone},  {0xF007003E, 0x3E},
+        {0xE0070005, 5},     {0x0007FFFF, 0xFFFF}, {0x6001004F, 183},   {0xE003003E, 3},
+        {0xE0010050, kNone}, {0xC001003E, kNone},  {0xE002003E, kNone}, {0xF007003E, 0x3E},
     };
     for (const auto &c : test::Rows(cases)) {
         uint32_t number = kNone;

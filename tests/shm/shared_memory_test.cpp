@@ -109,35 +109,45 @@ TEST_CASE(SectionIsSharedByItsId)
     CHECK_EQUAL(test::CountUsage().handles, before.handles);
 }
 
-TEST_CASE(SectionStandsInTheSessionsDirectory)
-{
-    OrvSharedMemoryServer server;
-    CHECK_EQUAL(server.Create(1, 0x1A2B, OrvBasSyncSession, nullptr), ORV_S_OK);
-    HANDLE const handle = OpenNatively(0x1A2B, OrvBasSyncNamed::SessionRoot);
-    CHECK(handle != nullptr);
-    OrvSharedMemoryClient client;
-    client.AttachToSection(handle);
-    OrvSharedMemoryView view; // `access` is still that of an object that opened nothing
-    CHECK_EQUAL(view.Attach(client, 0, 0), ORV_S_OK);
-    CHECK(client.DetachFromSection() == handle);
-    CHECK(!client.IsInitialized() && client.DetachFromSection() == INVALID_HANDLE_VALUE);
-    CHECK_EQUAL(ZwClose(handle), 0);
-}
-
-TEST_CASE(SessionWithoutADirectoryUsesTheBase)
+TEST_CASE(SectionStandsInTheSessionsDirectoryOrTheBase)
 {
     ULONG &session = NtCurrentPeb()->SessionId;
     const ULONG own = session;
-    session = 4711;
-    OrvSharedMemoryServer server;
+    const OrvBasSyncNamed::NamedObjectRoot roots[] = {OrvBasSyncNamed::SessionRoot,
+                                                      OrvBasSyncNamed::BaseRoot};
+    for (const auto root : roots) {
+        test::Note("root", root);
+        session = root == OrvBasSyncNamed::BaseRoot ? 4711 : own; // a session that has no directory
+        OrvSharedMemoryServer server;
+        OrvSharedMemoryClient client;
+        const OrvResult created = server.Create(1, kId, OrvBasSyncSession, nullptr);
+        const OrvResult opened = client.Open(kId, OrvBasSyncSession, OrvAccessRead);
+        HANDLE const handle = OpenNatively(kId, root);
+        session = own;
+        CHECK(created == ORV_S_OK && opened == ORV_S_OK);
+        OrvSharedMemoryClient attached;
+        attached.AttachToSection(handle);
+        OrvSharedMemoryView view; // `access` is still that of an object that opened nothing
+        CHECK_EQUAL(view.Attach(attached, 0, 0), ORV_S_OK);
+        CHECK(attached.DetachFromSection() == handle);
+        CHECK(!attached.IsInitialized() && attached.DetachFromSection() == INVALID_HANDLE_VALUE);
+        CHECK_EQUAL(ZwClose(handle), 0);
+    }
+}
+
+TEST_CASE(UnnamedSectionsAreTheirOwn)
+{
+    OrvSharedMemoryServer a, b;
     OrvSharedMemoryClient client;
-    const OrvResult created = server.Create(1, kId, OrvBasSyncSession, nullptr);
-    const OrvResult opened = client.Open(kId, OrvBasSyncSession, OrvAccessRead);
-    HANDLE const handle = OpenNatively(kId, OrvBasSyncNamed::BaseRoot);
-    session = own;
-    CHECK_EQUAL(created, ORV_S_OK);
-    CHECK_EQUAL(opened, ORV_S_OK);
-    CHECK_EQUAL(ZwClose(handle), 0);
+    OrvSharedMemoryView view;
+    CHECK_EQUAL(a.Create(1, 0, OrvBasSyncSession, nullptr), ORV_S_OK);
+    CHECK_EQUAL(b.Create(1, 0, OrvBasSyncSession, nullptr), ORV_S_OK);
+    CHECK(OrvFailed(client.Open(0, OrvBasSyncSession, OrvAccessRead)));
+    CHECK_EQUAL(client.Open(kId, OrvBasSyncProcess, OrvAccessRead), ORV_E_NOT_PROVIDED);
+    CHECK_EQUAL(a.Create(0, 0, OrvBasSyncSession, nullptr), ORV_E_INVALID_ARGUMENT);
+    CHECK_EQUAL(view.Attach(a, 0, 0), ORV_E_INVALID_HANDLE);
+    CHECK_EQUAL(client.Connect(a), ORV_E_INVALID_HANDLE);
+    CHECK(!a.IsInitialized() && !client.IsInitialized());
 }
 
 TEST_CASE(ClientsHaveTheRightsThatTheyAskedFor)
@@ -167,22 +177,6 @@ TEST_CASE(ClientsHaveTheRightsThatTheyAskedFor)
     CHECK_EQUAL(RegionOf(view).Protect, PAGE_READONLY);
 }
 
-TEST_CASE(UnnamedSectionsAreTheirOwn)
-{
-    OrvSharedMemoryServer a, b;
-    CHECK_EQUAL(a.Create(1, 0, OrvBasSyncSession, nullptr), ORV_S_OK);
-    CHECK_EQUAL(b.Create(1, 0, OrvBasSyncSession, nullptr), ORV_S_OK);
-    OrvSharedMemoryClient client;
-    CHECK(OrvFailed(client.Open(0, OrvBasSyncSession, OrvAccessRead)));
-    CHECK_EQUAL(client.Open(kId, OrvBasSyncProcess, OrvAccessRead), ORV_E_NOT_PROVIDED);
-    CHECK_EQUAL(a.Create(0, 0, OrvBasSyncSession, nullptr), ORV_E_INVALID_ARGUMENT);
-    CHECK(!a.IsInitialized());
-    OrvSharedMemoryView view;
-    CHECK_EQUAL(view.Attach(a, 0, 0), ORV_E_INVALID_HANDLE);
-    CHECK_EQUAL(client.Connect(a), ORV_E_INVALID_HANDLE);
-    CHECK(!client.IsInitialized());
-}
-
 TEST_CASE(HeapRangesLieWithinTheBlock)
 {
     OrvSharedMemoryServer server;
@@ -195,9 +189,7 @@ TEST_CASE(HeapRangesLieWithinTheBlock)
         uint32_t size;
         uint32_t shown; ///< 0: refused
     } cases[] = {
-        {0, 0, 100},        {0, 101, 0},         {99, 0, 1},        {99, 1, 1},
-        {99, 2, 0},         {100, 0, 0},         {-1, 1, 0},        {40, 7, 7},
-        {1, 0xFFFFFFFF, 0}, {0x100000000, 1, 0}, {INT64_MIN, 1, 0}, {INT64_MAX, 1, 0},
+        {0, 0, 100}, {99, 0, 1}, {99, 2, 0}, {100, 0, 0}, {-1, 1, 0}, {1, 0xFFFFFFFF, 0}, {INT64_MAX, 1, 0},
     };
     OrvSharedMemoryView view;
     uint32_t lastSize = 0;

@@ -5,7 +5,6 @@
 
 #include "harness/thread.h"
 #include "harness/usage.h"
-#include "orv/runtime/ntdll_entry_points.h"
 #include "orv/runtime/result.h"
 #include "orv/sync/event.h"
 #include "orv/sync/mutex.h"
@@ -54,10 +53,6 @@ TEST_CASE(AnyTakesTheFirstThatIsSignalled)
         Events e;
         uint32_t index = kUntouched;
         CHECK_EQUAL(OrvBasWaitForAny(index, e.objects, kMost, 0), ORV_W_TIMEOUT);
-        const unsigned long start = OrvGetTimestamp();
-        CHECK_EQUAL(OrvBasWaitForAny(index, e.objects, 2, 60), ORV_W_TIMEOUT);
-        const unsigned long elapsed = OrvGetTimestamp() - start;
-        CHECK(elapsed >= 40 && elapsed < 5000);
         CHECK_EQUAL(index, kUntouched);
         for (uint32_t i = 0; i < kMost; i++) {
             test::Note("object", i);
@@ -107,28 +102,25 @@ TEST_CASE(AllTakesEverythingAtOnceOrNothing)
 TEST_CASE(EmptyOnesCountAsSignalled)
 {
     Events e;
-    OrvBasWaitable empty[2];
-    OrvBasWaitable forward;
-    forward.AttachForward(&empty[0]);
-    OrvBasWaitable *const objects[] = {e.objects[0], e.objects[1], &forward, e.objects[2], &empty[1]};
+    OrvBasWaitable empty, forward;
+    forward.AttachForward(&empty);
+    OrvBasWaitable *const objects[] = {e.objects[0], &forward, e.objects[1], &empty};
     uint32_t index = kUntouched;
-    e.events[2].Set();
-    CHECK_EQUAL(OrvBasWaitForAny(index, objects, 5, -1), ORV_S_OK);
-    CHECK_EQUAL(index, 2u);
-    CHECK(e.WasSet(2)); // it comes later and is left alone
     e.events[1].Set();
-    CHECK_EQUAL(OrvBasWaitForAny(index, objects, 5, -1), ORV_S_OK);
+    CHECK_EQUAL(OrvBasWaitForAny(index, objects, 4, -1), ORV_S_OK);
     CHECK_EQUAL(index, 1u);
-    CHECK_EQUAL(OrvBasWaitForAny(index, objects + 2, 1, -1), ORV_S_OK);
+    CHECK(e.WasSet(1)); // it comes later and is left alone
+    e.events[0].Set();
+    CHECK_EQUAL(OrvBasWaitForAny(index, objects, 4, -1), ORV_S_OK);
+    CHECK_EQUAL(index, 0u);
+    CHECK_EQUAL(OrvBasWaitForAny(index, objects + 1, 1, -1), ORV_S_OK);
     CHECK_EQUAL(index, 0u);
 
     e.events[0].Set();
+    CHECK_EQUAL(OrvBasWaitForAll(objects, 4, 0), ORV_W_TIMEOUT);
     e.events[1].Set();
-    CHECK_EQUAL(OrvBasWaitForAll(objects, 5, 0), ORV_W_TIMEOUT);
-    e.events[2].Set();
-    CHECK_EQUAL(OrvBasWaitForAll(objects, 5, 0), ORV_S_OK);
-    OrvBasWaitable *const nothing[] = {&empty[0], &empty[0]};
-    CHECK_EQUAL(OrvBasWaitForAll(nothing, 2, -1), ORV_S_OK);
+    CHECK_EQUAL(OrvBasWaitForAll(objects, 4, 0), ORV_S_OK);
+    CHECK_EQUAL(OrvBasWaitForAll(objects + 3, 1, -1), ORV_S_OK);
 }
 
 TEST_CASE(AbandonedMutexesAreTold)
@@ -145,8 +137,7 @@ TEST_CASE(AbandonedMutexesAreTold)
     AbandonedMutex all;
     OrvBasWaitable *const both[] = {&empty, &any, &all};
     CHECK_EQUAL(OrvBasWaitForAll(both, 3, -1), ORV_S_ABANDONED);
-    CHECK_EQUAL(any.Release(), ORV_S_OK);
-    CHECK_EQUAL(all.Release(), ORV_S_OK);
+    CHECK(any.Release() == ORV_S_OK && all.Release() == ORV_S_OK);
 }
 
 TEST_CASE(WhatCannotBeWaitedForIsRefused)
@@ -167,28 +158,20 @@ TEST_CASE(WhatCannotBeWaitedForIsRefused)
     forward.AttachForward(e.objects[0]);
     OrvBasWaitable unknown;
     Field(unknown, 3) = 4;
-    OrvBasWaitable closed;
-    HANDLE handle = nullptr;
-    ZwCreateEvent(&handle, EVENT_ALL_ACCESS, nullptr, NotificationEvent, true);
-    closed.AttachHandle(handle);
-    ZwClose(handle);
     OrvBasWaitable *many[kMost + 1];
     for (OrvBasWaitable *&one : many)
         one = e.objects[0];
     const struct {
         OrvBasWaitable *objects[2];
-        OrvResult any;
-        OrvResult all;
+        OrvResult any, all;
     } cases[] = {
         {{e.objects[0], nullptr}, ORV_E_INVALID_ARGUMENT, ORV_E_INVALID_ARGUMENT},
         {{e.objects[0], &nowhere}, ORV_E_INVALID_ARGUMENT, ORV_E_INVALID_ARGUMENT},
         {{e.objects[0], &selfWaiting}, ORV_E_UNSUPPORTED_TYPE, ORV_E_UNSUPPORTED_TYPE},
         {{e.objects[0], &unknown}, ORV_E_NOT_PROVIDED, ORV_E_NOT_PROVIDED},
-        {{&closed, e.objects[0]}, ORV_E_INVALID_HANDLE, ORV_E_INVALID_HANDLE},
         {{e.objects[0], &forward}, ORV_S_OK, ORV_E_INVALID_ARGUMENT}, // the same handle
     };
-    for (const auto &c : cases) {
-        test::Note("case", static_cast<uint32_t>(&c - cases));
+    for (const auto &c : test::Rows(cases)) {
         uint32_t index = kUntouched;
         CHECK_EQUAL(OrvBasWaitForAll(c.objects, 2, 0), c.all);
         CHECK_EQUAL(OrvBasWaitForAny(index, c.objects, 2, 0), c.any);
@@ -196,11 +179,9 @@ TEST_CASE(WhatCannotBeWaitedForIsRefused)
     }
     uint32_t index = kUntouched;
     CHECK_EQUAL(OrvBasWaitForAny(index, nullptr, 1, 0), ORV_E_INVALID_ARGUMENT);
-    CHECK_EQUAL(OrvBasWaitForAny(index, many, 0, 0), ORV_E_INVALID_ARGUMENT);
     CHECK_EQUAL(OrvBasWaitForAll(many, 0, 0), ORV_E_INVALID_ARGUMENT);
     CHECK_EQUAL(OrvBasWaitForAny(index, many, kMost + 1, 0), ORV_E_BAD_LENGTH);
     CHECK_EQUAL(OrvBasWaitForAll(e.objects, kMost + 1, 0), ORV_E_BAD_LENGTH);
     CHECK_EQUAL(index, kUntouched);
     Field(unknown, 3) = 0;
-    closed.DetachResource();
 }

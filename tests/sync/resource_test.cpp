@@ -54,10 +54,8 @@ TEST_CASE(ResourceIsUsedBetweenCreateAndDestroy)
             CHECK_EQUAL(resource.AcquireSharedStarveExclusive(-1), ORV_E_NOT_PROVIDED);
             CHECK_EQUAL(resource.AcquireSharedWaitForExclusive(-1), ORV_E_NOT_PROVIDED);
             resource.Destroy();
-            resource.Destroy();
             CHECK_EQUAL(resource.Create(), ORV_S_OK);
-            CHECK(resource.IsInitialized());
-            CHECK(IsAtRest(resource));
+            CHECK(resource.IsInitialized() && IsAtRest(resource));
             if (round == 0)
                 resource.Destroy();
             else

@@ -59,8 +59,7 @@ TEST_CASE(SpinLockSleepsAsLongAsItIsToldAndHoldsTheOldOneMeanwhile)
     struct {
         uint32_t sleepMs;
         LONGLONG interval; ///< in 100 ns, from now on
-    } const cases[] = {
-        {0, 0}, {1, -10000}, {429497, -4294970000}, {0xFFFFFFFE, -42949672940000}, {0xFFFFFFFF, 1}};
+    } const cases[] = {{0, 0}, {429497, -4294970000}, {0xFFFFFFFE, -42949672940000}, {0xFFFFFFFF, 1}};
     for (const auto &c : test::Rows(cases)) {
         wanted = {1, c.sleepMs};
         askedTimes = 0;

@@ -10,11 +10,8 @@ TEST_CASE(IdsBecomeNames)
         uint32_t id, nameSpace, root;
         const wchar_t *rest; // behind the session's directory for root 0
     } const cases[] = {
-        {0x1A2B, 0, 0, L"\\BaseNamedObjects\\Global\\ORVSYNC_1a2b"},
         {0x1A2B, 1, 0, L"\\BaseNamedObjects\\ORVSYNC_1a2b"},
-        {0x1A2B, 1, 1, L"\\BaseNamedObjects\\ORVSYNC_1a2b"},
         {0xFFFFFFFF, 0, 1, L"\\BaseNamedObjects\\Global\\ORVSYNC_ffffffff"},
-        {1, 7, 9, L"\\BaseNamedObjects\\ORVSYNC_1"},
     };
     OrvBasSyncNamed named(0, OrvBasSyncGlobal);
     CHECK(!named.IsNamed());

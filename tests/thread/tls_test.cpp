@@ -59,11 +59,6 @@ TEST_CASE(WithoutAKeyThereIsNoValue)
     CHECK_EQUAL(key.GetValue(), nullptr);
     CHECK_EQUAL(key.SetValue(&key), ORV_E_INVALID_STATE);
     CHECK_EQUAL(key.Destroy(), ORV_S_OK);
-    CHECK_EQUAL(key.Create(), ORV_S_OK);
-    CHECK_EQUAL(key.SetValue(&key), ORV_S_OK);
-    CHECK_EQUAL(key.GetValue(), &key);
-    CHECK_EQUAL(key.Destroy(), ORV_S_OK);
-    CHECK_EQUAL(key.GetValue(), nullptr);
 }
 
 TEST_CASE(KeysAreThePlatformsAndEmptyWhenNew)

@@ -158,22 +158,6 @@ struct Operation {
     bool copes = false; ///< an allocation that is refused may be done without
 };
 
-/// The beginning of a stream, as far as the last allocation.
-template <typename Context, size_t size, typename... Level>
-OrvResult Decompress(const uint8_t (&in)[size], Level... level)
-{
-    Context context;
-    const OrvResult result = context.Initialize(100, false, level...);
-    if (OrvFailed(result))
-        return result;
-    uint8_t out[64];
-    context.SetNextIn(in);
-    context.SetAvailIn(size);
-    context.SetNextOut(out);
-    context.SetAvailOut(sizeof out);
-    return context.Decompress();
-}
-
 /// Two compressed streams in a row, there and back.
 template <typename Writer, typename Reader>
 OrvResult CompressAndDecompress()
@@ -199,39 +183,23 @@ OrvResult CompressAndDecompress()
 }
 
 const Operation<Buffer> kBufferOperations[] = {
-    {"assign", [](Buffer &b) { return b.Assign(kText); }},
     {"append", [](Buffer &b) { return b.Append(kText); }},
-    {"resize", [](Buffer &b) { return b.Resize(1000); }},
-    {"reserve", [](Buffer &b) { return b.ReserveElements(1000); }},
-    {"GUID text",
-     [](Buffer &b) { return OrvGuidUtils::GetStringAppend(_OrvGuid(), OrvMakeMutableStringRef(b)); }},
-    {"combine", [](Buffer &b) { return OrvBasPath::CombinePaths(b, kText, kText); }},
     {"combine with itself", [](Buffer &b) { return OrvBasPath::CombinePaths(b, kText, b.GetValue()); }},
     {"combine with itself by a reference",
      [](Buffer &b) {
          return OrvBasPath::CombinePaths(OrvMakeMutableStringRef(b), kText, {b.GetBuffer(), 6});
      }},
-    {"append a path", [](Buffer &b) { return OrvBasPath::AppendPath(b, kText); }},
     {"full path", OfPath<OrvBasPath::GetFullPath>},
     {"long path", OfPath<OrvBasPath::GetLongPath>},
     {"normalized path", OfPath<OrvBasPath::GetNormalizedPath>, true},
-    {"short path", OfPath<OrvBasPath::GetAlternatePath>},
-    {"file name", OfPath<OrvBasPath::GetFilename>},
-    {"directory", OfPath<OrvBasPath::GetDirectoryPathFromFilenamePath>},
     {"change an extension", [](Buffer &b) { return OrvBasPath::ChangeExtension(b, kText, L"txt"); }},
     {"temporary file", [](Buffer &b) { return OrvBasPath::GetRandomTempFileName(b); }},
     {"temporary directory", [](Buffer &b) { return OrvBasPath::GetTempDirPath(b); }},
-    {"random name", [](Buffer &b) { return OrvBasPath::GetRandomName(b); }},
     {"native path",
      [](Buffer &b) { return OrvNtdll_RtlDosPathNameToNtPathName_T_EliminateDosDevice(L"C:\\..\\con", b); }},
     {"native path of a literal one",
      [](Buffer &b) {
          return OrvNtdll_RtlDosPathNameToNtPathName_T_EliminateDosDevice(L"\\\\?\\C:\\\\x", b);
-     }},
-    {"path from the root",
-     [](Buffer &b) {
-         const wchar_t *path = L"\\con";
-         return OrvBasPath::WinEliminateDosDeviceAliasPath(path, b);
      }},
     {"convert bytes",
      [](Buffer &b) {
@@ -245,7 +213,6 @@ const Operation<Buffer> kBufferOperations[] = {
 
 const Operation<Key> kKeyOperations[] = {
     {"delete keys", [](Key &key) { return key.DeleteKey(L"a", true); }},
-    {"list keys", [](Key &key) { return key.EnumKeys(collector); }},
     {"list values", [](Key &key) { return key.EnumValues(collector); }},
     {"key's name",
      [](Key &key) {
@@ -302,13 +269,6 @@ const Operation<Key> kKeyOperations[] = {
          TestFileName(file).Delete(); // if there is one
          return result;
      }},
-    {"watch a key",
-     [](Key &key) {
-         OrvBasEvent event;
-         const OrvResult result = event.Create(OrvBasEvent::ManualReset, false);
-         return OrvFailed(result) ? result : key.StartSingleWatchingKeyChange(event, true);
-     },
-     true},
 };
 
 const Operation<> kOperations[] = {
@@ -316,11 +276,6 @@ const Operation<> kOperations[] = {
      [] {
          OrvUtf16CharHeapBuffer buffer;
          return OrvFormatString(OrvMakeMutableStringRef(buffer), L"%s%300d", kText, 1);
-     }},
-    {"temporary file by a reference",
-     [] {
-         Buffer buffer;
-         return OrvBasPath::GetRandomTempFileName(OrvMakeMutableStringRef(buffer));
      }},
     {"format bytes",
      [] {
@@ -330,12 +285,6 @@ const Operation<> kOperations[] = {
          OrvUtf16CharHeapBuffer buffer;
          const OrvResult result = OrvFormatString(OrvCodePageUtf8, buffer, L"%hs", bytes);
          return Unless(!buffer.IsEmpty(), result);
-     }},
-    {"measure in another page",
-     [] {
-         char text[1000] = {};
-         uint32_t size = 0;
-         return OrvGetMb2MbStringSize(size, text, OrvCodePageOem, OrvCodePageUtf8, sizeof text);
      }},
     {"convert to another page",
      [] {
@@ -360,12 +309,6 @@ const Operation<> kOperations[] = {
      [] { return CompressAndDecompress<OrvDeflateWriteStream, OrvInflateReadStream>(); }},
     {"compress to a stream by bzip2",
      [] { return CompressAndDecompress<OrvBZ2WriteStream, OrvBZ2ReadStream>(); }},
-    {"file identity",
-     [] {
-         OrvFileId id = {{7}};
-         const OrvResult result = OrvFileIdUtils::GetId(id, L"C:\\windows");
-         return Unless(id.bytes[0] != 7, result);
-     }},
     {"lock file", [] { return OrvBasWinLockFile().Create(L"C:\\windows", false); }},
     {"lock in a file",
      [] {
@@ -414,16 +357,6 @@ const Operation<> kOperations[] = {
              result = stream.Write(kBytes, 1, written);
          return Unless(stream.GetLength() % sizeof kBytes, result);
      }},
-    {"inflate",
-     [] {
-         return Decompress<detail::OrvDeflateContext>({0x78, 1, 1, 5, 0, 0xFA, 0xFF, 'a', 'b'}, 6);
-     }},
-    {"bunzip2",
-     [] {
-         return Decompress<detail::OrvBZ2Context>({'B', 'Z', 'h', '1'});
-     }},
-    {"deflate", [] { return detail::OrvDeflateContext().Initialize(100, true, 6); }},
-    {"bzip2", [] { return detail::OrvBZ2Context().Initialize(100, true); }},
     {"XML writer",
      []() -> OrvResult {
          OrvMbCharHeapBuffer unused;

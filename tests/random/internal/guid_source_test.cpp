@@ -1,4 +1,4 @@
-// The clock that keeps GUIDs apart, and where each part of one lies.
+// The clock that keeps GUIDs apart, and what a GUID is made of when the platform reserves no times.
 
 #include "random/guid_source.h"
 
@@ -19,30 +19,17 @@ TEST_CASE(GuidClockNeverRepeatsItself)
     } const cases[] = {
         {100, 100, 0x3FFF}, // as the clock shows
         {100, 101, 0x3FFF}, // it stands still
-        {100, 102, 0x3FFF}, //
-        {101, 103, 0x3FFF}, // it has moved, but less than was counted
+        {100, 102, 0x3FFF}, // it has moved, but less than was counted
         {104, 104, 0x3FFF}, // it has caught up
         {200, 200, 0x3FFF}, //
         {150, 150, 0x0000}, // it was set back: another sequence, which wraps
-        {150, 151, 0x0000}, //
         {149, 149, 0x0001}, // set back by less than was counted
         {149, 150, 0x0001}, //
-        {300, 300, 0x0001},
     };
     for (const auto &c : test::Rows(cases)) {
         CHECK_EQUAL(clock.Take(c.now), c.time);
         CHECK_EQUAL(clock.Sequence(), c.sequence);
     }
-}
-
-TEST_CASE(GuidPartsHaveTheirPlaces)
-{
-    const detail::GuidParts parts = {0xF123456789ABCDEF, 0xFFFFE321, {1, 2, 3, 4, 5, 6}};
-    const uint8_t expected[16] = {0x89, 0xAB, 0xCD, 0xEF, 0x45, 0x67, 0x11, 0x23,
-                                  0xA3, 0x21, 1,    2,    3,    4,    5,    6};
-    const _OrvGuid guid = detail::MakeGuid(parts);
-    for (uint32_t i = 0; i < sizeof expected; i++)
-        CHECK_EQUAL(guid.bytes[i] ^ detail::kGuidMask[i], expected[i]);
 }
 
 TEST_CASE(GuidPartsAreOfThisProcess)

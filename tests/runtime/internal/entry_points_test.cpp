@@ -36,20 +36,6 @@ TEST_CASE(EmptyTablesAnswerAndFallBack)
         CHECK_EQUAL(OrvNtdll_RtlDowncaseUnicodeChar(sample[0]), sample[1]);
 }
 
-TEST_CASE(StartUpFillsWhatIsEmpty)
-{
-    CHECK_EQUAL(InternalInitializeOrvSysDll(), ORV_S_OK);
-    CHECK(OrvKernel32IsTableInitialized());
-    InternalDestroyOrvSysDll();
-    CHECK(OrvNtdllIsTableInitialized()); // teardown counts and nothing else
-    OrvNtdllTableDestroy();
-    OrvKernel32ForceInitialize(); // the kernel32 table is filled already: nothing happens
-    CHECK(!OrvNtdllIsTableInitialized());
-    CHECK_EQUAL(InternalInitializeOrvSysDll(), ORV_S_OK);
-    CHECK(OrvNtdllIsTableInitialized());
-    InternalDestroyOrvSysDll();
-}
-
 TEST_CASE(FailureWithoutAReasonIsZero)
 {
     // No function of the platform fails and says no reason, so this one is made to.

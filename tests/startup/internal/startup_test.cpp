@@ -160,7 +160,6 @@ TEST_CASE(FailedAttachLeavesNothing)
         const char *events;
     } const cases[] = {
         {"LdrLoadDll", 0xC0000022, 16, 0xE0010058, ""},
-        {"ZwQuerySystemInformation", 0xC0000022, 16, 0xE0010058, ""},
         {"RtlGetNativeSystemInformation", 0xC0000002, 16, 0xE0010056, ""},
         {"RtlInitializeCriticalSection", 0xC0000017, 4, 0xC0070008, ""},
         {"RtlFindClearBitsAndSet", 0xFFFFFFFF, 12, 0xC00705AA, ""},

@@ -52,10 +52,9 @@ TEST_CASE(OldSystemsAreTold)
         bool isWow64, isEnabled;
         ULONG call;
     } const cases[] = {
-        {5, 0, true, false, 0},      {5, 0, false, true, 0x10001}, {5, 1, true, false, 0x300A},
-        {5, 2, true, true, 0x300A},  {5, 2, false, false, 0},      {5, 1, false, true, 0x10001},
-        {6, 0, true, true, 0x10001}, {6, 1, false, true, 0x10001}, {6, 1, false, false, 0},
-        {6, 2, false, true, 0},      {10, 0, true, true, 0},
+        {5, 0, true, false, 0},       {5, 1, true, false, 0x300A},  {5, 2, true, true, 0x300A},
+        {5, 2, false, false, 0},      {5, 1, false, true, 0x10001}, {6, 0, true, true, 0x10001},
+        {6, 1, false, true, 0x10001}, {6, 2, false, true, 0},
     };
     const CLIENT_ID clientId = {reinterpret_cast<HANDLE>(12), reinterpret_cast<HANDLE>(13)};
     CHECK_EQUAL(OrvNtdllTableInitialize(), ORV_S_OK);
