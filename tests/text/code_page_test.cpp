@@ -140,15 +140,15 @@ TEST_CASE(MalformedTextIsRefused)
         const char *bytes;
         uint32_t count;
     } const cases[] = {
-        {OrvCodePageUtf8, "\xC0\x80", 2}, // overlong
-        {OrvCodePageUtf8, "\xED\xA0\x80", 3}, // surrogates
+        {OrvCodePageUtf8, "\xC0\x80", 2},         // overlong
+        {OrvCodePageUtf8, "\xED\xA0\x80", 3},     // surrogates
         {OrvCodePageUtf8, "\xF4\x90\x80\x80", 4}, // above U+10FFFF
-        {OrvCodePageUtf8, "ab\x80", 3},    // continues nothing
-        {OrvCodePageUtf8, "a\xE2\x82", 3}, // cut off
-        {OrvCodePageUtf8, "\xC3\x41", 2}, // not continued
+        {OrvCodePageUtf8, "ab\x80", 3},           // continues nothing
+        {OrvCodePageUtf8, "a\xE2\x82", 3},        // cut off
+        {OrvCodePageUtf8, "\xC3\x41", 2},         // not continued
         {OrvCodePageUtf7, "a\x80", 2},
-        {OrvCodePageUtf7, "+", 1},   // opens onto nothing
-        {OrvCodePageUtf7, "+A-", 3}, // inside a unit
+        {OrvCodePageUtf7, "+", 1},     // opens onto nothing
+        {OrvCodePageUtf7, "+A-", 3},   // inside a unit
         {OrvCodePageUtf7, "+AOl-", 5}, // padded with ones
         {OrvCodePageUtf7, "+2D0-", 5}, // half a pair
         {OrvCodePageUtf7, "+2D0AYQ-", 8},

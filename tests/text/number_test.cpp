@@ -85,17 +85,10 @@ TEST_CASE(ReadingStopsWhereItMust)
         int value;
         uint32_t stop;
     } const cases[] = {
-        {"", 10, 0, kRoom},
-        {"-", 10, 0, kRoom},
-        {"+5", 10, 0, 0},
-        {"0x1F", 0, 31, kRoom},
-        {"-0x10", 0, -16, kRoom},
-        {"010", 0, 10, kRoom},
-        {"0x", 0, 0, 1},
-        {"0x", 16, 0, kRoom},
-        {"-80000000", 16, -2147483647 - 1, kRoom},
-        {"1\xE9", 10, 1, 1},
-        {"\xC1", 36, 0, 0},
+        {"", 10, 0, kRoom},     {"-", 10, 0, kRoom},      {"+5", 10, 0, 0},
+        {"0x1F", 0, 31, kRoom}, {"-0x10", 0, -16, kRoom}, {"010", 0, 10, kRoom},
+        {"0x", 0, 0, 1},        {"0x", 16, 0, kRoom},     {"-80000000", 16, -2147483647 - 1, kRoom},
+        {"1\xE9", 10, 1, 1},    {"\xC1", 36, 0, 0},
     };
     for (const auto &c : cases) {
         test::Note(c.text, static_cast<uint32_t>(c.radix));
@@ -217,12 +210,9 @@ TEST_CASE(ModfSplitsEveryKind)
         double integral;
         double fraction;
     } const cases[] = {
-        {3.75, 3, 0.75},
-        {-3.75, -3, -0.75},
-        {-0.0, -0.0, -0.0},
-        {2251799813685248.5, 2251799813685248, 0.5},
-        {4.9e-324, 0, 4.9e-324},
-        {__builtin_inf(), __builtin_inf(), 0},
+        {3.75, 3, 0.75},         {-3.75, -3, -0.75},
+        {-0.0, -0.0, -0.0},      {2251799813685248.5, 2251799813685248, 0.5},
+        {4.9e-324, 0, 4.9e-324}, {__builtin_inf(), __builtin_inf(), 0},
     };
     for (const auto &c : cases) {
         double integral = 77;
