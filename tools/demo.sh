@@ -66,7 +66,7 @@ events_meet() { # events_meet NAMESPACE
     runs lonely 3 event create OrvDemoEvent --namespace "$1" --wait --timeout 300
     said lonely $'create: 0x00000000 (ORV_S_OK)\nwait: 0xA0010004 (ORV_W_TIMEOUT)' \
         'nobody answers: the wait ends in 0xA0010004'
-    start first event create OrvDemoEvent --namespace "$1" --wait --timeout 20000
+    start first event create OrvDemoEvent --namespace "$1" --wait --timeout 60000
     until_said first create:
     runs second 0 event create OrvDemoEvent --namespace "$1" --set
     ended "$started" 0
@@ -103,7 +103,7 @@ mutex_is_abandoned() {
     runs refused 3 mutex acquire OrvDemoMutex --timeout 300
     said refused $'create: 0x6001004F (ORV_S_ALREADY_EXISTS)\nacquire: 0xA0010004 (ORV_W_TIMEOUT)' \
         'while it is held, another process waits in vain'
-    start heir mutex acquire OrvDemoMutex --timeout 20000
+    start heir mutex acquire OrvDemoMutex --timeout 60000
     local heir=$started
     until_said heir create:
     kill -9 "$owner"
@@ -144,7 +144,7 @@ lock_file_excludes() { # lock_file_excludes WORDS OPTION...
     runs refused 3 lock "$@" --timeout 300 "$work/demo.lock" -- "$tool" number 17
     grep -q 0x11 "$work/refused" && differs 'the command ran all the same'
     printf '  a second process is kept out and ends with exit code 3\n'
-    start heir lock "$@" --timeout 20000 "$work/demo.lock" -- "$tool" number 17
+    start heir lock "$@" --timeout 60000 "$work/demo.lock" -- "$tool" number 17
     kill -9 "$holder"
     wait "$holder" 2>/dev/null || true
     ended "$started" 0

@@ -236,6 +236,9 @@ same 'progress that nobody sees' "$work/out" /dev/null
 is 0 '<a>\r\n<b x="1"/> <c>t</c>\n\n</a>' "$declaration<a>\n  <b x=\"1\"/>\n  <c>t</c>\n</a>\n" xml format -
 is 1 '<a>\n <b></a>' '-: byte 10, line 2, column 7: not well-formed\n' xml check -
 is 2 '' "orvtool xml: there is no action 'x'. $(see xml)" xml x
+# Time grows with the size of an attribute list: if it grew with its square, this one would take minutes.
+{ printf '<!DOCTYPE a [<!ATTLIST a '; seq -f 'b%07.0f CDATA "value"' 1100000; printf '>]><a/>'; } >"$work/attributes"
+ORV_RUN_SECONDS=60 is 0 '' '' xml check "$work/attributes"
 document=$(find /usr/share/xml /usr/share/cmake* /usr/share -name '*.xml' -size +8k 2>/dev/null | head -n 1) || true
 if [ -e "$document" ] && have xmllint && have python3; then
     run xml format "$document" >"$work/once"
