@@ -19,9 +19,8 @@ OrvResult PrintTo(HANDLE stream, const wchar_t *format, va_list arguments)
     const OrvCodePage page = detail::IsConsole(stream) ? OrvCodePageOem : OrvCodePageUtf8;
     OrvMbCharHeapBuffer bytes;
     result = OrvConvertT2MbString(bytes, text.GetValue(), page, text.GetInternal().length);
-    return OrvFailed(result)
-               ? result
-               : detail::WriteToStream(stream, bytes.GetValue(), bytes.GetInternal().length);
+    return OrvFailed(result) ? result
+                             : detail::WriteToStream(stream, bytes.GetValue(), bytes.GetInternal().length);
 }
 
 } // namespace
