@@ -3,7 +3,8 @@
 # ORV_COVERAGE, counting which lines are reached. The C libraries inside are clean of both sanitizers, too.
 
 if(ORV_COVERAGE)
-  set(instrumentation -fprofile-instr-generate -fcoverage-mapping)
+  # The fuzz targets count, too; what guides them needs a runtime at the link.
+  set(instrumentation -fprofile-instr-generate -fcoverage-mapping -fsanitize=fuzzer-no-link)
 else()
   # C calls back C++ functions whose characters have another name there, so types of functions are not compared.
   set(instrumentation -fsanitize=address,undefined -fno-sanitize=function -fno-sanitize-recover=all)

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# How much of the computations the host's tests reach: lines and branches by file, and every line as HTML in
-# build/coverage/html. Fails when a unit stays below 90 % of its lines that tests/host/uncovered.txt does not name.
+# How much of the computations the host's tests reach, the runs of the fuzz targets included: lines and branches by file,
+# and every line as HTML in build/coverage/html. Fails when a unit stays below 90 % of its lines that
+# tests/host/uncovered.txt does not name.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
@@ -17,10 +18,17 @@ for program in $folder/bin/*_host_tests; do
     }
     objects+=(-object "$program")
 done
+LLVM_PROFILE_FILE=$root/$folder/fuzz-%p.profraw ctest --test-dir $folder -R '[.]fuzz[.]' >$folder/fuzz.log || {
+    tail -n 20 $folder/fuzz.log >&2
+    fail 'a fuzz target fails' 'the reason stands above'
+}
+for program in $folder/bin/*_fuzz; do
+    objects+=(-object "$program")
+done
 "$(tools/llvm.sh llvm-profdata)" merge -o $folder/tests.profdata $folder/*.profraw
 
-# Left out: the tests, other people's code, and headers of what is not built here, which are only included.
-others='(^|/)tests/|/(zlib|bzip2|expat)/|/src/nt/'
+# Left out: the tests, orvtool, other people's code, and headers of what is not built here, which are only included.
+others='(^|/)(tests|fuzz|apps)/|/(zlib|bzip2|expat)/|/src/nt/'
 others+='|/include/orv/(fs/(file|lock_file)|registry/registry_(types|enumerator)|runtime/heap_object|security|sync|thread)'
 # Inline functions that a program does not call have no counts in it; llvm-cov warns of them.
 llvm_cov() {
