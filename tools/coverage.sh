@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Shows how much of the computations the host's tests and the seeds of the fuzz targets reach: lines and branches by file,
+# Shows how much of the computations the host's tests and the fuzz targets reach: lines and branches by file,
 # and every line as HTML in build/coverage/html. Fails if a unit is below 90 % of its lines and
 # tests/host/uncovered.txt does not name it.
 set -euo pipefail
@@ -9,20 +9,25 @@ cd "$root"
 folder=build/coverage
 rm -f $folder/*.profraw
 objects=()
-for program in $folder/bin/*_host_tests $folder/bin/*_fuzz; do
+for program in $folder/bin/*_host_tests; do
     [ -e "$program" ] || fail 'no test is built for coverage' 'run: make coverage'
     name=$(basename "$program")
-    inputs=()
-    [ "$name" = "${name%_fuzz}" ] || inputs=(fuzz/seeds/"${name%_fuzz}"/*)
-    LLVM_PROFILE_FILE=$folder/$name.profraw "$program" "${inputs[@]}" >"$folder/$name.log" 2>&1 || {
+    LLVM_PROFILE_FILE=$folder/$name.profraw "$program" >"$folder/$name.log" 2>&1 || {
         tail -n 20 "$folder/$name.log" >&2
         fail "$name fails" 'the reason stands above'
     }
     objects+=(-object "$program")
 done
+LLVM_PROFILE_FILE=$root/$folder/fuzz-%p.profraw ctest --test-dir $folder -R '[.]fuzz[.]' >$folder/fuzz.log || {
+    tail -n 20 $folder/fuzz.log >&2
+    fail 'a fuzz target fails' 'the reason stands above'
+}
+for program in $folder/bin/*_fuzz; do
+    objects+=(-object "$program")
+done
 "$(tools/llvm.sh llvm-profdata)" merge -o $folder/tests.profdata $folder/*.profraw
 
-# Not counted: the tests, other people's code, and included headers of units that are not built here.
+# Not counted: the tests, orvtool, other people's code, and included headers of units that are not built here.
 others='(^|/)(tests|fuzz|apps)/|/(zlib|bzip2|expat)/|/src/nt/'
 others+='|/include/orv/(fs/(file|lock_file)|registry/registry_(types|enumerator)|runtime/heap_object|security|sync|thread)'
 # A program has no counts for inline functions that it does not call, and llvm-cov warns of them.

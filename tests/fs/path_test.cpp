@@ -19,7 +19,9 @@ struct Case {
 };
 
 template <uint32_t N>
-void CheckAll(const Case (&cases)[N], OrvResult (*operation)(Buffer &, const wchar_t *, uint32_t))
+void CheckAll(const Case (&cases)[N], OrvResult (*operation)(Buffer &, const wchar_t *, uint32_t),
+              OrvResult (*byReference)(const OrvMutableStringRefBase2<wchar_t> &,
+                                       const OrvStringRefBase<wchar_t> &))
 {
     for (const Case &c : test::Rows(cases)) {
         Buffer buffer;
@@ -28,6 +30,9 @@ void CheckAll(const Case (&cases)[N], OrvResult (*operation)(Buffer &, const wch
         // In place: the path stands where the result goes.
         buffer.Assign(c.path);
         CHECK_EQUAL(operation(buffer, buffer.GetValue(), OrvTerminated), c.result);
+        CHECK_TEXT(buffer.GetValue(), c.expected);
+        buffer.Assign(c.path);
+        CHECK_EQUAL(byReference(OrvMakeMutableStringRef(buffer), buffer.GetValue()), c.result);
         CHECK_TEXT(buffer.GetValue(), c.expected);
     }
 }
@@ -49,6 +54,9 @@ TEST_CASE(RootsAreMeasured)
         CHECK_EQUAL(IsPathRooted(c.path), c.length != 0);
         Buffer root;
         CHECK_EQUAL(GetPathRoot(root, c.path), ORV_S_OK);
+        CHECK(root.GetInternal().length == c.length &&
+              __builtin_memcmp(root.GetValue(), c.path, 2 * c.length) == 0);
+        CHECK_EQUAL(GetPathRoot(OrvMakeMutableStringRef(root), c.path), ORV_S_OK);
         CHECK(root.GetInternal().length == c.length &&
               __builtin_memcmp(root.GetValue(), c.path, 2 * c.length) == 0);
     }
@@ -79,11 +87,11 @@ TEST_CASE(PathsAreSplit)
         {L":", L":\\"},
         {L"D\\x", L"", ORV_E_INVALID_DATA},
     };
-    CheckAll(names, GetFilename);
-    CheckAll(extensions, GetFilenameExtension);
-    CheckAll(bases, GetFilenameWithoutExtension);
-    CheckAll(directories, GetDirectoryPathFromFilenamePath);
-    CheckAll(volumes, GetVolumeFromPath);
+    CheckAll(names, GetFilename, GetFilename);
+    CheckAll(extensions, GetFilenameExtension, GetFilenameExtension);
+    CheckAll(bases, GetFilenameWithoutExtension, GetFilenameWithoutExtension);
+    CheckAll(directories, GetDirectoryPathFromFilenamePath, GetDirectoryPathFromFilenamePath);
+    CheckAll(volumes, GetVolumeFromPath, GetVolumeFromPath);
     for (const Case &c : extensions)
         CHECK_EQUAL(HasExtension(c.path), *c.expected != 0);
 
@@ -93,6 +101,11 @@ TEST_CASE(PathsAreSplit)
     CHECK_EQUAL(required, 0u);
     none.capacity = 8;
     CHECK_EQUAL(GetFilename(none, L"x"), ORV_E_INVALID_ARGUMENT);
+    wchar_t characters[] = L"????";
+    _ORV_UTF16CHAR_STR small = {77, 4, characters};
+    CHECK_EQUAL(GetFilename(small, L"a\\name", OrvTerminated, &required), ORV_E_BUFFER_TOO_SMALL);
+    CHECK_EQUAL(required, 5u);
+    CHECK_EQUAL(small.length, 77u);
 }
 
 TEST_CASE(PathsAreCombinedAndExtensionsChanged)
