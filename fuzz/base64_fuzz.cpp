@@ -1,10 +1,11 @@
-// Base64: bytes come back from their text, any text is read as a plain decoder reads it, and the wide loops
-// give what the plain ones do.
+// Base64: decoding an encoded text returns its bytes, any text is decoded as by a plain decoder, and the wide
+// loops give the same as the plain ones. Hexadecimal digits: decoding encoded bytes returns them.
 
 #include "fuzz.h"
 
 #include "orv/runtime/result.h"
 #include "orv/text/base64.h"
+#include "orv/text/hexadecimal.h"
 #include "text/base64_blocks.h"
 
 namespace
@@ -41,6 +42,24 @@ void CheckEncode(const uint8_t *data, uint32_t count, uint32_t pick)
         ExactArray<uint8_t> small(tooFew);
         REQUIRE(OrvBase64Decode(small, tooFew, text, encoded.length, nullptr, OrvBase64IgnoreNothing) ==
                 ORV_E_BUFFER_TOO_SMALL);
+    }
+}
+
+/// The same for hexadecimal digits, which share the input.
+void CheckDigits(const uint8_t *data, uint32_t count, uint32_t pick)
+{
+    ExactArray<wchar_t> text(2 * count + 1);
+    _ORV_UTF16CHAR_STR digits = {kUntouched, 2 * count + 1, text};
+    const OrvHexCase letters = pick % 2 ? OrvHexUpperCase : OrvHexLowerCase;
+    REQUIRE(OrvConvertBytes2HexString(digits, data, count, letters) == ORV_S_OK);
+    REQUIRE(digits.length == 2 * count && text[2 * count] == 0);
+    ExactArray<uint8_t> bytes(count);
+    uint32_t size = kUntouched;
+    REQUIRE(OrvConvertHexString2Bytes(bytes, count, text, &size, 2 * count) == ORV_S_OK);
+    REQUIRE(size == count && memcmp(bytes, data, count) == 0);
+    if (count) {
+        ExactArray<uint8_t> small(pick % count);
+        REQUIRE(OrvConvertHexString2Bytes(small, pick % count, text, &size) == ORV_E_BUFFER_TOO_SMALL);
     }
 }
 
@@ -102,6 +121,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const uint32_t count = input.Left();
     ExactArray<uint8_t> bytes(input.Bytes(count), count);
     CheckEncode(bytes, count, pick);
+    CheckDigits(bytes, count, pick);
 
     // As text: each byte a character, and each pair of bytes one.
     ExactArray<wchar_t> text(count);

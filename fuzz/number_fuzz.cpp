@@ -1,5 +1,5 @@
-// Any text as a number, in both widths: doubles as the host's C library reads them, integers as a simple rule
-// does. Numbers as text are what the formats' target has.
+// Any text as a number, in both widths: doubles are read as the host's C library reads them, integers as by a
+// simple rule. And any number as text, at every capacity: the text is read as the same number again.
 
 #include "fuzz.h"
 
@@ -121,6 +121,52 @@ void CheckSizes(Text &text, int radix)
     REQUIRE(memory == number && file == longNumber);
 }
 
+/// `write` puts the text of a number into an array; `read` says whether a text is that number's.
+template <typename T, typename Write, typename Read>
+void CheckText(Write write, Read read)
+{
+    constexpr uint32_t kRoom = 100;
+    T text[kRoom];
+    unsigned int length = 0;
+    REQUIRE(write(text, kRoom, &length) == ORV_S_OK);
+    REQUIRE(text[length] == 0 && read(text, length));
+    for (uint32_t capacity = 0; capacity <= length + 1; capacity++) {
+        ExactArray<T> part(capacity);
+        unsigned int written = 0;
+        const bool fits = capacity > length;
+        REQUIRE(write(part, capacity, &written) == (fits ? ORV_S_OK : ORV_E_BUFFER_TOO_SMALL));
+        REQUIRE(written == (fits ? length : capacity));
+        REQUIRE(memcmp(part, text, capacity * sizeof(T)) == 0);
+    }
+}
+
+template <typename T>
+void CheckWriting(uint64_t bits, int radix, int digits)
+{
+    const auto number = static_cast<__int64>(bits);
+    CheckText<T>(
+        [&](T *text, uint32_t capacity, unsigned int *written) {
+            return OrvConvertNumber2String(text, capacity, number, radix, written);
+        },
+        [&](const T *text, uint32_t length) {
+            __int64 back = 0;
+            return OrvConvertString2Number(back, text, length, radix) == ORV_S_OK && back == number;
+        });
+    double real = 0;
+    memcpy(&real, &bits, sizeof real);
+    if (!__builtin_isfinite(real))
+        return;
+    CheckText<T>(
+        [&](T *text, uint32_t capacity, unsigned int *written) {
+            return OrvConvertDouble2String(text, capacity, real, digits, written);
+        },
+        [&](const T *text, uint32_t length) {
+            double back = 0;
+            OrvConvertString2Double(back, text, length);
+            return memcmp(&back, &real, sizeof real) == 0;
+        });
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
@@ -139,5 +185,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     CheckInteger<__int64>(text, radix);
     CheckInteger<unsigned __int64>(text, radix);
     CheckSizes(text, radix);
+    if (size < 9)
+        return 0;
+    uint64_t bits = 0;
+    memcpy(&bits, data + 1, sizeof bits);
+    CheckWriting<char>(bits, radix ? radix : 10, 17 + data[0] % 20);
+    CheckWriting<wchar_t>(bits, radix ? radix : 10, 17);
     return 0;
 }

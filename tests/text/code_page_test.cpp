@@ -95,15 +95,23 @@ TEST_CASE(TextsInEveryPage)
         MakeRow(OrvCodePageUtf8, "", L""),
         MakeRow(OrvCodePageUtf8, "a\0z\x7F", L"a\0z\x7F"),
         MakeRow(OrvCodePageUtf8, "\xC3\xA9", L"\x00E9"),
+        MakeRow(OrvCodePageUtf8, "\xC2\x80\xDF\xBF", L"\x0080\x07FF"),
         MakeRow(OrvCodePageUtf8, "\xE0\xA0\x80\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBF",
                 L"\x0800\xD7FF\xE000\xFFFF"),
         MakeRow(OrvCodePageUtf8, "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", L"\xD800\xDC00\xDBFF\xDFFF"),
         MakeRow(OrvCodePageUtf8, "twenty-one of ASCII, \xE2\x82\xAC, then twenty-five of it",
                 L"twenty-one of ASCII, \x20AC, then twenty-five of it"),
+        MakeRow(OrvCodePageUtf8,
+                "one \xC3\xA9 alone, "
+                "\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9"
+                "\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9",
+                L"one \x00E9 alone, \x00E9\x00E9\x00E9\x00E9\x00E9\x00E9\x00E9\x00E9"
+                L"\x00E9\x00E9\x00E9\x00E9\x00E9\x00E9\x00E9"),
         MakeRow(OrvCodePageUtf7, "A+-+AOk-", L"A+\x00E9"),
         MakeRow(OrvCodePageUtf7, "+IKwAIQAi-3+/wA-", L"\x20AC!\"3\xFF00"), // no bits, two and four left over
         MakeRow(OrvCodePageUtf7, "a+2D3eAA-+-+2D3eAA-", L"a\xD83D\xDE00+\xD83D\xDE00"),
         MakeRow(OrvCodePageUtf7, "\0\t\n\r '(),-./:?09AZaz", L"\0\t\n\r '(),-./:?09AZaz"),
+        MakeRow(OrvCodePageUtf7, "+AH4AXAB8AGA-", L"~\\|`"),
         MakeRow(OrvCodePageUtf16, "a\0\xAC\x20\x3D\xD8\x00\xDE", L"a\x20AC\xD83D\xDE00"),
     };
     for (const Row &row : both)
@@ -113,6 +121,8 @@ TEST_CASE(TextsInEveryPage)
         // A shift may hold anything, and end at any character or with the text.
         MakeRow(OrvCodePageUtf7, "+AGEAYg", L"ab"),
         MakeRow(OrvCodePageUtf7, "+AGE!+AGE\n+AGE--", L"a!a\na-"),
+        MakeRow(OrvCodePageUtf7, "+AGE-+AGE-", L"aa"),
+        MakeRow(OrvCodePageUtf7, "+2D0-+3gA-", L"\xD83D\xDE00"),
         MakeRow(OrvCodePageUtf7, "~\\!\"#$%&*;<=>@[]^_`{|}\x01\x7F", L"~\\!\"#$%&*;<=>@[]^_`{|}\x01\x7F"),
     };
     for (const Row &row : decodedOnly)
@@ -140,17 +150,30 @@ TEST_CASE(MalformedTextIsRefused)
         const char *bytes;
         uint32_t count;
     } const cases[] = {
-        {OrvCodePageUtf8, "\xC0\x80", 2},         // overlong
-        {OrvCodePageUtf8, "\xED\xA0\x80", 3},     // surrogates
+        {OrvCodePageUtf8, "\xC0\x80", 2}, // overlong
+        {OrvCodePageUtf8, "\xE0\x9F\xBF", 3},
+        {OrvCodePageUtf8, "\xF0\x8F\xBF\xBF", 4},
+        {OrvCodePageUtf8, "\xED\xA0\x80", 3}, // surrogates
+        {OrvCodePageUtf8, "\xED\xBF\xBF", 3},
         {OrvCodePageUtf8, "\xF4\x90\x80\x80", 4}, // above U+10FFFF
-        {OrvCodePageUtf8, "ab\x80", 3},           // continues nothing
-        {OrvCodePageUtf8, "a\xE2\x82", 3},        // cut off
-        {OrvCodePageUtf8, "\xC3\x41", 2},         // not continued
+        {OrvCodePageUtf8, "\xF7\xBF\xBF\xBF", 4},
+        {OrvCodePageUtf8, "\xFF", 1},
+        {OrvCodePageUtf8, "ab\x80", 3},    // continues nothing
+        {OrvCodePageUtf8, "a\xE2\x82", 3}, // cut off
+        {OrvCodePageUtf8, "\xF0\x9F\x98", 3},
+        {OrvCodePageUtf8, "seventeen of ASCII\xC3", 19},
+        {OrvCodePageUtf8, "\xC3\x41", 2}, // not continued
+        {OrvCodePageUtf8, "\xE2\x82\x7F", 3},
+        {OrvCodePageUtf8, "\xF0\x9F\x98\xC0", 4},
         {OrvCodePageUtf7, "a\x80", 2},
-        {OrvCodePageUtf7, "+", 1},     // opens onto nothing
-        {OrvCodePageUtf7, "+A-", 3},   // inside a unit
+        {OrvCodePageUtf7, "+AOk\xE9", 5},
+        {OrvCodePageUtf7, "+", 1},   // opens onto nothing
+        {OrvCodePageUtf7, "+A-", 3}, // inside a unit
+        {OrvCodePageUtf7, "+AOkA", 5},
+        {OrvCodePageUtf7, "+AOkAA-", 7},
         {OrvCodePageUtf7, "+AOl-", 5}, // padded with ones
         {OrvCodePageUtf7, "+2D0-", 5}, // half a pair
+        {OrvCodePageUtf7, "+3gA-", 5},
         {OrvCodePageUtf7, "+2D0AYQ-", 8},
     };
     for (const auto &c : cases)
@@ -240,6 +263,9 @@ TEST_CASE(TerminatedTextsAndOtherNames)
     _ORV_UTF16CHAR_STR descriptor = {7, 4, text};
     size = kUntouched;
     CHECK_EQUAL(OrvConvertUtf162TString(descriptor, L"five", OrvTerminated, &size), ORV_E_BUFFER_TOO_SMALL);
+    CHECK_EQUAL(size, 5u);
+    size = kUntouched;
+    CHECK_EQUAL(OrvConvertMb2TString(descriptor, "five", OrvCodePageUtf8, 4, &size), ORV_E_BUFFER_TOO_SMALL);
     CHECK_EQUAL(size, 5u);
     size = kUntouched;
     CHECK_EQUAL(OrvConvertMb2TString(descriptor, "\xC3", OrvCodePageUtf8, 1, &size), ORV_E_INVALID_DATA);

@@ -5,6 +5,7 @@
 #include "harness/memory.h"
 #include "harness/test.h"
 #include "orv/runtime/result.h"
+#include "orv/text/heap_string.h"
 #include "orv/text/string.h"
 #include "text/texts.h"
 
@@ -24,11 +25,15 @@ TEST_CASE(CapacitiesAreExact)
             {[](Buffer &) -> OrvResult { return ORV_S_OK; }, 0, ""},
             {[](Buffer &b) { return b.Append(T('x')); }, 3, "x"},
             {[](Buffer &b) { return b.Append(T('x')) | b.Append(T('y')) | b.Append(T('z')); }, 5, "xyz"},
+            {[](Buffer &b) { return b.Append(Ascii<T>("abcde").units, 2); }, 4, "ab"},
             {[](Buffer &b) { return b.Append(Ascii<T>("abcde").units) | b.Append(T('f')); }, 8, "abcdef"},
+            {[](Buffer &b) { return b.Append(static_cast<const T *>(nullptr)); }, 2, ""},
+            {[](Buffer &b) { return b.Assign(Ascii<T>("abc").units); }, 5, "abc"},
             {[](Buffer &b) { return b.Assign(Buffer()); }, 2, ""},
             {[](Buffer &b) { return b.Assign(Ascii<T>("abc").units) | b.Assign(T('x')); }, 5, "x"},
             {[](Buffer &b) { return b.Assign(Ascii<T>("abc").units) | b.Assign(nullptr, 7); }, 0, ""},
             {[](Buffer &b) { return b.Assign(Ascii<T>("abc").units) | b.Resize(2); }, 5, "ab"},
+            {[](Buffer &b) { return b.ReserveElements(9) | b.ReserveElements(3); }, 10, ""},
             {[](Buffer &b) { return b.Assign(Ascii<T>("abc").units) | b.ReserveElements(9); }, 10, "abc"},
             {[](Buffer &b) { return b.Assign(Ascii<T>("abcdef").units) | b.Erase(2, OrvTerminated); }, 8,
              "ab"},
@@ -77,10 +82,12 @@ TEST_CASE(OwnTextCanBeGiven)
             OrvResult (*change)(Buffer &);
             const char *text;
         } const cases[] = {
+            {[](Buffer &b) { return b.Append(b); }, "abcdefabcdef"},
             {[](Buffer &b) { return b.Append(b.GetInternal()); }, "abcdefabcdef"},
             {[](Buffer &b) { return b.Append(b.GetBuffer() + 1, 3); }, "abcdefbcd"},
             {[](Buffer &b) { return b.Append(b[5]); }, "abcdeff"},
             {[](Buffer &b) { return b.Assign(b); }, "abcdef"},
+            {[](Buffer &b) { return b.Assign(b.GetInternal()); }, "abcdef"},
             {[](Buffer &b) { return b.Assign(b.GetBuffer() + 2, 3); }, "cde"},
             {[](Buffer &b) { return b.Assign(b[3]); }, "d"},
         };
@@ -110,9 +117,12 @@ TEST_CASE(FailureLeavesTheText)
         // More than 32 bits count, or than the heap can give: never a small array by a sum that wrapped.
         OrvResult (*const endless[])(Buffer &) = {
             [](Buffer &b) { return b.Resize(0xFFFFFFFE); },
+            [](Buffer &b) { return b.Resize(0xFFFFFFFD); },
             [](Buffer &b) { return b.Resize(0x7FFFFFFF); },
             [](Buffer &b) { return b.ReserveElements(0xFFFFFFFF); },
+            [](Buffer &b) { return b.ReserveElements(0xFFFFFFFE); },
             [](Buffer &b) { return b.Append(longText.units, 0xFFFFFFFC); },
+            [](Buffer &b) { return b.Append(longText.units, 0xFFFFFFFE); },
             [](Buffer &b) { return b.Assign(longText.units, 0xFFFFFFFE); },
         };
         for (const auto &change : endless) {
@@ -160,4 +170,19 @@ TEST_CASE(ReferenceGrowsItsBuffer)
     CHECK_EQUAL(buffer.GetCapacity(), 21u);
 
     CHECK_EQUAL(OrvMakeMutableStringRef(buffer).view.characters, buffer.GetBuffer());
+}
+
+TEST_CASE(ContainersForTheInterfaces)
+{
+    OrvUtf16HeapString string;
+    OrvByteHeapBuffer bytes;
+    CHECK_TEXT(string.GetCharacters(), L"");
+    CHECK_EQUAL(string.Set(L"text", 3), ORV_S_OK);
+    CHECK_EQUAL(bytes.Resize(3), ORV_S_OK);
+    bytes.GetElements()[2] = 7;
+    CHECK_TEXT(string.GetCharacters(), L"tex");
+    CHECK_EQUAL(string.GetLength(), 3u);
+    CHECK(bytes.GetSize() == 3 && bytes.GetElements()[2] == 7);
+    CHECK_EQUAL(string.Set(nullptr, 0), ORV_S_OK);
+    CHECK(string.GetBuffer().IsEmpty());
 }

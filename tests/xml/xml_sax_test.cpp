@@ -65,6 +65,12 @@ TEST_CASE(EventsComeInOrderFromPiecesOfAnySize)
         CHECK_EQUAL(OrvBasXmlSaxParse(stream, recorder), ORV_S_NOT_SET);
         CHECK_TEXT(recorder.events.GetValue(), kEvents);
     }
+    // UTF-16 with a byte order mark, found by itself.
+    static const wchar_t kUtf16[] = L"\xFEFF<a>\u00E9</a>";
+    OrvMemoryStream stream(kUtf16, sizeof kUtf16 - sizeof(wchar_t));
+    Recorder recorder;
+    CHECK_EQUAL(OrvBasXmlSaxParse(stream, recorder), ORV_S_NOT_SET);
+    CHECK_TEXT(recorder.events.GetValue(), L"<a\u00E9/a>");
 
     // A text across two reads comes in two calls: a comment brings it to the border between them.
     static char longText[4110];
@@ -85,13 +91,19 @@ TEST_CASE(MalformedDocumentsAreRefusedWhereTheyBreak)
         uint32_t offset;
     } const cases[] = {
         {"", 0},
+        {"  ", 2},
         {"text", 0},
         {"<a>", 3},
         {"<a></b>", 5},
+        {"<a x='1' x='2'/>", 9},
+        {"<a x=1/>", 5},
         {"<a>&undefined;</a>", 3},
+        {"<a>\x01</a>", 3},
         {"<a>\xFF</a>", 3},
+        {"<a/><b/>", 4},
         {"<a>&#xD800;</a>", 3},
         {"<?xml version='1.0' encoding='no-such'?><a/>", 30},
+        {"<a><![CDATA[x</a>", 17},
     };
     for (const auto &c : cases) {
         test::Note(c.document, 0);
@@ -102,6 +114,12 @@ TEST_CASE(MalformedDocumentsAreRefusedWhereTheyBreak)
         CHECK_EQUAL(error.byteOffset, uint64_t(c.offset));
         CHECK(error.line >= 1);
         CHECK_EQUAL(error.reason, OrvXmlNotWellFormed);
+    }
+    // Cut at every byte, no document is complete.
+    for (uint32_t size = 0; size < sizeof kDocument - 1; size++) {
+        OrvMemoryStream stream(kDocument, size);
+        Recorder recorder;
+        CHECK_EQUAL(OrvBasXmlSaxParse(stream, recorder), ORV_E_INVALID_DATA);
     }
 }
 
@@ -358,13 +376,26 @@ TEST_CASE(OutsideEntitiesAreNotRead)
 
 TEST_CASE(FirstFailureIsTheResult)
 {
-    // The handler's comes before what is malformed behind it.
+    // The handler's, at every event: no further call is made.
+    OrvMemoryStream whole(kDocument, sizeof kDocument - 1);
+    Recorder all;
+    CHECK_EQUAL(OrvBasXmlSaxParse(whole, all), ORV_S_NOT_SET);
+    for (uint32_t failAt = 1; failAt <= all.calls; failAt++) {
+        test::Note("fails at", failAt);
+        OrvMemoryStream stream(kDocument, sizeof kDocument - 1);
+        Recorder failing;
+        failing.failAt = failAt;
+        OrvBasXmlSaxError error = {7, 7, 7, OrvXmlTooDeep};
+        CHECK_EQUAL(OrvBasXmlSaxParse(stream, failing, error), ORV_E_ABORTED);
+        CHECK_EQUAL(failing.calls, failAt);
+        CHECK_EQUAL(error.byteOffset, uint64_t(7));
+    }
+    // It comes before what is malformed behind it.
     OrvMemoryStream broken("<a></b>", 7);
     Recorder failing;
     failing.failAt = 1;
     OrvBasXmlSaxError untouched = {7, 7, 7, OrvXmlTooDeep};
     CHECK_EQUAL(OrvBasXmlSaxParse(broken, failing, untouched), ORV_E_ABORTED);
-    CHECK_EQUAL(failing.calls, 1u);
     CHECK_EQUAL(untouched.line, uint64_t(7));
 
     // The stream's, at every read.
